@@ -1,0 +1,27 @@
+// Filter structures made of state-variable stages alone: one, two in series, two or four in
+// parallel. A type of a bank is one of these with a state of its own.
+#pragma once
+
+#include <array>
+
+#include "engine/svf.hpp"
+
+namespace zum {
+
+/// `stages` in series; the `tap` output of one feeds the next and the last one's is the output.
+/// Lanes are left and right twice, or left and right at two frequencies.
+template <int stages, Tap tap>
+struct Cascade {
+  std::array<SvfLanes, stages> coeffs;
+  std::array<SvfStage, stages> state;
+
+  Float4 next(Float4 in) ZUM_REALTIME {
+    for (std::size_t i = 0; i < stages; ++i) {
+      state[i].next(in, coeffs[i]);
+      in = tapOf<tap>(state[i]);
+    }
+    return in;
+  }
+};
+
+}  // namespace zum

@@ -1,0 +1,54 @@
+// What a player can set, in the forms that the engine reads. Written by the effect's parameter
+// calls on any thread, read in the control pass; every form is one aligned word.
+#pragma once
+
+#include <cstdint>
+
+namespace zum {
+
+/// One parameter's stored forms, side by side.
+struct ControlValue {
+  float raw = 0.0F;          // as it came in
+  float bipolar = 0.0F;      // 2 raw - 1
+  float stepped = 0.0F;      // position of a step or button value
+  std::int32_t integer = 0;  // truncation of raw, of bipolar, or the position
+  float seqProduct = 0.0F;   // bipolar times the sequence level
+};
+
+/// The two formants that a vowel selector picks.
+struct VowelFormants {
+  float vowelPos = 0.0F;  // 8 raw
+  float position = 0.0F;  // the same, truncated
+  float formantOneHz = 0.0F;
+  float formantTwoHz = 0.0F;
+};
+
+struct EngineControls {
+  ControlValue vowelCutoff, master, mixDryWet, cutoff, resonance, overdrive;
+  ControlValue efFreqRange, efAttack, efRelease, efGain;
+  ControlValue lfoRate, lfoWave, lfoTrigOnOff, lfoTrigSens, lfoStyle;
+  ControlValue seqGlide, seqMode, seqTempo;
+
+  // amounts: what is moved, by what
+  ControlValue cutoffEf, cutoffLfo, cutoffSeq;
+  ControlValue vowelEf, vowelLfo, vowelSeq;
+  ControlValue resoEf, resoLfo, resoSeq;
+  ControlValue driveEf, driveLfo, driveSeq;
+  ControlValue mixEf, mixLfo, mixSeq;
+  ControlValue masterEf, masterLfo, masterSeq;
+  ControlValue efRangeLfo, efRangeSeq, efAttackLfo, efAttackSeq;
+  ControlValue efReleaseLfo, efReleaseSeq, efGainLfo, efGainSeq;
+  ControlValue lfoRateEf, lfoRateSeq, lfoWaveEf, lfoWaveSeq, lfoSensEf, lfoSensSeq;
+  ControlValue seqTempoEf, seqTempoLfo, seqGlideEf, seqGlideLfo;
+
+  ControlValue vowelA, vowelB;
+  VowelFormants formantsA, formantsB;
+
+  ControlValue bank;       // 0 multi-mode, 1 vowel
+  ControlValue multiType;  // 0 to 9
+  ControlValue vowelType;  // 0 to 9
+  ControlValue modChoice;  // page of the editor: 0 follower, 1 LFO, 2 sequencer
+  ControlValue bypass;
+};
+
+}  // namespace zum

@@ -1,0 +1,62 @@
+// The multi-mode bank: ten filter types at one cutoff, each with a state of its own that stands
+// still while another type is selected.
+#pragma once
+
+#include "engine/cascade.hpp"
+#include "engine/comb.hpp"
+#include "engine/sample_hold.hpp"
+#include "engine/svf_lookup.hpp"
+
+namespace zum {
+
+/// The comb of this bank: both sides hear the left input.
+class LeftFedComb : public Comb<1, 500> {
+ public:
+  struct Frames : Comb::Frames {
+    Float4 next(Float4 in) ZUM_REALTIME { return Comb::Frames::next(firstLane(in)); }
+  };
+  Frames enter() ZUM_REALTIME { return Frames{Comb::enter()}; }
+};
+
+/// Low-pass below and high-pass above the cutoff, one octave off on each side.
+struct BandReject {
+  SvfLanes coeffs;  // high-pass stage in lanes 0 and 1, low-pass stage in 2 and 3
+  SvfStage state;
+
+  Float4 next(Float4 in) ZUM_REALTIME {
+    state.next(in, coeffs);
+    return highTwice(state.low) + state.high;
+  }
+};
+
+class MultiModeFilter {
+ public:
+  static constexpr int kTypes = 10;
+
+  void recompute(const KvSystemInfo& clock, bool keepBuffers) ZUM_REALTIME;
+  /// Frequency side of all types. Once a pass while the cutoff moves; writes no coefficient.
+  void updateFilterColumns(float cutoffHz, const KvSystemInfo& clock) ZUM_REALTIME;
+  /// Coefficients of the selected type. `feedbackAmount` is the bent resonance, 0 to 1.
+  void controlPass(int type, float feedbackAmount, float ticksPerMs) ZUM_REALTIME;
+
+  // the types, in the order of their numbers
+  Cascade<1, Tap::high> highPass;
+  Cascade<2, Tap::high> highPassSteep;
+  Cascade<1, Tap::band> bandPass;
+  Cascade<2, Tap::band> bandPassSteep;
+  Cascade<1, Tap::low> lowPass;
+  Cascade<2, Tap::low> lowPassSteep;
+  LeftFedComb comb;
+  BandReject bandReject;
+  HeldStage<Tap::band, false> heldBandPass;
+  HeldStage<Tap::low, false> heldLowPass;
+
+ private:
+  float columnScale = 0.0F;  // tenths of the Nyquist frequency per Hz
+  ColumnPosition cutoffColumn;
+  ColumnPosition doubleColumn;
+  ColumnPosition halfColumn;
+  float combDelayTarget = 0.0F;  // frames
+};
+
+}  // namespace zum

@@ -1,0 +1,19 @@
+#include "engine/output_stage.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+namespace zum {
+
+void OutputStage::controlPass(float mixSum, float masterSum, float controlStep) ZUM_REALTIME {
+  state.mix.aim(mixSum, controlStep);
+  state.master.aim(2.0F * masterSum, controlStep);
+
+  const float peakValue = std::max(state.limited[0], state.limited[1]);
+  const float level = std::fabs(clampTo(peakValue, 0.0F, 0.9800000190734863F));
+  storeShared(meterValue, level);
+  meter.enter(level);
+  meterInverse.enter(1.0F - level);
+}
+
+}  // namespace zum

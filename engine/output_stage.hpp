@@ -1,0 +1,67 @@
+// Clip, soft limits, master gain, dry/wet mix and bypass, behind the filter; and the points of the
+// two level meters. Left and right in lanes 0 and 1.
+#pragma once
+
+#include <array>
+
+#include "engine/numbers.hpp"
+#include "engine/ramp.hpp"
+#include "engine/shared_value.hpp"
+
+namespace zum {
+
+/// Points of a meter, oldest overwritten. The engine writes, the editor reads without a lock; a
+/// torn read costs a pixel.
+struct MeterRing {
+  static constexpr int kPoints = 139;
+  std::array<float, kPoints> points{};
+  std::int32_t writeIndex = 0;
+
+  void enter(float point) ZUM_REALTIME {
+    storeShared(points[static_cast<std::size_t>(writeIndex)], point);
+    const std::int32_t after = writeIndex + 1;
+    storeShared(writeIndex, after < kPoints ? after : 0);
+  }
+};
+
+class OutputStage {
+ public:
+  /// What a run of frames keeps at hand.
+  struct Frames {
+    Int4 bypassMask{};
+    FrameRamp mix;
+    FrameRamp master;
+    Float4 limited{};  // wet output of the last frame
+
+    Float4 next(Float4 wet, Float4 dry) ZUM_REALTIME {
+      const Float4 m1 = smaller(splat(kClipHigh), larger(splat(kClipLow), wet));
+      const Float4 m2 = m1 * (splat(1.0F) - absolute(m1) * splat(kShapeOne));
+      mix.current += mix.step;
+      master.current += master.step;
+      const Float4 m3 = m2 * master.current;
+      limited = m3 * (splat(1.0F) - absolute(m3) * splat(kShapeTwo));
+      return select(bypassMask, dry, (limited - dry) * mix.current + dry);
+    }
+  };
+
+  /// Both sums 0 to 1; master 0.5 is unity gain.
+  void controlPass(float mixSum, float masterSum, float controlStep) ZUM_REALTIME;
+  /// Bypass is a hard switch, without a cross-fade.
+  void setBypass(bool on) ZUM_REALTIME { state.bypassMask = splat(on ? -1 : 0); }
+  Frames enter() const ZUM_REALTIME { return state; }
+  void leave(const Frames& run) ZUM_REALTIME { state = run; }
+
+  MeterRing meter;         // level of the frame before each control pass, 0 to 0.98
+  MeterRing meterInverse;  // 1 - level
+  float meterValue = 0.0F;
+
+ private:
+  static constexpr float kClipHigh = 2.0F;
+  static constexpr float kClipLow = -2.0F;
+  static constexpr float kShapeOne = 0.25F;
+  static constexpr float kShapeTwo = 0.22727271914482117F;  // 0.25 / 1.1 of head room
+
+  Frames state;
+};
+
+}  // namespace zum

@@ -1,0 +1,144 @@
+// Four floats or two doubles in one register. The arithmetic operators are the compiler's own;
+// this file adds what they lack, with intrinsics on x86-64 and plain loops elsewhere.
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+namespace zum {
+
+using Float4 = float __attribute__((vector_size(16)));
+using Int4 = std::int32_t __attribute__((vector_size(16)));
+using Double2 = double __attribute__((vector_size(16)));
+
+inline Float4 splat(float x) { return Float4{x, x, x, x}; }
+inline Int4 splat(std::int32_t x) { return Int4{x, x, x, x}; }
+
+/// {low, low, high, high}
+inline Float4 halves(float low, float high) { return Float4{low, low, high, high}; }
+
+/// Lanes 0 and 1, twice.
+inline Float4 lowTwice(Float4 x) { return __builtin_shufflevector(x, x, 0, 1, 0, 1); }
+/// Lanes 2 and 3, twice.
+inline Float4 highTwice(Float4 x) { return __builtin_shufflevector(x, x, 2, 3, 2, 3); }
+/// Lane 0 in all four.
+inline Float4 firstLane(Float4 x) { return __builtin_shufflevector(x, x, 0, 0, 0, 0); }
+/// Lanes 0 and 1 of `low`, then lanes 0 and 1 of `high`.
+inline Float4 joinLow(Float4 low, Float4 high) {
+  return __builtin_shufflevector(low, high, 0, 1, 4, 5);
+}
+
+/// `mask` lanes are all ones or all zeros.
+inline Float4 select(Int4 mask, Float4 whenSet, Float4 whenClear) {
+  return reinterpret_cast<Float4>((reinterpret_cast<Int4>(whenSet) & mask) |
+                                  (reinterpret_cast<Int4>(whenClear) & ~mask));
+}
+
+inline Float4 absolute(Float4 x) {
+  return reinterpret_cast<Float4>(reinterpret_cast<Int4>(x) & splat(0x7FFFFFFF));
+}
+
+#if defined(__SSE2__)
+
+/// a < b ? a : b, so a value that is not a number in `b` passes.
+inline Float4 smaller(Float4 a, Float4 b) { return _mm_min_ps(a, b); }
+/// a > b ? a : b, so a value that is not a number in `b` passes.
+inline Float4 larger(Float4 a, Float4 b) { return _mm_max_ps(a, b); }
+/// Toward zero; lanes out of the integer's range hold an unspecified integer.
+inline Int4 truncateLanes(Float4 x) { return reinterpret_cast<Int4>(_mm_cvttps_epi32(x)); }
+inline Double2 widenLow(Float4 x) { return _mm_cvtps_pd(x); }
+inline Float4 narrow(Double2 x) { return _mm_cvtpd_ps(x); }
+/// Two floats from `p` in lanes 0 and 1, twice. No alignment is asked.
+inline Float4 loadPairTwice(const float* p) {
+  double both = 0.0;
+  std::memcpy(&both, p, sizeof both);
+  return _mm_castpd_ps(_mm_set1_pd(both));
+}
+inline void storeLowPair(float* p, Float4 x) { _mm_storel_pi(reinterpret_cast<__m64*>(p), x); }
+inline void storeHighPair(float* p, Float4 x) { _mm_storeh_pi(reinterpret_cast<__m64*>(p), x); }
+/// {a[0], a[1], b[0], b[1]}
+inline Float4 loadPairs(const float* a, const float* b) {
+  return _mm_loadh_pi(_mm_loadl_pi(_mm_setzero_ps(), reinterpret_cast<const __m64*>(a)),
+                      reinterpret_cast<const __m64*>(b));
+}
+inline bool anyLaneSet(Int4 mask) { return _mm_movemask_ps(reinterpret_cast<Float4>(mask)) != 0; }
+
+#else
+
+inline Float4 smaller(Float4 a, Float4 b) {
+  for (int i = 0; i < 4; ++i) a[i] = a[i] < b[i] ? a[i] : b[i];
+  return a;
+}
+inline Float4 larger(Float4 a, Float4 b) {
+  for (int i = 0; i < 4; ++i) a[i] = a[i] > b[i] ? a[i] : b[i];
+  return a;
+}
+inline Int4 truncateLanes(Float4 x) {
+  Int4 whole{};
+  constexpr float kEnd = 2147483648.0F;
+  for (int i = 0; i < 4; ++i) {
+    if (x[i] > -kEnd && x[i] < kEnd) whole[i] = static_cast<std::int32_t>(x[i]);
+  }
+  return whole;
+}
+inline Double2 widenLow(Float4 x) { return Double2{x[0], x[1]}; }
+inline Float4 narrow(Double2 x) {
+  return Float4{static_cast<float>(x[0]), static_cast<float>(x[1]), 0.0F, 0.0F};
+}
+inline Float4 loadPairTwice(const float* p) { return Float4{p[0], p[1], p[0], p[1]}; }
+inline void storeLowPair(float* p, Float4 x) {
+  p[0] = x[0];
+  p[1] = x[1];
+}
+inline void storeHighPair(float* p, Float4 x) {
+  p[0] = x[2];
+  p[1] = x[3];
+}
+inline Float4 loadPairs(const float* a, const float* b) { return Float4{a[0], a[1], b[0], b[1]}; }
+inline bool anyLaneSet(Int4 mask) { return (mask[0] | mask[1] | mask[2] | mask[3]) != 0; }
+
+#endif
+
+/// `frames` of left and right next to each other: {l0, r0, l1, r1, ...}.
+inline void interleave(const float* left, const float* right, float* pairs, std::int32_t frames) {
+  std::int32_t i = 0;
+  for (; i + 4 <= frames; i += 4) {
+    Float4 l;
+    Float4 r;
+    std::memcpy(&l, left + i, sizeof l);
+    std::memcpy(&r, right + i, sizeof r);
+    const Float4 low = __builtin_shufflevector(l, r, 0, 4, 1, 5);
+    const Float4 high = __builtin_shufflevector(l, r, 2, 6, 3, 7);
+    std::memcpy(pairs + 2 * i, &low, sizeof low);
+    std::memcpy(pairs + 2 * i + 4, &high, sizeof high);
+  }
+  for (; i < frames; ++i) {
+    pairs[2 * i] = left[i];
+    pairs[2 * i + 1] = right[i];
+  }
+}
+
+/// The way back.
+inline void separate(const float* pairs, float* left, float* right, std::int32_t frames) {
+  std::int32_t i = 0;
+  for (; i + 4 <= frames; i += 4) {
+    Float4 low;
+    Float4 high;
+    std::memcpy(&low, pairs + 2 * i, sizeof low);
+    std::memcpy(&high, pairs + 2 * i + 4, sizeof high);
+    const Float4 l = __builtin_shufflevector(low, high, 0, 2, 4, 6);
+    const Float4 r = __builtin_shufflevector(low, high, 1, 3, 5, 7);
+    std::memcpy(left + i, &l, sizeof l);
+    std::memcpy(right + i, &r, sizeof r);
+  }
+  for (; i < frames; ++i) {
+    left[i] = pairs[2 * i];
+    right[i] = pairs[2 * i + 1];
+  }
+}
+
+}  // namespace zum

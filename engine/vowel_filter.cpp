@@ -1,0 +1,74 @@
+#include "engine/vowel_filter.hpp"
+
+#include <algorithm>
+
+#include "engine/filter_frequency.hpp"
+#include "engine/shared_value.hpp"
+
+namespace zum {
+namespace {
+
+// Nearer to 1 than in the multi-mode bank: formants ring harder.
+constexpr float kSharpest = 0.9800000190734863F;
+constexpr float kFirstOfPairDamping = 1.7999999523162842F;
+
+float morphed(const float& a, const float& b, float p) ZUM_REALTIME {
+  const float from = loadShared(a);
+  return (loadShared(b) - from) * p + from;
+}
+
+}  // namespace
+
+void VowelFilter::recompute(const KvSystemInfo& clock, bool keepBuffers) ZUM_REALTIME {
+  columnScale = clock.twoOverRate * 10.0F;
+  combs.recompute(clock, std::min(6000.0F, clock.sampleRate), keepBuffers);
+}
+
+void VowelFilter::controlPass(int type, const VowelFormants& a, const VowelFormants& b,
+                              float position, float vowelFeedback,
+                              const KvSystemInfo& clock) ZUM_REALTIME {
+  morphRamp.advance(position, kFilterGlideMs, clock.ticksPerMs);
+  const float p = morphRamp.current;
+  const float firstHz = morphed(a.formantOneHz, b.formantOneHz, p);
+  const float secondHz = morphed(a.formantTwoHz, b.formantTwoHz, p);
+
+  const RowPosition row = rowOf(vowelFeedback * kSharpest);
+  const auto at = [&](float hz) { return lookupCoefficients(columnOf(hz, columnScale), row); };
+  const auto setStages = [&](auto& stages) {
+    const SvfCoeffs first = at(firstHz);
+    const SvfCoeffs second = at(secondHz);
+    for (SvfLanes& stage : stages) stage.set(first, second);
+  };
+  const auto setDampedPair = [&](auto& stages) {
+    setStages(stages);
+    stages[0].q = splat(kFirstOfPairDamping);
+  };
+  const auto setHeld = [&](auto& held) {
+    held.coeffs.set(at(firstHz), at(secondHz));
+    const float nyquist = clock.sampleRate * 0.5F;
+    held.hold.holdIncrement = halves(firstHz / nyquist, secondHz / nyquist);
+  };
+  switch (type) {
+    case 0: return setStages(highPass.coeffs);
+    case 1: return setStages(highPassSteep.coeffs);
+    case 2: return setStages(bandPass.coeffs);
+    case 3: return setDampedPair(bandPassSteep.coeffs);
+    case 4: return setStages(bandPassTwin.coeffs);
+    case 5: return setDampedPair(lowPassSteep.coeffs);
+    case 6:
+      combs.aim(0, combDelayOf(firstHz, clock.samplesPerMs), vowelFeedback, kFilterGlideMs,
+                clock.ticksPerMs);
+      combs.aim(1, combDelayOf(secondHz, clock.samplesPerMs), vowelFeedback, kFilterGlideMs,
+                clock.ticksPerMs);
+      return;
+    case 7:
+      shelves.firstCoeffs.set(at(firstHz * 1.2F), at(firstHz * 0.8F));
+      shelves.secondCoeffs.set(at(secondHz * 2.0F), at(secondHz * 0.5F));
+      return;
+    case 8: return setHeld(heldBandPass);
+    case 9: return setHeld(heldLowPass);
+    default: return;
+  }
+}
+
+}  // namespace zum

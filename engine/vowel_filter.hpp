@@ -1,0 +1,71 @@
+// The vowel bank: ten filter types at two formants at once, which glide from one vowel to another.
+// Each type has a state of its own that stands still while another type is selected.
+#pragma once
+
+#include "engine/cascade.hpp"
+#include "engine/comb.hpp"
+#include "engine/controls.hpp"
+#include "engine/sample_hold.hpp"
+#include "engine/svf_lookup.hpp"
+
+namespace zum {
+
+/// Any structure with the first formant in lanes 0 and 1, the second in 2 and 3; gives their sum.
+template <class Structure>
+struct FormantPair : Structure {
+  Float4 next(Float4 in) ZUM_REALTIME {
+    const Float4 both = Structure::next(in);
+    return both + highTwice(both);
+  }
+};
+
+class FormantCombs : public Comb<2, 512> {
+ public:
+  using Frames = FormantPair<Comb::Frames>;
+  Frames enter() ZUM_REALTIME { return Frames{Comb::enter()}; }
+};
+
+/// A high-pass and a low-pass round each formant.
+struct FormantShelves {
+  SvfLanes firstCoeffs;   // high-pass at 1.2, low-pass at 0.8 of the first formant
+  SvfLanes secondCoeffs;  // high-pass at 2, low-pass at 0.5 of the second
+  SvfStage first;
+  SvfStage second;
+
+  Float4 next(Float4 in) ZUM_REALTIME {
+    first.next(in, firstCoeffs);
+    second.next(in, secondCoeffs);
+    return (highTwice(second.low) + highTwice(first.low)) + second.high + first.high;
+  }
+};
+
+class VowelFilter {
+ public:
+  static constexpr int kTypes = 10;
+  /// Gain of the whole bank.
+  static constexpr float kLevel = 0.699999988079071F;
+
+  void recompute(const KvSystemInfo& clock, bool keepBuffers) ZUM_REALTIME;
+  /// Morph, formants and coefficients of the selected type. Only while this bank is selected.
+  /// `position` 0 to 1 from vowel a to b; `vowelFeedback` is the bent resonance, 0 to 1.
+  void controlPass(int type, const VowelFormants& a, const VowelFormants& b, float position,
+                   float vowelFeedback, const KvSystemInfo& clock) ZUM_REALTIME;
+
+  // the types, in the order of their numbers
+  FormantPair<Cascade<1, Tap::high>> highPass;
+  FormantPair<Cascade<2, Tap::high>> highPassSteep;
+  FormantPair<Cascade<1, Tap::band>> bandPass;
+  FormantPair<Cascade<2, Tap::band>> bandPassSteep;
+  FormantPair<Cascade<1, Tap::band>> bandPassTwin;  // same structure, a type of its own
+  FormantPair<Cascade<2, Tap::low>> lowPassSteep;
+  FormantCombs combs;
+  FormantShelves shelves;
+  FormantPair<HeldStage<Tap::band, true>> heldBandPass;
+  FormantPair<HeldStage<Tap::low, true>> heldLowPass;
+
+ private:
+  float columnScale = 0.0F;  // tenths of the Nyquist frequency per Hz
+  TickRamp morphRamp;
+};
+
+}  // namespace zum
