@@ -1,0 +1,18 @@
+// The editor of this effect as its core knows it. The plug-in's entry hands in the real one, so
+// that a build without a window links no window code.
+#pragma once
+
+#include "core/audio_effect.hpp"
+
+namespace zum {
+
+class EffectEditor : public AEffEditor {
+ public:
+  /// [any] Everything is drawn again at the next idle.
+  virtual void requestFullRedraw() ZUM_REALTIME = 0;
+  virtual void raiseAbout() = 0;
+  virtual void openManual() = 0;
+  virtual bool aboutIsOpen() const = 0;
+};
+
+}  // namespace zum

@@ -1,0 +1,63 @@
+// The one table of everything a player can set. Parameter calls, host names, presets, menus, tests
+// and the command line read its rows; nothing is listed twice.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "engine/controls.hpp"
+#include "engine/realtime.hpp"
+
+namespace zum {
+
+/// What a value becomes when it is set.
+enum class Rule : std::uint8_t {
+  plain,            // raw as it is
+  gain,             // plain, with a level of 2 raw in dB beside it
+  threshold,        // plain, with raw squared and its dB beside it
+  percent,          // plain, with 100 raw beside it
+  amount,           // bipolar: 2 raw - 1
+  sequencedAmount,  // amount, with its product with the sequence level
+  step,             // position = trunc(min(positions - 1, positions * raw + 0.001))
+  stepExact,        // the same without the 0.001
+  selector,         // step that shows and hides groups of the window
+  vowel,            // picks two formants
+  button,           // on from 0.5 up
+  resetButton,      // button that centres a list of amounts when it moves
+  area,             // plain, carried by an object of its own
+  table,            // an object alone, nothing to set
+};
+
+/// Bits of a row's `flags`.
+inline constexpr std::uint8_t kRedraw = 1;  // the window shows more of it than its control
+
+struct ParameterRow {
+  int tag;           // control tag, and host index below 60
+  int id;            // identifier in a preset, -1 for what a preset does not hold
+  const char* name;  // towards the host
+  float initial;     // raw
+  Rule rule;
+  std::uint8_t positions = 0;  // of a step value
+  std::uint8_t flags = 0;
+  ControlValue EngineControls::*value = nullptr;  // null: kept by the effect object
+  std::span<const std::int16_t> resets = {};      // tags that a reset button centres, in order
+  int learnTarget = -1;                           // tag that the popup's learn and clear speak of
+};
+
+inline constexpr int kLastTag = 222;
+inline constexpr int kHostParameters = 60;
+inline constexpr int kPresetRows = 62;  // the first rows, in the order of a preset
+inline constexpr int kParameterRows = 129;
+
+/// All rows, in the order of construction.
+std::span<const ParameterRow> parameterRows() ZUM_REALTIME;
+/// Position of a tag's row, -1 for a tag without one.
+int rowOfTag(int tag) ZUM_REALTIME;
+
+/// A step, selector or button: what a host shows as a switch.
+constexpr bool isSwitch(Rule rule) {
+  return rule == Rule::step || rule == Rule::stepExact || rule == Rule::selector ||
+         rule == Rule::button || rule == Rule::resetButton;
+}
+
+}  // namespace zum

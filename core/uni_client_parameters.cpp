@@ -1,0 +1,166 @@
+// Parameters: the link step of the construction, and what a value does when it is set.
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/group_selector.hpp"
+#include "core/uni_client.hpp"
+#include "engine/shared_value.hpp"
+
+namespace zum {
+namespace {
+
+constexpr float kInitialMark = 0.5F;  // of position 0, so that setting stored values resets nothing
+
+/// Positions of the vowel selectors in Hz. The last entry is never reached.
+constexpr std::array<float, 10> formantOne = {320.0F,  500.0F,  700.0F,  1000.0F, 1500.0F,
+                                              1650.0F, 1800.0F, 2300.0F, 3200.0F, 3200.0F};
+constexpr std::array<float, 10> formantTwo = {800.0F, 1000.0F, 1150.0F, 1400.0F, 500.0F,
+                                              320.0F, 700.0F,  500.0F,  320.0F,  320.0F};
+
+int stepPosition(const ParameterRow& row, float value) ZUM_REALTIME {
+  const int last = row.positions - 1;
+  const float offset = row.rule == Rule::stepExact ? 0.0F : 0.001F;
+  const float scaled = static_cast<float>(row.positions) * value + offset;
+  return clampIndex(truncate(std::min(static_cast<float>(last), scaled)), last);
+}
+
+int buttonPosition(float value) ZUM_REALTIME {
+  return clampIndex(truncate(std::min(1.0F, 2.0F * value)), 1);
+}
+
+float decibels(float linear) ZUM_REALTIME { return 20.0F * std::log10(linear + 1e-8F); }
+
+void storePosition(ControlValue& control, int position) ZUM_REALTIME {
+  storeShared(control.stepped, static_cast<float>(position));
+  storeShared(control.integer, position);
+}
+
+}  // namespace
+
+void KvUniClient::buildLinks() {
+  const auto rows = parameterRows();
+  resetMarks.fill(kInitialMark);
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const ParameterRow& row = rows[i];
+    KvParameter& record = records[i];
+    allRecords.push_back(&record);
+    if (row.id >= 0) presetRecords.push_back(&record);
+    if (row.rule != Rule::table) {
+      ControlValue& control = valueOf(static_cast<int>(i));
+      control.raw = row.initial;
+      record.value = &control.raw;
+      if (row.rule == Rule::button) storePosition(control, buttonPosition(row.initial));
+    }
+    if (isSwitch(row.rule)) record.flags = KvParameter::kSwitch;
+    if (row.tag < kHostParameters) hostTable[static_cast<std::size_t>(row.tag)] = &record;
+  }
+  for (const std::int32_t tag : {3, 0}) {  // cutoff of either bank
+    frequencyRecords.push_back(&records[static_cast<std::size_t>(rowOfTag(tag))]);
+  }
+}
+
+ControlValue& KvUniClient::valueOf(int row) ZUM_REALTIME {
+  ControlValue EngineControls::*const member = parameterRows()[static_cast<std::size_t>(row)].value;
+  if (member != nullptr) return engine.controls.*member;
+  return windowValues[static_cast<std::size_t>(row - kPresetRows)];
+}
+
+void KvUniClient::setParameter(std::int32_t tag, float value) ZUM_REALTIME {
+  const int at = rowOfTag(tag);
+  if (at < 0) return;
+  const ParameterRow& row = parameterRows()[static_cast<std::size_t>(at)];
+  if (row.rule == Rule::table) return;
+  ControlValue& control = valueOf(at);
+  storeShared(control.raw, value);
+  switch (row.rule) {
+    case Rule::plain:
+    case Rule::area: storeShared(control.integer, truncate(value)); break;
+    case Rule::gain:
+      storeShared(control.integer, truncate(value));
+      storeShared(readout.efGain, 2.0F * value);
+      storeShared(readout.efGainDb, decibels(2.0F * value));
+      break;
+    case Rule::threshold:
+      storeShared(control.integer, truncate(value));
+      storeShared(readout.lfoThreshold, value * value);
+      storeShared(readout.lfoThresholdDb, decibels(value * value));
+      break;
+    case Rule::percent:
+      storeShared(control.integer, truncate(value));
+      storeShared(readout.glidePercent, 100.0F * value);
+      break;
+    case Rule::amount:
+    case Rule::sequencedAmount:
+      storeShared(control.bipolar, 2.0F * value - 1.0F);
+      storeShared(control.integer, truncate(2.0F * value - 1.0F));
+      break;
+    case Rule::step:
+    case Rule::stepExact: storePosition(control, stepPosition(row, value)); break;
+    case Rule::selector: {
+      const int position = stepPosition(row, value);
+      storePosition(control, position);
+      applySelector(tag, position, groupMask, [this](int dependent) ZUM_REALTIME {
+        setParameter(dependent, loadShared(valueOf(rowOfTag(dependent)).raw));
+      });
+      break;
+    }
+    case Rule::vowel:
+      storeShared(control.integer, truncate(value));
+      setVowel(tag == 58 ? engine.controls.formantsA : engine.controls.formantsB, value);
+      break;
+    case Rule::button: storePosition(control, buttonPosition(value)); break;
+    case Rule::resetButton: {
+      const int position = buttonPosition(value);
+      storePosition(control, position);
+      pressReset(at, static_cast<float>(position));
+      break;
+    }
+    case Rule::table: break;
+  }
+  if ((row.flags & kRedraw) != 0) requestFullRedraw();
+}
+
+// Nine steps without a glide between vowels: the morph is what glides.
+void KvUniClient::setVowel(VowelFormants& formants, float value) ZUM_REALTIME {
+  const float scaled = 8.0F * value;
+  const int i = clampIndex(truncate(scaled), static_cast<int>(formantOne.size()) - 1);
+  storeShared(formants.vowelPos, scaled);
+  storeShared(formants.position, static_cast<float>(i));
+  storeShared(formants.formantOneHz, formantOne[static_cast<std::size_t>(i)]);
+  storeShared(formants.formantTwoHz, formantTwo[static_cast<std::size_t>(i)]);
+}
+
+// A press and a release both centre the amounts; the tiny difference of the mark is what tells
+// one from the other, and a repeat of the same one from a change.
+void KvUniClient::pressReset(int row, float position) ZUM_REALTIME {
+  const float mark = position * 0.00001F + kInitialMark;
+  float& last = resetMarks[static_cast<std::size_t>(row)];
+  if (loadShared(last) == mark) return;
+  storeShared(last, mark);
+  for (const std::int16_t tag : parameterRows()[static_cast<std::size_t>(row)].resets) {
+    setParameter(tag, mark);
+  }
+}
+
+float KvUniClient::getParameter(std::int32_t index) ZUM_REALTIME {
+  const KvParameter* record = hostParameter(index);
+  return record != nullptr && record->value != nullptr ? loadShared(*record->value) : 0.0F;
+}
+
+void KvUniClient::setParameterAutomated(std::int32_t index, float value) {
+  if (index >= 0 && index < kHostParameters) KvPluginBase::setParameterAutomated(index, value);
+}
+
+void KvUniClient::requestFullRedraw() ZUM_REALTIME {
+  if (EffectEditor* shown = effectEditor()) shown->requestFullRedraw();
+}
+
+void KvUniClient::recomputeEngine(bool keepBuffers) ZUM_REALTIME {
+  engine.recompute(clock, keepBuffers);
+  for (const ParameterRow& row : parameterRows().first(kPresetRows)) {
+    if (row.value != nullptr) setParameter(row.tag, loadShared((engine.controls.*row.value).raw));
+  }
+}
+
+}  // namespace zum
