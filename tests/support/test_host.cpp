@@ -1,0 +1,105 @@
+#include "support/test_host.hpp"
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+#include "core/create_effect.hpp"
+
+namespace zum::test {
+namespace {
+
+// The callback carries no user pointer until the record's `user` is set, and a constructor calls
+// back before that: such calls reach the host that is being made.
+thread_local HostState* beingMade = nullptr;
+
+std::intptr_t callback(AEffect* effect, std::int32_t opcode, std::int32_t index,
+                       std::intptr_t value, void* ptr, float /*opt*/) {
+  HostState* host = effect->user != nullptr ? static_cast<HostState*>(effect->user) : beingMade;
+  if (opcode == audioMasterGetCurrentProcessLevel) return host->level;
+  if (opcode == audioMasterGetTime) {
+    return host->hasTime ? reinterpret_cast<std::intptr_t>(&host->time) : 0;
+  }
+  host->calls.push_back({opcode, index, value});
+  switch (opcode) {
+    case audioMasterVersion: return 2400;
+    case audioMasterGetVendorString: std::strcpy(static_cast<char*>(ptr), host->vendor.c_str()); return 1;
+    case audioMasterGetProductString: std::strcpy(static_cast<char*>(ptr), host->product.c_str()); return 1;
+    case audioMasterBeginEdit:
+    case audioMasterEndEdit: return 1;
+    default: return 0;
+  }
+}
+
+}  // namespace
+
+TestHost::TestHost(float sampleRate, HostState state) : host(std::move(state)) {
+  beingMade = &host;
+  effect = createEffect(callback);
+  effect->user = &host;
+  dispatch(effOpen);
+  dispatch(effSetSampleRate, 0, 0, nullptr, sampleRate);
+  dispatch(effMainsChanged, 0, 1);
+}
+
+std::string TestHost::text(std::int32_t opcode, std::int32_t index) {
+  std::array<char, 512> room{};
+  room.fill('#');
+  dispatch(opcode, index, 0, room.data());
+  return {room.data(), strnlen(room.data(), room.size())};
+}
+
+void TestHost::selectFilter(int bank, int type) {
+  set(62, static_cast<float>(bank));
+  set(bank == 0 ? 61 : 60, static_cast<float>(type) / 10.0F + 0.05F);
+}
+
+void TestHost::process(const Stereo& in, Stereo& out, std::size_t at, std::int32_t frames) {
+  std::array<float*, 2> from = {const_cast<float*>(in.left.data() + at),
+                                const_cast<float*>(in.right.data() + at)};
+  std::array<float*, 2> to = {out.left.data() + at, out.right.data() + at};
+  effect->processReplacing(effect, from.data(), to.data(), frames);
+}
+
+Stereo TestHost::render(const Stereo& in, const std::vector<std::int32_t>& blocks) {
+  Stereo out(in.frames());
+  std::size_t at = 0;
+  for (std::size_t i = 0; at < in.frames(); ++i) {
+    const auto block = std::min(in.frames() - at, static_cast<std::size_t>(blocks[i % blocks.size()]));
+    process(in, out, at, static_cast<std::int32_t>(block));
+    at += block;
+  }
+  return out;
+}
+
+Stereo noise(std::size_t frames, float level) {
+  std::uint32_t seed = 1;
+  const auto next = [&seed, level] {
+    seed = seed * 1664525U + 1013904223U;
+    return level * (static_cast<float>(seed >> 8U) * 0x1p-23F - 1.0F);
+  };
+  Stereo made(frames);
+  for (std::size_t i = 0; i < frames; ++i) {
+    made.left[i] = next();
+    made.right[i] = next();
+  }
+  return made;
+}
+
+double errorDb(const Stereo& a, const Stereo& b) {
+  double difference = 0.0;
+  double energy = 0.0;
+  const auto add = [&](const std::vector<float>& x, const std::vector<float>& y) {
+    for (std::size_t i = 0; i < x.size(); ++i) {
+      const double d = static_cast<double>(x[i]) - static_cast<double>(y[i]);
+      difference += d * d;
+      energy += static_cast<double>(y[i]) * static_cast<double>(y[i]);
+    }
+  };
+  add(a.left, b.left);
+  add(a.right, b.right);
+  if (difference == 0.0) return -std::numeric_limits<double>::infinity();
+  return 10.0 * std::log10(difference / energy);
+}
+
+}  // namespace zum::test

@@ -1,0 +1,69 @@
+// A host for tests: one effect instance behind its published record, with a time and a process
+// level that a test sets.
+#pragma once
+
+#include <array>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "core/aeffect.hpp"
+#include "core/uni_client.hpp"
+
+namespace zum::test {
+
+/// Left and right, the same length.
+struct Stereo {
+  std::vector<float> left;
+  std::vector<float> right;
+
+  explicit Stereo(std::size_t frames = 0) : left(frames), right(frames) {}
+  std::size_t frames() const { return left.size(); }
+  bool operator==(const Stereo&) const = default;
+};
+
+/// What the host side of an instance answers, and what it was told.
+struct HostState {
+  bool hasTime = false;
+  VstTimeInfo time{};
+  std::int32_t level = kVstProcessLevelRealtime;
+  std::string vendor = "Test";
+  std::string product = "Test Host";
+  std::vector<std::array<std::intptr_t, 3>> calls;  // opcode, index, value; none from the block
+};
+
+class TestHost {
+ public:
+  explicit TestHost(float sampleRate = 44100.0F, HostState state = {});
+  TestHost(const TestHost&) = delete;
+  TestHost& operator=(const TestHost&) = delete;
+  ~TestHost() { dispatch(effClose); }
+
+  std::intptr_t dispatch(std::int32_t opcode, std::int32_t index = 0, std::intptr_t value = 0,
+                         void* ptr = nullptr, float opt = 0.0F) {
+    return effect->dispatcher(effect, opcode, index, value, ptr, opt);
+  }
+  /// The text that an opcode writes.
+  std::string text(std::int32_t opcode, std::int32_t index = 0);
+  void set(std::int32_t tag, float value) { effect->setParameter(effect, tag, value); }
+  float get(std::int32_t index) { return effect->getParameter(effect, index); }
+  /// Selects a filter: bank 0 or 1, type 0 to 9.
+  void selectFilter(int bank, int type);
+  /// One block call in the middle of larger buffers.
+  void process(const Stereo& in, Stereo& out, std::size_t at, std::int32_t frames);
+  /// All of `in`, in blocks of the sizes given, again and again.
+  Stereo render(const Stereo& in, const std::vector<std::int32_t>& blocks);
+
+  HostState host;
+  AEffect* effect;
+  KvUniClient& client() {
+    return *dynamic_cast<KvUniClient*>(static_cast<AudioEffect*>(effect->object));
+  }
+};
+
+/// Seeded noise in -level..level, different on both sides.
+Stereo noise(std::size_t frames, float level = 0.5F);
+/// Energy of a - b over the energy of b, in dB.
+double errorDb(const Stereo& a, const Stereo& b);
+
+}  // namespace zum::test
