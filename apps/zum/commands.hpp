@@ -1,0 +1,12 @@
+// The subcommands of the program, one source file each; main adds them all.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace zum {
+
+// Each adds its subcommand to `app`, with a callback that does the work and throws Failure.
+void addRenderCommand(CLI::App& app);
+void addParametersCommand(CLI::App& app);
+
+}  // namespace zum

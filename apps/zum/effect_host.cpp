@@ -1,0 +1,74 @@
+// Life of the effect instance and the answers to its questions.
+#include "apps/zum/effect_host.hpp"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+
+#include "apps/zum/failure.hpp"
+#include "core/create_effect.hpp"
+
+namespace zum {
+namespace {
+
+constexpr std::intptr_t kHostVersion = 2400;
+
+std::intptr_t giveText(void* ptr, std::size_t room, const char* text) {
+  if (ptr == nullptr) return 0;
+  char* end = std::copy_n(text, std::min(std::strlen(text), room - 1), static_cast<char*>(ptr));
+  *end = '\0';
+  return 1;
+}
+
+}  // namespace
+
+EffectHost::EffectHost(double sampleRate, int blockSize, double tempo)
+    : framesPerBlock(blockSize), effect(createEffect(&EffectHost::answer)) {
+  if (effect == nullptr || effect->magic != kEffectMagic) {
+    throw Failure("the effect could not be made; close other programs to free memory");
+  }
+  time.sampleRate = sampleRate;
+  time.tempo = tempo;
+  time.timeSigNumerator = 4;
+  time.timeSigDenominator = 4;
+  time.flags = kVstTempoValid | kVstTimeSigValid;
+  effect->reservedForHost[0] = reinterpret_cast<std::intptr_t>(this);
+  dispatch(effOpen);
+  dispatch(effSetSampleRate, 0, static_cast<float>(sampleRate));
+  dispatch(effSetBlockSize, blockSize);
+  dispatch(effMainsChanged, 1);
+}
+
+EffectHost::~EffectHost() {
+  dispatch(effMainsChanged, 0);
+  dispatch(effClose);  // the effect deletes itself
+}
+
+// The effect asks before it has a record and before the record knows this host: `caller` may be
+// null, and so may the host in it.
+std::intptr_t EffectHost::answer(AEffect* caller, std::int32_t opcode, std::int32_t /*index*/,
+                                 std::intptr_t /*value*/, void* ptr, float /*opt*/) {
+  auto* host = caller == nullptr ? nullptr : std::bit_cast<EffectHost*>(caller->reservedForHost[0]);
+  switch (opcode) {
+    case audioMasterVersion:
+      return kHostVersion;
+    case audioMasterGetTime:
+      return host == nullptr ? 0 : reinterpret_cast<std::intptr_t>(&host->time);
+    case audioMasterGetSampleRate:
+      return host == nullptr ? 0 : static_cast<std::intptr_t>(host->time.sampleRate);
+    case audioMasterGetBlockSize:
+      return host == nullptr ? 0 : host->framesPerBlock;
+    case audioMasterGetCurrentProcessLevel:
+      return kVstProcessLevelRealtime;  // at the offline level the effect leaves the buffers alone
+    case audioMasterGetVendorString:
+      return giveText(ptr, kVstMaxVendorStrLen, "ZUM");
+    case audioMasterGetProductString:
+      return giveText(ptr, kVstMaxProductStrLen, "zum command line");
+    case audioMasterGetVendorVersion:
+      return 1;
+    default:
+      return 0;
+  }
+}
+
+}  // namespace zum

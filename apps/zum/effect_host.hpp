@@ -1,0 +1,37 @@
+// The smallest host of the effect: owns one instance and speaks to it only through its record.
+#pragma once
+
+#include <cstdint>
+
+#include "core/aeffect.hpp"
+
+namespace zum {
+
+class EffectHost {
+ public:
+  /// An open effect that is switched on; throws Failure when there is none to be had. `tempo` in
+  /// beats per minute, on a transport that stands still.
+  EffectHost(double sampleRate, int blockSize, double tempo);
+  ~EffectHost();
+  EffectHost(const EffectHost&) = delete;
+  EffectHost& operator=(const EffectHost&) = delete;
+
+  void setParameter(int tag, float value) { effect->setParameter(effect, tag, value); }
+  /// Two channels in, two out, at most `blockSize` frames.
+  void process(float** inputs, float** outputs, int frames) {
+    effect->processReplacing(effect, inputs, outputs, frames);
+  }
+
+ private:
+  static std::intptr_t answer(AEffect* caller, std::int32_t opcode, std::int32_t index,
+                              std::intptr_t value, void* ptr, float opt);
+  std::intptr_t dispatch(std::int32_t opcode, std::intptr_t value = 0, float opt = 0.0F) {
+    return effect->dispatcher(effect, opcode, 0, value, nullptr, opt);
+  }
+
+  VstTimeInfo time{};
+  int framesPerBlock;
+  AEffect* effect;
+};
+
+}  // namespace zum

@@ -1,0 +1,23 @@
+// How a command ends early, and how it warns; main prints the one and sets the exit code.
+#pragma once
+
+#include <iostream>
+#include <stdexcept>
+#include <string>
+
+namespace zum {
+
+inline constexpr int kExitFailed = 1;
+inline constexpr int kExitWrongUsage = 2;
+
+/// The text says what is wrong and what to do next, without "zum:" in front and without a full
+/// stop.
+struct Failure : std::runtime_error {
+  explicit Failure(const std::string& text, int code = kExitFailed)
+      : std::runtime_error(text), exitCode(code) {}
+  int exitCode;
+};
+
+inline void warn(const std::string& text) { std::cerr << "zum: warning: " << text << '\n'; }
+
+}  // namespace zum

@@ -1,0 +1,129 @@
+// Lookup of parameters by name or tag number, with the nearest names when there is no such name.
+#include "apps/zum/parameter_names.hpp"
+
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+#include <numeric>
+#include <utility>
+
+#include "apps/zum/failure.hpp"
+
+namespace zum {
+namespace {
+
+constexpr int kUnusedId = -1;
+constexpr int kHiddenTag = 68;  // has an identity in the table, but nothing behind it to set
+constexpr std::size_t kMostSuggestions = 4;
+
+std::string lowerCase(std::string_view text) {
+  std::string lower(text);
+  std::transform(lower.begin(), lower.end(), lower.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return lower;
+}
+
+template <typename Number>
+bool parseWhole(std::string_view text, Number& number) {
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return error == std::errc() && end == text.data() + text.size();
+}
+
+// Fewest insertions, deletions and replacements of one character that make `a` into `b`.
+std::size_t editDistance(std::string_view a, std::string_view b) {
+  std::vector<std::size_t> row(b.size() + 1);
+  std::iota(row.begin(), row.end(), std::size_t{0});
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    std::size_t diagonal = std::exchange(row[0], i + 1);
+    for (std::size_t j = 0; j < b.size(); ++j) {
+      const std::size_t replaced = diagonal + (a[i] == b[j] ? 0U : 1U);
+      diagonal = row[j + 1];
+      row[j + 1] = std::min({replaced, diagonal + 1, row[j] + 1});
+    }
+  }
+  return row.back();
+}
+
+std::string nearNames(std::string_view text) {
+  const std::string wanted = lowerCase(text);
+  const std::size_t farthest = std::max<std::size_t>(2, wanted.size() / 2);
+  std::vector<std::pair<std::size_t, std::string>> near;
+  for (const ParameterRow& row : settableParameters()) {
+    const std::size_t distance = editDistance(wanted, lowerCase(row.name));
+    if (distance <= farthest) near.emplace_back(distance, row.name);
+  }
+  std::sort(near.begin(), near.end());
+  near.erase(std::unique(near.begin(), near.end()), near.end());
+  if (near.size() > kMostSuggestions) near.resize(kMostSuggestions);
+  std::string list;
+  for (const auto& [distance, name] : near) list += (list.empty() ? "" : ", ") + name;
+  return list;
+}
+
+std::vector<int> tagsNamed(std::string_view text) {
+  std::vector<int> exact;
+  std::vector<int> anyCase;
+  for (const ParameterRow& row : settableParameters()) {
+    if (row.name == text) exact.push_back(row.tag);
+    if (lowerCase(row.name) == lowerCase(text)) anyCase.push_back(row.tag);
+  }
+  return exact.empty() ? anyCase : exact;
+}
+
+}  // namespace
+
+std::vector<ParameterRow> settableParameters() {
+  std::vector<ParameterRow> rows;
+  for (const ParameterRow& row : parameterRows()) {
+    if (row.id != kUnusedId && row.tag != kHiddenTag) rows.push_back(row);
+  }
+  std::sort(rows.begin(), rows.end(),
+            [](const ParameterRow& a, const ParameterRow& b) { return a.tag < b.tag; });
+  return rows;
+}
+
+int findParameterTag(std::string_view text) {
+  const std::string quoted = '"' + std::string(text) + '"';
+  if (int number = 0; parseWhole(text, number)) {
+    for (const ParameterRow& row : settableParameters()) {
+      if (row.tag == number) return number;
+    }
+    throw Failure(
+        "no parameter has the tag " + std::string(text) + "; run zum parameters to see them all",
+        kExitWrongUsage);
+  }
+  const std::vector<int> tags = tagsNamed(text);
+  if (tags.size() == 1) return tags.front();
+  if (tags.empty()) {
+    const std::string near = nearNames(text);
+    throw Failure("no parameter is called " + quoted + "; " +
+                      (near.empty() ? "" : "did you mean " + near + "? Otherwise ") +
+                      "run zum parameters to see them all",
+                  kExitWrongUsage);
+  }
+  std::string list;
+  for (const int tag : tags) list += (list.empty() ? "" : " or ") + std::to_string(tag);
+  throw Failure(quoted + " is the name of several parameters; give the tag number " + list +
+                    " in place of the name",
+                kExitWrongUsage);
+}
+
+ParameterSetting parseParameterSetting(std::string_view text) {
+  const std::size_t equals = text.rfind('=');
+  if (equals == std::string_view::npos || equals == 0) {
+    throw Failure(
+        "cannot read the setting \"" + std::string(text) + "\"; write NAME=VALUE or TAG=VALUE",
+        kExitWrongUsage);
+  }
+  const int tag = findParameterTag(text.substr(0, equals));
+  float value = 0.0F;
+  // The second condition is also false for "nan".
+  if (!parseWhole(text.substr(equals + 1), value) || !(value >= 0.0F && value <= 1.0F)) {
+    throw Failure(
+        "the value in \"" + std::string(text) + "\" is out of range; give a number from 0 to 1",
+        kExitWrongUsage);
+  }
+  return {tag, value};
+}
+
+}  // namespace zum

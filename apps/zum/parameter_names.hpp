@@ -1,0 +1,27 @@
+// From what a user calls a parameter to its tag; used by the subcommands.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/parameter_table.hpp"
+
+namespace zum {
+
+/// The rows that a user can set, in the order of their tags.
+std::vector<ParameterRow> settableParameters();
+
+/// The tag that `text` means: a tag number, or a name in any case. Throws Failure, with the names
+/// that are spelled nearly so, or with the tags that share the name.
+int findParameterTag(std::string_view text);
+
+struct ParameterSetting {
+  int tag;
+  float value;
+};
+
+/// Reads "NAME=VALUE", the value from 0 to 1; throws Failure.
+ParameterSetting parseParameterSetting(std::string_view text);
+
+}  // namespace zum
