@@ -1,0 +1,49 @@
+# Installs Debian packages of packages.txt that are missing. Sourced by ./run and ./test.
+# shellcheck shell=bash
+
+# packages_of basic|all: the names of the first half, or of both
+packages_of() {
+  if [ "$1" = basic ]; then sed '/^# only for/,$d' packages.txt; else cat packages.txt; fi |
+    sed 's/#.*//; /^[[:space:]]*$/d'
+}
+
+# install_missing basic|all: quiet and without the network when nothing is missing
+install_missing() {
+  local missing=() name sudo=()
+  while read -r name; do
+    dpkg-query -W -f='${Status}' "$name" 2>/dev/null | grep -q 'ok installed' || missing+=("$name")
+  done < <(packages_of "$1")
+  [ ${#missing[@]} -eq 0 ] && return 0
+  echo "Installing ${#missing[@]} packages: ${missing[*]}"
+  if [ "$(id -u)" -ne 0 ]; then
+    command -v sudo >/dev/null || {
+      echo "Install these packages as root, then start again: ${missing[*]}" >&2
+      return 1
+    }
+    sudo=(sudo)
+  fi
+  "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive sh -c '
+    apt-get -q -o DPkg::Lock::Timeout=300 update &&
+    apt-get -q -y -o DPkg::Lock::Timeout=300 install --no-install-recommends "$@"' sh "${missing[@]}" \
+    >/tmp/zum-packages.$$.log 2>&1 || {
+    tail -20 /tmp/zum-packages.$$.log >&2
+    echo "The packages could not be installed. Look at the lines above, mend the package source, start again." >&2
+    return 1
+  }
+  rm -f /tmp/zum-packages.$$.log
+}
+
+# build PRESET: configures once, then builds what changed
+build() {
+  local folder=build
+  [ "$1" = release ] || folder=build-$1
+  if [ ! -f "$folder/build.ninja" ]; then
+    cmake --preset "$1" >"/tmp/zum-configure.$$.log" 2>&1 || {
+      cat "/tmp/zum-configure.$$.log" >&2
+      return 1
+    }
+    rm -f "/tmp/zum-configure.$$.log"
+  fi
+  echo "Building $folder"
+  NINJA_STATUS='[%f/%t] ' cmake --build "$folder" --parallel
+}

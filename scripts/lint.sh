@@ -1,0 +1,15 @@
+#!/usr/bin/env bash
+# Format and lint of every source. `scripts/lint.sh --fix` puts the format right.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+mapfile -t sources < <(git ls-files --cached --others --exclude-standard '*.cpp' '*.hpp')
+if [ "${1:-}" = --fix ]; then
+  clang-format -i "${sources[@]}"
+  exit 0
+fi
+clang-format --dry-run --Werror "${sources[@]}" || {
+  echo "Run scripts/lint.sh --fix, look at the change, start again." >&2
+  exit 1
+}
+mapfile -t units < <(printf '%s\n' "${sources[@]}" | grep '\.cpp$' | grep -v '^tests/hosts/juce/')
+printf '%s\n' "${units[@]}" | xargs -P 2 -n 4 clang-tidy -p build --quiet
