@@ -11,15 +11,12 @@ namespace zum {
 /// `stages` in series; the `tap` output of one feeds the next and the last one's is the output.
 /// Lanes are left and right twice, or left and right at two frequencies.
 template <int stages, Tap tap>
-struct Cascade {
+struct Cascade : Stateful<std::array<SvfStage, stages>> {
+  using State = std::array<SvfStage, stages>;
   std::array<SvfLanes, stages> coeffs;
-  std::array<SvfStage, stages> state;
 
-  Float4 next(Float4 in) ZUM_REALTIME {
-    for (std::size_t i = 0; i < stages; ++i) {
-      state[i].next(in, coeffs[i]);
-      in = tapOf<tap>(state[i]);
-    }
+  Float4 next(State& state, Float4 in) const ZUM_REALTIME {
+    for (std::size_t i = 0; i < stages; ++i) in = tapOf<tap>(state[i].next(in, coeffs[i]));
     return in;
   }
 };

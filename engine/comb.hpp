@@ -24,79 +24,42 @@ template <int combs, int framesAtBase>
 class Comb {
  public:
   /// What a run of frames keeps at hand. Two combs lie in the two halves of the lanes.
-  struct Frames {
-    std::array<float*, combs> ring;
-    std::array<float, combs> delay;
-    std::int32_t combSize;
+  struct State {
     std::int32_t writeIndex;
-    Float4 feedback;
-    OnePoleCoeffs coeffs;
     OnePole damping;
     Float4 damped;
     Float4 read;  // last frame's
+    // the right channel's, one frame back
     OnePole dampingBefore;
     Float4 dampedBefore;
-
-    Float4 next(Float4 in) ZUM_REALTIME {
-      const Float4 sum = damped * feedback + in;
-      const Float4 loop = sum * (splat(1.0F) - absolute(sum) * splat(0.25F));
-      read = exchange(loop + splat(kDenormalGuard));
-      dampingBefore = damping;
-      dampedBefore = damped;
-      damped = damping.next(read, coeffs);
-      return rightOf(dampedBefore, damped);
-    }
-
-   private:
-    /// Writes this frame into the rings and reads what the delay says.
-    Float4 exchange(Float4 write) ZUM_REALTIME {
-      std::array<const float*, combs> from{};
-      std::array<const float*, combs> to{};
-      std::array<float, combs> t{};
-      for (std::size_t c = 0; c < combs; ++c) {
-        float position = static_cast<float>(writeIndex) - delay[c];
-        if (position <= -1.0F) position += static_cast<float>(combSize);
-        // Between -1 and 0 this is frame 0 with a negative weight, as it was tuned.
-        std::int32_t i = truncate(position);
-        if (static_cast<std::uint32_t>(i) >= static_cast<std::uint32_t>(combSize)) i = 0;
-        const std::int32_t j = i + 1 < combSize ? i + 1 : 0;
-        t[c] = position - static_cast<float>(i);
-        from[c] = ring[c] + 2 * static_cast<std::ptrdiff_t>(i);
-        to[c] = ring[c] + 2 * static_cast<std::ptrdiff_t>(j);
-      }
-      const std::ptrdiff_t at = 2 * static_cast<std::ptrdiff_t>(writeIndex);
-      storeLowPair(ring[0] + at, write);
-      if constexpr (combs == 2) storeHighPair(ring[1] + at, write);
-      writeIndex = writeIndex + 1 < combSize ? writeIndex + 1 : 0;
-      const Float4 a = combs == 2 ? loadPairs(from[0], from[combs - 1]) : loadPairTwice(from[0]);
-      const Float4 b = combs == 2 ? loadPairs(to[0], to[combs - 1]) : loadPairTwice(to[0]);
-      return (b - a) * halves(t[0], t[combs - 1]) + a;
-    }
   };
 
   /// The right channel's damping runs at the head of a frame, the left one's at its end. Within a
   /// run both run at the end; the head of the first frame is made up for here, and leave() takes
   /// back what belongs to the frame behind the run.
-  Frames enter() ZUM_REALTIME {
-    Frames run{};
-    for (std::size_t c = 0; c < combs; ++c) {
-      run.ring[c] = rings[c].data();
-      run.delay[c] = combDelay[c].current;
-    }
-    run.combSize = combSize;
+  State enter() const ZUM_REALTIME {
+    State run{};
     run.writeIndex = writeIndex;
-    run.feedback = feedback;
-    run.coeffs = coeffs;
     OnePole head = damping;
     run.damped = rightOf(head.next(read, coeffs), damped);
     run.damping.w = rightOf(head.w, damping.w);
     return run;
   }
-  void leave(const Frames& run) ZUM_REALTIME {
+  void leave(const State& run) ZUM_REALTIME {
     writeIndex = run.writeIndex;
     read = run.read;
     damped = rightOf(run.dampedBefore, run.damped);
     damping.w = rightOf(run.dampingBefore.w, run.damping.w);
+  }
+
+  Float4 next(State& run, Float4 in) ZUM_REALTIME {
+    const Float4 sum = run.damped * feedback + in;
+    const Float4 loop = sum * (splat(1.0F) - absolute(sum) * splat(0.25F));
+    run.read = exchange(run.writeIndex, loop + splat(kDenormalGuard));
+    run.dampingBefore = run.damping;
+    run.dampedBefore = run.damped;
+    run.damped = run.damping.next(run.read, coeffs);
+    return rightOf(run.dampedBefore, run.damped);
   }
 
   /// Fixed damping at `dampingHz`, and rings of the size that the rate asks for. Rings never
@@ -128,6 +91,31 @@ class Comb {
   static constexpr std::int32_t kCapacity =
       static_cast<std::int32_t>(framesAtBase * KvSystemInfo::kHighestSampleRate / 44100.0F) + 1;
   using Ring = std::array<float, 2 * static_cast<std::size_t>(kCapacity)>;
+
+  /// Writes this frame into the rings, reads what the delays say and moves on.
+  Float4 exchange(std::int32_t& index, Float4 write) ZUM_REALTIME {
+    std::array<const float*, combs> from{};
+    std::array<const float*, combs> to{};
+    std::array<float, combs> t{};
+    for (std::size_t c = 0; c < combs; ++c) {
+      float position = static_cast<float>(index) - combDelay[c].current;
+      if (position <= -1.0F) position += static_cast<float>(combSize);
+      // Between -1 and 0 this is frame 0 with a negative weight, as it was tuned.
+      std::int32_t i = truncate(position);
+      if (static_cast<std::uint32_t>(i) >= static_cast<std::uint32_t>(combSize)) i = 0;
+      const std::int32_t j = i + 1 < combSize ? i + 1 : 0;
+      t[c] = position - static_cast<float>(i);
+      from[c] = rings[c].data() + 2 * static_cast<std::ptrdiff_t>(i);
+      to[c] = rings[c].data() + 2 * static_cast<std::ptrdiff_t>(j);
+    }
+    const std::ptrdiff_t at = 2 * static_cast<std::ptrdiff_t>(index);
+    storeLowPair(rings[0].data() + at, write);
+    if constexpr (combs == 2) storeHighPair(rings[1].data() + at, write);
+    index = index + 1 < combSize ? index + 1 : 0;
+    const Float4 a = combs == 2 ? loadPairs(from[0], from[combs - 1]) : loadPairTwice(from[0]);
+    const Float4 b = combs == 2 ? loadPairs(to[0], to[combs - 1]) : loadPairTwice(to[0]);
+    return (b - a) * halves(t[0], t[combs - 1]) + a;
+  }
 
   /// Right lanes of `right`, left lanes of `left`.
   static Float4 rightOf(Float4 right, Float4 left) ZUM_REALTIME {

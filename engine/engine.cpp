@@ -13,18 +13,6 @@ int indexOf(const ControlValue& choice, int last) ZUM_REALTIME {
   return clampIndex(loadShared(choice.integer), last);
 }
 
-/// A filter's state for a run, in registers where it is small.
-template <class Filter>
-auto enter(Filter& filter) ZUM_REALTIME {
-  if constexpr (requires { filter.enter(); }) return filter.enter();
-  else return filter;
-}
-template <class Filter, class Frames>
-void leave(Filter& filter, const Frames& run) ZUM_REALTIME {
-  if constexpr (requires { filter.leave(run); }) filter.leave(run);
-  else filter = run;
-}
-
 }  // namespace
 
 void Engine::recompute(const KvSystemInfo& clock, bool keepBuffers) ZUM_REALTIME {
@@ -101,87 +89,107 @@ void Engine::runFrames(Pairs& pairs, std::int32_t frames) ZUM_REALTIME {
   if (indexOf(controls.bank, 1) == 0) {
     MultiModeFilter& bank = multiMode;
     switch (indexOf(controls.multiType, MultiModeFilter::kTypes - 1)) {
-      case 0: return runThrough(bank.highPass, 1.0F, pairs, frames);
-      case 1: return runThrough(bank.highPassSteep, 1.0F, pairs, frames);
-      case 2: return runThrough(bank.bandPass, 1.0F, pairs, frames);
-      case 3: return runThrough(bank.bandPassSteep, 1.0F, pairs, frames);
-      case 4: return runThrough(bank.lowPass, 1.0F, pairs, frames);
-      case 5: return runThrough(bank.lowPassSteep, 1.0F, pairs, frames);
-      case 6: return runThrough(bank.comb, 1.0F, pairs, frames);
-      case 7: return runThrough(bank.bandReject, 1.0F, pairs, frames);
-      case 8: return runThrough(bank.heldBandPass, 1.0F, pairs, frames);
-      default: return runThrough(bank.heldLowPass, 1.0F, pairs, frames);
+      case 0: return runThrough<false>(bank.highPass, pairs, frames);
+      case 1: return runThrough<false>(bank.highPassSteep, pairs, frames);
+      case 2: return runThrough<false>(bank.bandPass, pairs, frames);
+      case 3: return runThrough<false>(bank.bandPassSteep, pairs, frames);
+      case 4: return runThrough<false>(bank.lowPass, pairs, frames);
+      case 5: return runThrough<false>(bank.lowPassSteep, pairs, frames);
+      case 6: return runThrough<false>(bank.comb, pairs, frames);
+      case 7: return runThrough<false>(bank.bandReject, pairs, frames);
+      case 8: return runThrough<false>(bank.heldBandPass, pairs, frames);
+      default: return runThrough<false>(bank.heldLowPass, pairs, frames);
     }
   }
   VowelFilter& bank = vowel;
-  constexpr float kLevel = VowelFilter::kLevel;
   switch (indexOf(controls.vowelType, VowelFilter::kTypes - 1)) {
-    case 0: return runThrough(bank.highPass, kLevel, pairs, frames);
-    case 1: return runThrough(bank.highPassSteep, kLevel, pairs, frames);
-    case 2: return runThrough(bank.bandPass, kLevel, pairs, frames);
-    case 3: return runThrough(bank.bandPassSteep, kLevel, pairs, frames);
-    case 4: return runThrough(bank.bandPassTwin, kLevel, pairs, frames);
-    case 5: return runThrough(bank.lowPassSteep, kLevel, pairs, frames);
-    case 6: return runThrough(bank.combs, kLevel, pairs, frames);
-    case 7: return runThrough(bank.shelves, kLevel, pairs, frames);
-    case 8: return runThrough(bank.heldBandPass, kLevel, pairs, frames);
-    default: return runThrough(bank.heldLowPass, kLevel, pairs, frames);
+    case 0: return runThrough<true>(bank.highPass, pairs, frames);
+    case 1: return runThrough<true>(bank.highPassSteep, pairs, frames);
+    case 2: return runThrough<true>(bank.bandPass, pairs, frames);
+    case 3: return runThrough<true>(bank.bandPassSteep, pairs, frames);
+    case 4: return runThrough<true>(bank.bandPassTwin, pairs, frames);
+    case 5: return runThrough<true>(bank.lowPassSteep, pairs, frames);
+    case 6: return runThrough<true>(bank.combs, pairs, frames);
+    case 7: return runThrough<true>(bank.shelves, pairs, frames);
+    case 8: return runThrough<true>(bank.heldBandPass, pairs, frames);
+    default: return runThrough<true>(bank.heldLowPass, pairs, frames);
   }
 }
 
-// The order of a frame: clip, shape, filter, output, DC filter. Behind each other these five are a
-// chain of some 150 cycles, far longer than the filter's recursion of some 24, so a step of the
-// loop works on five frames at once: each piece on the frame that the piece before it has left.
+// The order of a frame: clip, shape, filter, limit and blend, DC filter. Behind each other these
+// are a chain of some 150 cycles, far longer than the filter's recursion of some 24, so a step of
+// the loop works on five frames at once: each piece on the frame that the piece before it has left.
+// What waits for its next piece lies in memory, so that the registers are free for the recursions.
 // Every sample is computed as if the pieces ran frame by frame.
-template <class Filter>
-void Engine::runThrough(Filter& filter, float level, Pairs& pairs,
-                        std::int32_t frames) ZUM_REALTIME {
-  enum Piece : unsigned { clip = 1, shape = 2, filtering = 4, finish = 8, unbias = 16 };
-  constexpr std::int32_t kDepth = 4;  // frames between the first piece and the last
+template <bool vowelBank, class Filter>
+void Engine::runThrough(Filter& filter, Pairs& pairs, std::int32_t frames) ZUM_REALTIME {
+  enum Piece : unsigned { clip = 1, shape = 2, filtering = 4, finish = 8, unbias = 16, all = 31 };
+  constexpr std::size_t kDepth = 4;  // frames between the first piece and the last
+  using Line = std::array<Float4, kRunFrames>;
 
-  Overdrive drive = overdrive;
-  auto structure = enter(filter);
-  OutputStage::Frames out = output.enter();
-  DcFilter dc = dcFilter;
-  const Float4 gain = splat(level);
-  Float4 clipped{};
-  Float4 driven{};
-  Float4 wet{};
-  Float4 finished{};
-  float* at = pairs.data();  // frame of the clip piece
+  Overdrive::Lines driveLines;
+  Overdrive::State drive = overdrive.enter(driveLines, frames);
+  typename Filter::State structure = filter.enter();
+  output.enter(frames);
+  Double2 dcOut = dcFilter.lastOut();
+  const bool fading = dcFilter.isFading();
+  Line clipped;
+  Line driven;
+  Line wet;
+  Line limited;
+  std::array<Float4, kRunFrames + 1> finished;  // with the frame before the run in front
+  finished[0] = dcFilter.lastIn();
 
-  const auto step = [&]<unsigned pieces>() __attribute__((always_inline)) {
-    if constexpr ((pieces & unbias) != 0) storeLowPair(at - 8, dc.next(finished));
-    if constexpr ((pieces & finish) != 0) finished = out.next(wet, loadPairTwice(at - 6));
-    if constexpr ((pieces & filtering) != 0) wet = structure.next(driven) * gain;
-    if constexpr ((pieces & shape) != 0) driven = drive.shape(clipped, loadPairTwice(at - 2));
-    if constexpr ((pieces & clip) != 0) clipped = drive.clip(loadPairTwice(at));
-    at += 2;
+  const auto dry = [&pairs](std::size_t i) ZUM_REALTIME { return loadPairTwice(&pairs[2 * i]); };
+  /// The chosen pieces of a step whose clip piece is at frame `n`; `lag` frames lie between pieces.
+  const auto step = [&]<unsigned pieces, std::size_t lag>(std::size_t n) ZUM_REALTIME {
+    if constexpr ((pieces & unbias) != 0) {
+      const std::size_t i = n - 4 * lag;
+      storeLowPair(&pairs[2 * i],
+                   fading ? DcFilter::nextFading(dcOut, finished[i + 1], finished[i])
+                          : DcFilter::next(dcOut, finished[i + 1], finished[i]));
+    }
+    if constexpr ((pieces & finish) != 0) {
+      const std::size_t i = n - 3 * lag;
+      limited[i] = output.limit(wet[i], i);
+      finished[i + 1] = output.blend(limited[i], dry(i), i);
+    }
+    if constexpr ((pieces & filtering) != 0) {
+      const std::size_t i = n - 2 * lag;
+      wet[i] = filter.next(structure, driven[i]);
+      if constexpr (vowelBank) wet[i] *= splat(VowelFilter::kLevel);
+    }
+    if constexpr ((pieces & shape) != 0) {
+      const std::size_t i = n - lag;
+      driven[i] = overdrive.shape(drive, clipped[i], dry(i), i);
+    }
+    if constexpr ((pieces & clip) != 0) clipped[n] = overdrive.clip(drive, driveLines, dry(n), n);
   };
 
-  if (frames >= kDepth) {
-    step.template operator()<clip>();
-    step.template operator()<clip | shape>();
-    step.template operator()<clip | shape | filtering>();
-    step.template operator()<clip | shape | filtering | finish>();
-    for (std::int32_t i = kDepth; i < frames; ++i) {
-      step.template operator()<clip | shape | filtering | finish | unbias>();
-    }
-    step.template operator()<shape | filtering | finish | unbias>();
-    step.template operator()<filtering | finish | unbias>();
-    step.template operator()<finish | unbias>();
-    step.template operator()<unbias>();
+  const auto count = static_cast<std::size_t>(frames);
+  if (count >= kDepth) {
+    step.template operator()<clip, 1>(0);
+    step.template operator()<clip | shape, 1>(1);
+    step.template operator()<clip | shape | filtering, 1>(2);
+    step.template operator()<clip | shape | filtering | finish, 1>(3);
+    for (std::size_t n = kDepth; n < count; ++n) step.template operator()<all, 1>(n);
+    step.template operator()<all & ~clip, 1>(count);
+    step.template operator()<filtering | finish | unbias, 1>(count + 1);
+    step.template operator()<finish | unbias, 1>(count + 2);
+    step.template operator()<unbias, 1>(count + 3);
   } else {
-    for (std::int32_t i = 0; i < frames; ++i, at += 2) {
-      const Float4 dry = loadPairTwice(at);
-      driven = drive.shape(drive.clip(dry), dry);
-      storeLowPair(at, dc.next(out.next(structure.next(driven) * gain, dry)));
+    for (std::size_t n = 0; n < count; ++n) {
+      step.template operator()<clip, 0>(n);
+      step.template operator()<shape, 0>(n);
+      step.template operator()<filtering, 0>(n);
+      step.template operator()<finish, 0>(n);
+      step.template operator()<unbias, 0>(n);
     }
   }
-  overdrive = drive;
-  leave(filter, structure);
-  output.leave(out);
-  dcFilter = dc;
+  overdrive.leave(drive, driveLines, frames);
+  filter.leave(structure);
+  output.leave(limited[count - 1]);
+  dcFilter.leave(finished[count], dcOut);
 }
 
 }  // namespace zum

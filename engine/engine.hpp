@@ -32,7 +32,7 @@ class ControlPassOwner {
 
 class Engine {
  public:
-  static constexpr std::int32_t kControlFrames = 16;
+  static constexpr std::int32_t kControlFrames = kRunFrames;
 
   EngineControls controls;  // [any]
 
@@ -56,8 +56,8 @@ class Engine {
 
   void controlPass(const KvSystemInfo& clock, ControlPassOwner& owner) ZUM_REALTIME;
   void runFrames(Pairs& pairs, std::int32_t frames) ZUM_REALTIME;
-  template <class Filter>
-  void runThrough(Filter& filter, float level, Pairs& pairs, std::int32_t frames) ZUM_REALTIME;
+  template <bool vowelBank, class Filter>
+  void runThrough(Filter& filter, Pairs& pairs, std::int32_t frames) ZUM_REALTIME;
 
   Overdrive overdrive;
   FilterFrequency frequency;

@@ -26,8 +26,8 @@ void MultiModeFilter::updateFilterColumns(float cutoffHz,
   halfColumn = columnOf(cutoffHz * 0.5F, columnScale);
   combDelayTarget = combDelayOf(cutoffHz, clock.samplesPerMs);
   const Float4 increment = splat(cutoffHz / (clock.sampleRate * 0.5F));
-  heldBandPass.hold.holdIncrement = increment;
-  heldLowPass.hold.holdIncrement = increment;
+  heldBandPass.holdIncrement = increment;
+  heldLowPass.holdIncrement = increment;
 }
 
 void MultiModeFilter::controlPass(int type, float feedbackAmount, float ticksPerMs) ZUM_REALTIME {

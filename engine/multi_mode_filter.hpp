@@ -10,22 +10,18 @@
 namespace zum {
 
 /// The comb of this bank: both sides hear the left input.
-class LeftFedComb : public Comb<1, 500> {
- public:
-  struct Frames : Comb::Frames {
-    Float4 next(Float4 in) ZUM_REALTIME { return Comb::Frames::next(firstLane(in)); }
-  };
-  Frames enter() ZUM_REALTIME { return Frames{Comb::enter()}; }
+struct LeftFedComb : Comb<1, 500> {
+  Float4 next(State& state, Float4 in) ZUM_REALTIME { return Comb::next(state, firstLane(in)); }
 };
 
 /// Low-pass below and high-pass above the cutoff, one octave off on each side.
-struct BandReject {
+struct BandReject : Stateful<SvfStage> {
+  using State = SvfStage;
   SvfLanes coeffs;  // high-pass stage in lanes 0 and 1, low-pass stage in 2 and 3
-  SvfStage state;
 
-  Float4 next(Float4 in) ZUM_REALTIME {
-    state.next(in, coeffs);
-    return highTwice(state.low) + state.high;
+  Float4 next(State& state, Float4 in) const ZUM_REALTIME {
+    const SvfOutputs out = state.next(in, coeffs);
+    return highTwice(out.low) + out.high;
   }
 };
 

@@ -6,10 +6,10 @@
 namespace zum {
 
 void OutputStage::controlPass(float mixSum, float masterSum, float controlStep) ZUM_REALTIME {
-  state.mix.aim(mixSum, controlStep);
-  state.master.aim(2.0F * masterSum, controlStep);
+  mix.aim(mixSum, controlStep);
+  master.aim(2.0F * masterSum, controlStep);
 
-  const float peakValue = std::max(state.limited[0], state.limited[1]);
+  const float peakValue = std::max(lastLimited[0], lastLimited[1]);
   const float level = std::fabs(clampTo(peakValue, 0.0F, 0.9800000190734863F));
   storeShared(meterValue, level);
   meter.enter(level);

@@ -26,30 +26,29 @@ struct MeterRing {
 
 class OutputStage {
  public:
-  /// What a run of frames keeps at hand.
-  struct Frames {
-    Int4 bypassMask{};
-    FrameRamp mix;
-    FrameRamp master;
-    Float4 limited{};  // wet output of the last frame
-
-    Float4 next(Float4 wet, Float4 dry) ZUM_REALTIME {
-      const Float4 m1 = smaller(splat(kClipHigh), larger(splat(kClipLow), wet));
-      const Float4 m2 = m1 * (splat(1.0F) - absolute(m1) * splat(kShapeOne));
-      mix.current += mix.step;
-      master.current += master.step;
-      const Float4 m3 = m2 * master.current;
-      limited = m3 * (splat(1.0F) - absolute(m3) * splat(kShapeTwo));
-      return select(bypassMask, dry, (limited - dry) * mix.current + dry);
-    }
-  };
-
   /// Both sums 0 to 1; master 0.5 is unity gain.
   void controlPass(float mixSum, float masterSum, float controlStep) ZUM_REALTIME;
-  /// Bypass is a hard switch, without a cross-fade.
-  void setBypass(bool on) ZUM_REALTIME { state.bypassMask = splat(on ? -1 : 0); }
-  Frames enter() const ZUM_REALTIME { return state; }
-  void leave(const Frames& run) ZUM_REALTIME { state = run; }
+  /// A hard switch, without a cross-fade.
+  void setBypass(bool on) ZUM_REALTIME { bypassed = splat(on ? -1 : 0); }
+
+  void enter(std::int32_t frames) ZUM_REALTIME {
+    mix.advance(frames);
+    master.advance(frames);
+  }
+  /// `limited` of the run's last frame is what the meters show.
+  void leave(Float4 limited) ZUM_REALTIME { lastLimited = limited; }
+
+  /// Frame `i` of a run up to the master's soft limit.
+  Float4 limit(Float4 wet, std::size_t i) const ZUM_REALTIME {
+    const Float4 m1 = smaller(splat(kClipHigh), larger(splat(kClipLow), wet));
+    const Float4 m2 = m1 * (splat(1.0F) - absolute(m1) * splat(kShapeOne));
+    const Float4 m3 = m2 * master.at[i];
+    return m3 * (splat(1.0F) - absolute(m3) * splat(kShapeTwo));
+  }
+  /// The rest of the frame: dry to wet is a linear law.
+  Float4 blend(Float4 limited, Float4 dry, std::size_t i) const ZUM_REALTIME {
+    return select(bypassed, dry, (limited - dry) * mix.at[i] + dry);
+  }
 
   MeterRing meter;         // level of the frame before each control pass, 0 to 0.98
   MeterRing meterInverse;  // 1 - level
@@ -61,7 +60,10 @@ class OutputStage {
   static constexpr float kShapeOne = 0.25F;
   static constexpr float kShapeTwo = 0.22727271914482117F;  // 0.25 / 1.1 of head room
 
-  Frames state;
+  Int4 bypassed{};
+  FrameRamp mix;
+  FrameRamp master;
+  Float4 lastLimited{};
 };
 
 }  // namespace zum

@@ -12,7 +12,8 @@ void Overdrive::recompute(const KvSystemInfo& clock) ZUM_REALTIME {
   const float k = onePoleGain(trackHz, rate);
   dcA = splat((1.0F - k) / (1.0F + k));
   dcB = splat(k / (1.0F + k));
-  clipLowpass.tune(std::min(8000.0F, rate), rate);
+  clipLowpassTimesFour.tune(std::min(8000.0F, rate), rate);
+  clipLowpassTimesFour.k *= splat(4.0F);
   bassPath.tune(std::min(60.0F, rate), rate);
 }
 
@@ -23,7 +24,7 @@ void Overdrive::controlPass(float driveSum, float controlStep) ZUM_REALTIME {
     // The cross-fade is a lookup in {clean, driven, driven}: from entry i towards entry j.
     const int i = truncate(g + 1e-06F);
     const int j = truncate(g + 0.9999989867210388F);
-    drivenOnly = i > 0;
+    drivenOnly = splat(i > 0 ? -1 : 0);
     crossfade = splat(j > i ? g - static_cast<float>(truncate(g)) : 0.0F);
     const float d = 1.0F - driveSum;
     thresholdTarget = d * d * d + 0.10000000149011612F;

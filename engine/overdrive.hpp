@@ -10,56 +10,78 @@ namespace zum {
 
 class Overdrive {
  public:
+  /// The short recursions of a run, for registers.
+  struct State {
+    OnePole clipLowpass;
+    OnePole bassPath;
+  };
+  /// The long ones, for memory, with what is left of the run before in front.
+  struct Lines {
+    std::array<Float4, kRunFrames + 1> in;   // dcB times the input
+    std::array<Float4, kRunFrames + 2> out;  // what lies below 60 Hz
+  };
+
   /// Fixed filters of the sample rate.
   void recompute(const KvSystemInfo& clock) ZUM_REALTIME;
   /// `driveSum` 0 to 1.
   void controlPass(float driveSum, float controlStep) ZUM_REALTIME;
 
-  /// First half of a frame: what lies above 60 Hz, clipped and smoothed.
-  Float4 clip(Float4 x) ZUM_REALTIME {
-    threshold.current += threshold.step;
+  State enter(Lines& lines, std::int32_t frames) ZUM_REALTIME {
+    threshold.advance(frames);
+    makeup.advance(frames);
+    lines.in[0] = dcBInPrev;
+    lines.out[0] = dcOutPrev2;
+    lines.out[1] = dcOutPrev1;
+    return kept;
+  }
+  void leave(const State& run, const Lines& lines, std::int32_t frames) ZUM_REALTIME {
+    kept = run;
+    const auto n = static_cast<std::size_t>(frames);
+    dcBInPrev = lines.in[n];
+    dcOutPrev2 = lines.out[n];
+    dcOutPrev1 = lines.out[n + 1];
+  }
+
+  /// First half of frame `i` of a run: what lies above 60 Hz, clipped and smoothed, times 4.
+  Float4 clip(State& run, Lines& lines, Float4 x, std::size_t i) const ZUM_REALTIME {
     // The feedback hears the output of two frames back; that is the tuning of this tracker.
     const Float4 bx = dcB * x;
-    const Float4 y = dcA * dcOutPrev2 + splat(kDenormalGuard) + bx + dcBInPrev;
-    dcOutPrev2 = dcOutPrev1;
-    dcOutPrev1 = y;
-    dcBInPrev = bx;
-    return clipState.next(smaller(threshold.current, larger(-threshold.current, x - y)),
-                          clipLowpass);
+    const Float4 y = dcA * lines.out[i] + splat(kDenormalGuard) + bx + lines.in[i];
+    lines.in[i + 1] = bx;
+    lines.out[i + 2] = y;
+    const Float4 limit = threshold.at[i];
+    return run.clipLowpass.next(smaller(limit, larger(-limit, x - y)), clipLowpassTimesFour);
   }
 
   /// Second half: shaped, joined by its low band, cross-faded with the frame's clean input.
-  Float4 shape(Float4 clipped, Float4 x) ZUM_REALTIME {
-    makeup.current += makeup.step;
-    const Float4 v = clipped * splat(4.0F);
+  Float4 shape(State& run, Float4 v, Float4 x, std::size_t i) const ZUM_REALTIME {
     const Float4 shaped = v * (splat(1.0F) - absolute(v) * shaperCurve);
-    const Float4 driven = makeup.current * shaped + bassState.next(shaped, bassPath);
-    return drivenOnly ? driven : x + crossfade * (driven - x);
+    const Float4 driven = makeup.at[i] * shaped + run.bassPath.next(shaped, bassPath);
+    const Float4 from = select(drivenOnly, driven, x);
+    return from + crossfade * (driven - from);
   }
 
  private:
   // of the sample rate
-  OnePoleCoeffs clipLowpass;
+  OnePoleCoeffs clipLowpassTimesFour;  // gain of 4 in its k: exact, and a multiplication less
   OnePoleCoeffs bassPath;
   Float4 dcA{};
   Float4 dcB{};
 
   // of the control pass
   Float4 shaperCurve{};
-  Float4 crossfade{};       // weight of the driven signal
-  bool drivenOnly = false;  // cross-fade at its end
+  Float4 crossfade{};  // weight of the driven signal
+  Int4 drivenOnly{};   // cross-fade at its end
   float lastDriveSum = -1.0F;
   float thresholdTarget = 0.0F;
   float makeupTarget = 0.0F;
-
-  // state
   FrameRamp threshold;
   FrameRamp makeup;
-  Float4 dcBInPrev{};  // dcB times the previous input
+
+  State kept;
+  Float4 dcBInPrev{};
   Float4 dcOutPrev1{};
   Float4 dcOutPrev2{};
-  OnePole clipState;
-  OnePole bassState;
 };
 
 }  // namespace zum

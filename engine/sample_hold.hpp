@@ -7,15 +7,15 @@
 namespace zum {
 
 struct SampleHold {
-  Float4 holdIncrement{};  // cells a frame
-  Float4 holdPhase{};      // 0 to 16
+  Float4 holdPhase{};  // 0 to 16
   Int4 heldCell{};
   Float4 heldSample{};
 
-  /// `in` is left and right twice. With `inSeries` the second hold takes what the first one holds.
+  /// `in` is left and right twice, `increment` in cells a frame. With `inSeries` the second hold
+  /// takes what the first one holds.
   template <bool inSeries>
-  Float4 next(Float4 in) ZUM_REALTIME {
-    const Float4 phase = holdPhase + holdIncrement;
+  Float4 next(Float4 in, Float4 increment) ZUM_REALTIME {
+    const Float4 phase = holdPhase + increment;
     holdPhase = select(phase >= splat(16.0F), splat(0.0F), phase);  // only bounds the value
     const Int4 cell = truncateLanes(holdPhase);
     const Int4 moved = cell != heldCell;
@@ -26,16 +26,21 @@ struct SampleHold {
   }
 };
 
+struct HeldStageState {
+  SampleHold hold;
+  SvfStage stage;
+};
+
 /// A hold and one stage on the held signal.
 template <Tap tap, bool inSeries>
-struct HeldStage {
-  SampleHold hold;
+struct HeldStage : Stateful<HeldStageState> {
+  using State = HeldStageState;
   SvfLanes coeffs;
-  SvfStage state;
+  Float4 holdIncrement{};
 
-  Float4 next(Float4 in) ZUM_REALTIME {
-    state.next(hold.next<inSeries>(in), coeffs);
-    return tapOf<tap>(state);
+  Float4 next(State& state, Float4 in) const ZUM_REALTIME {
+    const Float4 held = state.hold.template next<inSeries>(in, holdIncrement);
+    return tapOf<tap>(state.stage.next(held, coeffs));
   }
 };
 

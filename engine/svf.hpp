@@ -26,32 +26,51 @@ struct SvfLanes {
   }
 };
 
-struct SvfStage {
-  Float4 band{};
-  Float4 bandState{};
-  Float4 low{};
-  Float4 lowState{};
-  Float4 high{};
-
-  // Band and low are made of the previous frame's high, so the input is first heard in the next
-  // frame. That order is part of the sound.
-  void next(Float4 in, const SvfLanes& c) ZUM_REALTIME {
-    band = c.f * high + bandState;
-    bandState = band + splat(kDenormalGuard);
-    low = c.f * bandState + lowState;
-    lowState = low + splat(kDenormalGuard);
-    high = in - (c.q * bandState + lowState);
-  }
+/// What a frame of a stage gives.
+struct SvfOutputs {
+  Float4 high;
+  Float4 band;
+  Float4 low;
 };
 
 /// The output of a stage that a filter type takes.
 enum class Tap { high, band, low };
 
 template <Tap tap>
-Float4 tapOf(const SvfStage& stage) ZUM_REALTIME {
-  if constexpr (tap == Tap::high) return stage.high;
-  if constexpr (tap == Tap::band) return stage.band;
-  if constexpr (tap == Tap::low) return stage.low;
+Float4 tapOf(const SvfOutputs& out) ZUM_REALTIME {
+  if constexpr (tap == Tap::high) return out.high;
+  if constexpr (tap == Tap::band) return out.band;
+  if constexpr (tap == Tap::low) return out.low;
 }
+
+/// State of a stage. Band and low stay with the frame; the states are they plus the guard.
+struct SvfStage {
+  Float4 bandState{};
+  Float4 lowState{};
+  Float4 high{};  // feeds the next frame's band
+
+  // Band and low are made of the previous frame's high, so the input is first heard in the next
+  // frame. That order is part of the sound.
+  SvfOutputs next(Float4 in, const SvfLanes& c) ZUM_REALTIME {
+    const Float4 band = c.f * high + bandState;
+    bandState = band + splat(kDenormalGuard);
+    const Float4 low = c.f * bandState + lowState;
+    lowState = low + splat(kDenormalGuard);
+    high = in - (c.q * bandState + lowState);
+    return {high, band, low};
+  }
+};
+
+/// A filter structure whose whole state is a `State`. A run of frames works on a copy of it, which
+/// the compiler keeps in registers.
+template <class State>
+class Stateful {
+ public:
+  State enter() const ZUM_REALTIME { return kept; }
+  void leave(const State& run) ZUM_REALTIME { kept = run; }
+
+ private:
+  State kept{};
+};
 
 }  // namespace zum

@@ -46,7 +46,7 @@ void VowelFilter::controlPass(int type, const VowelFormants& a, const VowelForma
   const auto setHeld = [&](auto& held) {
     held.coeffs.set(at(firstHz), at(secondHz));
     const float nyquist = clock.sampleRate * 0.5F;
-    held.hold.holdIncrement = halves(firstHz / nyquist, secondHz / nyquist);
+    held.holdIncrement = halves(firstHz / nyquist, secondHz / nyquist);
   };
   switch (type) {
     case 0: return setStages(highPass.coeffs);

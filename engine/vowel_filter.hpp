@@ -13,28 +13,28 @@ namespace zum {
 /// Any structure with the first formant in lanes 0 and 1, the second in 2 and 3; gives their sum.
 template <class Structure>
 struct FormantPair : Structure {
-  Float4 next(Float4 in) ZUM_REALTIME {
-    const Float4 both = Structure::next(in);
+  using State = typename Structure::State;
+
+  Float4 next(State& state, Float4 in) ZUM_REALTIME {
+    const Float4 both = Structure::next(state, in);
     return both + highTwice(both);
   }
 };
 
-class FormantCombs : public Comb<2, 512> {
- public:
-  using Frames = FormantPair<Comb::Frames>;
-  Frames enter() ZUM_REALTIME { return Frames{Comb::enter()}; }
+struct FormantShelvesState {
+  SvfStage first;
+  SvfStage second;
 };
 
 /// A high-pass and a low-pass round each formant.
-struct FormantShelves {
+struct FormantShelves : Stateful<FormantShelvesState> {
+  using State = FormantShelvesState;
   SvfLanes firstCoeffs;   // high-pass at 1.2, low-pass at 0.8 of the first formant
   SvfLanes secondCoeffs;  // high-pass at 2, low-pass at 0.5 of the second
-  SvfStage first;
-  SvfStage second;
 
-  Float4 next(Float4 in) ZUM_REALTIME {
-    first.next(in, firstCoeffs);
-    second.next(in, secondCoeffs);
+  Float4 next(State& state, Float4 in) const ZUM_REALTIME {
+    const SvfOutputs first = state.first.next(in, firstCoeffs);
+    const SvfOutputs second = state.second.next(in, secondCoeffs);
     return (highTwice(second.low) + highTwice(first.low)) + second.high + first.high;
   }
 };
@@ -58,7 +58,7 @@ class VowelFilter {
   FormantPair<Cascade<2, Tap::band>> bandPassSteep;
   FormantPair<Cascade<1, Tap::band>> bandPassTwin;  // same structure, a type of its own
   FormantPair<Cascade<2, Tap::low>> lowPassSteep;
-  FormantCombs combs;
+  FormantPair<Comb<2, 512>> combs;
   FormantShelves shelves;
   FormantPair<HeldStage<Tap::band, true>> heldBandPass;
   FormantPair<HeldStage<Tap::low, true>> heldLowPass;

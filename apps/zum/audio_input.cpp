@@ -5,13 +5,14 @@
 #include <cstring>
 
 #include "apps/zum/failure.hpp"
+#include "engine/clock.hpp"
 
 namespace zum {
 namespace {
 
 // Rates that the effect runs at, in Hz.
-constexpr int kLowestRate = 11050;
-constexpr int kHighestRate = 196000;
+constexpr auto kLowestRate = static_cast<int>(KvSystemInfo::kLowestSampleRate);
+constexpr auto kHighestRate = static_cast<int>(KvSystemInfo::kHighestSampleRate);
 
 // libsndfile mends a header that promises more than there is, and says so only in its log.
 bool shorterThanItsHeader(SNDFILE* file) {

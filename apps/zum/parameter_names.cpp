@@ -46,10 +46,12 @@ std::size_t editDistance(std::string_view a, std::string_view b) {
 
 std::string nearNames(std::string_view text) {
   const std::string wanted = lowerCase(text);
-  const std::size_t farthest = std::max<std::size_t>(2, wanted.size() / 2);
+  const std::size_t farthest = 1 + wanted.size() / 4;
   std::vector<std::pair<std::size_t, std::string>> near;
   for (const ParameterRow& row : settableParameters()) {
-    const std::size_t distance = editDistance(wanted, lowerCase(row.name));
+    const std::string name = lowerCase(row.name);
+    std::size_t distance = editDistance(wanted, name);
+    if (name.find(wanted) != std::string::npos) distance = std::min(distance, farthest);
     if (distance <= farthest) near.emplace_back(distance, row.name);
   }
   std::sort(near.begin(), near.end());

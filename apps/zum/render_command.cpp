@@ -10,13 +10,16 @@
 #include "apps/zum/failure.hpp"
 #include "apps/zum/parameter_names.hpp"
 #include "apps/zum/progress.hpp"
+#include "engine/clock.hpp"
 
 namespace zum {
 namespace {
 
 constexpr int kLargestBlock = 65536;  // frames
-constexpr int kHighestTempo = 999;    // beats per minute
-constexpr int kLongestTail = 3600;    // seconds
+// Beats per minute; the effect would quietly run at another tempo outside of them.
+constexpr auto kLowestTempo = static_cast<int>(KvSystemInfo::kLowestTempo);
+constexpr auto kHighestTempo = static_cast<int>(KvSystemInfo::kHighestTempo);
+constexpr int kLongestTail = 3600;  // seconds
 
 struct RenderOptions {
   std::filesystem::path input;
@@ -132,7 +135,7 @@ void addRenderCommand(CLI::App& app) {
       ->check(between(1, kLargestBlock))
       ->capture_default_str();
   command->add_option("--tempo", options->tempo, "Tempo of the host, in beats per minute")
-      ->check(between(1, kHighestTempo))
+      ->check(between(kLowestTempo, kHighestTempo))
       ->capture_default_str();
   command
       ->add_option("--set", options->settings,
