@@ -1,0 +1,42 @@
+#!/bin/bash
+# Ardour: its scanner lists the effect, a session renders through it, and a fresh process finds all
+# parameters of a saved session again. No display.
+. "$(dirname "$0")/lib.sh"
+need ardour ardour7-lua
+need sox sox
+lib=/usr/lib/ardour7
+settings=$HOME/.config/ardour7 # scans are cached below it
+mkdir -p "$settings/scripts"
+cp "$here/ardour_source.lua" "$settings/scripts/"
+cat >"$settings/config" <<XML
+<?xml version="1.0" encoding="UTF-8"?>
+<Ardour><Config>
+<Option name="use-lxvst" value="1"/><Option name="plugin-path-lxvst" value="$work/vst"/>
+<Option name="use-vst3" value="0"/>
+</Config></Ardour>
+XML
+
+LD_LIBRARY_PATH=$lib timeout 25 $lib/ardour-vst-scanner -f -v "$work/vst/$(basename "$plugin")" >"$work/scan.txt" 2>&1
+check "the scanner ended well" [ $? = 0 ]
+found=$(grep -o '<VST2Info .*' "$work/scan.txt" | head -1)
+[ -n "$found" ] || die "the scanner finds nothing"
+ok "$found"
+EFFECT_ID=$(sed -n 's/.* id="\([^"]*\)".*/\1/p' <<<"$found")
+export EFFECT_ID
+
+session() { # session STEP FOLDER
+  STEP=$1 SESSION=$work/$2 timeout 45 ardour7-lua "$here/ardour_session.lua" </dev/null >"$work/$1.log" 2>&1
+  local status=$?
+  grep -q '^GOOD' "$work/$1.log" || die "$1: $(grep '^WRONG' "$work/$1.log" || tail -1 "$work/$1.log")"
+  check "the engine ended well after '$1'" [ $status = 0 ]
+  grep '^VALUE' "$work/$1.log" >"$work/$1.values"
+  mv "$work/$2/$1.wav" "$work/"
+  sounds "$work/$1.wav"
+}
+session plain first
+session make second
+session load second
+moved=$(diff "$work/plain.values" "$work/make.values" | grep -c '^>')
+check "$moved of $(wc -l <"$work/make.values") parameters moved" [ "$moved" -ge 50 ]
+check "all parameters came back" cmp "$work/make.values" "$work/load.values"
+check "moved parameters are heard" above "$(difference "$work/plain.wav" "$work/make.wav")" 0.001

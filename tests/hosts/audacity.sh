@@ -1,0 +1,90 @@
+#!/bin/bash
+# Audacity 3.2: its scan registers the effect, and its script pipe applies it to a file. Needs a
+# display, which it starts. One at a time: the names of the pipes are fixed.
+. "$(dirname "$0")/lib.sh"
+need audacity audacity
+need sox sox
+need util-linux unshare
+module=/usr/lib/audacity/modules/mod-script-pipe.so
+to=/tmp/audacity_script_pipe.to.$(id -u) from=/tmp/audacity_script_pipe.from.$(id -u)
+[ -p "$to" ] && pgrep -u "$(id -u)" -x audacity >/dev/null && die "another Audacity is running"
+rm -f "$to" "$from"
+trap 'rm -f "$to" "$from"; finish' EXIT
+trap 'exit 1' INT TERM
+
+# a module without its own date counts as new and stays off
+mkdir -p "$HOME/.config/audacity"
+cat >"$HOME/.config/audacity/audacity.cfg" <<CFG
+NewPrefsInitialized=1
+PrefsVersion=1.1.1r1
+[Version]
+Major=3
+Minor=2
+Micro=4
+[GUI]
+ShowSplashScreen=0
+[Module]
+mod-script-pipe=1
+[ModulePath]
+mod-script-pipe=$module
+[ModuleDateTime]
+mod-script-pipe=$(date -r $module +%Y-%m-%dT%H:%M:%S)
+[Directories]
+TempDir=$work
+[Update]
+DefaultUpdatesChecking=0
+CFG
+
+# It scans the system's folders whatever the paths say, for minutes: hide them where that is allowed.
+hide=:
+for folder in /usr/lib/{ladspa,vst,lxvst,lv2,vamp} /usr/local/lib/{ladspa,vst,lxvst,lv2} /usr/lib/*/lv2; do
+  [ -d "$folder" ] && hide="$hide; mount --bind '$work/none' '$folder'"
+done
+alone=""
+unshare -m true 2>/dev/null && alone="unshare -m"
+cp "$plugin" "$work/" # where the scan cannot hide it
+ln -sf "$work/$(basename "$plugin")" "$work/vst/"
+start_display
+background "$work/audacity.log" $alone sh -c "${alone:+$hide;} exec timeout -k 2 55 audacity"
+program=$last
+within 40 test -p "$to" -a -p "$from" || die "no script pipe"
+
+answer() { # answer SECONDS: lines up to the verdict
+  local line
+  while IFS= read -r -t "$1" line <&4; do
+    printf '%s\n' "$line"
+    case $line in "BatchCommand finished: "*) IFS= read -r -t 1 line <&4; return 0 ;; esac
+  done
+  return 1
+}
+ask() { # ask COMMAND [SECONDS]
+  printf '%s\n' "$1" >&3
+  answer "${2:-15}"
+}
+# The scan's process makes the pipes anew while the main one already waits for the old ones: a stop
+# and a continue make its blocked open() look at the names again. Both are opened both ways here, so
+# that no open can block.
+ready=""
+for _ in 1 2 3 4 5 6; do
+  sleep 1
+  child=$(pgrep -P "$program" | head -1)
+  [ -n "$child" ] && kill -STOP "$child" && sleep 0.2 && kill -CONT "$child"
+  exec 3<>"$to" 4<>"$from"
+  ask 'Help: Command=Help' 3 >/dev/null && ready=1 && break
+  exec 3>&- 4>&-
+done
+[ -n "$ready" ] || die "no answer on the script pipe"
+
+entry=$(awk -v file="$(basename "$plugin")" 'BEGIN { RS = "\n\\[" } index($0, file) && /Effect/' "$HOME/.config/audacity/pluginregistry.cfg")
+check "the scan registers an effect by $(sed -n 's/^Vendor=//p' <<<"$entry" | head -1)" grep -q '^Valid=1' <<<"$entry"
+effect=$(sed -n 's/^Symbol=//p' <<<"$entry" | head -1 | tr -cd '[:alnum:]')
+thumps "$work/in.wav"
+ask "Import2: Filename=\"$work/in.wav\"" >"$work/import.txt"
+ask 'SelectAll:' >>"$work/import.txt"
+ask "$effect:" 25 >"$work/apply.txt"
+check "it is applied" grep -q 'finished: OK' "$work/apply.txt"
+ask "Export2: Filename=\"$work/out.wav\" NumChannels=2" >"$work/export.txt"
+sounds "$work/out.wav"
+check "the effect is heard" above "$(difference "$work/in.wav" "$work/out.wav")" 0.001
+printf 'Exit:\n' >&3
+sleep 1

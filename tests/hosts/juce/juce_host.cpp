@@ -1,0 +1,116 @@
+// The effect in JUCE's hosting code: scan, instances, sound, programs and state. Run by juce.sh as
+// `juce_host PLUGIN OUT.wav`; prints "ok …" and "WRONG …" lines, and "done" at the end.
+#include <juce_audio_formats/juce_audio_formats.h>
+#include <juce_audio_processors/juce_audio_processors.h>
+
+#include <cstdio>
+#include <memory>
+
+using namespace juce;
+using Instance = std::unique_ptr<AudioPluginInstance>;
+
+static void check(bool holds, const String& claim) {
+  std::printf("%s %s\n", holds ? "ok" : "WRONG", claim.toRawUTF8());
+  std::fflush(stdout);
+}
+
+// Thumping saws in, the whole output back.
+static AudioBuffer<float> render(AudioPluginInstance& effect, double rate, int block,
+                                 double seconds) {
+  const int frames = roundToInt(rate * seconds);
+  AudioBuffer<float> all(2, frames);
+  for (int i = 0; i < frames; ++i) {
+    const double t = i / rate;
+    for (int c = 0; c < 2; ++c)
+      all.setSample(c, i, (float)(exp(-8 * fmod(t, 0.5)) * (fmod((110 + 55 * c) * t, 1.0) - 0.5)));
+  }
+  effect.setRateAndBufferSizeDetails(rate, block);
+  effect.prepareToPlay(rate, block);
+  for (int start = 0; start < frames; start += block) {
+    AudioBuffer<float> part(all.getArrayOfWritePointers(), 2, start, jmin(block, frames - start));
+    MidiBuffer midi;
+    midi.addEvent(MidiMessage::controllerEvent(1, 1, start % 128), 0);
+    effect.processBlock(part, midi);
+  }
+  effect.releaseResources();
+  return all;
+}
+
+static bool sane(const AudioBuffer<float>& sound) {
+  for (int c = 0; c < 2; ++c)
+    for (int i = 0; i < sound.getNumSamples(); ++i)
+      if (!(std::abs(sound.getSample(c, i)) <= 4.0f)) return false;
+  return sound.getRMSLevel(0, 0, sound.getNumSamples()) > 0.001f;
+}
+
+static void write(const AudioBuffer<float>& sound, double rate, const File& file) {
+  WavAudioFormat wav;
+  std::unique_ptr<AudioFormatWriter> writer(
+      wav.createWriterFor(file.createOutputStream().release(), rate, 2, 24, {}, 0));
+  if (writer) writer->writeFromAudioSampleBuffer(sound, 0, sound.getNumSamples());
+}
+
+static int differing(AudioPluginInstance& a, AudioPluginInstance& b) {
+  int count = 0;
+  for (int i = 0; i < a.getParameters().size(); ++i)
+    count += std::abs(a.getParameters()[i]->getValue() - b.getParameters()[i]->getValue()) > 1e-6f;
+  return count;
+}
+
+int main(int argc, char** argv) {
+  if (argc != 3) return std::fprintf(stderr, "usage: juce_host PLUGIN OUT.wav\n"), 2;
+  ScopedJuceInitialiser_GUI messages;
+  VSTPluginFormat format;
+  OwnedArray<PluginDescription> found;
+  format.findAllTypesForFile(found, String(argv[1]));
+  check(found.size() == 1, "the scan finds one effect");
+  if (found.isEmpty()) return 1;
+  check(
+      found[0]->name == "ZUM" && found[0]->manufacturerName == "Zelvane" && !found[0]->isInstrument,
+      "it is " + found[0]->name + " by " + found[0]->manufacturerName);
+
+  const auto make = [&] {
+    String error;
+    Instance made = format.createInstanceFromDescription(*found[0], 48000, 256, error);
+    if (!made) check(false, "instance: " + error);
+    return made;
+  };
+  Instance first = make(), second = make();
+  if (!first || !second) return 1;
+  check(first->getTotalNumInputChannels() == 2 && first->getTotalNumOutputChannels() == 2 &&
+            first->getParameters().size() == 60 && first->getNumPrograms() == 128,
+        "2 in, 2 out, 60 parameters, 128 programs");
+
+  for (const auto& [rate, block] : {std::pair(48000.0, 256), std::pair(44100.0, 64),
+                                    std::pair(96000.0, 1024), std::pair(48000.0, 3)}) {
+    const auto sound = render(*first, rate, block, 1.0);
+    check(sane(sound), "sound at " + String(rate) + " Hz in blocks of " + String(block));
+    if (block == 256) write(sound, rate, File(String(argv[2])));
+  }
+
+  for (auto* parameter : first->getParameters())
+    parameter->setValue(std::fmod(parameter->getValue() + 0.35f, 1.0f));
+  const int changed = differing(*first, *second);
+  check(changed >= 50, String(changed) + " parameters changed in one instance alone");
+  MemoryBlock state;
+  first->getStateInformation(state);
+  second->setStateInformation(state.getData(), (int)state.getSize());
+  render(*second, 48000, 256, 0.2);
+  check(differing(*first, *second) == 0,
+        "a state of " + String(state.getSize()) + " bytes restores all in the other instance");
+
+  MemoryBlock broken(state);
+  for (size_t i = broken.getSize() / 2; i < broken.getSize(); ++i) broken[i] = (char)(i * 37);
+  second->setStateInformation(broken.getData(), (int)broken.getSize());
+  second->setStateInformation(state.getData(), (int)state.getSize() / 2);
+  second->setStateInformation(state.getData(), (int)state.getSize());
+  check(differing(*first, *second) == 0, "a damaged and a cut state do not harm the next good one");
+
+  second->setCurrentProgram(127);
+  check(second->getProgramName(127).length() < 24, "the last program's name fits");
+  second.reset();
+  check(sane(render(*make(), 48000, 256, 0.5)), "a new instance sounds after one has gone");
+  first.reset();
+  std::puts("done");
+  return 0;
+}
