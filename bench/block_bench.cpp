@@ -96,10 +96,10 @@ void blockCall(benchmark::State& state, const Patch& patch) {
   set(62, patch.bank);
   set(patch.bank == 0 ? 61 : 60, patch.type / 10.0 + 0.05);
   set(5, patch.drive ? 1.0 : 0.0);
-  set(3, 0.6);   // cutoff
-  set(0, 0.4);   // vowel position
-  set(4, 0.6);   // resonance
-  set(2, 0.8);   // mix
+  set(3, 0.6);  // cutoff
+  set(0, 0.4);  // vowel position
+  set(4, 0.6);  // resonance
+  set(2, 0.8);  // mix
   Samples left = patch.sound ? noise(1) : Samples(kFrames);
   Samples right = patch.sound ? noise(2) : Samples(kFrames);
   Samples outLeft(kFrames);
@@ -127,11 +127,10 @@ void registerAll() {
       for (int type = 0; type < 10; ++type) {
         for (const bool drive : {false, true}) {
           for (const bool sound : {true, false}) {
-            const std::string name = std::string(bank == 0 ? "multi" : "vowel") +
-                                     "/type:" + std::to_string(type) +
-                                     (drive ? "/drive:1" : "/drive:0") +
-                                     (sound ? "/sound" : "/silence") +
-                                     "/block:" + std::to_string(block);
+            const std::string name =
+                std::string(bank == 0 ? "multi" : "vowel") + "/type:" + std::to_string(type) +
+                (drive ? "/drive:1" : "/drive:0") + (sound ? "/sound" : "/silence") +
+                "/block:" + std::to_string(block);
             benchmark::RegisterBenchmark(name.c_str(), blockCall,
                                          Patch{bank, type, drive, sound, block});
           }

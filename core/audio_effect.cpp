@@ -31,8 +31,7 @@ void replacingEntry(AEffect* record, float** inputs, float** outputs, std::int32
   effectOf(record).processReplacing(inputs, outputs, frames);
 }
 
-void doubleReplacingEntry(AEffect* record, double** inputs, double** outputs,
-                          std::int32_t frames) {
+void doubleReplacingEntry(AEffect* record, double** inputs, double** outputs, std::int32_t frames) {
   effectOf(record).processDoubleReplacing(inputs, outputs, frames);
 }
 
@@ -77,8 +76,8 @@ AudioEffect::AudioEffect(audioMasterCallback host, std::int32_t programs, std::i
 
 AudioEffect::~AudioEffect() { delete editor; }
 
-void AudioEffect::processReplacing(float** /*inputs*/, float** /*outputs*/,
-                                   std::int32_t /*frames*/) ZUM_REALTIME {}
+void AudioEffect::processReplacing(float** /*inputs*/, float** /*outputs*/, std::int32_t /*frames*/)
+    ZUM_REALTIME {}
 void AudioEffect::processDoubleReplacing(double** /*inputs*/, double** /*outputs*/,
                                          std::int32_t /*frames*/) ZUM_REALTIME {}
 void AudioEffect::setParameter(std::int32_t /*index*/, float /*value*/) ZUM_REALTIME {}

@@ -43,8 +43,8 @@ class AudioEffect {
   virtual void setSampleRate(float rate) { sampleRate = rate; }  // Hz
   virtual void setBlockSize(std::int32_t frames) { blockSize = frames; }
   virtual void processReplacing(float** inputs, float** outputs, std::int32_t frames) ZUM_REALTIME;
-  virtual void processDoubleReplacing(double** inputs, double** outputs,
-                                      std::int32_t frames) ZUM_REALTIME;
+  virtual void processDoubleReplacing(double** inputs, double** outputs, std::int32_t frames)
+      ZUM_REALTIME;
 
   virtual void setParameter(std::int32_t index, float value) ZUM_REALTIME;  // [any]
   virtual float getParameter(std::int32_t index) ZUM_REALTIME;              // [any]

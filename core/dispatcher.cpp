@@ -48,8 +48,7 @@ std::intptr_t AudioEffect::dispatcher(std::int32_t opcode, std::int32_t index, s
     case effEditIdle:
       if (editor != nullptr) editor->idle();
       return 0;
-    case effGetChunk:
-      return ptr != nullptr ? getChunk(static_cast<void**>(ptr), index != 0) : 0;
+    case effGetChunk: return ptr != nullptr ? getChunk(static_cast<void**>(ptr), index != 0) : 0;
     case effSetChunk:
       return ptr != nullptr && value >= 0 && value <= INT32_MAX
                  ? setChunk(ptr, static_cast<std::int32_t>(value), index != 0)
@@ -58,8 +57,8 @@ std::intptr_t AudioEffect::dispatcher(std::int32_t opcode, std::int32_t index, s
   }
 }
 
-std::intptr_t AudioEffectX::dispatcher(std::int32_t opcode, std::int32_t index,
-                                       std::intptr_t value, void* ptr, float opt) {
+std::intptr_t AudioEffectX::dispatcher(std::int32_t opcode, std::int32_t index, std::intptr_t value,
+                                       void* ptr, float opt) {
   char* const text = static_cast<char*>(ptr);
   const bool hasText = text != nullptr;
   const auto key = [&] {
@@ -67,8 +66,7 @@ std::intptr_t AudioEffectX::dispatcher(std::int32_t opcode, std::int32_t index,
     return VstKeyCode{index, static_cast<unsigned char>(value), static_cast<unsigned char>(bits)};
   };
   switch (opcode) {
-    case effProcessEvents:
-      return ptr != nullptr ? processEvents(static_cast<VstEvents*>(ptr)) : 0;
+    case effProcessEvents: return ptr != nullptr ? processEvents(static_cast<VstEvents*>(ptr)) : 0;
     case effCanBeAutomated: return canParameterBeAutomated(index);
     case effString2Parameter: return string2parameter(index, text);
     case effGetProgramNameIndexed:

@@ -159,9 +159,9 @@ std::int32_t KvUniClient::canDo(const char* text) {
     std::int32_t answer;
   };
   const Ability abilities[] = {
-      {"receiveVstEvents", 1}, {"receiveVstMidiEvent", 1}, {"sendVstMidiEvent", 0},
-      {"sendVstEvent", 0},     {"receiveVstTimeInfo", 1},
-      {"hasAboutScreen", editor != nullptr && editor->isOpen() ? 1 : 0},
+      {"receiveVstEvents", 1},   {"receiveVstMidiEvent", 1},
+      {"sendVstMidiEvent", 0},   {"sendVstEvent", 0},
+      {"receiveVstTimeInfo", 1}, {"hasAboutScreen", editor != nullptr && editor->isOpen() ? 1 : 0},
   };
   for (const Ability& ability : abilities) {
     if (std::strcmp(text, ability.name) == 0) return ability.answer;

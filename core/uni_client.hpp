@@ -20,7 +20,7 @@ namespace zum {
 
 /// What a readout shows beside a raw value. [any] aligned words
 struct Readouts {
-  float efGain = 0.0F;       // linear, 0 to 2
+  float efGain = 0.0F;  // linear, 0 to 2
   float efGainDb = 0.0F;
   float lfoThreshold = 0.0F;  // linear
   float lfoThresholdDb = 0.0F;

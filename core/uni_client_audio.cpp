@@ -7,8 +7,8 @@
 namespace zum {
 namespace {
 
-constexpr std::int32_t kTimeFilter = kVstTransportPlaying | kVstPpqPosValid | kVstTempoValid |
-                                     kVstBarsValid | kVstCyclePosValid;
+constexpr std::int32_t kTimeFilter =
+    kVstTransportPlaying | kVstPpqPosValid | kVstTempoValid | kVstBarsValid | kVstCyclePosValid;
 
 void silence(float** outputs, std::int32_t frames) ZUM_REALTIME {
   if (outputs == nullptr || frames <= 0) return;
@@ -23,8 +23,8 @@ bool complete(const float* const* channels) ZUM_REALTIME {
 
 }  // namespace
 
-void KvUniClient::processReplacing(float** inputs, float** outputs,
-                                   std::int32_t frames) ZUM_REALTIME {
+void KvUniClient::processReplacing(float** inputs, float** outputs, std::int32_t frames)
+    ZUM_REALTIME {
   if (muteRequest.load()) return silence(outputs, frames);
   inProcess.store(true);
   // A state may be on its way in since the test above; its loader waits for the byte just set.
@@ -49,7 +49,8 @@ void KvUniClient::readTransport() ZUM_REALTIME {
                                 ? timeRecord.get()
                                 : getTimeInfo(kTimeFilter);
   if (time == nullptr) return;
-  workingTempo = time->tempo < KvSystemInfo::kLowestTempo ? KvSystemInfo::kLowestTempo : time->tempo;
+  workingTempo =
+      time->tempo < KvSystemInfo::kLowestTempo ? KvSystemInfo::kLowestTempo : time->tempo;
   const bool playing = (time->flags & kVstTransportPlaying) != 0 || hostIsAcid;
   const bool running = playing && time->ppqPos >= 0.0;  // a pre-roll counts as stopped
   clock.transportPpqWide = running ? time->ppqPos : 0.0;

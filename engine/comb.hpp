@@ -74,8 +74,8 @@ class Comb {
   }
 
   /// Control pass, only while the type is selected. `hz` of the comb, `amount` of feedback 0 to 1.
-  void aim(std::size_t comb, float delayTarget, float amount, float durationMs,
-           float ticksPerMs) ZUM_REALTIME {
+  void aim(std::size_t comb, float delayTarget, float amount, float durationMs, float ticksPerMs)
+      ZUM_REALTIME {
     combDelay[comb].advance(delayTarget, durationMs, ticksPerMs);
     feedback = splat(-amount);
   }

@@ -145,9 +145,8 @@ void Engine::runThrough(Filter& filter, Pairs& pairs, std::int32_t frames) ZUM_R
   const auto step = [&]<unsigned pieces, std::size_t lag>(std::size_t n) ZUM_REALTIME {
     if constexpr ((pieces & unbias) != 0) {
       const std::size_t i = n - 4 * lag;
-      storeLowPair(&pairs[2 * i],
-                   fading ? DcFilter::nextFading(dcOut, finished[i + 1], finished[i])
-                          : DcFilter::next(dcOut, finished[i + 1], finished[i]));
+      storeLowPair(&pairs[2 * i], fading ? DcFilter::nextFading(dcOut, finished[i + 1], finished[i])
+                                         : DcFilter::next(dcOut, finished[i + 1], finished[i]));
     }
     if constexpr ((pieces & finish) != 0) {
       const std::size_t i = n - 3 * lag;

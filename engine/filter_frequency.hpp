@@ -24,8 +24,8 @@ class ResonanceCurve {
 class FilterFrequency {
  public:
   /// Both sums 0 to 1. True if the cutoff moved in this pass.
-  bool controlPass(float cutoffSum, float vowelPositionSum, bool vowelBank,
-                   float ticksPerMs) ZUM_REALTIME;
+  bool controlPass(float cutoffSum, float vowelPositionSum, bool vowelBank, float ticksPerMs)
+      ZUM_REALTIME;
 
   float cutoffHz() const ZUM_REALTIME { return cutoff.current; }
   /// The chosen curve, smoothed and not cubed: where the vowel morph stands.

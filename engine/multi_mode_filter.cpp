@@ -19,8 +19,7 @@ void MultiModeFilter::recompute(const KvSystemInfo& clock, bool keepBuffers) ZUM
   comb.recompute(clock, std::min(6000.0F, clock.sampleRate), keepBuffers);
 }
 
-void MultiModeFilter::updateFilterColumns(float cutoffHz,
-                                          const KvSystemInfo& clock) ZUM_REALTIME {
+void MultiModeFilter::updateFilterColumns(float cutoffHz, const KvSystemInfo& clock) ZUM_REALTIME {
   cutoffColumn = columnOf(cutoffHz, columnScale);
   doubleColumn = columnOf(clampTo(cutoffHz * 2.0F, 0.0F, kHighestShelfHz), columnScale);
   halfColumn = columnOf(cutoffHz * 0.5F, columnScale);

@@ -7,8 +7,7 @@ namespace zum {
 
 void Overdrive::recompute(const KvSystemInfo& clock) ZUM_REALTIME {
   const float rate = clock.sampleRate;
-  const float trackHz =
-      clampTo(60.0F, rate * 4.069010537932627e-05F, rate * 0.4638219177722931F);
+  const float trackHz = clampTo(60.0F, rate * 4.069010537932627e-05F, rate * 0.4638219177722931F);
   const float k = onePoleGain(trackHz, rate);
   dcA = splat((1.0F - k) / (1.0F + k));
   dcB = splat(k / (1.0F + k));

@@ -14,9 +14,10 @@
 
 // Round a call that cannot be checked and is known to keep the promise.
 #if defined(__clang__)
-#define ZUM_TRUSTED_BEGIN \
-  _Pragma("clang diagnostic push") _Pragma("clang diagnostic ignored \"-Wunknown-warning-option\"") \
-      _Pragma("clang diagnostic ignored \"-Wfunction-effects\"")
+#define ZUM_TRUSTED_BEGIN                                              \
+  _Pragma("clang diagnostic push")                                     \
+      _Pragma("clang diagnostic ignored \"-Wunknown-warning-option\"") \
+          _Pragma("clang diagnostic ignored \"-Wfunction-effects\"")
 #define ZUM_TRUSTED_END _Pragma("clang diagnostic pop")
 #else
 #define ZUM_TRUSTED_BEGIN

@@ -105,39 +105,37 @@ inline bool anyLaneSet(Int4 mask) { return (mask[0] | mask[1] | mask[2] | mask[3
 
 /// `frames` of left and right next to each other: {l0, r0, l1, r1, ...}.
 inline void interleave(const float* left, const float* right, float* pairs, std::int32_t frames) {
-  std::int32_t i = 0;
-  for (; i + 4 <= frames; i += 4) {
+  for (; frames >= 4; frames -= 4, left += 4, right += 4, pairs += 8) {
     Float4 l;
     Float4 r;
-    std::memcpy(&l, left + i, sizeof l);
-    std::memcpy(&r, right + i, sizeof r);
+    std::memcpy(&l, left, sizeof l);
+    std::memcpy(&r, right, sizeof r);
     const Float4 low = __builtin_shufflevector(l, r, 0, 4, 1, 5);
     const Float4 high = __builtin_shufflevector(l, r, 2, 6, 3, 7);
-    std::memcpy(pairs + 2 * i, &low, sizeof low);
-    std::memcpy(pairs + 2 * i + 4, &high, sizeof high);
+    std::memcpy(pairs, &low, sizeof low);
+    std::memcpy(pairs + 4, &high, sizeof high);
   }
-  for (; i < frames; ++i) {
-    pairs[2 * i] = left[i];
-    pairs[2 * i + 1] = right[i];
+  for (; frames > 0; --frames, pairs += 2) {
+    pairs[0] = *left++;
+    pairs[1] = *right++;
   }
 }
 
 /// The way back.
 inline void separate(const float* pairs, float* left, float* right, std::int32_t frames) {
-  std::int32_t i = 0;
-  for (; i + 4 <= frames; i += 4) {
+  for (; frames >= 4; frames -= 4, left += 4, right += 4, pairs += 8) {
     Float4 low;
     Float4 high;
-    std::memcpy(&low, pairs + 2 * i, sizeof low);
-    std::memcpy(&high, pairs + 2 * i + 4, sizeof high);
+    std::memcpy(&low, pairs, sizeof low);
+    std::memcpy(&high, pairs + 4, sizeof high);
     const Float4 l = __builtin_shufflevector(low, high, 0, 2, 4, 6);
     const Float4 r = __builtin_shufflevector(low, high, 1, 3, 5, 7);
-    std::memcpy(left + i, &l, sizeof l);
-    std::memcpy(right + i, &r, sizeof r);
+    std::memcpy(left, &l, sizeof l);
+    std::memcpy(right, &r, sizeof r);
   }
-  for (; i < frames; ++i) {
-    left[i] = pairs[2 * i];
-    right[i] = pairs[2 * i + 1];
+  for (; frames > 0; --frames, pairs += 2) {
+    *left++ = pairs[0];
+    *right++ = pairs[1];
   }
 }
 

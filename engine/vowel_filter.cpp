@@ -25,8 +25,8 @@ void VowelFilter::recompute(const KvSystemInfo& clock, bool keepBuffers) ZUM_REA
 }
 
 void VowelFilter::controlPass(int type, const VowelFormants& a, const VowelFormants& b,
-                              float position, float vowelFeedback,
-                              const KvSystemInfo& clock) ZUM_REALTIME {
+                              float position, float vowelFeedback, const KvSystemInfo& clock)
+    ZUM_REALTIME {
   morphRamp.advance(position, kFilterGlideMs, clock.ticksPerMs);
   const float p = morphRamp.current;
   const float firstHz = morphed(a.formantOneHz, b.formantOneHz, p);

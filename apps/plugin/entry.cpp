@@ -5,8 +5,7 @@
 
 extern "C" {
 
-__attribute__((visibility("default"))) zum::AEffect* VSTPluginMain(
-    zum::audioMasterCallback host) {
+__attribute__((visibility("default"))) zum::AEffect* VSTPluginMain(zum::audioMasterCallback host) {
   return zum::createEffect(host);
 }
 
