@@ -37,6 +37,10 @@ void doubleReplacingEntry(AEffect* record, double** inputs, double** outputs, st
 
 // The old call adds to what the outputs hold.
 void accumulatingEntry(AEffect* record, float** inputs, float** outputs, std::int32_t frames) {
+  const auto complete = [](float** channels) {
+    return channels != nullptr && channels[0] != nullptr && channels[1] != nullptr;
+  };
+  if (!complete(inputs) || !complete(outputs)) return;
   constexpr std::int32_t kPart = 256;
   std::array<std::array<float, kPart>, 2> sum;
   for (std::int32_t done = 0; done < frames; done += kPart) {

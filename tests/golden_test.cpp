@@ -70,8 +70,8 @@ TEST_P(Golden, AgreesWithTheModel) {
     const std::size_t frames = std::min(block, in.frames() - at);
     host.process(in, out, at, static_cast<std::int32_t>(frames));
     if ((host.host.time.flags & kVstTransportPlaying) != 0) {
-      host.host.time.ppqPos += static_cast<double>(frames) * host.host.time.tempo /
-                               (60.0 * static_cast<double>(rate));
+      host.host.time.ppqPos +=
+          static_cast<double>(frames) * host.host.time.tempo / (60.0 * static_cast<double>(rate));
     }
   }
 

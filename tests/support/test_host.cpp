@@ -16,15 +16,24 @@ thread_local HostState* beingMade = nullptr;
 std::intptr_t callback(AEffect* effect, std::int32_t opcode, std::int32_t index,
                        std::intptr_t value, void* ptr, float /*opt*/) {
   HostState* host = effect->user != nullptr ? static_cast<HostState*>(effect->user) : beingMade;
-  if (opcode == audioMasterGetCurrentProcessLevel) return host->level;
+  if (opcode == audioMasterGetCurrentProcessLevel) {
+    ++host->levelCalls;
+    return host->level;
+  }
   if (opcode == audioMasterGetTime) {
+    ++host->timeCalls;
+    host->timeFilter = value;
     return host->hasTime ? reinterpret_cast<std::intptr_t>(&host->time) : 0;
   }
   host->calls.push_back({opcode, index, value});
   switch (opcode) {
     case audioMasterVersion: return 2400;
-    case audioMasterGetVendorString: std::strcpy(static_cast<char*>(ptr), host->vendor.c_str()); return 1;
-    case audioMasterGetProductString: std::strcpy(static_cast<char*>(ptr), host->product.c_str()); return 1;
+    case audioMasterGetVendorString:
+      std::strcpy(static_cast<char*>(ptr), host->vendor.c_str());
+      return 1;
+    case audioMasterGetProductString:
+      std::strcpy(static_cast<char*>(ptr), host->product.c_str());
+      return 1;
     case audioMasterBeginEdit:
     case audioMasterEndEdit: return 1;
     default: return 0;
@@ -54,6 +63,14 @@ void TestHost::selectFilter(int bank, int type) {
   set(bank == 0 ? 61 : 60, static_cast<float>(type) / 10.0F + 0.05F);
 }
 
+void TestHost::prepare(int type, float cutoff, float resonance, float drive) {
+  selectFilter(type);
+  for (const auto& [tag, value] :
+       {std::pair{3, cutoff}, {0, cutoff}, {4, resonance}, {5, drive}, {1, 0.5F}, {2, 1.0F}}) {
+    set(tag, value);
+  }
+}
+
 void TestHost::process(const Stereo& in, Stereo& out, std::size_t at, std::int32_t frames) {
   std::array<float*, 2> from = {const_cast<float*>(in.left.data() + at),
                                 const_cast<float*>(in.right.data() + at)};
@@ -65,7 +82,8 @@ Stereo TestHost::render(const Stereo& in, const std::vector<std::int32_t>& block
   Stereo out(in.frames());
   std::size_t at = 0;
   for (std::size_t i = 0; at < in.frames(); ++i) {
-    const auto block = std::min(in.frames() - at, static_cast<std::size_t>(blocks[i % blocks.size()]));
+    const auto block =
+        std::min(in.frames() - at, static_cast<std::size_t>(blocks[i % blocks.size()]));
     process(in, out, at, static_cast<std::int32_t>(block));
     at += block;
   }
@@ -86,20 +104,25 @@ Stereo noise(std::size_t frames, float level) {
   return made;
 }
 
+double energy(const Stereo& a) {
+  double sum = 0.0;
+  for (const float x : a.left) sum += static_cast<double>(x) * static_cast<double>(x);
+  for (const float x : a.right) sum += static_cast<double>(x) * static_cast<double>(x);
+  return sum;
+}
+
 double errorDb(const Stereo& a, const Stereo& b) {
   double difference = 0.0;
-  double energy = 0.0;
   const auto add = [&](const std::vector<float>& x, const std::vector<float>& y) {
     for (std::size_t i = 0; i < x.size(); ++i) {
       const double d = static_cast<double>(x[i]) - static_cast<double>(y[i]);
       difference += d * d;
-      energy += static_cast<double>(y[i]) * static_cast<double>(y[i]);
     }
   };
   add(a.left, b.left);
   add(a.right, b.right);
   if (difference == 0.0) return -std::numeric_limits<double>::infinity();
-  return 10.0 * std::log10(difference / energy);
+  return 10.0 * std::log10(difference / energy(b));
 }
 
 }  // namespace zum::test

@@ -17,7 +17,8 @@ struct Stereo {
   std::vector<float> left;
   std::vector<float> right;
 
-  explicit Stereo(std::size_t frames = 0) : left(frames), right(frames) {}
+  explicit Stereo(std::size_t frames = 0, float value = 0.0F)
+      : left(frames, value), right(frames, value) {}
   std::size_t frames() const { return left.size(); }
   bool operator==(const Stereo&) const = default;
 };
@@ -30,6 +31,9 @@ struct HostState {
   std::string vendor = "Test";
   std::string product = "Test Host";
   std::vector<std::array<std::intptr_t, 3>> calls;  // opcode, index, value; none from the block
+  int levelCalls = 0;                               // from the block
+  int timeCalls = 0;
+  std::intptr_t timeFilter = 0;
 };
 
 class TestHost {
@@ -49,10 +53,14 @@ class TestHost {
   float get(std::int32_t index) { return effect->getParameter(effect, index); }
   /// Selects a filter: bank 0 or 1, type 0 to 9.
   void selectFilter(int bank, int type);
+  /// The same, types of both banks counted through: 0 to 19.
+  void selectFilter(int type) { selectFilter(type / 10, type % 10); }
+  /// All wet at unity gain, both banks at one frequency; the glides are still to run.
+  void prepare(int type, float cutoff, float resonance, float drive);
   /// One block call in the middle of larger buffers.
   void process(const Stereo& in, Stereo& out, std::size_t at, std::int32_t frames);
   /// All of `in`, in blocks of the sizes given, again and again.
-  Stereo render(const Stereo& in, const std::vector<std::int32_t>& blocks);
+  Stereo render(const Stereo& in, const std::vector<std::int32_t>& blocks = {512});
 
   HostState host;
   AEffect* effect;
@@ -63,6 +71,8 @@ class TestHost {
 
 /// Seeded noise in -level..level, different on both sides.
 Stereo noise(std::size_t frames, float level = 0.5F);
+/// Sum of the squares of all samples.
+double energy(const Stereo& a);
 /// Energy of a - b over the energy of b, in dB.
 double errorDb(const Stereo& a, const Stereo& b);
 

@@ -1,0 +1,206 @@
+// Catches sound that depends on how a host cuts its blocks or lays its buffers, filter states that
+// are shared or cleared, and blocks that move state when they should not.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "support/test_host.hpp"
+
+namespace zum::test {
+namespace {
+
+class BlockOfType : public testing::TestWithParam<int> {};
+INSTANTIATE_TEST_SUITE_P(All, BlockOfType, testing::Range(0, 20));
+
+TEST_P(BlockOfType, BlockSizeDoesNotMatter) {
+  const struct {
+    float cutoff, resonance, drive;
+  } settings[] = {{0.3F, 0.95F, 0.0F}, {0.8F, 0.2F, 1.0F}};
+  const struct {
+    std::size_t frames;
+    int tag;  // set behind the segment, off the control grid
+    float value;
+  } segments[] = {{1003, 3, 0.6F}, {717, 5, 0.5F},   {1500, 222, 1.0F}, {90, 222, 0.0F},
+                  {777, 4, 0.5F},  {1201, 62, 0.9F}, {333, 1, 0.9F},    {1111, 0, 0.1F}};
+  const std::vector<std::vector<std::int32_t>> sizes = {
+      {512}, {1}, {16}, {17}, {64}, {3, 1, 31, 16, 5, 480, 2}, {65536}};
+  for (const auto& s : settings) {
+    std::vector<std::vector<Stereo>> renders;
+    for (const auto& blocks : sizes) {
+      TestHost host(48000.0F);
+      host.prepare(GetParam(), s.cutoff, s.resonance, s.drive);
+      std::vector<Stereo>& render = renders.emplace_back();
+      for (const auto& segment : segments) {
+        render.push_back(host.render(noise(segment.frames), blocks));
+        host.set(segment.tag, segment.value);
+      }
+    }
+    ASSERT_GT(energy(renders[0][1]), 1e-3);
+    for (std::size_t i = 1; i < sizes.size(); ++i) {
+      for (std::size_t k = 0; k < std::size(segments); ++k) {
+        EXPECT_TRUE(renders[i][k] == renders[0][k])
+            << "blocks from " << sizes[i][0] << ", segment " << k << ", drive " << s.drive;
+      }
+    }
+  }
+}
+
+TEST_P(BlockOfType, BuffersMayBeTheSameOrCrossed) {
+  const Stereo in = noise(1000);
+  for (const bool crossed : {false, true}) {
+    TestHost host;
+    TestHost apart;
+    host.prepare(GetParam(), 0.4F, 0.7F, 0.5F);
+    apart.prepare(GetParam(), 0.4F, 0.7F, 0.5F);
+    Stereo same = in;
+    std::array<float*, 2> from = {same.left.data(), same.right.data()};
+    std::array<float*, 2> to = from;
+    if (crossed) std::swap(to[0], to[1]);
+    host.effect->processReplacing(host.effect, from.data(), to.data(), 1000);
+    if (crossed) std::swap(same.left, same.right);
+    EXPECT_TRUE(same == apart.render(in)) << "crossed " << crossed;
+  }
+}
+
+// Both banks at one frequency, so that nothing but the branch moves when the type changes. With
+// no drive and settled ramps the only memory outside of the filters is the DC filter's, which
+// resuming clears.
+TEST_P(BlockOfType, StandsStillWhileAnotherTypeIsSelected) {
+  const Stereo in = noise(8000);
+  const Stereo tail(4000);
+  TestHost still;
+  still.prepare(GetParam(), 0.35F, 0.97F, 0.0F);
+  still.render(in);
+  still.dispatch(effMainsChanged, 0, 1);
+  const Stereo expected = still.render(tail);
+  ASSERT_GT(energy(expected), 1e-6);
+  for (int step = 1; step < 20; ++step) {
+    const int other = (GetParam() + step) % 20;
+    TestHost host;
+    host.prepare(GetParam(), 0.35F, 0.97F, 0.0F);
+    host.render(in);
+    host.selectFilter(other);
+    host.render(noise(1600));
+    host.selectFilter(GetParam());
+    host.dispatch(effMainsChanged, 0, 1);
+    EXPECT_TRUE(host.render(tail) == expected) << "disturbed by type " << other;
+  }
+}
+
+TEST_P(BlockOfType, SilenceSettles) {
+  TestHost host;
+  host.prepare(GetParam(), 0.3F, 1.0F, 0.7F);
+  double before = energy(host.render(noise(44100)));
+  for (int second = 1; second <= 20; ++second) {
+    const double now = energy(host.render(Stereo(44100)));
+    EXPECT_LE(now, std::max(before, 1e-18)) << second;
+    before = now;
+  }
+  EXPECT_LE(before, 1e-18);
+}
+
+TEST_P(BlockOfType, NotANumberStaysInItsInstance) {
+  TestHost host;
+  TestHost other;
+  TestHost reference;
+  for (TestHost* each : {&host, &other, &reference}) each->prepare(GetParam(), 0.5F, 0.5F, 0.5F);
+  Stereo broken = noise(1000);
+  broken.left[100] = std::numeric_limits<float>::quiet_NaN();
+  broken.right[300] = std::numeric_limits<float>::infinity();
+  const Stereo in = noise(1000);
+  for (int i = 0; i < 3; ++i) {
+    host.render(broken);
+    EXPECT_TRUE(other.render(in) == reference.render(in));
+  }
+  for (int type = 0; type < 20; ++type) {
+    host.selectFilter(type);
+    host.render(in, {33});
+  }
+}
+
+TEST(Block, FramesOfZeroOrLessAreNoBlock) {
+  TestHost host;
+  TestHost twin;
+  const Stereo in = noise(100);
+  const Stereo before(100, 7.0F);
+  for (const std::int32_t frames : {0, -1, std::numeric_limits<std::int32_t>::min()}) {
+    Stereo out = before;
+    host.process(in, out, 0, frames);
+    EXPECT_EQ(out, before) << frames;
+    EXPECT_FALSE(host.client().inProcess);
+  }
+  EXPECT_EQ(host.render(in), twin.render(in));
+}
+
+TEST(Block, MutedBlocksAreSilentAndMoveNothing) {
+  TestHost host;
+  TestHost twin;
+  const Stereo in = noise(1003);
+  ASSERT_EQ(host.render(in), twin.render(in));
+  const int levelCalls = host.host.levelCalls;
+  host.client().muteRequest = true;
+  Stereo out(1003, 3.0F);
+  host.process(in, out, 0, 1000);
+  EXPECT_EQ(energy(out), 6 * 9.0);  // the three frames behind the block
+  std::array<float*, 2> from = {nullptr, nullptr};
+  std::array<float*, 2> leftOnly = {out.left.data(), nullptr};
+  out.left[5] = 1.0F;
+  host.effect->processReplacing(host.effect, from.data(), leftOnly.data(), 1003);
+  EXPECT_EQ(out.left[5], 0.0F);
+  host.process(in, out, 0, -1);
+  EXPECT_FALSE(host.client().inProcess);
+  EXPECT_EQ(host.host.levelCalls, levelCalls);
+  host.client().muteRequest = false;
+  EXPECT_EQ(host.render(in), twin.render(in));
+}
+
+TEST(Block, BypassIsTheDcFilterAlone) {
+  TestHost host;
+  host.set(222, 1.0F);
+  const Stereo out = host.render(Stereo(500, 1.0F), {7});
+  float expected = 1.0F;
+  for (std::size_t i = 0; i < 500; ++i) {
+    ASSERT_EQ(out.left[i], expected) << i;
+    ASSERT_EQ(out.right[i], expected) << i;
+    expected = static_cast<float>(static_cast<double>(expected) * 0.998);
+  }
+}
+
+TEST(Block, TheControlGridIsCountedAcrossCalls) {
+  TestHost host;
+  const MeterRing& meter = host.client().meters().meter;  // one point a pass
+  int frames = 0;
+  for (const std::size_t block : {1U, 1U, 14U, 1U, 15U, 17U, 31U, 160U, 3U}) {
+    host.render(noise(block), {static_cast<std::int32_t>(block)});
+    frames += static_cast<int>(block);
+    EXPECT_EQ(meter.writeIndex, (frames + 15) / 16) << frames;
+  }
+}
+
+TEST(Block, TheMultiModeCombHearsTheLeftSideOnly) {
+  Stereo rightOnly = noise(6000);
+  std::fill(rightOnly.left.begin(), rightOnly.left.end(), 0.0F);
+  Stereo leftOnly = noise(6000);
+  std::fill(leftOnly.right.begin(), leftOnly.right.end(), 0.0F);
+  const auto rendered = [](int type, const Stereo& in) {
+    TestHost host;
+    host.prepare(type, 0.4F, 0.8F, 0.0F);
+    host.render(Stereo(2000));
+    return host.render(in);
+  };
+  EXPECT_LT(energy(rendered(6, rightOnly)), 1e-10);
+  const Stereo out = rendered(6, leftOnly);
+  EXPECT_GT(energy(out), 1.0);
+  for (std::size_t i = 1; i < out.frames(); ++i) {  // the right side is a frame late
+    ASSERT_NEAR(out.right[i], out.left[i - 1], 1e-5F) << i;
+  }
+  const Stereo apart = rendered(16, rightOnly);  // the vowel bank's hears both
+  EXPECT_GT(energy(apart), 1.0);
+  EXPECT_LT(*std::max_element(apart.left.begin(), apart.left.end()), 1e-6F);
+}
+
+}  // namespace
+}  // namespace zum::test

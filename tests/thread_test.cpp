@@ -1,0 +1,110 @@
+// One audio thread against everything that other threads may do meanwhile. Worth most under the
+// thread sanitizer, which then also proves that the mute handshake orders plain memory.
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <cmath>
+#include <thread>
+
+#include "engine/shared_value.hpp"
+#include "support/test_host.hpp"
+
+namespace zum::test {
+namespace {
+
+using std::chrono::steady_clock;
+
+constexpr std::int32_t kFrames = 33;  // a block ends inside a control block
+constexpr std::chrono::seconds kPatience{10};
+
+struct Session {
+  TestHost host;
+  const Stereo in = noise(kFrames);
+  std::atomic<bool> stop{false};
+  std::atomic<std::uint32_t> mutes{0};  // odd while the engine stands still
+  std::atomic<std::uint32_t> blocks{0};
+  std::atomic<std::uint32_t> step{0};
+
+  template <class Done>
+  static void await(const Done& done) {
+    const auto deadline = steady_clock::now() + kPatience;
+    while (!done()) {
+      ASSERT_LT(steady_clock::now(), deadline);
+      std::this_thread::yield();
+    }
+  }
+
+  void playBlock() {
+    host.host.hasTime = true;
+    host.host.time.tempo = 100.0 + (blocks.load() / 8U % 3U);
+    host.host.time.flags = kVstTransportPlaying;
+    Stereo out(kFrames);
+    out.left.assign(kFrames, 9.0F);
+    out.right = out.left;
+    const std::uint32_t before = mutes.load();
+    host.process(in, out, 0, kFrames);
+    const bool underMute = before % 2 == 1 && mutes.load() == before;
+    EXPECT_TRUE(!underMute || out == Stereo(kFrames));
+    for (const float x : out.left) EXPECT_TRUE(std::isfinite(x) && x != 9.0F) << x;
+    blocks.fetch_add(1);
+  }
+
+  void setEverything() {
+    for (std::int32_t tag = -1; tag <= kLastTag + 1; ++tag) {
+      host.set(tag, static_cast<float>(step++ % 9) / 8.0F);
+    }
+  }
+
+  void switchBypass() { host.set(222, static_cast<float>(step++ % 2)); }
+
+  void readEverything() {
+    for (std::int32_t index = -1; index <= kHostParameters; ++index) {
+      const bool known = index < kHostParameters && rowOfTag(index) >= 0;
+      EXPECT_EQ(host.text(effGetParamName, index) != "empty", known) << index;
+      EXPECT_EQ(host.text(effGetParamDisplay, index).substr(0, 2) != "em", known) << index;
+      const float value = host.get(index);
+      EXPECT_TRUE(value >= 0.0F && value <= 1.0F) << value << " of " << index;
+    }
+    for (const float& x : host.client().meters().meter.points) EXPECT_LE(loadShared(x), 1.0F);
+  }
+
+  /// As a state is loaded: mute, wait, replace what the engine works on, go on.
+  void replaceStateUnderMute() {
+    KvUniClient& client = host.client();
+    client.muteRequest.store(true);
+    await([&] { return !client.inProcess.load(); });
+    mutes.fetch_add(1);
+    host.dispatch(effMainsChanged, 0, 0);  // plain writes to the memory of the filters
+    host.dispatch(effMainsChanged, 0, 1);
+    const MeterRing meter = client.meters().meter;
+    const std::int32_t counter = client.timing().controlCounter;
+    const std::uint32_t seen = blocks.load();
+    await([&] { return blocks.load() >= seen + 3; });
+    EXPECT_EQ(client.timing().controlCounter, counter);
+    EXPECT_EQ(client.meters().meter.writeIndex, meter.writeIndex);
+    EXPECT_EQ(client.meters().meter.points, meter.points);
+    mutes.fetch_add(1);
+    client.muteRequest.store(false);
+    const std::int32_t& index = client.meters().meter.writeIndex;
+    await([&] { return loadShared(index) != meter.writeIndex; });
+  }
+};
+
+TEST(Threads, disturbNeitherBlocksNorEachOther) {
+  Session session;
+  std::vector<std::thread> threads;
+  for (const auto work : {&Session::playBlock, &Session::setEverything, &Session::switchBypass,
+                          &Session::readEverything}) {
+    threads.emplace_back([&session, work] {
+      while (!session.stop.load()) (session.*work)();
+    });
+  }
+  for (int i = 0; i < 25 && !testing::Test::HasFailure(); ++i) session.replaceStateUnderMute();
+  session.stop.store(true);
+  for (std::thread& thread : threads) thread.join();
+}
+
+}  // namespace
+}  // namespace zum::test
