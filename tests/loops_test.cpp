@@ -11,8 +11,8 @@
 
 namespace {
 
-constexpr int kFrames = 176400;  // two bars at 120 BPM
-const std::string kFactory = ZUM_SOURCE_DIR "/content/Samples/Factory/";
+constexpr sf_count_t kFrames = 176400;  // two bars at 120 BPM
+constexpr const char* kFactory = ZUM_SOURCE_DIR "/content/Samples/Factory/";
 
 int make(const std::string& folder) {
   return std::system(("'" ZUM_LOOPS_PROGRAM "' '" + folder + "' 2>/dev/null").c_str());
@@ -21,11 +21,10 @@ int make(const std::string& folder) {
 std::vector<short> readLoop(const std::string& path) {
   SF_INFO info{};
   SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
-  EXPECT_NE(file, nullptr) << path;
   EXPECT_EQ(info.format, SF_FORMAT_WAV | SF_FORMAT_PCM_16) << path;
   EXPECT_EQ(info.samplerate * info.channels, 44100 * 2) << path;
   EXPECT_EQ(info.frames, kFrames) << path;
-  std::vector<short> samples(2 * kFrames);
+  std::vector<short> samples(std::size_t{2} * kFrames);
   EXPECT_EQ(sf_readf_short(file, samples.data(), kFrames), kFrames) << path;
   sf_close(file);
   return samples;

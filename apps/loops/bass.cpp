@@ -29,12 +29,13 @@ void pluck(Loop& loop, const Note& note) {
   constexpr double kCents = 7.0;
   constexpr double kRelease = 0.05;  // seconds
   const double held = note.length * kStep;
-  Oscillator square, left(0.13), right(0.61), topLeft(0.37), topRight(0.83);
+  Oscillator square, left(0.31), right(0.81), topLeft(0.1), topRight(0.6);
   Filter bodyFilter, leftFilter, rightFilter;
   loop.play(note.step * kStep, held + 4.0 * kRelease, [&](double t) {
     const double swell = (0.35 + 0.65 * decay(t, 0.16)) * note.accent;
     const double level = t < held ? swell : swell * decay(t - held, kRelease);
-    const double cutoff = 750.0 + note.accent * (2600.0 * decay(t, 0.14) + 9000.0 * decay(t, 0.03));
+    const double cutoff =
+        2600.0 + note.accent * (6000.0 * decay(t, 0.14) + 9000.0 * decay(t, 0.04));
     const double width = 0.5 - 0.18 * decay(t, 0.2);
     const double body = square.pulse(pitch(note.midi), width);
     const double sideLeft = left.saw(pitch(note.midi, -kCents)) +

@@ -94,7 +94,7 @@ Loop chords() {
   loop.process([&](Frame in, double t) {
     const Frame voice = {left.sing(in.left, t), right.sing(in.right, t)};
     const Frame air = {airLeft.next(in.left).high, airRight.next(in.right).high};
-    return voice * 0.25 + air * 0.05 + in * 0.02;
+    return voice * 0.25 + air * 0.05 + in * 0.03;
   });
   loop.room(0.16, 1.1);
   loop.saturate(1.0);

@@ -32,12 +32,12 @@ void kick(const Hit& hit) {
 void snare(const Hit& hit) {
   Oscillator shell, head;
   Noise left(hit.seed), right(hit.seed + 1);
-  Filter wireLeft(1900.0, 0.6), wireRight(2100.0, 0.6);
+  Filter wireLeft(3400.0, 0.35), wireRight(3700.0, 0.35);
   hit.loop.play(hit.start, 0.5, [&](double t) {
     const double bend = 1.0 + 0.5 * decay(t, 0.01);
     const double tone = (shell.sine(187.0 * bend) + 0.6 * head.sine(332.0 * bend)) * decay(t, 0.06);
-    const double rattle = 0.55 * decay(t, 0.085) + 0.35 * decay(t, 0.012);
-    const Frame wires = {wireLeft.next(left.next()).high, wireRight.next(right.next()).high};
+    const double rattle = 0.75 * decay(t, 0.085) + 0.5 * decay(t, 0.012);
+    const Frame wires = {wireLeft.next(left.next()).band, wireRight.next(right.next()).band};
     return (pan(0.75 * tone, hit.position) + wires * rattle) * hit.level;
   });
 }
@@ -115,45 +115,41 @@ struct Row {
 };
 
 constexpr std::array kGroove = {
-    Row{kick, 1.00, 0.00,
+    Row{kick, 0.80, 0.00,
         "X.....x...X....."
         "X..x..x...X...o."},
     Row{snare, 0.62, 0.05,
         "....X..o.o..X..."
         "....X..o.o..X.ox"},
-    Row{clap, 0.40, 0.00,
+    Row{clap, 0.50, 0.00,
         "............X..."
         "....x.......X..."},
-    Row{closedHat, 0.42, 0.30,
+    Row{closedHat, 0.46, 0.35,
         "X.xoX.xoX.xoX..o"
         "X.xoX..oX.xoX.xo"},
-    Row{openHat, 0.34, 0.25,
+    Row{openHat, 0.38, 0.35,
         "..............X."
         "......X........."},
-    Row{shaker, 0.30, -0.55,
+    Row{shaker, 0.38, -0.55,
         "oxXooxXooxXooxXo"
         "oxXooxXooxXooxXo"},
-    Row{woodblock, 0.40, 0.75,
+    Row{woodblock, 0.52, 0.75,
         "...x..x....x.o.."
         "...x..x....o.x.o"},
-    Row{lowConga, 0.46, -0.60,
+    Row{lowConga, 0.62, -0.60,
         "..x.......o.x..."
         "..x.......o...x."},
-    Row{highConga, 0.40, -0.35,
+    Row{highConga, 0.58, -0.35,
         ".......x.x......"
         ".......x.x...x.x"},
 };
 
 double strength(char step) {
   switch (step) {
-    case 'X':
-      return 1.0;
-    case 'x':
-      return 0.7;
-    case 'o':
-      return 0.32;
-    default:
-      return 0.0;
+    case 'X': return 1.0;
+    case 'x': return 0.7;
+    case 'o': return 0.32;
+    default: return 0.0;
   }
 }
 
