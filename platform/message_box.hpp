@@ -1,0 +1,9 @@
+// The one way to tell a user of a failure that must be seen.
+#pragma once
+
+namespace zum {
+
+/// [main] Shows `text` under the caption. Without a window system it goes to standard error.
+void showMessage(const char* caption, const char* text);
+
+}  // namespace zum

@@ -1,0 +1,11 @@
+#include "state/chunkable.hpp"
+
+namespace zum {
+
+std::uint32_t chunkWordsOf(KvChunkableClass& object) {
+  KvChunk counting;
+  object.writeChunk(&counting);
+  return counting.cursor;
+}
+
+}  // namespace zum

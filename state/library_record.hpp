@@ -1,0 +1,18 @@
+// Who writes a chunk: the product's name and the version of its formats. Set once, when the effect
+// object is created.
+#pragma once
+
+#include <cstdint>
+
+namespace zum {
+
+struct LibraryRecord {
+  const char* product;   // caption of messages, and the %s in them
+  std::int32_t version;  // of what a chunk's header tells
+  const char* versionText;
+};
+
+const LibraryRecord& libraryRecord();
+void setLibraryRecord(const LibraryRecord& record);
+
+}  // namespace zum
