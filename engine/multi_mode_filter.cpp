@@ -25,8 +25,8 @@ void MultiModeFilter::updateFilterColumns(float cutoffHz, const KvSystemInfo& cl
   halfColumn = columnOf(cutoffHz * 0.5F, columnScale);
   combDelayTarget = combDelayOf(cutoffHz, clock.samplesPerMs);
   const Float4 increment = splat(cutoffHz / (clock.sampleRate * 0.5F));
-  heldBandPass.holdIncrement = increment;
-  heldLowPass.holdIncrement = increment;
+  heldBandPass.coeffs.holdIncrement = increment;
+  heldLowPass.coeffs.holdIncrement = increment;
 }
 
 void MultiModeFilter::controlPass(int type, float feedbackAmount, float ticksPerMs) ZUM_REALTIME {
@@ -49,8 +49,8 @@ void MultiModeFilter::controlPass(int type, float feedbackAmount, float ticksPer
     case 7:
       return bandReject.coeffs.set(lookupCoefficients(doubleColumn, row),
                                    lookupCoefficients(halfColumn, row));
-    case 8: return heldBandPass.coeffs.set(c);
-    case 9: return heldLowPass.coeffs.set(c);
+    case 8: return heldBandPass.coeffs.stage.set(c);
+    case 9: return heldLowPass.coeffs.stage.set(c);
     default: return;
   }
 }

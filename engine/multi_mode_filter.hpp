@@ -11,16 +11,19 @@ namespace zum {
 
 /// The comb of this bank: both sides hear the left input.
 struct LeftFedComb : Comb<1, 500> {
-  Float4 next(State& state, Float4 in) ZUM_REALTIME { return Comb::next(state, firstLane(in)); }
+  Float4 next(State& state, const Coeffs& c, Float4 in) ZUM_REALTIME {
+    return Comb::next(state, c, firstLane(in));
+  }
 };
 
 /// Low-pass below and high-pass above the cutoff, one octave off on each side.
 struct BandReject : Stateful<SvfStage> {
   using State = SvfStage;
-  SvfLanes coeffs;  // high-pass stage in lanes 0 and 1, low-pass stage in 2 and 3
+  using Coeffs = SvfLanes;
+  Coeffs coeffs;  // high-pass stage in lanes 0 and 1, low-pass stage in 2 and 3
 
-  Float4 next(State& state, Float4 in) const ZUM_REALTIME {
-    const SvfOutputs out = state.next(in, coeffs);
+  static Float4 next(State& state, const Coeffs& c, Float4 in) ZUM_REALTIME {
+    const SvfOutputs out = state.next(in, c);
     return highTwice(out.low) + out.high;
   }
 };

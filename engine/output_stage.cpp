@@ -8,8 +8,10 @@ namespace zum {
 void OutputStage::controlPass(float mixSum, float masterSum, float controlStep) ZUM_REALTIME {
   mix.aim(mixSum, controlStep);
   master.aim(2.0F * masterSum, controlStep);
+}
 
-  const float peakValue = std::max(lastLimited[0], lastLimited[1]);
+void OutputStage::enterMeters(Float4 limited) ZUM_REALTIME {
+  const float peakValue = std::max(limited[0], limited[1]);
   const float level = std::fabs(clampTo(peakValue, 0.0F, 0.9800000190734863F));
   storeShared(meterValue, level);
   meter.enter(level);

@@ -28,17 +28,22 @@ class OutputStage {
  public:
   /// Both sums 0 to 1; master 0.5 is unity gain.
   void controlPass(float mixSum, float masterSum, float controlStep) ZUM_REALTIME;
+  /// One point of the meters: the frame ahead of a control pass, as limit() gave it.
+  void enterMeters(Float4 limited) ZUM_REALTIME;
+
   /// A hard switch, without a cross-fade.
   void setBypass(bool on) ZUM_REALTIME { bypassed = splat(on ? -1 : 0); }
 
-  void enter(std::int32_t frames) ZUM_REALTIME {
-    mix.advance(frames);
-    master.advance(frames);
+  void enter() ZUM_REALTIME {
+    mix.beginChunk();
+    master.beginChunk();
   }
-  /// `limited` of the run's last frame is what the meters show.
-  void leave(Float4 limited) ZUM_REALTIME { lastLimited = limited; }
+  void advance(std::size_t from, std::size_t to) ZUM_REALTIME {
+    mix.advance(from, to);
+    master.advance(from, to);
+  }
 
-  /// Frame `i` of a run up to the master's soft limit.
+  /// Frame `i` of a chunk up to the master's soft limit.
   Float4 limit(Float4 wet, std::size_t i) const ZUM_REALTIME {
     const Float4 m1 = smaller(splat(kClipHigh), larger(splat(kClipLow), wet));
     const Float4 m2 = m1 * (splat(1.0F) - absolute(m1) * splat(kShapeOne));
@@ -63,7 +68,6 @@ class OutputStage {
   Int4 bypassed{};
   FrameRamp mix;
   FrameRamp master;
-  Float4 lastLimited{};
 };
 
 }  // namespace zum

@@ -24,6 +24,7 @@ void Overdrive::controlPass(float driveSum, float controlStep) ZUM_REALTIME {
     const int i = truncate(g + 1e-06F);
     const int j = truncate(g + 0.9999989867210388F);
     drivenOnly = splat(i > 0 ? -1 : 0);
+    cleanOnly = splat(j == 0 ? -1 : 0);
     crossfade = splat(j > i ? g - static_cast<float>(truncate(g)) : 0.0F);
     const float d = 1.0F - driveSum;
     thresholdTarget = d * d * d + 0.10000000149011612F;

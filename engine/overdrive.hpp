@@ -10,15 +10,10 @@ namespace zum {
 
 class Overdrive {
  public:
-  /// The short recursions of a run, for registers.
-  struct State {
-    OnePole clipLowpass;
-    OnePole bassPath;
-  };
-  /// The long ones, for memory, with what is left of the run before in front.
+  /// The long recursion of a chunk, for memory, with what is left of the chunk before in front.
   struct Lines {
-    std::array<Float4, kRunFrames + 1> in;   // dcB times the input
-    std::array<Float4, kRunFrames + 2> out;  // what lies below 60 Hz
+    std::array<Float4, kChunkFrames + 1> in;   // dcB times the input
+    std::array<Float4, kChunkFrames + 2> out;  // what lies below 60 Hz
   };
 
   /// Fixed filters of the sample rate.
@@ -26,39 +21,54 @@ class Overdrive {
   /// `driveSum` 0 to 1.
   void controlPass(float driveSum, float controlStep) ZUM_REALTIME;
 
-  State enter(Lines& lines, std::int32_t frames) ZUM_REALTIME {
-    threshold.advance(frames);
-    makeup.advance(frames);
-    lines.in[0] = dcBInPrev;
+  /// The two short recursions go to registers.
+  void enter(Lines& lines, OnePole& clipState, OnePole& bassState) ZUM_REALTIME {
+    threshold.beginChunk();
+    makeup.beginChunk();
+    lines.in[0] = dcB * dcInPrev;
     lines.out[0] = dcOutPrev2;
     lines.out[1] = dcOutPrev1;
-    return kept;
+    clipState = clipKept;
+    bassState = bassKept;
   }
-  void leave(const State& run, const Lines& lines, std::int32_t frames) ZUM_REALTIME {
-    kept = run;
-    const auto n = static_cast<std::size_t>(frames);
-    dcBInPrev = lines.in[n];
-    dcOutPrev2 = lines.out[n];
-    dcOutPrev1 = lines.out[n + 1];
+  void advance(std::size_t from, std::size_t to) ZUM_REALTIME {
+    threshold.advance(from, to);
+    makeup.advance(from, to);
+  }
+  /// `lastIn` is the input of the last of `frames`.
+  void leave(const Lines& lines, const OnePole& clipState, const OnePole& bassState, Float4 lastIn,
+             std::size_t frames) ZUM_REALTIME {
+    dcInPrev = lastIn;
+    dcOutPrev2 = lines.out[frames];
+    dcOutPrev1 = lines.out[frames + 1];
+    clipKept = clipState;
+    bassKept = bassState;
   }
 
-  /// First half of frame `i` of a run: what lies above 60 Hz, clipped and smoothed, times 4.
-  Float4 clip(State& run, Lines& lines, Float4 x, std::size_t i) const ZUM_REALTIME {
+  // Frame `i` of a chunk, in three pieces.
+
+  /// What lies above 60 Hz, clipped.
+  Float4 clip(Lines& lines, Float4 x, std::size_t i) const ZUM_REALTIME {
     // The feedback hears the output of two frames back; that is the tuning of this tracker.
     const Float4 bx = dcB * x;
     const Float4 y = dcA * lines.out[i] + splat(kDenormalGuard) + bx + lines.in[i];
     lines.in[i + 1] = bx;
     lines.out[i + 2] = y;
     const Float4 limit = threshold.at[i];
-    return run.clipLowpass.next(smaller(limit, larger(-limit, x - y)), clipLowpassTimesFour);
+    return smaller(limit, larger(-limit, x - y));
   }
 
-  /// Second half: shaped, joined by its low band, cross-faded with the frame's clean input.
-  Float4 shape(State& run, Float4 v, Float4 x, std::size_t i) const ZUM_REALTIME {
-    const Float4 shaped = v * (splat(1.0F) - absolute(v) * shaperCurve);
-    const Float4 driven = makeup.at[i] * shaped + run.bassPath.next(shaped, bassPath);
+  /// Smoothed, times 4, and shaped.
+  Float4 shape(OnePole& state, Float4 clipped) const ZUM_REALTIME {
+    const Float4 v = state.next(clipped, clipLowpassTimesFour);
+    return v * (splat(1.0F) - absolute(v) * shaperCurve);
+  }
+
+  /// Joined by its low band and cross-faded with the frame's clean input.
+  Float4 join(OnePole& state, Float4 shaped, Float4 x, std::size_t i) const ZUM_REALTIME {
+    const Float4 driven = makeup.at[i] * shaped + state.next(shaped, bassPath);
     const Float4 from = select(drivenOnly, driven, x);
-    return from + crossfade * (driven - from);
+    return from + crossfade * (select(cleanOnly, x, driven) - from);
   }
 
  private:
@@ -72,14 +82,16 @@ class Overdrive {
   Float4 shaperCurve{};
   Float4 crossfade{};  // weight of the driven signal
   Int4 drivenOnly{};   // cross-fade at its end
+  Int4 cleanOnly{};    // at its start: whatever the driven path holds is not heard
   float lastDriveSum = -1.0F;
   float thresholdTarget = 0.0F;
   float makeupTarget = 0.0F;
   FrameRamp threshold;
   FrameRamp makeup;
 
-  State kept;
-  Float4 dcBInPrev{};
+  OnePole clipKept;
+  OnePole bassKept;
+  Float4 dcInPrev{};
   Float4 dcOutPrev1{};
   Float4 dcOutPrev2{};
 };

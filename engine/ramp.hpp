@@ -10,10 +10,10 @@
 
 namespace zum {
 
-/// The longest run of frames between two control passes.
-inline constexpr std::int32_t kRunFrames = 16;
+/// Frames that are worked on as one piece, a few control blocks.
+inline constexpr std::size_t kChunkFrames = 64;
 
-/// A line that reaches its target in one control block, laid out for the frames of a run: the
+/// A line that reaches its target in one control block, laid out for the frames of a chunk: the
 /// frame loop reads `at[i]` and keeps no ramp in a register.
 class FrameRamp {
  public:
@@ -22,30 +22,36 @@ class FrameRamp {
     constexpr float kStill = 1.0000000116860974e-07F;
     step = (target - current) * controlStep;
     if (step > -kStill && step < kStill) {
-      level = level && current == target;
+      isFlat = isFlat && current == target;
       step = 0.0F;
       current = target;
     } else {
-      level = false;
+      isFlat = false;
     }
   }
 
-  /// Moves over a run of at most kRunFrames frames.
-  void advance(std::int32_t frames) ZUM_REALTIME {
-    if (level) return;
-    for (std::size_t i = 0; i < static_cast<std::size_t>(frames); ++i) {
+  /// At the start of a chunk. A ramp at rest is laid out once and then left alone.
+  void beginChunk() ZUM_REALTIME {
+    if (isFlat || step != 0.0F) return;
+    at.fill(splat(current));
+    isFlat = true;
+  }
+
+  /// Lays out the chunk's frames `from` to `to`, within one control block.
+  void advance(std::size_t from, std::size_t to) ZUM_REALTIME {
+    if (isFlat) return;
+    for (std::size_t i = from; i < to; ++i) {
       current = current + step;
       at[i] = splat(current);
     }
-    level = step == 0.0F && frames == kRunFrames;
   }
 
-  std::array<Float4, kRunFrames> at{};  // value in each frame of the run, the same in all lanes
+  std::array<Float4, kChunkFrames> at{};  // value in each frame, the same in all lanes
 
  private:
   float current = 0.0F;
   float step = 0.0F;
-  bool level = true;  // `at` holds `current` throughout
+  bool isFlat = true;  // all of `at` holds `current`
 };
 
 /// A line that reaches its target in `durationMs`, counted in control passes.

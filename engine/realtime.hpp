@@ -12,6 +12,9 @@
 #define ZUM_REALTIME noexcept
 #endif
 
+/// Behind a lambda's parameters: what it captures stays in the registers of the loop around it.
+#define ZUM_INLINED __attribute__((always_inline))
+
 // Round a call that cannot be checked and is known to keep the promise.
 #if defined(__clang__)
 #define ZUM_TRUSTED_BEGIN                                              \

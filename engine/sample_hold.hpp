@@ -30,17 +30,21 @@ struct HeldStageState {
   SampleHold hold;
   SvfStage stage;
 };
+struct HeldStageCoeffs {
+  SvfLanes stage;
+  Float4 holdIncrement{};
+};
 
 /// A hold and one stage on the held signal.
 template <Tap tap, bool inSeries>
 struct HeldStage : Stateful<HeldStageState> {
   using State = HeldStageState;
-  SvfLanes coeffs;
-  Float4 holdIncrement{};
+  using Coeffs = HeldStageCoeffs;
+  Coeffs coeffs;
 
-  Float4 next(State& state, Float4 in) const ZUM_REALTIME {
-    const Float4 held = state.hold.template next<inSeries>(in, holdIncrement);
-    return tapOf<tap>(state.stage.next(held, coeffs));
+  static Float4 next(State& state, const Coeffs& c, Float4 in) ZUM_REALTIME {
+    const Float4 held = state.hold.template next<inSeries>(in, c.holdIncrement);
+    return tapOf<tap>(state.stage.next(held, c.stage));
   }
 };
 

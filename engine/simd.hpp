@@ -21,6 +21,9 @@ inline Int4 splat(std::int32_t x) { return Int4{x, x, x, x}; }
 /// {low, low, high, high}
 inline Float4 halves(float low, float high) { return Float4{low, low, high, high}; }
 
+/// {left, right, left, right}
+inline Float4 pairTwice(float left, float right) { return Float4{left, right, left, right}; }
+
 /// Lanes 0 and 1, twice.
 inline Float4 lowTwice(Float4 x) { return __builtin_shufflevector(x, x, 0, 1, 0, 1); }
 /// Lanes 2 and 3, twice.
@@ -102,41 +105,5 @@ inline Float4 loadPairs(const float* a, const float* b) { return Float4{a[0], a[
 inline bool anyLaneSet(Int4 mask) { return (mask[0] | mask[1] | mask[2] | mask[3]) != 0; }
 
 #endif
-
-/// `frames` of left and right next to each other: {l0, r0, l1, r1, ...}.
-inline void interleave(const float* left, const float* right, float* pairs, std::int32_t frames) {
-  for (; frames >= 4; frames -= 4, left += 4, right += 4, pairs += 8) {
-    Float4 l;
-    Float4 r;
-    std::memcpy(&l, left, sizeof l);
-    std::memcpy(&r, right, sizeof r);
-    const Float4 low = __builtin_shufflevector(l, r, 0, 4, 1, 5);
-    const Float4 high = __builtin_shufflevector(l, r, 2, 6, 3, 7);
-    std::memcpy(pairs, &low, sizeof low);
-    std::memcpy(pairs + 4, &high, sizeof high);
-  }
-  for (; frames > 0; --frames, pairs += 2) {
-    pairs[0] = *left++;
-    pairs[1] = *right++;
-  }
-}
-
-/// The way back.
-inline void separate(const float* pairs, float* left, float* right, std::int32_t frames) {
-  for (; frames >= 4; frames -= 4, left += 4, right += 4, pairs += 8) {
-    Float4 low;
-    Float4 high;
-    std::memcpy(&low, pairs, sizeof low);
-    std::memcpy(&high, pairs + 4, sizeof high);
-    const Float4 l = __builtin_shufflevector(low, high, 0, 2, 4, 6);
-    const Float4 r = __builtin_shufflevector(low, high, 1, 3, 5, 7);
-    std::memcpy(left, &l, sizeof l);
-    std::memcpy(right, &r, sizeof r);
-  }
-  for (; frames > 0; --frames, pairs += 2) {
-    *left++ = pairs[0];
-    *right++ = pairs[1];
-  }
-}
 
 }  // namespace zum

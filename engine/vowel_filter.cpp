@@ -44,9 +44,9 @@ void VowelFilter::controlPass(int type, const VowelFormants& a, const VowelForma
     stages[0].q = splat(kFirstOfPairDamping);
   };
   const auto setHeld = [&](auto& held) {
-    held.coeffs.set(at(firstHz), at(secondHz));
+    held.coeffs.stage.set(at(firstHz), at(secondHz));
     const float nyquist = clock.sampleRate * 0.5F;
-    held.holdIncrement = halves(firstHz / nyquist, secondHz / nyquist);
+    held.coeffs.holdIncrement = halves(firstHz / nyquist, secondHz / nyquist);
   };
   switch (type) {
     case 0: return setStages(highPass.coeffs);
@@ -62,8 +62,8 @@ void VowelFilter::controlPass(int type, const VowelFormants& a, const VowelForma
                 clock.ticksPerMs);
       return;
     case 7:
-      shelves.firstCoeffs.set(at(firstHz * 1.2F), at(firstHz * 0.8F));
-      shelves.secondCoeffs.set(at(secondHz * 2.0F), at(secondHz * 0.5F));
+      shelves.coeffs.first.set(at(firstHz * 1.2F), at(firstHz * 0.8F));
+      shelves.coeffs.second.set(at(secondHz * 2.0F), at(secondHz * 0.5F));
       return;
     case 8: return setHeld(heldBandPass);
     case 9: return setHeld(heldLowPass);

@@ -14,9 +14,10 @@ namespace zum {
 template <class Structure>
 struct FormantPair : Structure {
   using State = typename Structure::State;
+  using Coeffs = typename Structure::Coeffs;
 
-  Float4 next(State& state, Float4 in) ZUM_REALTIME {
-    const Float4 both = Structure::next(state, in);
+  Float4 next(State& state, const Coeffs& c, Float4 in) ZUM_REALTIME {
+    const Float4 both = Structure::next(state, c, in);
     return both + highTwice(both);
   }
 };
@@ -26,15 +27,20 @@ struct FormantShelvesState {
   SvfStage second;
 };
 
+struct FormantShelvesCoeffs {
+  SvfLanes first;   // high-pass at 1.2, low-pass at 0.8 of the first formant
+  SvfLanes second;  // high-pass at 2, low-pass at 0.5 of the second
+};
+
 /// A high-pass and a low-pass round each formant.
 struct FormantShelves : Stateful<FormantShelvesState> {
   using State = FormantShelvesState;
-  SvfLanes firstCoeffs;   // high-pass at 1.2, low-pass at 0.8 of the first formant
-  SvfLanes secondCoeffs;  // high-pass at 2, low-pass at 0.5 of the second
+  using Coeffs = FormantShelvesCoeffs;
+  Coeffs coeffs;
 
-  Float4 next(State& state, Float4 in) const ZUM_REALTIME {
-    const SvfOutputs first = state.first.next(in, firstCoeffs);
-    const SvfOutputs second = state.second.next(in, secondCoeffs);
+  static Float4 next(State& state, const Coeffs& c, Float4 in) ZUM_REALTIME {
+    const SvfOutputs first = state.first.next(in, c.first);
+    const SvfOutputs second = state.second.next(in, c.second);
     return (highTwice(second.low) + highTwice(first.low)) + second.high + first.high;
   }
 };

@@ -1,0 +1,121 @@
+// The frame chain: what every frame goes through, in the order in which it does. Instantiated for
+// each filter type by the engine.
+#pragma once
+
+#include <algorithm>
+
+#include "engine/engine.hpp"
+
+namespace zum {
+
+/// Part of a host's block that is worked on as one piece.
+struct Chunk {
+  const float* inLeft;
+  const float* inRight;
+  float* outLeft;
+  float* outRight;
+  std::size_t frames;  // at most kChunkFrames
+};
+
+// Behind each other the pieces of a frame are a chain of some 180 cycles, far longer than the
+// filter's recursion of some 24, which is all that ties a frame to the next. So the pieces stand in
+// two loops, each over the frames up to the next control pass, and a step of a loop works on
+// several frames: each piece on the frame that the piece before it left a step ago. What waits for
+// its next piece lies in lines of memory, so that registers are free for the recursions. Every
+// sample is computed as if the frames went through one by one.
+template <bool vowelBank, bool fading, class Filter>
+std::size_t Engine::playChunk(Filter& filter, const Chunk& chunk, KvSystemInfo& clock,
+                              ControlPassOwner& owner) ZUM_REALTIME {
+  using Line = std::array<Float4, kChunkFrames>;
+  Line dry;
+  Line level;
+  std::array<Float4, kChunkFrames + 1> smooth;  // with the frame before the chunk in front
+  Line clipped;
+  Line shaped;
+  Line wet;
+  Line limited;
+  std::array<Float4, kChunkFrames + 1> blended;  // with the frame before the chunk in front
+  blended[0] = dcFilter.lastIn();
+
+  LevelDetectors::State levels = detectors.enter();
+  smooth[0] = levels.smooth;
+  constexpr float kDither = 9.99999993922529e-09F;
+  const std::array<Float4, 2> dither = {splat(kDither), splat(-kDither)};
+  Overdrive::Lines driveLines;
+  OnePole clipLowpass;
+  OnePole bassPath;
+  overdrive.enter(driveLines, clipLowpass, bassPath);
+  typename Filter::State structure = filter.enter();
+  output.enter();
+  Double2 dcOut = dcFilter.lastOut();
+
+  // The pieces, each for frame `i` of the chunk.
+  const auto enter = [&](std::size_t i) ZUM_INLINED {
+    dry[i] = pairTwice(chunk.inLeft[i], chunk.inRight[i]);
+    level[i] = detectors.listen(levels, dry[i], dither[(i + ditherPhase) % 2]);
+    clipped[i] = overdrive.clip(driveLines, dry[i], i);
+  };
+  const auto shape = [&](std::size_t i) ZUM_INLINED {
+    smooth[i + 1] = detectors.hold(levels, level[i]);
+    shaped[i] = overdrive.shape(clipLowpass, clipped[i]);
+  };
+  const auto through = [&](std::size_t i) ZUM_INLINED {
+    const Float4 driven = overdrive.join(bassPath, shaped[i], dry[i], i);
+    wet[i] = filter.next(structure, filter.coeffs, driven);
+    if constexpr (vowelBank) wet[i] *= splat(VowelFilter::kLevel);
+  };
+  const auto limit = [&](std::size_t i) ZUM_INLINED { limited[i] = output.limit(wet[i], i); };
+  const auto blend = [&](std::size_t i)
+                         ZUM_INLINED { blended[i + 1] = output.blend(limited[i], dry[i], i); };
+  const auto unbias = [&](std::size_t i) ZUM_INLINED {
+    const Float4 out = fading ? DcFilter::nextFading(dcOut, blended[i + 1], blended[i])
+                              : DcFilter::next(dcOut, blended[i + 1], blended[i]);
+    chunk.outLeft[i] = out[0];
+    chunk.outRight[i] = out[1];
+  };
+
+  const Selection playing = selection;
+  std::size_t frames = 0;
+  while (true) {
+    const std::size_t first = frames;
+    const auto untilPass = static_cast<std::size_t>(clock.controlFrames - clock.controlCounter);
+    frames = std::min(chunk.frames, first + untilPass);
+    overdrive.advance(first, frames);
+    output.advance(first, frames);
+
+    enter(first);
+    for (std::size_t n = first + 1; n < frames; ++n) {
+      shape(n - 1);
+      enter(n);
+    }
+    shape(frames - 1);
+
+    if (first >= 3) unbias(first - 3);
+    if (first >= 2) blend(first - 2);
+    through(first);
+    for (std::size_t n = first + 1; n < frames; ++n) {
+      if (n >= 3) unbias(n - 3);
+      if (n >= 2) blend(n - 2);
+      limit(n - 1);
+      through(n);
+    }
+    limit(frames - 1);
+
+    clock.controlCounter += static_cast<std::int32_t>(frames - first);
+    lastLimited = limited[frames - 1];
+    detectors.leave(levels, smooth[frames - 1]);
+    if (frames == chunk.frames) break;
+    controlPass(clock, owner);
+    if (!(selection == playing)) break;
+  }
+  for (std::size_t n = frames >= 2 ? frames - 2 : 0; n < frames; ++n) blend(n);
+  for (std::size_t n = frames >= 3 ? frames - 3 : 0; n < frames; ++n) unbias(n);
+
+  ditherPhase = (ditherPhase + frames) % 2;
+  overdrive.leave(driveLines, clipLowpass, bassPath, dry[frames - 1], frames);
+  filter.leave(structure);
+  dcFilter.leave(blended[frames], dcOut);
+  return frames;
+}
+
+}  // namespace zum

@@ -1,0 +1,63 @@
+// The envelope follower: the level of the input in a chosen range as a modulator. Its frame work
+// is one of the LevelDetectors; here is what the control pass does.
+#pragma once
+
+#include <array>
+
+#include "engine/clock.hpp"
+#include "engine/level_detectors.hpp"
+#include "engine/svf_lookup.hpp"
+
+namespace zum {
+
+/// Points of the follower's scope, oldest overwritten; read by the editor without a lock.
+struct FollowerScope {
+  static constexpr std::int32_t kPoints = 2048;
+  std::array<float, kPoints> points{};
+  std::int32_t writeIndex = 0;
+
+  void enter(float point) ZUM_REALTIME;
+};
+
+class EnvelopeFollower {
+ public:
+  /// What a control pass is given, each 0 to 1.
+  struct Inputs {
+    float gainSum;
+    float attackSum;
+    float releaseSum;
+    float rangeSum;
+  };
+
+  void recompute(const KvSystemInfo& clock) ZUM_REALTIME;
+  void controlPass(const Inputs& in, const KvSystemInfo& clock, LevelDetectors& detectors)
+      ZUM_REALTIME;
+
+  /// 0 to 1.
+  float efOut() const ZUM_REALTIME { return out; }
+  float attackMs() const ZUM_REALTIME;     // [any]
+  float bandHz() const ZUM_REALTIME;       // [any]
+  float releaseBars() const ZUM_REALTIME;  // [any]
+  const FollowerScope& scopeRing() const { return scope; }
+
+ private:
+  void setRange(float rangeSum, LevelDetectors& detectors) ZUM_REALTIME;
+  void setRelease(float releaseSum, const KvSystemInfo& clock, LevelDetectors& detectors)
+      ZUM_REALTIME;
+  void setAttack(float attackSum, const KvSystemInfo& clock, LevelDetectors& detectors)
+      ZUM_REALTIME;
+
+  float columnScale = 0.0F;
+  // what the settings were made of, so that they are made anew only when it moves
+  float lastRange = -1.0F;
+  float lastRelease = -1.0F;
+  float lastAttack = -1.0F;
+
+  float efAttackMs = 0.0F;
+  float efHz = 0.0F;
+  float efReleaseBars = 0.0F;
+  float out = 0.0F;
+  FollowerScope scope;
+};
+
+}  // namespace zum
