@@ -43,8 +43,8 @@ void accumulatingEntry(AEffect* record, float** inputs, float** outputs, std::in
   if (!complete(inputs) || !complete(outputs)) return;
   constexpr std::int32_t kPart = 256;
   std::array<std::array<float, kPart>, 2> sum;
-  for (std::int32_t done = 0; done < frames; done += kPart) {
-    const std::int32_t part = std::min(kPart, frames - done);
+  for (std::int32_t done = 0, part = 0; done < frames; done += part) {
+    part = std::min(kPart, frames - done);
     for (auto& channel : sum) channel.fill(0.0F);
     std::array<float*, 2> in = {inputs[0] + done, inputs[1] + done};
     std::array<float*, 2> out = {sum[0].data(), sum[1].data()};

@@ -119,7 +119,7 @@ class AudioEffectX : public AudioEffect {
   /// Asks the host to send MIDI.
   void wantEvents();
   void noTail(bool state);
-  /// The host's texts, at most 63 bytes and a terminator; false and empty without a callback.
+  /// The host's texts; false and empty without a callback.
   bool getHostVendorString(char (&text)[256]);
   bool getHostProductString(char (&text)[256]);
   /// [audio] Null without a callback, or when the host has nothing to say.

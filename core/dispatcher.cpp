@@ -12,7 +12,7 @@ std::intptr_t AudioEffect::dispatcher(std::int32_t opcode, std::int32_t index, s
     case effOpen: open(); return 0;
     case effClose: close(); return 0;
     case effSetProgram:
-      if (value >= INT32_MIN && value < numPrograms) setProgram(static_cast<std::int32_t>(value));
+      if (value >= 0 && value < numPrograms) setProgram(static_cast<std::int32_t>(value));
       return 0;
     case effGetProgram: return getProgram();
     case effSetProgramName:

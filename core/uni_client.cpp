@@ -32,7 +32,9 @@ void showValue(char* text, float value, const char* label) {
 KvUniClient::KvUniClient(audioMasterCallback host)
     : KvPluginBase(host, kPrograms, kHostParameters),
       programName("default"),
-      clock(bufferRegistry, tempoListeners) {
+      clock(bufferRegistry, tempoListeners),
+      mouseArea({&areaValues[0], &areaValues[1], &areaValues[2], &areaValues[3], &areaValues[4],
+                 &areaValues[5]}) {
   constructRecords();
   readHostNames();
   timeRecord = std::make_unique<VstTimeInfo>();

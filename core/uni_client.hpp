@@ -15,6 +15,8 @@
 #include "core/parameter_table.hpp"
 #include "core/plugin_base.hpp"
 #include "engine/engine.hpp"
+#include "state/mouse_area_chunk.hpp"
+#include "state/table_xy.hpp"
 
 namespace zum {
 
@@ -82,7 +84,8 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   const EngineControls& controls() const { return engine.controls; }
   const Readouts& readouts() const { return readout; }
   const GroupMask& groups() const { return groupMask; }
-  const OutputStage& meters() const { return engine.meters(); }
+  const Engine& signal() const { return engine; }
+  KvTableXY& steps() { return stepTable; }
   VstTimeInfo& adaptorTime() { return *timeRecord; }
 
  private:
@@ -94,6 +97,10 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
 
   const KvParameter* hostParameter(std::int32_t index) const ZUM_REALTIME;
   ControlValue& valueOf(int row) ZUM_REALTIME;
+  /// Derives the forms of a row's value, which stands as it is.
+  void applyValue(int row, float value) ZUM_REALTIME;
+  /// Derives the forms of the stored value anew.
+  void applyStored(int row) ZUM_REALTIME;
   void setVowel(VowelFormants& formants, float value) ZUM_REALTIME;
   void pressReset(int row, float position) ZUM_REALTIME;
   void requestFullRedraw() ZUM_REALTIME;
@@ -102,6 +109,7 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   void readTransport() ZUM_REALTIME;
   void beginControlPass() ZUM_REALTIME override;
   void modPageMoved(float position) ZUM_REALTIME override;
+  float stepValue(std::int32_t step) ZUM_REALTIME override;
 
   // parameter lists, in the order of construction
   std::vector<KvParameter*> allRecords;
@@ -127,6 +135,9 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   Readouts readout;
   GroupMask groupMask;
   Engine engine;
+  KvTableXY stepTable;
+  std::array<float, KvMouseAreaChunk::kCount> areaValues{};
+  KvMouseAreaChunk mouseArea;
   std::unique_ptr<VstTimeInfo> timeRecord;
 };
 

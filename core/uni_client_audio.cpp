@@ -67,6 +67,8 @@ void KvUniClient::beginControlPass() ZUM_REALTIME {
   recomputeEngine(true);
 }
 
+float KvUniClient::stepValue(std::int32_t step) ZUM_REALTIME { return stepTable.getValue(step, 0); }
+
 void KvUniClient::modPageMoved(float position) ZUM_REALTIME { setParameter(165, position); }
 
 }  // namespace zum

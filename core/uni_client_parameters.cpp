@@ -1,6 +1,7 @@
 // Parameters: the link step of the construction, and what a value does when it is set.
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 
 #include "core/group_selector.hpp"
@@ -22,11 +23,11 @@ int stepPosition(const ParameterRow& row, float value) ZUM_REALTIME {
   const int last = row.positions - 1;
   const float offset = row.rule == Rule::stepExact ? 0.0F : 0.001F;
   const float scaled = static_cast<float>(row.positions) * value + offset;
-  return clampIndex(truncate(std::min(static_cast<float>(last), scaled)), last);
+  return clampIndex(truncate(std::min(scaled, static_cast<float>(last))), last);
 }
 
 int buttonPosition(float value) ZUM_REALTIME {
-  return clampIndex(truncate(std::min(1.0F, 2.0F * value)), 1);
+  return clampIndex(truncate(std::min(2.0F * value, 1.0F)), 1);
 }
 
 float decibels(float linear) ZUM_REALTIME { return 20.0F * std::log10(linear + 1e-8F); }
@@ -52,6 +53,8 @@ void KvUniClient::buildLinks() {
       record.value = &control.raw;
       if (row.rule == Rule::button) storePosition(control, buttonPosition(row.initial));
     }
+    if (row.rule == Rule::table) record.object = &stepTable;
+    if (row.rule == Rule::area) record.object = &mouseArea;
     if (isSwitch(row.rule)) record.flags = KvParameter::kSwitch;
     if (row.tag < kHostParameters) hostTable[static_cast<std::size_t>(row.tag)] = &record;
   }
@@ -68,11 +71,26 @@ ControlValue& KvUniClient::valueOf(int row) ZUM_REALTIME {
 
 void KvUniClient::setParameter(std::int32_t tag, float value) ZUM_REALTIME {
   const int at = rowOfTag(tag);
-  if (at < 0) return;
+  if (at < 0 || parameterRows()[static_cast<std::size_t>(at)].rule == Rule::table) return;
+  storeShared(valueOf(at).raw, value);
+  applyValue(at, value);
+}
+
+// Another thread may set a new value meanwhile; it stays, and its derived forms win.
+void KvUniClient::applyStored(int at) ZUM_REALTIME {
+  constexpr int kTries = 4;
+  float applied = loadShared(valueOf(at).raw);
+  for (int i = 0; i < kTries; ++i) {
+    applyValue(at, applied);
+    const float now = loadShared(valueOf(at).raw);
+    if (std::bit_cast<std::uint32_t>(now) == std::bit_cast<std::uint32_t>(applied)) return;
+    applied = now;
+  }
+}
+
+void KvUniClient::applyValue(int at, float value) ZUM_REALTIME {
   const ParameterRow& row = parameterRows()[static_cast<std::size_t>(at)];
-  if (row.rule == Rule::table) return;
   ControlValue& control = valueOf(at);
-  storeShared(control.raw, value);
   switch (row.rule) {
     case Rule::plain:
     case Rule::area: storeShared(control.integer, truncate(value)); break;
@@ -90,8 +108,10 @@ void KvUniClient::setParameter(std::int32_t tag, float value) ZUM_REALTIME {
       storeShared(control.integer, truncate(value));
       storeShared(readout.glidePercent, 100.0F * value);
       break;
-    case Rule::amount:
     case Rule::sequencedAmount:
+      storeShared(control.seqProduct, (2.0F * value - 1.0F) * engine.sequenceLevel());
+      [[fallthrough]];
+    case Rule::amount:
       storeShared(control.bipolar, 2.0F * value - 1.0F);
       storeShared(control.integer, truncate(2.0F * value - 1.0F));
       break;
@@ -100,21 +120,21 @@ void KvUniClient::setParameter(std::int32_t tag, float value) ZUM_REALTIME {
     case Rule::selector: {
       const int position = stepPosition(row, value);
       storePosition(control, position);
-      applySelector(tag, position, groupMask, [this](int dependent) ZUM_REALTIME {
-        setParameter(dependent, loadShared(valueOf(rowOfTag(dependent)).raw));
-      });
+      applySelector(row.tag, position, groupMask,
+                    [this](int dependent) ZUM_REALTIME { applyStored(rowOfTag(dependent)); });
       break;
     }
     case Rule::vowel:
       storeShared(control.integer, truncate(value));
-      setVowel(tag == 58 ? engine.controls.formantsA : engine.controls.formantsB, value);
+      setVowel(row.tag == 58 ? engine.controls.formantsA : engine.controls.formantsB, value);
       break;
     case Rule::button: storePosition(control, buttonPosition(value)); break;
     case Rule::resetButton: {
       const int position = buttonPosition(value);
       storePosition(control, position);
+      requestFullRedraw();
       pressReset(at, static_cast<float>(position));
-      break;
+      return;
     }
     case Rule::table: break;
   }
@@ -158,8 +178,8 @@ void KvUniClient::requestFullRedraw() ZUM_REALTIME {
 
 void KvUniClient::recomputeEngine(bool keepBuffers) ZUM_REALTIME {
   engine.recompute(clock, keepBuffers);
-  for (const ParameterRow& row : parameterRows().first(kPresetRows)) {
-    if (row.value != nullptr) setParameter(row.tag, loadShared((engine.controls.*row.value).raw));
+  for (int row = 0; row < kPresetRows; ++row) {
+    if (parameterRows()[static_cast<std::size_t>(row)].rule != Rule::table) applyStored(row);
   }
 }
 
