@@ -34,6 +34,7 @@ std::size_t Engine::playChunk(Filter& filter, const Chunk& chunk, KvSystemInfo& 
   Line shaped;
   Line wet;
   Line limited;
+  Line finished;
   std::array<Float4, kChunkFrames + 1> blended;  // with the frame before the chunk in front
   blended[0] = dcFilter.lastIn();
 
@@ -68,10 +69,16 @@ std::size_t Engine::playChunk(Filter& filter, const Chunk& chunk, KvSystemInfo& 
   const auto blend = [&](std::size_t i)
                          ZUM_INLINED { blended[i + 1] = output.blend(limited[i], dry[i], i); };
   const auto unbias = [&](std::size_t i) ZUM_INLINED {
-    const Float4 out = fading ? DcFilter::nextFading(dcOut, blended[i + 1], blended[i])
-                              : DcFilter::next(dcOut, blended[i + 1], blended[i]);
-    chunk.outLeft[i] = out[0];
-    chunk.outRight[i] = out[1];
+    finished[i] = fading ? DcFilter::nextFading(dcOut, blended[i + 1], blended[i])
+                         : DcFilter::next(dcOut, blended[i + 1], blended[i]);
+  };
+  // The loops above write lines alone, so that nothing they read can change under them.
+  std::size_t handedOut = 0;
+  const auto handOut = [&](std::size_t end) ZUM_INLINED {
+    for (; handedOut < end; ++handedOut) {
+      chunk.outLeft[handedOut] = finished[handedOut][0];
+      chunk.outRight[handedOut] = finished[handedOut][1];
+    }
   };
 
   const Selection playing = selection;
@@ -100,6 +107,7 @@ std::size_t Engine::playChunk(Filter& filter, const Chunk& chunk, KvSystemInfo& 
       through(n);
     }
     limit(frames - 1);
+    if (frames >= 3) handOut(frames - 3);
 
     clock.controlCounter += static_cast<std::int32_t>(frames - first);
     lastLimited = limited[frames - 1];
@@ -110,6 +118,7 @@ std::size_t Engine::playChunk(Filter& filter, const Chunk& chunk, KvSystemInfo& 
   }
   for (std::size_t n = frames >= 2 ? frames - 2 : 0; n < frames; ++n) blend(n);
   for (std::size_t n = frames >= 3 ? frames - 3 : 0; n < frames; ++n) unbias(n);
+  handOut(frames);
 
   ditherPhase = (ditherPhase + frames) % 2;
   overdrive.leave(driveLines, clipLowpass, bassPath, dry[frames - 1], frames);

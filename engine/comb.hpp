@@ -60,7 +60,7 @@ class Comb {
 
   Float4 next(State& run, const Coeffs& c, Float4 in) ZUM_REALTIME {
     const Float4 sum = run.damped * c.feedback + in;
-    const Float4 loop = sum * (splat(1.0F) - absolute(sum) * splat(0.25F));
+    const Float4 loop = sum * (one - absolute(sum) * splat(0.25F));
     run.read = exchange(run.writeIndex, c, loop + splat(kDenormalGuard));
     run.dampingBefore = run.damping;
     run.dampedBefore = run.damped;
@@ -133,6 +133,7 @@ class Comb {
   std::int32_t combSize = framesAtBase;
   std::int32_t writeIndex = 0;
   std::array<TickRamp, combs> combDelay{};  // frames
+  Float4 one = splat(1.0F);                 // in memory, as in the output stage
   OnePoleCoeffs dampingCoeffs;
   OnePole damping;
   Float4 damped{};

@@ -45,10 +45,10 @@ class OutputStage {
 
   /// Frame `i` of a chunk up to the master's soft limit.
   Float4 limit(Float4 wet, std::size_t i) const ZUM_REALTIME {
-    const Float4 m1 = smaller(splat(kClipHigh), larger(splat(kClipLow), wet));
-    const Float4 m2 = m1 * (splat(1.0F) - absolute(m1) * splat(kShapeOne));
+    const Float4 m1 = smaller(clipHigh, larger(clipLow, wet));
+    const Float4 m2 = m1 * (one - absolute(m1) * splat(kShapeOne));
     const Float4 m3 = m2 * master.at[i];
-    return m3 * (splat(1.0F) - absolute(m3) * splat(kShapeTwo));
+    return m3 * (one - absolute(m3) * splat(kShapeTwo));
   }
   /// The rest of the frame: dry to wet is a linear law.
   Float4 blend(Float4 limited, Float4 dry, std::size_t i) const ZUM_REALTIME {
@@ -60,12 +60,15 @@ class OutputStage {
   float meterValue = 0.0F;
 
  private:
-  static constexpr float kClipHigh = 2.0F;
-  static constexpr float kClipLow = -2.0F;
   static constexpr float kShapeOne = 0.25F;
   static constexpr float kShapeTwo = 0.22727271914482117F;  // 0.25 / 1.1 of head room
 
   Int4 bypassed{};
+  // In memory, since compilers build a constant anew from a scalar wherever it is a first operand.
+  Float4 clipHigh = splat(2.0F);
+  Float4 clipLow = splat(-2.0F);
+  Float4 one = splat(1.0F);
+
   FrameRamp mix;
   FrameRamp master;
 };

@@ -61,7 +61,7 @@ class Overdrive {
   /// Smoothed, times 4, and shaped.
   Float4 shape(OnePole& state, Float4 clipped) const ZUM_REALTIME {
     const Float4 v = state.next(clipped, clipLowpassTimesFour);
-    return v * (splat(1.0F) - absolute(v) * shaperCurve);
+    return v * (one - absolute(v) * shaperCurve);
   }
 
   /// Joined by its low band and cross-faded with the frame's clean input.
@@ -75,6 +75,7 @@ class Overdrive {
   // of the sample rate
   OnePoleCoeffs clipLowpassTimesFour;  // gain of 4 in its k: exact, and a multiplication less
   OnePoleCoeffs bassPath;
+  Float4 one = splat(1.0F);  // in memory, as in the output stage
   Float4 dcA{};
   Float4 dcB{};
 
