@@ -1,11 +1,11 @@
 #include "platform/message_box.hpp"
 
-#include <cstdio>
+#include <iostream>
 
 namespace zum {
 
 void showMessage(const char* caption, const char* text) {
-  std::fprintf(stderr, "%s: %s\n", caption, text);
+  std::cerr << caption << ": " << text << std::endl;
 }
 
 }  // namespace zum

@@ -9,12 +9,13 @@ packages_of() {
 
 # install_missing basic|all: quiet and without the network when nothing is missing
 install_missing() {
-  local missing=() name sudo=()
+  local missing=() name sudo=() log
   while read -r name; do
     dpkg-query -W -f='${Status}' "$name" 2>/dev/null | grep -q 'ok installed' || missing+=("$name")
   done < <(packages_of "$1")
   [ ${#missing[@]} -eq 0 ] && return 0
   echo "Installing ${#missing[@]} packages: ${missing[*]}"
+  log=$(mktemp)
   if [ "$(id -u)" -ne 0 ]; then
     command -v sudo >/dev/null || {
       echo "Install these packages as root, then start again: ${missing[*]}" >&2
@@ -25,12 +26,13 @@ install_missing() {
   "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive sh -c '
     apt-get -q -o DPkg::Lock::Timeout=300 update &&
     apt-get -q -y -o DPkg::Lock::Timeout=300 install --no-install-recommends "$@"' sh "${missing[@]}" \
-    >/tmp/zum-packages.$$.log 2>&1 || {
-    tail -20 /tmp/zum-packages.$$.log >&2
+    >"$log" 2>&1 || {
+    tail -20 "$log" >&2
+    rm -f "$log"
     echo "The packages could not be installed. Look at the lines above, mend the package source, start again." >&2
     return 1
   }
-  rm -f /tmp/zum-packages.$$.log
+  rm -f "$log"
 }
 
 # build PRESET: configures once, then builds what changed
@@ -38,11 +40,15 @@ build() {
   local folder=build
   [ "$1" = release ] || folder=build-$1
   if [ ! -f "$folder/build.ninja" ]; then
-    cmake --preset "$1" >"/tmp/zum-configure.$$.log" 2>&1 || {
-      cat "/tmp/zum-configure.$$.log" >&2
+    local log
+    log=$(mktemp)
+    cmake --preset "$1" >"$log" 2>&1 || {
+      cat "$log" >&2
+      rm -f "$log"
+      echo "If $folder was made by hand with another generator, delete it and start again." >&2
       return 1
     }
-    rm -f "/tmp/zum-configure.$$.log"
+    rm -f "$log"
   fi
   echo "Building $folder"
   NINJA_STATUS='[%f/%t] ' cmake --build "$folder" --parallel

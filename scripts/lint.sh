@@ -3,6 +3,10 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 mapfile -t sources < <(git ls-files --cached --others --exclude-standard '*.cpp' '*.hpp')
+[ ${#sources[@]} -gt 0 ] || {
+  echo "git lists no sources here: run this in a checkout that belongs to you." >&2
+  exit 1
+}
 if [ "${1:-}" = --fix ]; then
   clang-format -i "${sources[@]}"
   exit 0
@@ -12,4 +16,5 @@ clang-format --dry-run --Werror "${sources[@]}" || {
   exit 1
 }
 mapfile -t units < <(printf '%s\n' "${sources[@]}" | grep '\.cpp$' | grep -v '^tests/hosts/juce/')
-printf '%s\n' "${units[@]}" | xargs -P 2 -n 4 clang-tidy -p build --quiet
+printf '%s\n' "${units[@]}" | xargs -P 2 -n 4 clang-tidy -p build --quiet \
+  --extra-arg=-Wno-ignored-optimization-argument 2>/dev/null

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstdio>
 #include <cstring>
+#include <string>
 
 #include "platform/message_box.hpp"
 #include "state/library_record.hpp"
@@ -147,10 +147,8 @@ bool KvChunk::readHeader(bool quiet) {
   getInt(magic);
   if (magic == kMagic) return true;
   if (!quiet) {
-    const char* const product = libraryRecord().product;
-    std::array<char, 128> text{};
-    std::snprintf(text.data(), text.size(), "\t This is no valid %s format!", product);
-    showMessage(product, text.data());
+    const std::string product = libraryRecord().product;
+    showMessage(product.c_str(), ("\t This is no valid " + product + " format!").c_str());
   }
   return false;
 }
