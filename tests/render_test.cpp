@@ -9,13 +9,18 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <set>
+#include <sstream>
 #include <string>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr const char* kTraceHeader = "time,seq_out,lfo_out,ef_out,cutoff_hz,resonance,meter";
 
 struct Outcome {
   int exitCode;
@@ -65,6 +70,30 @@ class RenderTest : public testing::Test {
     return info;
   }
 
+  // The sound of a render of the same input with `options`.
+  std::string sound(const std::string& options) const {
+    const Outcome outcome = zum("render in.wav sound.wav " + options);
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+    return bytesOf("sound.wav");
+  }
+
+  // A column of the trace of a render with `options`.
+  std::vector<double> trace(const std::string& options, std::size_t column) const {
+    sound("--trace t.csv " + options);
+    std::ifstream file(folder / "t.csv");
+    std::string line;
+    EXPECT_TRUE(std::getline(file, line) && line == kTraceHeader);
+    std::vector<double> values;
+    while (std::getline(file, line)) {
+      std::istringstream cells(line);
+      std::vector<double> row;
+      for (std::string cell; std::getline(cells, cell, ',');) row.push_back(std::stod(cell));
+      EXPECT_EQ(row.size(), 7U) << line;
+      values.push_back(row.at(column));
+    }
+    return values;
+  }
+
   void expectNoTemporary() const {
     for (const auto& entry : fs::directory_iterator(folder)) {
       EXPECT_NE(entry.path().filename().string().rfind(".zum-", 0), 0U) << entry.path();
@@ -108,6 +137,10 @@ TEST_F(RenderTest, RefusesWithAReasonAndLeavesAllFilesAlone) {
   makeFile("whole.flac", SF_FORMAT_FLAC | SF_FORMAT_PCM_16);
   std::ofstream(folder / "cut.flac") << bytesOf("whole.flac").substr(0, 4000);
   std::ofstream(folder / "text.wav") << "no music";
+  std::ofstream(folder / "falling.txt") << "1 0\n1 1\n";
+  std::ofstream(folder / "odd.txt") << "0 0, 1";
+  std::ofstream(folder / "high.txt") << "0 1.5";
+  std::ofstream(folder / "short.csv") << kTraceHeader << "\n0,1\n";
   fs::create_symlink("in.wav", folder / "soft.wav");
   fs::create_hard_link(folder / "in.wav", folder / "hard.wav");
   fs::create_symlink("/dev/full", folder / "full.wav");
@@ -130,6 +163,17 @@ TEST_F(RenderTest, RefusesWithAReasonAndLeavesAllFilesAlone) {
       {"render in.wav o.wav --set 0=nan", 2, "from 0 to 1"},
       {"render in.wav o.wav --set 68=0.5", 2, "zum parameters"},
       {"render in.wav o.wav --set TextEdit=0.5", 2, "60 or 61"},
+      {"render in.wav o.wav --steps 0,1.5", 2, "the step \"1.5\""},
+      {"render in.wav o.wav --steps 0,0,0,0,0,0,0,0,0", 2, "there are 9 steps"},
+      {"render in.wav o.wav --seq-mode sideways", 2, "ping-pong, inverse"},
+      {"render in.wav o.wav --play --stopped", 2, "excludes"},
+      {"render in.wav o.wav --curve Cutoff=nowhere.txt", 1, "check the name"},
+      {"render in.wav o.wav --curve Cutoff=falling.txt", 1, "falling.txt, line 2: the time 1"},
+      {"render in.wav o.wav --curve Cutoff=odd.txt", 1, "odd.txt, line 1: a time or its value"},
+      {"render in.wav o.wav --curve Cutoff=high.txt", 1, "line 1: \"1.5\" is not a value"},
+      {"render in.wav o.wav --trace ./o.wav", 2, "the output itself"},
+      {"plot odd.txt o.png", 1, "odd.txt, line 1: this is no trace"},
+      {"plot short.csv o.png", 1, "short.csv, line 2: there are 2 numbers"},
       {"rendr in.wav o.wav", 2, "zum --help"},
       {"", 2, "zum --help"},
       {"parameters >/dev/full", 1, "standard output"},
@@ -156,7 +200,7 @@ TEST_F(RenderTest, AnEarlierFileStaysUntilTheNewOneIsWhole) {
     fs::create_symlink("earlier", folder / link);
     const std::string render = std::string("render in.wav ").append(link);
     EXPECT_EQ(zum(render + " --tail 60", "ulimit -f 4; ").exitCode, 1);
-    EXPECT_EQ(zum(render + killed).exitCode, 128 + SIGTERM);
+    EXPECT_EQ(zum(render + " --trace t.csv" + killed).exitCode, 128 + SIGTERM);
     EXPECT_TRUE(bytesOf("earlier") == "earlier");
     expectNoTemporary();
     EXPECT_EQ(zum(render).exitCode, 0);
@@ -194,6 +238,52 @@ TEST_F(RenderTest, TellsLengthPeakAndDamage) {
     EXPECT_EQ(told.err.empty(), *c.warning == '\0') << told.err;
     EXPECT_NE(told.err.find(c.warning), std::string::npos) << told.err;
   }
+}
+
+TEST_F(RenderTest, ATraceHasARowPerControlPassAndFollowsTheModulators) {
+  const std::string moving = "--set CutoffSeqAmt=0.8 --set 16=0.8 --seq-mode forward --play ";
+  EXPECT_EQ(trace("", 0).size(), (22050U + 15U) / 16U);
+  const auto levels = trace(moving + "--steps 0.25,0.75,0.5", 1);
+  const std::set<double> heard(levels.begin() + 32, levels.end());
+  EXPECT_EQ(heard, (std::set<double>{0.25, 0.5, 0.75}));
+  // Without position in the sound, blocks of any size, and so the trace, change nothing.
+  EXPECT_TRUE(sound(moving + "--steps 0,1 --trace t.csv") == sound(moving + "--steps 0,1"));
+  EXPECT_FALSE(sound(moving + "--steps 0,1") == sound(moving + "--steps 1,0"));
+}
+
+TEST_F(RenderTest, TheTransportMovesASynchronousLfo) {
+  const std::string synchronous = "--set LFO_Style=1 --set CutoffLFOAmt=0.9 --set LFO_Rate=0.4 ";
+  for (const auto& [option, moves] : {std::pair{"--stopped", false}, {"--play", true}}) {
+    const auto level = trace(synchronous + option, 2);
+    EXPECT_EQ(std::set<double>(level.begin(), level.end()).size() > 1, moves) << option;
+  }
+  EXPECT_FALSE(sound(synchronous + "--play") == sound(synchronous + "--play --tempo 90"));
+}
+
+TEST_F(RenderTest, ACurveMovesItsParameterAlongLines) {
+  std::ofstream(folder / "rise.txt") << "# up\r\n0.1; 0.2  # from\n\n 0.3,0.6\n";
+  const auto resonance = trace("--curve rEsonance=rise.txt", 5);
+  const auto near = [&](double seconds, double value) {
+    return std::fabs(resonance.at(static_cast<std::size_t>(seconds * 44100.0 / 16.0)) - value) <
+           2e-3;
+  };
+  EXPECT_TRUE(near(0.05, 0.2) && near(0.2, 0.4) && near(0.45, 0.6));
+  EXPECT_FALSE(sound("--curve 4=rise.txt") == sound("--set 4=0.2"));
+}
+
+TEST_F(RenderTest, APlotIsAPictureOfTheTrace) {
+  trace("", 0);
+  for (const char* options : {"", "--from 0.1 --to 0.2 --title Stretch", "--to 0.001"}) {
+    const Outcome outcome = zum(std::string("plot t.csv o.png ").append(options));
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+    // Signature, then width and height of the first chunk.
+    EXPECT_EQ(bytesOf("o.png").substr(0, 24),
+              std::string("\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\x04\xb0\0\0\x03\x20", 24));
+    fs::remove(folder / "o.png");
+  }
+  EXPECT_EQ(zum("plot t.csv o.png", "ulimit -f 1; ").exitCode, 1);
+  EXPECT_FALSE(fs::exists(folder / "o.png"));
+  expectNoTemporary();
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cmath>
 #include <cstring>
 
@@ -43,15 +42,14 @@ AudioOutput::AudioOutput(const std::filesystem::path& path, const AudioInput& in
     : name(path.string()),
       format(outputFormat(path, input.format())),
       bits(integerBits(format)),
-      temporary(path),
-      sink{temporary.descriptor(), 0} {
+      temporary(path) {
   SF_INFO info{};
   info.channels = 2;
   info.samplerate = input.sampleRate();
   info.format = format;
   refuseTooLong(name, format, bits, frames);
   SF_VIRTUAL_IO functions = sinkFunctions();
-  file.reset(sf_open_virtual(&functions, SFM_WRITE, &info, &sink));
+  file.reset(sf_open_virtual(&functions, SFM_WRITE, &info, &temporary));
   checkWrite(true);
   if (file == nullptr) {
     throw Failure("cannot write " + name + " at " + std::to_string(info.samplerate) + " Hz: " +
@@ -68,34 +66,26 @@ SF_VIRTUAL_IO AudioOutput::sinkFunctions() {
   SF_VIRTUAL_IO functions{};
   functions.get_filelen = [](void* user) -> sf_count_t {
     struct stat status {};
-    return fstat(static_cast<Sink*>(user)->descriptor, &status) == 0 ? status.st_size : -1;
+    return fstat(static_cast<TemporaryFile*>(user)->descriptor(), &status) == 0 ? status.st_size
+                                                                                : -1;
   };
   functions.seek = [](sf_count_t offset, int whence, void* user) -> sf_count_t {
-    return lseek(static_cast<Sink*>(user)->descriptor, offset, whence);
+    return lseek(static_cast<TemporaryFile*>(user)->descriptor(), offset, whence);
   };
   functions.tell = [](void* user) -> sf_count_t {
-    return lseek(static_cast<Sink*>(user)->descriptor, 0, SEEK_CUR);
+    return lseek(static_cast<TemporaryFile*>(user)->descriptor(), 0, SEEK_CUR);
   };
   functions.write = [](const void* data, sf_count_t count, void* user) -> sf_count_t {
-    auto& sink = *static_cast<Sink*>(user);
-    sf_count_t done = 0;
-    while (done < count && sink.error == 0) {
-      const ssize_t step = ::write(sink.descriptor, static_cast<const char*>(data) + done,
-                                   static_cast<std::size_t>(count - done));
-      if (step >= 0) {
-        done += step;
-      } else if (errno != EINTR) {
-        sink.error = errno;
-      }
-    }
-    return done;
+    return static_cast<sf_count_t>(
+        static_cast<TemporaryFile*>(user)->write(data, static_cast<std::size_t>(count)));
   };
   return functions;
 }
 
 void AudioOutput::checkWrite(bool complete) const {
-  if (complete && sink.error == 0) return;
-  const std::string why = sink.error != 0 ? std::strerror(sink.error) : libraryError(file.get());
+  const int error = temporary.writeError();
+  if (complete && error == 0) return;
+  const std::string why = error != 0 ? std::strerror(error) : libraryError(file.get());
   throw Failure("cannot write " + name + ": " + why +
                 "; free space or choose another folder, and try again");
 }

@@ -27,10 +27,6 @@ class AudioOutput {
   std::int64_t nonFiniteSamples() const { return nonFinite; }
 
  private:
-  struct Sink {
-    int descriptor;
-    int error;  // errno of the first failed write
-  };
   static SF_VIRTUAL_IO sinkFunctions();
   void measure(float sample);
   void checkWrite(bool complete) const;
@@ -39,7 +35,6 @@ class AudioOutput {
   int format;
   int bits;  // 0: not an integer format
   TemporaryFile temporary;
-  Sink sink;
   SndfilePointer file;
   std::vector<float> floats;
   std::vector<int> integers;

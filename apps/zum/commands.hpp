@@ -7,6 +7,7 @@ namespace zum {
 
 // Each adds its subcommand to `app`, with a callback that does the work and throws Failure.
 void addRenderCommand(CLI::App& app);
+void addPlotCommand(CLI::App& app);
 void addParametersCommand(CLI::App& app);
 
 }  // namespace zum

@@ -22,7 +22,7 @@ std::intptr_t giveText(void* ptr, std::size_t room, const char* text) {
 
 }  // namespace
 
-EffectHost::EffectHost(double sampleRate, int blockSize, double tempo)
+EffectHost::EffectHost(double sampleRate, int blockSize, double tempo, bool plays)
     : framesPerBlock(blockSize), effect(createEffect(&EffectHost::answer)) {
   if (effect == nullptr || effect->magic != kEffectMagic) {
     throw Failure("the effect could not be made; close other programs to free memory");
@@ -32,6 +32,7 @@ EffectHost::EffectHost(double sampleRate, int blockSize, double tempo)
   time.timeSigNumerator = 4;
   time.timeSigDenominator = 4;
   time.flags = kVstTempoValid | kVstTimeSigValid;
+  if (plays) time.flags |= kVstTransportPlaying | kVstPpqPosValid;
   effect->reservedForHost[0] = reinterpret_cast<std::intptr_t>(this);
   dispatch(effOpen);
   dispatch(effSetSampleRate, 0, static_cast<float>(sampleRate));
@@ -44,30 +45,32 @@ EffectHost::~EffectHost() {
   dispatch(effClose);  // the effect deletes itself
 }
 
+void EffectHost::process(float** inputs, float** outputs, int frames) {
+  effect->processReplacing(effect, inputs, outputs, frames);
+  if ((time.flags & kVstTransportPlaying) == 0) return;
+  time.samplePos += frames;
+  time.ppqPos = time.samplePos / time.sampleRate * time.tempo / 60.0;
+}
+
 // The effect asks before it has a record and before the record knows this host: `caller` may be
 // null, and so may the host in it.
 std::intptr_t EffectHost::answer(AEffect* caller, std::int32_t opcode, std::int32_t /*index*/,
                                  std::intptr_t /*value*/, void* ptr, float /*opt*/) {
   auto* host = caller == nullptr ? nullptr : std::bit_cast<EffectHost*>(caller->reservedForHost[0]);
   switch (opcode) {
-    case audioMasterVersion:
-      return kHostVersion;
+    case audioMasterVersion: return kHostVersion;
     case audioMasterGetTime:
       return host == nullptr ? 0 : reinterpret_cast<std::intptr_t>(&host->time);
     case audioMasterGetSampleRate:
       return host == nullptr ? 0 : static_cast<std::intptr_t>(host->time.sampleRate);
-    case audioMasterGetBlockSize:
-      return host == nullptr ? 0 : host->framesPerBlock;
+    case audioMasterGetBlockSize: return host == nullptr ? 0 : host->framesPerBlock;
     case audioMasterGetCurrentProcessLevel:
       return kVstProcessLevelRealtime;  // at the offline level the effect leaves the buffers alone
-    case audioMasterGetVendorString:
-      return giveText(ptr, kVstMaxVendorStrLen, "ZUM");
+    case audioMasterGetVendorString: return giveText(ptr, kVstMaxVendorStrLen, "ZUM");
     case audioMasterGetProductString:
       return giveText(ptr, kVstMaxProductStrLen, "zum command line");
-    case audioMasterGetVendorVersion:
-      return 1;
-    default:
-      return 0;
+    case audioMasterGetVendorVersion: return 1;
+    default: return 0;
   }
 }
 

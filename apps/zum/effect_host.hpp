@@ -10,17 +10,17 @@ namespace zum {
 class EffectHost {
  public:
   /// An open effect that is switched on; throws Failure when there is none to be had. `tempo` in
-  /// beats per minute, on a transport that stands still.
-  EffectHost(double sampleRate, int blockSize, double tempo);
+  /// beats per minute; the transport plays from position 0 or stands still.
+  EffectHost(double sampleRate, int blockSize, double tempo, bool plays);
   ~EffectHost();
   EffectHost(const EffectHost&) = delete;
   EffectHost& operator=(const EffectHost&) = delete;
 
   void setParameter(int tag, float value) { effect->setParameter(effect, tag, value); }
-  /// Two channels in, two out, at most `blockSize` frames.
-  void process(float** inputs, float** outputs, int frames) {
-    effect->processReplacing(effect, inputs, outputs, frames);
-  }
+  /// Two channels in, two out, at most `blockSize` frames. A transport that plays moves on.
+  void process(float** inputs, float** outputs, int frames);
+  /// For what no host can see.
+  const AEffect& record() const { return *effect; }
 
  private:
   static std::intptr_t answer(AEffect* caller, std::int32_t opcode, std::int32_t index,

@@ -6,6 +6,7 @@
 
 #include "apps/zum/commands.hpp"
 #include "apps/zum/failure.hpp"
+#include "apps/zum/interruption.hpp"
 
 namespace {
 
@@ -19,6 +20,7 @@ int run(int argc, char** argv) {
   app.set_version_flag("--version", "zum " ZUM_VERSION);
   app.require_subcommand(0, 1);  // none is reported below, after what else is wrong
   zum::addRenderCommand(app);
+  zum::addPlotCommand(app);
   zum::addParametersCommand(app);
   try {
     app.parse(argc, argv);
@@ -45,6 +47,8 @@ int run(int argc, char** argv) {
 int main(int argc, char** argv) {
   try {
     return run(argc, argv);
+  } catch (const zum::Interruption& interruption) {
+    zum::endBy(interruption);
   } catch (const std::exception& error) {
     return report(std::string(error.what()) + "; this should not happen, please report it",
                   zum::kExitFailed);

@@ -38,19 +38,15 @@ std::vector<SF_FORMAT_INFO> formatTable(int countCommand, int command) {
 std::vector<int> wishes(int inputFormat) {
   switch (inputFormat & SF_FORMAT_SUBMASK) {
     case SF_FORMAT_FLOAT:
-    case SF_FORMAT_DOUBLE:
-      return {SF_FORMAT_FLOAT, SF_FORMAT_PCM_24, SF_FORMAT_PCM_16};
+    case SF_FORMAT_DOUBLE: return {SF_FORMAT_FLOAT, SF_FORMAT_PCM_24, SF_FORMAT_PCM_16};
     case SF_FORMAT_PCM_32:
     case SF_FORMAT_ALAC_32:
       return {SF_FORMAT_PCM_32, SF_FORMAT_PCM_24, SF_FORMAT_FLOAT, SF_FORMAT_PCM_16};
     case SF_FORMAT_PCM_16:
-    case SF_FORMAT_ALAC_16:
-      return {SF_FORMAT_PCM_16};  // there is no container without it
+    case SF_FORMAT_ALAC_16: return {SF_FORMAT_PCM_16};  // there is no container without it
     case SF_FORMAT_PCM_S8:
-    case SF_FORMAT_PCM_U8:
-      return {SF_FORMAT_PCM_U8, SF_FORMAT_PCM_S8, SF_FORMAT_PCM_16};
-    default:
-      return {SF_FORMAT_PCM_24, SF_FORMAT_FLOAT, SF_FORMAT_PCM_16};
+    case SF_FORMAT_PCM_U8: return {SF_FORMAT_PCM_U8, SF_FORMAT_PCM_S8, SF_FORMAT_PCM_16};
+    default: return {SF_FORMAT_PCM_24, SF_FORMAT_FLOAT, SF_FORMAT_PCM_16};
   }
 }
 
@@ -96,16 +92,11 @@ int outputFormat(const std::filesystem::path& path, int inputFormat) {
 int integerBits(int format) {
   switch (format & SF_FORMAT_SUBMASK) {
     case SF_FORMAT_PCM_S8:
-    case SF_FORMAT_PCM_U8:
-      return 8;
-    case SF_FORMAT_PCM_16:
-      return 16;
-    case SF_FORMAT_PCM_24:
-      return 24;
-    case SF_FORMAT_PCM_32:
-      return 32;
-    default:
-      return 0;
+    case SF_FORMAT_PCM_U8: return 8;
+    case SF_FORMAT_PCM_16: return 16;
+    case SF_FORMAT_PCM_24: return 24;
+    case SF_FORMAT_PCM_32: return 32;
+    default: return 0;
   }
 }
 

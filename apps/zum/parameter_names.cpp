@@ -3,17 +3,15 @@
 
 #include <algorithm>
 #include <cctype>
-#include <charconv>
 #include <numeric>
 #include <utility>
 
 #include "apps/zum/failure.hpp"
+#include "apps/zum/numbers_in_text.hpp"
 
 namespace zum {
 namespace {
 
-constexpr int kUnusedId = -1;
-constexpr int kHiddenTag = 68;  // has an identity in the table, but nothing behind it to set
 constexpr std::size_t kMostSuggestions = 4;
 
 std::string lowerCase(std::string_view text) {
@@ -21,12 +19,6 @@ std::string lowerCase(std::string_view text) {
   std::transform(lower.begin(), lower.end(), lower.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
   return lower;
-}
-
-template <typename Number>
-bool parseWhole(std::string_view text, Number& number) {
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  return error == std::errc() && end == text.data() + text.size();
 }
 
 // Fewest insertions, deletions and replacements of one character that make `a` into `b`.
@@ -77,7 +69,7 @@ std::vector<int> tagsNamed(std::string_view text) {
 std::vector<ParameterRow> settableParameters() {
   std::vector<ParameterRow> rows;
   for (const ParameterRow& row : parameterRows()) {
-    if (row.id != kUnusedId && row.tag != kHiddenTag) rows.push_back(row);
+    if (row.id >= 0 && row.rule != Rule::table) rows.push_back(row);
   }
   std::sort(rows.begin(), rows.end(),
             [](const ParameterRow& a, const ParameterRow& b) { return a.tag < b.tag; });
@@ -87,8 +79,9 @@ std::vector<ParameterRow> settableParameters() {
 int findParameterTag(std::string_view text) {
   const std::string quoted = '"' + std::string(text) + '"';
   if (int number = 0; parseWhole(text, number)) {
-    for (const ParameterRow& row : settableParameters()) {
-      if (row.tag == number) return number;
+    const int row = rowOfTag(number);
+    if (row >= 0 && parameterRows()[static_cast<std::size_t>(row)].rule != Rule::table) {
+      return number;
     }
     throw Failure(
         "no parameter has the tag " + std::string(text) + "; run zum parameters to see them all",
@@ -119,8 +112,7 @@ ParameterSetting parseParameterSetting(std::string_view text) {
   }
   const int tag = findParameterTag(text.substr(0, equals));
   float value = 0.0F;
-  // The second condition is also false for "nan".
-  if (!parseWhole(text.substr(equals + 1), value) || !(value >= 0.0F && value <= 1.0F)) {
+  if (!parseUnit(text.substr(equals + 1), value)) {
     throw Failure(
         "the value in \"" + std::string(text) + "\" is out of range; give a number from 0 to 1",
         kExitWrongUsage);

@@ -9,10 +9,11 @@
 
 namespace zum {
 
-/// The rows that a user can set, in the order of their tags.
+/// The rows of the sound that a user can set, in the order of their tags. These have names.
 std::vector<ParameterRow> settableParameters();
 
-/// The tag that `text` means: a tag number, or a name in any case. Throws Failure, with the names
+/// The tag that `text` means: a tag number, also of a button of the window, or a name in any case.
+/// Throws Failure, with the names
 /// that are spelled nearly so, or with the tags that share the name.
 int findParameterTag(std::string_view text);
 

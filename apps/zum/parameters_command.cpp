@@ -1,4 +1,5 @@
 // `zum parameters`: the table of what `--set` takes.
+#include <algorithm>
 #include <cstring>
 #include <iomanip>
 #include <iostream>

@@ -1,16 +1,29 @@
 // `zum render IN OUT`: the effect over a music file, block by block as in a host.
-#include <chrono>
+#include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <iomanip>
 #include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <system_error>
+#include <vector>
 
+#include "apps/zum/audio_input.hpp"
 #include "apps/zum/audio_output.hpp"
+#include "apps/zum/automation.hpp"
 #include "apps/zum/commands.hpp"
 #include "apps/zum/effect_host.hpp"
+#include "apps/zum/effect_view.hpp"
 #include "apps/zum/failure.hpp"
+#include "apps/zum/number_check.hpp"
 #include "apps/zum/parameter_names.hpp"
-#include "apps/zum/progress.hpp"
+#include "apps/zum/render_loop.hpp"
+#include "apps/zum/step_options.hpp"
+#include "apps/zum/trace.hpp"
 #include "engine/clock.hpp"
+#include "engine/engine.hpp"
 
 namespace zum {
 namespace {
@@ -20,6 +33,7 @@ constexpr int kLargestBlock = 65536;  // frames
 constexpr auto kLowestTempo = static_cast<int>(KvSystemInfo::kLowestTempo);
 constexpr auto kHighestTempo = static_cast<int>(KvSystemInfo::kHighestTempo);
 constexpr int kLongestTail = 3600;  // seconds
+constexpr int kCurveBlock = 64;     // frames; curves move in steps of at most that
 
 struct RenderOptions {
   std::filesystem::path input;
@@ -28,47 +42,13 @@ struct RenderOptions {
   double tempo = 120.0;
   double tail = 0.0;
   std::vector<std::string> settings;
+  std::string steps;
+  std::string sequencerMode;
+  bool plays = false;
+  std::vector<std::string> curves;
+  std::filesystem::path trace;
   bool quiet = false;
 };
-
-struct Rendered {
-  double length = 0.0;   // seconds of music
-  double elapsed = 0.0;  // seconds in the block calls alone
-};
-
-Rendered renderBlocks(EffectHost& host, AudioInput& input, AudioOutput& output, int block,
-                      sf_count_t tailFrames) {
-  using Clock = std::chrono::steady_clock;
-  const auto size = static_cast<std::size_t>(block);
-  std::vector<float> leftIn(size);
-  std::vector<float> rightIn(size);
-  std::vector<float> leftOut(size);
-  std::vector<float> rightOut(size);
-  float* inputs[] = {leftIn.data(), rightIn.data()};
-  float* outputs[] = {leftOut.data(), rightOut.data()};
-  Clock::duration elapsed{};
-  sf_count_t done = 0;
-  Progress progress;
-  const auto expected = static_cast<double>(input.frames() + tailFrames);
-  for (bool ended = false; !ended;) {
-    const int music = input.read(inputs[0], inputs[1], block);
-    const auto silence = static_cast<int>(std::min<sf_count_t>(block - music, tailFrames));
-    std::fill_n(inputs[0] + music, silence, 0.0F);
-    std::fill_n(inputs[1] + music, silence, 0.0F);
-    tailFrames -= silence;
-    const int count = music + silence;
-    ended = count < block;
-    if (count == 0) break;
-    const auto start = Clock::now();
-    host.process(inputs, outputs, count);
-    elapsed += Clock::now() - start;
-    output.write(outputs[0], outputs[1], count);
-    done += count;
-    progress.show(static_cast<double>(done) / expected);
-  }
-  return {static_cast<double>(done) / input.sampleRate(),
-          std::chrono::duration<double>(elapsed).count()};
-}
 
 void summarise(const RenderOptions& options, const Rendered& rendered, float peak) {
   std::cout << options.output.string() << ": " << std::fixed << std::setprecision(2)
@@ -93,34 +73,75 @@ void warnOfDamage(const RenderOptions& options, const AudioOutput& output) {
   }
 }
 
-void render(const RenderOptions& options) {
-  std::vector<ParameterSetting> settings;
-  for (const std::string& text : options.settings) settings.push_back(parseParameterSetting(text));
-  std::error_code ignored;
-  if (std::filesystem::equivalent(options.input, options.output, ignored)) {
-    throw Failure(options.output.string() + " is the input itself; give the output another name",
+// Everything that is written must have a name of its own.
+void refuseSameFiles(const RenderOptions& options) {
+  const auto same = [](const std::filesystem::path& a, const std::filesystem::path& b) {
+    std::error_code ignored;
+    // Of a relative path that does not exist yet, weakly_canonical alone makes no full path.
+    const auto full = [&ignored](const std::filesystem::path& path) {
+      return std::filesystem::weakly_canonical(std::filesystem::absolute(path), ignored);
+    };
+    return std::filesystem::equivalent(a, b, ignored) || full(a) == full(b);
+  };
+  const auto refuse = [](const std::filesystem::path& path, const std::string& other) {
+    throw Failure(path.string() + " is the " + other + " itself; give another name",
                   kExitWrongUsage);
+  };
+  if (same(options.input, options.output)) refuse(options.output, "input");
+  if (options.trace.empty()) return;
+  if (same(options.input, options.trace)) refuse(options.trace, "input");
+  if (same(options.output, options.trace)) refuse(options.trace, "output");
+}
+
+// What is set before the first block.
+struct Patch {
+  explicit Patch(const RenderOptions& options) {
+    for (const std::string& text : options.settings) {
+      settings.push_back(parseParameterSetting(text));
+    }
+    if (!options.sequencerMode.empty()) {
+      settings.push_back(parseSequencerMode(options.sequencerMode));
+    }
+    if (!options.steps.empty()) steps = parseSteps(options.steps);
   }
+
+  void applyTo(EffectHost& host) const {
+    for (const auto& [tag, value] : settings) host.setParameter(tag, value);
+    if (!steps.empty()) EffectView(host.record()).setSteps(steps);
+  }
+
+  std::vector<ParameterSetting> settings;
+  std::vector<float> steps;
+};
+
+int blockFrames(const RenderOptions& options) {
+  if (!options.trace.empty()) return Engine::kControlFrames;
+  return options.curves.empty() ? options.block : std::min(options.block, kCurveBlock);
+}
+
+void render(const RenderOptions& options) {
+  const Patch patch(options);
+  refuseSameFiles(options);
+  std::vector<AutomationCurve> curves(options.curves.begin(), options.curves.end());
   AudioInput input(options.input);
   const sf_count_t tailFrames = std::llround(options.tail * input.sampleRate());
   AudioOutput output(options.output, input, input.frames() + tailFrames);
-  EffectHost host(input.sampleRate(), options.block, options.tempo);
-  for (const auto& [tag, value] : settings) host.setParameter(tag, value);
-  const Rendered rendered = renderBlocks(host, input, output, options.block, tailFrames);
+  std::optional<TraceWriter> trace;
+  if (!options.trace.empty()) trace.emplace(options.trace);
+  const int block = blockFrames(options);
+  EffectHost host(input.sampleRate(), block, options.tempo, options.plays);
+  patch.applyTo(host);
+  const Rendered rendered = run({.host = host,
+                                 .input = input,
+                                 .output = output,
+                                 .curves = curves,
+                                 .trace = trace ? &*trace : nullptr,
+                                 .block = block,
+                                 .tailFrames = tailFrames});
+  if (trace) trace->finish();
   output.finish();
   warnOfDamage(options, output);
   if (!options.quiet) summarise(options, rendered, output.peak());
-}
-
-// As CLI::Range, but refuses what is not a number, too, and prints bounds without decimals.
-CLI::Validator between(int lowest, int highest) {
-  const std::string bounds = std::to_string(lowest) + " to " + std::to_string(highest);
-  const auto check = [lowest, highest, bounds](std::string& text) {
-    double value = 0.0;
-    const bool good = CLI::detail::lexical_cast(text, value) && value >= lowest && value <= highest;
-    return good ? std::string() : text + " is not a number from " + bounds;
-  };
-  return {check, bounds};
 }
 
 }  // namespace
@@ -145,6 +166,34 @@ void addRenderCommand(CLI::App& app) {
   command->add_option("--tail", options->tail, "Seconds of silence to feed after the end")
       ->check(between(0, kLongestTail))
       ->capture_default_str();
+  command
+      ->add_option("--steps", options->steps,
+                   "1 to 8 steps of the sequencer, from 0 to 1; fewer than 8 start over")
+      ->type_name("A,B,...");
+  command
+      ->add_option("--seq-mode", options->sequencerMode,
+                   "Way through the steps: forward, backward, ping-pong, inverse or random")
+      ->type_name("NAME");
+  CLI::Option* play =
+      command->add_flag("--play", options->plays, "Run the transport from position 0 at the tempo");
+  command->add_flag("--stopped")
+      ->description("Leave the transport at rest, as without --play")
+      ->excludes(play);
+  command
+      ->add_option(
+          "--curve", options->curves,
+          "Automation of a parameter: a text file of times in seconds and values from 0 to "
+          "1, joined by lines; set once a block, of --block but at most " +
+              std::to_string(kCurveBlock) + " frames; may be repeated")
+      ->type_name("NAME=FILE")
+      ->allow_extra_args(false);
+  command
+      ->add_option(
+          "--trace", options->trace,
+          "Table to write of sequencer, LFO, follower, cutoff, resonance and meter in every "
+          "control pass; blocks have " +
+              std::to_string(Engine::kControlFrames) + " frames then")
+      ->type_name("FILE.csv");
   command->add_flag("--quiet", options->quiet, "Leave the summary out");
   command->callback([options] { render(*options); });
 }

@@ -1,4 +1,4 @@
-// The temporary beside the destination: made, renamed at the end, removed on failures and signals.
+// The temporary beside the destination: made, renamed at the end, removed when it is given up.
 #include "apps/zum/temporary_file.hpp"
 
 #include <fcntl.h>
@@ -6,41 +6,15 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <utility>
 
 #include "apps/zum/failure.hpp"
+#include "apps/zum/interruption.hpp"
 
 namespace zum {
 namespace {
-
-// Read by the signal handler: whether there is a file to remove, and which.
-volatile std::sig_atomic_t armed = 0;
-const char* doomedPath = nullptr;
-
-extern "C" void removeAndDie(int signal) {
-  if (armed != 0) unlink(doomedPath);
-  (void)raise(signal);  // the handler served once: this now has the usual effect
-}
-
-void guardAgainstSignals(const char* path) {
-  doomedPath = path;
-  armed = 1;
-  struct sigaction remove {};
-  remove.sa_handler = &removeAndDie;
-  remove.sa_flags = static_cast<int>(SA_RESETHAND | SA_NODEFER);
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-    struct sigaction earlier {};
-    // What was ignored from the start, as under nohup, stays ignored.
-    sigaction(signal, nullptr, &earlier);
-    if (earlier.sa_handler != SIG_IGN) sigaction(signal, &remove, nullptr);
-  }
-  struct sigaction ignore {};
-  ignore.sa_handler = SIG_IGN;
-  sigaction(SIGXFSZ, &ignore, nullptr);  // a file size limit then fails the write, like a full disk
-}
 
 mode_t modeFor(const char* target) {
   struct stat earlier {};
@@ -72,28 +46,42 @@ TemporaryFile::TemporaryFile(const std::filesystem::path& destination) {
       refuse(destination, std::strerror(errno) + std::string("; choose another name"));
     }
   }
+  holdSignals();
   path = target.parent_path() / ".zum-XXXXXX";
   file = mkostemp(path.data(), O_CLOEXEC);
   if (file < 0) {
     refuse(destination, std::strerror(errno) +
                             std::string("; choose a folder that exists and that you can write to"));
   }
-  guardAgainstSignals(path.c_str());
   fchmod(file, modeFor(target.c_str()));  // some file systems have no modes: then as it is
 }
 
 TemporaryFile::~TemporaryFile() {
   if (file >= 0) close(file);
-  if (armed != 0) unlink(path.c_str());
-  armed = 0;
+  if (!kept) unlink(path.c_str());
+}
+
+std::size_t TemporaryFile::write(const void* data, std::size_t count) {
+  std::size_t done = 0;
+  while (done < count && error == 0) {
+    const ssize_t step = ::write(file, static_cast<const char*>(data) + done, count - done);
+    if (step >= 0) {
+      done += static_cast<std::size_t>(step);
+    } else if (errno != EINTR) {
+      error = errno;
+    }
+  }
+  return done;
 }
 
 void TemporaryFile::keep() {
-  const int closed = close(std::exchange(file, -1));
-  if (closed != 0 || rename(path.c_str(), target.c_str()) != 0) {
-    refuse(target, std::strerror(errno) + std::string("; free space or choose another folder"));
+  throwIfInterrupted();
+  if (close(std::exchange(file, -1)) != 0 && error == 0) error = errno;
+  if (error == 0 && rename(path.c_str(), target.c_str()) != 0) error = errno;
+  if (error != 0) {
+    refuse(target, std::strerror(error) + std::string("; free space or choose another folder"));
   }
-  armed = 0;
+  kept = true;
 }
 
 }  // namespace zum

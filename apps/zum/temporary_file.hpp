@@ -1,28 +1,37 @@
-// A file that appears under its name only when it is whole; what went before stays until then.
+// A file that appears under its name only when it is whole; what went before stays until then. Used
+// by everything that writes a file.
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <string>
 
 namespace zum {
 
-/// One at a time in the program, because signals that end it also remove the file.
 class TemporaryFile {
  public:
-  /// Opens an unnamed neighbour of `destination` for writing; throws Failure.
+  /// Opens an unnamed neighbour of `destination` for writing, and holds signals from then on;
+  /// throws Failure.
   explicit TemporaryFile(const std::filesystem::path& destination);
   ~TemporaryFile();
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
 
   int descriptor() const { return file; }
-  /// Closes it and puts it in the place of the destination; throws Failure.
+  /// Bytes that were written: fewer than `count` after a failure, and none ever after it.
+  std::size_t write(const void* data, std::size_t count);
+  /// errno of the first write that failed, 0 for none.
+  int writeError() const { return error; }
+  /// Closes it and puts it in the place of the destination; throws Failure, also when a write
+  /// failed before.
   void keep();
 
  private:
   std::filesystem::path target;
   std::string path;
   int file = -1;
+  int error = 0;
+  bool kept = false;
 };
 
 }  // namespace zum

@@ -1,0 +1,30 @@
+// The way from the effect's record to the object behind it.
+#include "apps/zum/effect_view.hpp"
+
+#include <cstddef>
+
+#include "core/uni_client.hpp"
+
+namespace zum {
+
+EffectView::EffectView(const AEffect& record)
+    : effect(&dynamic_cast<KvUniClient&>(*static_cast<AudioEffect*>(record.object))) {}
+
+ControlPassResults EffectView::results() const {
+  const Engine& engine = effect->signal();
+  const ModulatorOutputs& outputs = engine.modulation();
+  return {.seqOut = outputs.seqOut,
+          .lfoOut = outputs.lfoOut,
+          .efOut = outputs.efOut,
+          .cutoffHz = engine.cutoffHz(),
+          .resonance = engine.resonanceSum(),
+          .meter = engine.meters().meterValue};
+}
+
+void EffectView::setSteps(std::span<const float> values) {
+  for (std::int32_t step = 0; step < KvTableXY::kSteps; ++step) {
+    effect->steps().setValue(step, 0, values[static_cast<std::size_t>(step) % values.size()]);
+  }
+}
+
+}  // namespace zum

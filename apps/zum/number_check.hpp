@@ -1,0 +1,20 @@
+// The check that options with a number between two bounds share.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <string>
+
+namespace zum {
+
+// As CLI::Range, but refuses what is not a number, too, and prints bounds without decimals.
+inline CLI::Validator between(int lowest, int highest) {
+  const std::string bounds = std::to_string(lowest) + " to " + std::to_string(highest);
+  const auto check = [lowest, highest, bounds](std::string& text) {
+    double value = 0.0;
+    const bool good = CLI::detail::lexical_cast(text, value) && value >= lowest && value <= highest;
+    return good ? std::string() : text + " is not a number from " + bounds;
+  };
+  return {check, bounds};
+}
+
+}  // namespace zum
