@@ -20,20 +20,22 @@ void MultiModeFilter::recompute(const KvSystemInfo& clock, bool keepBuffers) ZUM
 }
 
 void MultiModeFilter::updateFilterColumns(float cutoffHz, const KvSystemInfo& clock) ZUM_REALTIME {
-  cutoffColumn = columnOf(cutoffHz, columnScale);
-  doubleColumn = columnOf(clampTo(cutoffHz * 2.0F, 0.0F, kHighestShelfHz), columnScale);
-  halfColumn = columnOf(cutoffHz * 0.5F, columnScale);
-  combDelayTarget = combDelayOf(cutoffHz, clock.samplesPerMs);
-  const Float4 increment = splat(cutoffHz / (clock.sampleRate * 0.5F));
-  heldBandPass.coeffs.holdIncrement = increment;
-  heldLowPass.coeffs.holdIncrement = increment;
+  columnHz = cutoffHz;
+  columnsPerHz = columnScale;
+  samplesPerMs = clock.samplesPerMs;
+  sampleRate = clock.sampleRate;
 }
 
 void MultiModeFilter::controlPass(int type, float feedbackAmount, float ticksPerMs) ZUM_REALTIME {
   const RowPosition row = rowOf(feedbackAmount * kSharpest);
-  const SvfCoeffs c = lookupCoefficients(cutoffColumn, row);
-  const auto setAll = [c](auto& stages) {
+  const auto at = [&](float hz) { return lookupCoefficients(columnOf(hz, columnsPerHz), row); };
+  const auto setAll = [&](auto& stages) {
+    const SvfCoeffs c = at(columnHz);
     for (SvfLanes& stage : stages) stage.set(c);
+  };
+  const auto setHeld = [&](auto& held) {
+    held.coeffs.stage.set(at(columnHz));
+    held.coeffs.holdIncrement = splat(columnHz / (sampleRate * 0.5F));
   };
   switch (type) {
     case 0: return setAll(highPass.coeffs);
@@ -42,15 +44,17 @@ void MultiModeFilter::controlPass(int type, float feedbackAmount, float ticksPer
     case 3: return setAll(bandPassSteep.coeffs);
     case 4: return setAll(lowPass.coeffs);
     case 5:
-      lowPassSteep.coeffs[0].set({c.f, kFirstLowPassDamping});
-      lowPassSteep.coeffs[1].set(c);
+      setAll(lowPassSteep.coeffs);
+      lowPassSteep.coeffs[0].q = splat(kFirstLowPassDamping);
       return;
-    case 6: return comb.aim(0, combDelayTarget, feedbackAmount, kFilterGlideMs, ticksPerMs);
+    case 6:
+      return comb.aim(0, combDelayOf(columnHz, samplesPerMs), feedbackAmount, kFilterGlideMs,
+                      ticksPerMs);
     case 7:
-      return bandReject.coeffs.set(lookupCoefficients(doubleColumn, row),
-                                   lookupCoefficients(halfColumn, row));
-    case 8: return heldBandPass.coeffs.stage.set(c);
-    case 9: return heldLowPass.coeffs.stage.set(c);
+      return bandReject.coeffs.set(at(clampTo(columnHz * 2.0F, 0.0F, kHighestShelfHz)),
+                                   at(columnHz * 0.5F));
+    case 8: return setHeld(heldBandPass);
+    case 9: return setHeld(heldLowPass);
     default: return;
   }
 }

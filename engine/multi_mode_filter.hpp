@@ -33,7 +33,8 @@ class MultiModeFilter {
   static constexpr int kTypes = 10;
 
   void recompute(const KvSystemInfo& clock, bool keepBuffers) ZUM_REALTIME;
-  /// Frequency side of all types. Once a pass while the cutoff moves; writes no coefficient.
+  /// Frequency side of all types, for the pass of the selected one. Once a pass while the cutoff
+  /// moves: a new sample rate alone changes nothing until it does.
   void updateFilterColumns(float cutoffHz, const KvSystemInfo& clock) ZUM_REALTIME;
   /// Coefficients of the selected type. `feedbackAmount` is the bent resonance, 0 to 1.
   void controlPass(int type, float feedbackAmount, float ticksPerMs) ZUM_REALTIME;
@@ -52,10 +53,11 @@ class MultiModeFilter {
 
  private:
   float columnScale = 0.0F;  // tenths of the Nyquist frequency per Hz
-  ColumnPosition cutoffColumn;
-  ColumnPosition doubleColumn;
-  ColumnPosition halfColumn;
-  float combDelayTarget = 0.0F;  // frames
+  // the frequency side, as of the cutoff's last move
+  float columnHz = 0.0F;
+  float columnsPerHz = 0.0F;
+  float samplesPerMs = 0.0F;
+  float sampleRate = KvSystemInfo::kHighestSampleRate;
 };
 
 }  // namespace zum

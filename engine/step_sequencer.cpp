@@ -10,7 +10,6 @@ bool StepSequencer::controlPass(float glideSum, float tempoSum, int mode, const 
                                 StepSource& source) ZUM_REALTIME {
   deriveRate(tempoSum, clock);
   // A step's length times the cube of the glide.
-  const float stepMs = static_cast<float>(1.0 / stepAdvance) * msPerTick;
   const float glideMs = stepMs * (glideSum * glideSum * glideSum);
   trackTransport(clock);
   countSteps();
@@ -33,7 +32,8 @@ void StepSequencer::deriveRate(float tempoSum, const KvSystemInfo& clock) ZUM_RE
       static_cast<double>(clock.sampleRate) / static_cast<double>(stepFrames);
   const double ticksPerSecond = static_cast<double>(clock.sampleRate / clock.controlInterval);
   stepAdvance = stepsPerSecond * (1.0 / ticksPerSecond);
-  msPerTick = static_cast<float>(1000.0 / ticksPerSecond);
+  const auto msPerTick = static_cast<float>(1000.0 / ticksPerSecond);
+  stepMs = static_cast<float>(1.0 / stepAdvance) * msPerTick;
 }
 
 // The stop of a transport shorter than the pulse lets the countdown run on.

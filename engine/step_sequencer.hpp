@@ -47,7 +47,7 @@ class StepSequencer {
   double ratedSamplesPerBeat = 0.0;
   float ratedSampleRate = 0.0F;
   double stepAdvance = 0.0;  // steps a control pass
-  float msPerTick = 0.0F;
+  float stepMs = 0.0F;       // length of a step
 
   // start pulse
   float seqRunningSeen = 0.0F;

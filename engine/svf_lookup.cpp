@@ -5,20 +5,14 @@
 namespace zum {
 namespace {
 
-// Both tables side by side, so that a corner of the lookup is one read.
-constexpr std::array<SvfCoeffs, kSvfEntries> kCorners = [] {
-  std::array<SvfCoeffs, kSvfEntries> corners{};
-  for (int i = 0; i < kSvfEntries; ++i) {
-    const auto at = static_cast<std::size_t>(i);
-    corners[at] = SvfCoeffs{SvfTableF[at], SvfTableQ[at]};
-  }
+// Both tables side by side, so that a corner of the lookup is one read. One entry more than they
+// have: the last column's neighbour in the last row, which only ever has weight 0.
+constexpr std::array<SvfCoeffs, kSvfEntries + 1> kCorners = [] {
+  std::array<SvfCoeffs, kSvfEntries + 1> corners{};
+  for (std::size_t i = 0; i < kSvfEntries; ++i) corners[i] = SvfCoeffs{SvfTableF[i], SvfTableQ[i]};
+  corners.back() = corners[kSvfEntries - 1];
   return corners;
 }();
-
-// A position past the end only ever has weight 0.
-SvfCoeffs corner(int position) ZUM_REALTIME {
-  return kCorners[static_cast<std::size_t>(clampIndex(position, kSvfEntries - 1))];
-}
 
 }  // namespace
 
@@ -40,15 +34,15 @@ RowPosition rowOf(float resonanceCurve) ZUM_REALTIME {
 }
 
 SvfCoeffs lookupCoefficients(const ColumnPosition& at, const RowPosition& row) ZUM_REALTIME {
-  const int base = row.row * kSvfColumns + static_cast<int>(at.column);
+  const auto base = static_cast<std::size_t>(row.row * kSvfColumns + static_cast<int>(at.column));
   const float w00 = (1.0F - row.ry) * at.oneMinusFx;
   const float w01 = (1.0F - row.ry) * at.fx;
   const float w10 = at.oneMinusFx * row.ry;
   const float w11 = row.ry * at.fx;
-  const SvfCoeffs c00 = corner(base);
-  const SvfCoeffs c01 = corner(base + 1);
-  const SvfCoeffs c10 = corner(base + kSvfColumns);
-  const SvfCoeffs c11 = corner(base + kSvfColumns + 1);
+  const SvfCoeffs c00 = kCorners[base];
+  const SvfCoeffs c01 = kCorners[base + 1];
+  const SvfCoeffs c10 = kCorners[base + kSvfColumns];
+  const SvfCoeffs c11 = kCorners[base + kSvfColumns + 1];
   return SvfCoeffs{c00.f * w00 + c01.f * w01 + c10.f * w10 + c11.f * w11,
                    c00.q * w00 + c01.q * w01 + c10.q * w10 + c11.q * w11};
 }

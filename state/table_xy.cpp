@@ -12,6 +12,7 @@ namespace {
 constexpr std::int32_t kMark = 666555777;
 constexpr std::int32_t kVersion = 1002;
 constexpr std::int32_t kFirstNamedVersion = 1001;
+constexpr std::int64_t kMostWithoutCells = 1024;  // columns without pages, or the reverse
 constexpr std::int32_t kOldestMark = std::bit_cast<std::int32_t>(0.4F);
 
 }  // namespace
@@ -97,9 +98,10 @@ std::int32_t KvTableXY::readPages(KvChunk& chunk, bool discard) {
   const float lowest = chunk.getFloat();
   const std::int32_t newColumns = chunk.getInt();
   const std::int32_t newPages = chunk.getInt();
-  // Sizes are only believed as far as the words for them are there.
+  // Sizes are only believed as far as the words for them are there, or as they are small.
   const auto left = static_cast<std::int64_t>(chunk.wordsLeft());
-  if (chunk.overrun() || newColumns < 0 || newPages < 0 || newColumns > left || newPages > left ||
+  const std::int64_t most = std::max<std::int64_t>(left, kMostWithoutCells);
+  if (chunk.overrun() || newColumns < 0 || newPages < 0 || newColumns > most || newPages > most ||
       static_cast<std::int64_t>(newColumns) * newPages > left) {
     chunk.refuse();
     return 0;
