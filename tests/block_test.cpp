@@ -65,6 +65,35 @@ TEST_P(BlockOfType, BuffersMayBeTheSameOrCrossed) {
   }
 }
 
+// The host's position moves where all block sizes have a border.
+TEST_P(BlockOfType, BlockSizeDoesNotMatterUnderModulation) {
+  const std::vector<std::vector<std::int32_t>> sizes = {{512}, {1}, {17}, {3, 31, 480}, {65536}};
+  std::vector<std::vector<Stereo>> renders;
+  for (const auto& blocks : sizes) {
+    TestHost host(48000.0F);
+    host.prepare(GetParam(), 0.5F, 0.6F, 0.3F);
+    host.set(16, 1.0F);  // the shortest steps, gliding
+    host.set(14, 0.8F);
+    host.set(10, 0.9F);
+    host.set(12, 1.0F);  // an LFO that the level resets
+    for (int amount = 17; amount <= 52; ++amount) {
+      host.set(amount, 0.3F + 0.1F * static_cast<float>((amount + 2) % 5));
+    }
+    host.host.hasTime = true;
+    std::vector<Stereo>& render = renders.emplace_back();
+    for (int segment = 0; segment < 6; ++segment) {
+      host.host.time.tempo = segment < 4 ? 120.0 : 133.0;
+      host.host.time.flags = segment % 3 > 0 ? kVstTransportPlaying : 0;
+      host.host.time.ppqPos = 0.3 * segment;
+      host.set(65, segment % 2 == 0 ? 0.0F : 1.0F);  // the LFO's style
+      host.set(15, static_cast<float>(segment) / 5.0F);
+      render.push_back(host.render(noise(1003), blocks));
+    }
+    EXPECT_GT(energy(render.back()), 1e-3);
+    EXPECT_TRUE(render == renders[0]) << "blocks from " << blocks[0];
+  }
+}
+
 // Both banks at one frequency, so that nothing but the branch moves when the type changes. With
 // no drive and settled ramps the only memory outside of the filters is the DC filter's, which
 // resuming clears.
@@ -171,7 +200,7 @@ TEST(Block, BypassIsTheDcFilterAlone) {
 
 TEST(Block, TheControlGridIsCountedAcrossCalls) {
   TestHost host;
-  const MeterRing& meter = host.client().meters().meter;  // one point a pass
+  const MeterRing& meter = host.client().signal().meters().meter;  // one point a pass
   int frames = 0;
   for (const std::size_t block : {1U, 1U, 14U, 1U, 15U, 17U, 31U, 160U, 3U}) {
     host.render(noise(block), {static_cast<std::int32_t>(block)});

@@ -297,7 +297,7 @@ TEST(Meter, RingsWrapAndMirrorEachOther) {
   TestHost host;
   for (std::int32_t passes = 1; passes <= 300; ++passes) {
     host.render(noise(16, 4.0F));
-    const OutputStage& meters = host.client().meters();
+    const OutputStage& meters = host.client().signal().meters();
     ASSERT_EQ(meters.meter.writeIndex, passes % 139);
     const auto newest = static_cast<std::size_t>((passes + 138) % 139);
     ASSERT_EQ(meters.meter.points[newest], meters.meterValue);

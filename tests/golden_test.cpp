@@ -51,6 +51,10 @@ TEST_P(Golden, AgreesWithTheModel) {
     host.set(tag, value);
   }
 
+  for (std::int32_t step = 0; const float value : score["steps"].get<std::vector<float>>()) {
+    host.client().steps().setValue(step++, value);
+  }
+
   Stereo out(in.frames());
   const std::size_t block = score["block"];
   auto changes = score["changes"].get<std::vector<std::tuple<std::size_t, int, float>>>();

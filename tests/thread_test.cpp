@@ -67,7 +67,8 @@ struct Session {
       const float value = host.get(index);
       EXPECT_TRUE(value >= 0.0F && value <= 1.0F) << value << " of " << index;
     }
-    for (const float& x : host.client().meters().meter.points) EXPECT_LE(loadShared(x), 1.0F);
+    for (const float& x : host.client().signal().meters().meter.points)
+      EXPECT_LE(loadShared(x), 1.0F);
   }
 
   /// As a state is loaded: mute, wait, replace what the engine works on, go on.
@@ -78,16 +79,16 @@ struct Session {
     mutes.fetch_add(1);
     host.dispatch(effMainsChanged, 0, 0);  // plain writes to the memory of the filters
     host.dispatch(effMainsChanged, 0, 1);
-    const MeterRing meter = client.meters().meter;
+    const MeterRing meter = client.signal().meters().meter;
     const std::int32_t counter = client.timing().controlCounter;
     const std::uint32_t seen = blocks.load();
     await([&] { return blocks.load() >= seen + 3; });
     EXPECT_EQ(client.timing().controlCounter, counter);
-    EXPECT_EQ(client.meters().meter.writeIndex, meter.writeIndex);
-    EXPECT_EQ(client.meters().meter.points, meter.points);
+    EXPECT_EQ(client.signal().meters().meter.writeIndex, meter.writeIndex);
+    EXPECT_EQ(client.signal().meters().meter.points, meter.points);
     mutes.fetch_add(1);
     client.muteRequest.store(false);
-    const std::int32_t& index = client.meters().meter.writeIndex;
+    const std::int32_t& index = client.signal().meters().meter.writeIndex;
     await([&] { return loadShared(index) != meter.writeIndex; });
   }
 };

@@ -1,0 +1,66 @@
+// What the modulators cost a stereo frame in blocks of 64: nothing moved, the cutoff moved by each
+// of the three alone, and everything moved by everything, with the transport running.
+
+#include <string>
+
+#include "bench/bench_host.hpp"
+
+namespace zum::bench {
+namespace {
+
+constexpr std::int32_t kBlock = 64;
+
+BENCHMARK(bareChain<1>)->Name("bare/stages:1");
+
+enum class By { nothing, follower, lfo, sequencer, all };
+
+struct Patch {
+  const char* name;
+  int bank;
+  int type;
+};
+
+void blockCall(benchmark::State& state, const Patch& patch, By by) {
+  constexpr int kFirstAmount = 17;  // of the cutoff: follower, LFO, sequencer
+  constexpr int kLastAmount = 52;
+  BenchHost host(true);
+  host.selectFilter(patch.bank, patch.type);
+  host.set(14, 0.9);  // glide: the sequence moves in most passes
+  host.set(16, 0.8);
+  host.set(10, 0.6);
+  if (by == By::all) {
+    host.time.flags = kVstTransportPlaying;
+    host.set(12, 1.0);  // the level resets the LFO
+    for (int tag = kFirstAmount; tag <= kLastAmount; ++tag) host.set(tag, tag % 2 == 0 ? 0.6 : 0.4);
+  } else if (by != By::nothing) {
+    host.set(patch.bank == 0 ? kFirstAmount - 1 + static_cast<int>(by)
+                             : kFirstAmount + 2 + static_cast<int>(by),
+             0.7);
+  }
+  host.measure(state, kBlock, 2);
+}
+
+void registerAll() {
+  constexpr Patch kPatches[] = {{"multi/one-stage", 0, 4}, {"multi/two-stage", 0, 5},
+                                {"multi/comb", 0, 6},      {"vowel/one-stage", 1, 2},
+                                {"vowel/two-stage", 1, 5}, {"vowel/comb", 1, 6}};
+  constexpr std::pair<const char*, By> kMovers[] = {{"idle", By::nothing},
+                                                    {"follower", By::follower},
+                                                    {"lfo", By::lfo},
+                                                    {"sequencer", By::sequencer},
+                                                    {"everything", By::all}};
+  for (const Patch& patch : kPatches) {
+    for (const auto& [name, by] : kMovers) {
+      const std::string full = std::string(patch.name) + '/' + name;
+      benchmark::RegisterBenchmark(full.c_str(), blockCall, patch, by);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace zum::bench
+
+int main(int argc, char** argv) {
+  zum::bench::registerAll();
+  return zum::bench::runAll(argc, argv);
+}

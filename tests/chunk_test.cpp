@@ -1,0 +1,351 @@
+// Catches words in a wrong order or place, older table forms that are read wrongly, and bytes that
+// lead outside of a buffer.
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cstring>
+
+#include "state/library_record.hpp"
+#include "state/mouse_area_chunk.hpp"
+#include "state/table_xy.hpp"
+
+namespace zum::test {
+namespace {
+
+using Words = std::vector<std::uint32_t>;
+
+constexpr std::int32_t kMark = 0x27BAD581;
+constexpr std::int32_t kFormMark = -3456378;
+constexpr std::int32_t kHuge = 2147483647;
+
+/// A word of the list below: an integer or a float.
+struct Word {
+  std::uint32_t bits;
+  operator std::uint32_t() const { return bits; }               // NOLINT: reads as the list it is
+  Word(int value) : bits(static_cast<std::uint32_t>(value)) {}  // NOLINT
+  Word(float value) : bits(std::bit_cast<std::uint32_t>(value)) {}  // NOLINT
+};
+
+template <class List = std::vector<Word>>
+void fill(KvChunk& chunk, const List& list) {
+  auto buffer = std::make_unique<std::uint32_t[]>(list.size());
+  std::copy(list.begin(), list.end(), buffer.get());
+  chunk.cursor = 0;
+  chunk.adopt(std::move(buffer), static_cast<std::uint32_t>(list.size()));
+}
+
+/// Both passes of `write`.
+template <class Write>
+Words written(KvChunk& chunk, const Write& write) {
+  chunk.reset();
+  write(chunk);
+  const std::uint32_t counted = chunk.cursor;
+  chunk.countOnly = false;
+  chunk.allocate(counted);
+  write(chunk);
+  EXPECT_EQ(chunk.cursor, counted);
+  EXPECT_FALSE(chunk.overrun());
+  return {chunk.data(), chunk.data() + counted};
+}
+
+Words contentOf(KvTableXY& table) {
+  KvChunk chunk;
+  return written(chunk, [&](KvChunk& to) {
+    if (!to.countOnly) to.cursor = 0;  // no header in front
+    table.writeChunk(&to);
+  });
+}
+
+TEST(Chunk, TwoPassesWriteTheSameWords) {
+  const auto write = [](KvChunk& chunk) {
+    chunk.writeHeader();
+    chunk.putInt(-7);
+    chunk.putFloat(0.25F);
+    for (const char* text : {static_cast<const char*>(nullptr), "", "abcd", "abcde"}) {
+      chunk.putString(text);
+    }
+    EXPECT_EQ(chunk.putBytes("123456", 6), 1);
+    chunk.putInt(9);  // over the bytes behind the first word
+    for (const float value : {1.0F, 2.0F, 3.0F, 4.0F}) chunk.putFloat(value);
+  };
+  KvChunk chunk;
+  chunk.tempo = 97.0F;
+  chunk.sampleRate = 48000.0F;
+  const Words first = written(chunk, write);
+  EXPECT_EQ(written(chunk, write), first);
+  // clang-format off
+  const std::vector<Word> expected = {
+      20, 3, 97.0F, 48000.0F, 0x18E48D9, -7, 0.25F, 0, 0, 4, 0x64636261, 5, 0x64636261, 0x65,
+      0x34333231, 9, 1.0F, 2.0F, 3.0F, 4.0F};
+  // clang-format on
+  ASSERT_EQ(first, Words(expected.begin(), expected.end()));
+
+  KvChunk reader;
+  fill(reader, first);
+  EXPECT_TRUE(reader.holdsData);
+  ASSERT_TRUE(reader.readHeader(false));
+  EXPECT_EQ(reader.totalWords, 20);
+  EXPECT_EQ(reader.tempo, 97.0F);
+  EXPECT_EQ(reader.sampleRate, 48000.0F);
+  EXPECT_EQ(reader.getInt(), -7);
+  reader.stepBack();
+  std::int32_t number = 0;
+  EXPECT_EQ(reader.getInt(number), number);
+  float value = 0.0F;
+  EXPECT_EQ(reader.getFloat(value), &value);
+  EXPECT_EQ(value, 0.25F);
+  EXPECT_EQ(reader.getString(), nullptr);
+  EXPECT_EQ(reader.getString(), nullptr);
+  EXPECT_STREQ(reader.getString().get(), "abcd");
+  EXPECT_STREQ(reader.getString().get(), "abcde");
+  std::array<char, 4> bytes{};
+  EXPECT_EQ(reader.getBytes(bytes.data(), 4), 1);
+  EXPECT_EQ(std::memcmp(bytes.data(), "1234", 4), 0);
+  EXPECT_EQ(reader.getInt(), 9);
+  Quad quad{};
+  reader.getQuadCleared(quad);
+  EXPECT_EQ(quad, (Quad{1.0F, 2.0F, 3.0F, 4.0F}));
+  EXPECT_EQ(reader.cursor, 20U);
+  EXPECT_FALSE(reader.overrun());
+  reader.version = 4;
+  EXPECT_TRUE(reader.isNewer());
+  reader.version = 3;
+  EXPECT_FALSE(reader.isNewer());
+}
+
+TEST(Chunk, AnotherMagicNumberIsRefusedAndToldUnlessQuiet) {
+  for (const bool quiet : {true, false}) {
+    KvChunk chunk;
+    fill(chunk, {5, 3, 120.0F, 44100.0F, 26101978});
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(chunk.readHeader(quiet));
+    const std::string told = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(told.find("\t This is no valid ZUM format!") != told.npos, !quiet) << told;
+    EXPECT_EQ(told.empty(), quiet);
+  }
+}
+
+TEST(Chunk, NothingBehindTheEndIsTouched) {
+  KvChunk chunk;
+  fill(chunk, {1, 2.0F});
+  chunk.cursor = 1;
+  Quad quad{9.0F, 9.0F, 9.0F, 9.0F};
+  chunk.getQuad(quad);
+  EXPECT_EQ(quad, (Quad{2.0F, 0.0F, 0.0F, 0.0F}));
+  EXPECT_TRUE(chunk.overrun());
+
+  for (const int length : {1, 5, 1000, kHuge, -1, -3, -kHuge - 1}) {
+    KvChunk hostile;
+    fill(hostile, {length});
+    EXPECT_EQ(hostile.getString(), nullptr) << length;
+    EXPECT_TRUE(hostile.overrun()) << length;
+    EXPECT_EQ(hostile.getInt(), 0);
+  }
+  for (const int count : {8, 7, 6, 5, 4, 0, -1, -kHuge}) {
+    KvChunk bytes;
+    fill(bytes, {0x55555555});
+    std::array<char, 8> to;
+    to.fill('#');
+    EXPECT_EQ(bytes.getBytes(to.data(), count), std::max(count, 0) / 4);
+    EXPECT_EQ(bytes.overrun(), count > 4) << count;
+    for (std::size_t i = 0; i < 8; ++i) {
+      EXPECT_EQ(to[i], static_cast<int>(i) >= count ? '#' : count > 4 ? 0 : 'U') << count;
+    }
+  }
+  KvChunk full;
+  full.countOnly = false;
+  full.allocate(1);
+  full.putInt(1);
+  full.putInt(2);
+  full.putString("behind");
+  full.putBytes("behind", 6);
+  EXPECT_TRUE(full.overrun());
+  EXPECT_EQ(full.data()[0], 1U);
+  KvChunk none;
+  none.stepBack();
+  none.getInt();
+  EXPECT_TRUE(none.overrun());
+}
+
+TEST(Chunk, MouseAreaTakesSixNumbersOfAnyCount) {
+  std::array<float, 8> values{};
+  const auto readFrom = [&](const std::vector<Word>& words, bool discard, bool overrun) {
+    values.fill(0.5F);
+    KvMouseAreaChunk area({&values[0], &values[1], &values[2], &values[3], &values[4], &values[5]});
+    KvChunk chunk;
+    fill(chunk, words);
+    EXPECT_EQ(area.readChunk(&chunk, discard), 1);
+    EXPECT_EQ(chunk.overrun(), overrun);
+    return chunk.cursor;
+  };
+  const std::vector<Word> ten = {1,    10,   1.0F, 2.0F, 3.0F, 4.0F,
+                                 5.0F, 6.0F, 7.0F, 8.0F, 9.0F, 10.0F};
+  EXPECT_EQ(readFrom(ten, true, false), 12U);
+  EXPECT_EQ(values[0], 0.5F);
+  EXPECT_EQ(readFrom(ten, false, false), 12U);
+  EXPECT_EQ(values, (std::array<float, 8>{1, 2, 3, 4, 5, 6, 0.5F, 0.5F}));
+  readFrom({10, kHuge, 1.0F, 2.0F}, false, true);
+  EXPECT_EQ(values, (std::array<float, 8>{1, 2, 0.5F, 0.5F, 0.5F, 0.5F, 0.5F, 0.5F}));
+  EXPECT_EQ(readFrom({10, 0, 3.0F}, false, false), 2U);
+  EXPECT_EQ(readFrom({10, -5, 3.0F}, false, false), 2U);
+  KvMouseAreaChunk area({&values[0], &values[1], &values[2], &values[3], &values[4], &values[5]});
+  EXPECT_EQ(chunkWordsOf(area), 8U);
+  EXPECT_EQ(area.getType(), 6);
+}
+
+TEST(StepTable, ComesBackAsItWasWritten) {
+  KvTableXY table;
+  // clang-format off
+  const std::vector<Word> initial = {
+      kMark, 1002, 0.0F, 1.0F, 0.0F, 8, 1, 0.0F, 1.0F, 0.0F, 1.0F, 0.0F, 1.0F, 0.0F, 1.0F,
+      7, 0x61666544, 0x00746C75};
+  // clang-format on
+  EXPECT_EQ(contentOf(table), Words(initial.begin(), initial.end()));
+  table.name = "Waltz";
+  table.setColumns(3);
+  table.setPageCount(2);
+  table.rangeExtra = 7.0F;
+  for (int i = 0; i < 6; ++i) table.setValue(i % 3, i / 3, 0.1F * static_cast<float>(i + 1));
+  const Words words = contentOf(table);
+  KvTableXY other;
+  KvChunk chunk;
+  fill(chunk, words);
+  EXPECT_NE(other.readChunk(&chunk, false), 0);
+  EXPECT_EQ(chunk.cursor, words.size());
+  EXPECT_EQ(contentOf(other), words);
+  EXPECT_EQ(other.getType(), 4);
+}
+
+TEST(StepTable, ReadsEveryForm) {
+  const std::vector<Word> cells = {0.3F, 0.4F, 0.5F};
+  const struct {
+    const char* what;
+    std::vector<Word> head;  // in front of as many cells as `columns * pages`
+    std::vector<Word> tail;
+    int columns, pages;  // no pages: the table keeps its state
+    const char* name;
+  } cases[] = {
+      {"1002", {kMark, 1002, 0.1F, 2.0F, -1.0F, 1, 2}, {2, 0x6968}, 1, 2, "hi"},
+      {"1001", {kMark, 1001, 0.1F, 2.0F, -1.0F, 3, 1}, {0}, 3, 1, ""},
+      {"1000", {kMark, 1000, 0.1F, 2.0F, -1.0F, 2, 1}, {}, 2, 1, "Default"},
+      {"no columns", {kMark, 1002, 0.1F, 2.0F, -1.0F, 0, 1}, {0}, 0, 1, ""},
+      {"oldest", {0.4F, 1.0F, 2.0F, 3}, cells, 0, 0, ""},
+      {"oldest, formed", {0.4F, 1.0F, 2.0F, kFormMark, 5, 3}, cells, 0, 0, ""},
+      {"plain", {0.1F, 2.0F, -1.0F, 2}, {}, 2, 1, "Mine"},
+      {"plain, by point", {0.1F, 2.0F, -1.0F, kFormMark, 0, 3}, {}, 3, 1, "Mine"},
+      {"plain, by index", {0.1F, 2.0F, -1.0F, kFormMark, 1, 3}, {}, 3, 1, "Mine"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    for (const bool discard : {false, true}) {
+      KvTableXY table;
+      table.name = "Mine";
+      const Words before = contentOf(table);
+      std::vector<Word> words = c.head;
+      words.insert(words.end(), cells.begin(), cells.begin() + c.columns * c.pages);
+      words.insert(words.end(), c.tail.begin(), c.tail.end());
+      words.emplace_back(77);  // of whoever reads on
+      KvChunk chunk;
+      fill(chunk, words);
+      const bool taken = c.pages > 0 && !discard;
+      EXPECT_EQ(table.readChunk(&chunk, discard) != 0, taken);
+      EXPECT_EQ(chunk.getInt(), 77);
+      EXPECT_FALSE(chunk.overrun());
+      if (!taken) {
+        EXPECT_EQ(contentOf(table), before);
+        continue;
+      }
+      ASSERT_EQ(table.size(), c.columns);
+      ASSERT_EQ(table.pageCount(), c.pages);
+      for (int i = 0; i < c.columns * c.pages; ++i) {
+        EXPECT_EQ(table.getValue(i % c.columns, i / c.columns),
+                  0.3F + 0.1F * static_cast<float>(i));
+      }
+      EXPECT_EQ(table.name, c.name);
+      EXPECT_EQ(table.rangeExtra, 0.1F);
+      EXPECT_EQ(table.maxValue, 2.0F);
+      EXPECT_EQ(table.minValue, -1.0F);
+    }
+  }
+}
+
+TEST(StepTable, SizesThatCannotBeAreRefused) {
+  // clang-format off
+  std::vector<std::vector<Word>> cases = {
+      {}, {kMark}, {kMark, 1002, 0.0F}, {0.4F, 1.0F}, {0.4F, 0.0F, 0.0F, kHuge},
+      {0.4F, 0.0F, 0.0F, kFormMark, 1, kHuge}, {0.4F, 0.0F, 0.0F, -2}, {0.0F, 1.0F, 0.0F, kHuge},
+      {0.0F, 1.0F, 0.0F, 2, 0.5F}, {0.0F, 1.0F, 0.0F, -1}, {0.0F, 1.0F, 0.0F, kFormMark, 1, kHuge}};
+  const std::pair<int, int> sizes[] = {
+      {kHuge, kHuge}, {kHuge, 1}, {1, kHuge}, {0, kHuge}, {kHuge, 0}, {65536, 65536}, {-1, 1},
+      {1, -1}, {-1, -1}, {3, 1}};
+  // clang-format on
+  for (const auto& [columns, pages] : sizes) {
+    cases.push_back({kMark, 1000, 0.5F, 3.0F, 2.0F, columns, pages, 0.5F, 0.5F});
+  }
+  for (std::size_t i = 0; i < cases.size(); ++i) {
+    for (const bool discard : {false, true}) {
+      KvTableXY table;
+      const Words before = contentOf(table);
+      KvChunk chunk;
+      fill(chunk, cases[i]);
+      EXPECT_EQ(table.readChunk(&chunk, discard), 0) << i;
+      EXPECT_TRUE(chunk.overrun()) << i;
+      EXPECT_EQ(contentOf(table), before) << i;
+    }
+  }
+}
+
+TEST(StepTable, ReadsStayInsideAnySize) {
+  KvTableXY table;
+  table.setColumns(3);
+  for (int i = 0; i < 3; ++i) table.setValue(i, 0.1F * static_cast<float>(i + 1));
+  EXPECT_EQ(table.getValue(7, 0), 0.3F);
+  EXPECT_EQ(table.lastColumn(), 7.0F);
+  EXPECT_EQ(table.getValue(-4, 0), 0.1F);
+  for (const int page : {1, -1, kHuge}) EXPECT_EQ(table.getValue(1, page), 0.2F) << page;
+  for (const int at : {-1, 3, kHuge}) table.setValue(at, 0, 9.0F);
+  table.setPoint(1.9F, 0.8F);
+  EXPECT_EQ(table.getValue(1, 0), 0.8F);
+  table.setColumns(12);
+  EXPECT_EQ(table.getValue(2, 0), 0.3F);
+  EXPECT_EQ(table.getValue(11, 0), 0.0F);
+  for (const bool columns : {true, false}) {
+    KvTableXY empty;
+    if (columns) empty.setColumns(0);
+    if (!columns) empty.setPageCount(0);
+    EXPECT_EQ(empty.getValue(0, 0), 0.0F);
+    EXPECT_EQ(empty.getValue(0), 0.0F);
+    empty.setValue(0, 0, 1.0F);
+    empty.init();
+    EXPECT_EQ(empty.getValue(7, 0), 1.0F);
+  }
+}
+
+TEST(StepTable, MorphsBetweenItsPages) {
+  KvTableXY table;
+  table.setPageCount(3);
+  for (int page = 0; page < 3; ++page) table.setValue(2, page, 0.2F * static_cast<float>(page + 1));
+  table.setMorphPosition(1.25F);
+  EXPECT_EQ(table.currentPage(), 1);
+  EXPECT_NEAR(table.getValue(2), 0.45F, 1e-6F);
+  for (const float refused : {-0.01F, 3.0F, std::numeric_limits<float>::quiet_NaN()}) {
+    table.setMorphPosition(refused);
+    EXPECT_EQ(table.morphPosition(), 1.25F) << refused;
+  }
+  table.setValueBetween(2, 1.25F, 0.8F);  // each page goes its part of the way
+  EXPECT_NEAR(table.getValue(2, 1), 0.7F, 1e-6F);
+  EXPECT_NEAR(table.getValue(2, 2), 0.65F, 1e-6F);
+  table.setMorphPosition(2.5F);
+  EXPECT_NEAR(table.getValue(2), 0.65F, 1e-6F);  // there is no next page
+  table.setPageCount(2);
+  EXPECT_EQ(table.currentPage(), 1);
+  EXPECT_NEAR(table.morphPosition(), 2.0F, 1e-6F);
+  EXPECT_NEAR(table.getValue(2), 0.7F, 1e-6F);
+  table.setMorphPosition(0.5F);
+  table.setPageCount(1);
+  EXPECT_EQ(table.morphPosition(), 0.5F);  // below the new count: it stays
+}
+
+}  // namespace
+}  // namespace zum::test

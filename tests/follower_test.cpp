@@ -1,0 +1,152 @@
+// Catches a follower that is too slow or fast, hears the wrong frequencies, or scales what it hears
+// by a wrong law.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "support/control_passes.hpp"
+
+namespace zum::test {
+namespace {
+
+constexpr float kUnityGain = 0.39763537F;  // 40 g^4 = 1
+
+/// Unfiltered, unity gain, the fastest attack and the longest release.
+struct FollowerPasses : ControlPasses {
+  explicit FollowerPasses(double tempo = 120.0) : ControlPasses(48000.0F, tempo) {
+    set(kEfGain, kUnityGain);
+    set(kEfRange, 0.0F);
+    set(kEfAttack, 0.0F);
+    set(kEfRelease, 1.0F);
+  }
+};
+
+TEST(Follower, AttackIsAOnePoleOfTheTables) {
+  const struct {
+    float attack;
+    double hz, shownMs;
+  } cases[] = {{0.0F, 256.0, 0.0},        {0.5F, 32.0, 22.0},        {0.57735027F, 16.0, 45.0},
+               {0.79056942F, 1.5, 545.0}, {0.81649658F, 1.0, 730.0}, {1.0F, 0.6, 1150.0}};
+  for (const auto& c : cases) {
+    FollowerPasses host;
+    host.set(kEfAttack, c.attack);
+    host.skip(2);
+    EXPECT_NEAR(host.client().signal().followerDisplay().attackMs(), c.shownMs, 0.01);
+    const double timeConstant = 48000.0 / 16.0 / (2.0 * 3.14159265 * c.hz);  // passes
+    for (int passes = 0; passes < 3.0 * timeConstant; ++passes) {
+      const double heard = static_cast<double>(host.pass(0.5F).efOut);
+      const double due = 0.5 * (1.0 - std::exp(-passes / timeConstant));
+      ASSERT_NEAR(heard, due, 0.01) << c.attack << ", pass " << passes;
+    }
+  }
+}
+
+TEST(Follower, APeakFallsInItsNoteWhateverItsHeight) {
+  const struct {
+    int note;
+    double tempo;
+    float peak;
+  } cases[] = {{0, 240.0, 0.9F}, {4, 120.0, 0.2F},  {10, 120.0, 0.9F},
+               {10, 60.0, 0.5F}, {16, 100.0, 0.9F}, {21, 50.0, 0.3F}};
+  for (const auto& c : cases) {
+    FollowerPasses host(c.tempo);
+    host.set(kEfRelease, 1.0F - notePosition(c.note));
+    host.skip(60, c.peak);
+    ASSERT_NEAR(host.efOut(), c.peak, 1e-3F);
+    EXPECT_EQ(host.client().signal().followerDisplay().releaseBars(),
+              static_cast<float>(kBars[c.note]));
+    const double length = host.passesOf(kBars[c.note]);
+    const double lag = 48000.0 / 16.0 / (2.0 * 3.14159265 * 256.0);  // of the smoothing
+    for (const float part : {0.75F, 0.5F, 0.25F}) {
+      FollowerPasses fresh(c.tempo);
+      fresh.set(kEfRelease, 1.0F - notePosition(c.note));
+      fresh.skip(60, c.peak);
+      int passes = 0;
+      while (fresh.pass(0.0F).efOut > part * c.peak && passes < 10000) ++passes;
+      EXPECT_NEAR(passes, (1.0 - static_cast<double>(part)) * length + lag, 1.5 + length * 1e-3)
+          << c.note << " at " << c.tempo << ", " << part;
+    }
+    host.skip(static_cast<int>(length + 8.0 * lag) + 2);
+    EXPECT_LT(host.efOut(), 1e-3F);
+  }
+}
+
+TEST(Follower, GainIsFortyTimesItsFourthPower) {
+  for (const float gain : {0.0F, 0.2F, 0.3F, 0.45F, 0.6F, 1.0F}) {
+    FollowerPasses host;
+    host.set(kEfGain, gain);
+    host.skip(100, 0.3F);
+    const double due = std::min(1.0, 0.3 * 40.0 * std::pow(static_cast<double>(gain), 4.0));
+    EXPECT_NEAR(host.efOut(), due, 1e-3) << gain;
+  }
+  FollowerPasses host;
+  host.set(kEfGain, 0.0F);
+  host.skip(100, 1e6F);
+  EXPECT_EQ(host.efOut(), 0.0F);
+}
+
+TEST(Follower, HearsTheLargerSideAndNothingBelowZero) {
+  const struct {
+    float left, right, heard;
+  } cases[] = {{0.5F, 0.2F, 0.5F}, {-0.9F, 0.2F, 0.2F}, {0.1F, -0.8F, 0.1F}, {-0.9F, -0.3F, 0.0F}};
+  for (const auto& c : cases) {
+    for (const float bypass : {0.0F, 1.0F}) {
+      FollowerPasses host;
+      host.set(222, bypass);
+      host.in.left.assign(16, c.left);
+      host.in.right.assign(16, c.right);
+      for (int i = 0; i < 100; ++i) host.pass();
+      EXPECT_NEAR(host.efOut(), c.heard, 1e-3F) << c.left << ' ' << c.right;
+    }
+  }
+}
+
+// A constant level is nothing to a band.
+TEST(Follower, RangesFromAThirdUpHearABand) {
+  const std::pair<float, float> cases[] = {
+      {0.0F, 0.5F}, {0.36F, 0.5F}, {0.38F, 0.0F}, {1.0F, 0.0F}};
+  for (const auto& [range, heard] : cases) {
+    FollowerPasses host;
+    host.set(kEfRange, range);
+    host.set(kEfRelease, 0.5F);
+    host.skip(3000, 0.5F);
+    EXPECT_NEAR(host.efOut(), heard, 1e-3F) << range;
+  }
+}
+
+TEST(Follower, TheRangeSelectsAFrequency) {
+  for (const float range : {0.45F, 0.6F, 0.8F, 0.95F}) {
+    const double centre = std::pow(static_cast<double>(range), 3.0) * 7200.0 + 44.0;
+    const auto heard = [&](double hz) {
+      FollowerPasses host;
+      host.set(kEfRange, range);
+      int frame = 0;
+      for (int i = 0; i < 600; ++i) {
+        for (float& x : host.in.left) {
+          x = 0.1F * static_cast<float>(std::sin(6.283185307 * hz / 48000.0 * frame++));
+        }
+        host.in.right = host.in.left;
+        host.pass();
+      }
+      EXPECT_NEAR(host.client().signal().followerDisplay().bandHz(), centre, centre * 1e-5);
+      return host.efOut();
+    };
+    const float inBand = heard(centre);
+    EXPECT_GT(inBand, 0.05F) << range;
+    EXPECT_GT(inBand, 2.0F * heard(centre / 4.0)) << range;
+    EXPECT_GT(inBand, 1.3F * heard(centre * 2.5)) << range;
+  }
+}
+
+TEST(Follower, TheScopeRunsUnderItsTop) {
+  FollowerPasses host;
+  const FollowerScope& scope = host.client().signal().followerDisplay().scopeRing();
+  const int before = scope.writeIndex;
+  host.skip(2050, 5.0F);
+  EXPECT_EQ(scope.writeIndex, (before + 2050) % 2048);
+  EXPECT_EQ(scope.points[static_cast<std::size_t>(before)], 0.9890000224113464F);
+}
+
+}  // namespace
+}  // namespace zum::test

@@ -1,0 +1,218 @@
+// Catches waves of a wrong rate, range or random sequence, and a phase that a loud input or the
+// start of the transport does not reset.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "engine/wave_tables.hpp"
+#include "support/control_passes.hpp"
+
+namespace zum::test {
+namespace {
+
+constexpr int kNote = 16;          // a cycle of the free style: 375 passes
+constexpr int kCyclePasses = 375;  // the same in the sync style: a quarter of a beat
+
+enum Wave { sine, square, third, triangle, random };
+
+/// The LFO in one of its styles, one cycle in 375 passes.
+struct LfoPasses : ControlPasses {
+  LfoPasses(bool sync, Wave wave) {
+    set(kLfoStyle, sync ? 1.0F : 0.0F);
+    set(kLfoRate, sync ? 1.0F - notePosition(10) : notePosition(kNote));
+    set(kLfoWave, static_cast<float>(wave) / 4.0F);
+    play(sync);
+  }
+};
+
+TEST(Lfo, ACycleLastsItsNote) {
+  const struct {
+    bool sync;
+    int note;
+    double tempo;
+    double beats;
+  } cases[] = {{false, 4, 300.0, 4.0},      {false, 12, 120.0, 4 * 0.166667},
+               {false, 16, 60.0, 0.25},     {false, 26, 50.0, 4 * 0.005208},
+               {true, 0, 50.0, 1.0 / 64.0}, {true, 10, 173.0, 0.25},
+               {true, 16, 120.0, 1.0},      {true, 21, 300.0, 1 / (16 * 0.020833)}};
+  for (const auto& c : cases) {
+    ControlPasses host(96000.0F, c.tempo);
+    host.set(kLfoStyle, c.sync ? 1.0F : 0.0F);
+    host.set(kLfoRate, c.sync ? 1.0F - notePosition(c.note) : notePosition(c.note));
+    host.play(c.sync);
+    host.skip(1000);
+    double first = 0.0;
+    int cycles = -1;
+    for (int passes = 1; cycles < 4; ++passes) {
+      ASSERT_LT(passes, 7.0 * host.passesOf(c.beats));
+      const float before = host.lfoOut();
+      const float after = host.pass(0.0F).lfoOut;
+      if (!(before < 0.5F && after >= 0.5F)) continue;
+      const double crossed = passes - static_cast<double>((after - 0.5F) / (after - before));
+      if (++cycles == 0) first = crossed;
+      const double due = cycles * host.passesOf(c.beats);
+      EXPECT_NEAR(crossed - first, due, 0.1 + due * 1e-3) << c.note << ", style " << c.sync;
+    }
+  }
+}
+
+TEST(Lfo, WavesHaveTheirRanges) {
+  const struct {
+    bool sync;
+    Wave wave;
+    float low, high, mean;
+  } cases[] = {
+      {false, sine, 0.0F, 1.0F, 0.5F},        {false, square, 0.0F, 1.0F, 0.5F},
+      {false, third, 0.0997F, 1.0F, 0.5056F}, {false, triangle, 0.0403F, 0.9597F, 0.5F},
+      {true, sine, 0.0F, 1.0F, 0.5F},         {true, square, 0.0F, 1.0F, 0.5F},
+      {true, third, 0.0F, 1.0F, 0.5F},        {true, triangle, 0.0F, 0.5F, 0.25F},
+  };
+  for (const auto& c : cases) {
+    LfoPasses host(c.sync, c.wave);
+    host.skip(100);
+    float low = 2.0F;
+    float high = -1.0F;
+    double sum = 0.0;
+    for (int i = 0; i < 4 * kCyclePasses; ++i) {
+      const float value = host.pass(0.0F).lfoOut;
+      low = std::min(low, value);
+      high = std::max(high, value);
+      sum += static_cast<double>(value);
+    }
+    EXPECT_NEAR(low, c.low, 0.01F) << c.wave << ", style " << c.sync;
+    EXPECT_NEAR(high, c.high, 0.01F) << c.wave << ", style " << c.sync;
+    EXPECT_NEAR(sum / (4 * kCyclePasses), c.mean, 0.01) << c.wave << ", style " << c.sync;
+  }
+}
+
+// At phase 0 the waves of the song's position tell themselves apart.
+TEST(Lfo, SyncWavesStandAtAStoppedTransport) {
+  const std::pair<float, float> cases[] = {{0.0F, 0.5F},   {0.124F, 0.5F}, {0.125F, 0.0F},
+                                           {0.375F, 0.0F}, {0.5F, 0.0F},   {0.625F, 0.0F}};
+  for (const auto& [position, still] : cases) {
+    LfoPasses host(true, sine);
+    host.set(kLfoWave, position);
+    host.skip(1000);
+    host.play(false);
+    host.skip(16);  // 5 ms
+    for (int i = 0; i < 500; ++i) ASSERT_EQ(host.pass(0.0F).lfoOut, still) << position;
+  }
+}
+
+// The transport's start resets with the trigger off, too: 0.75 is the trough of the sine.
+TEST(Lfo, ResetsToThreeQuartersOfTheCycle) {
+  const std::pair<Wave, float> cases[] = {
+      {sine, 0.0F}, {square, 0.0F}, {third, 0.2683F}, {triangle, 0.07375F}};
+  for (const auto& [wave, value] : cases) {
+    for (const bool byLevel : {false, true}) {
+      LfoPasses host(false, wave);
+      host.set(kLfoTrigOnOff, byLevel ? 1.0F : 0.0F);
+      host.set(kLfoTrigSens, 0.7F);
+      host.skip(120);
+      if (byLevel) {
+        host.pass(0.8F);
+        int passes = 0;
+        while (host.client().signal().lfoDisplay().triggerValue() == 0.0F && ++passes < 100) {
+          host.pass(0.8F);
+        }
+        EXPECT_NEAR(host.lfoOut(), value, 1e-4F) << wave;
+        host.skip(200, 0.8F);
+        ASSERT_GT(std::fabs(host.lfoOut() - value), 0.01F) << "a held trigger resets once";
+      }
+      host.play(true);
+      EXPECT_NEAR(host.pass(0.8F).lfoOut, value, 1e-4F) << wave << ", held " << byLevel;
+      const float before = host.lfoOut();
+      host.skip(8, 0.8F);  // over the pulse's end
+      EXPECT_TRUE(wave == square || host.lfoOut() != before);
+    }
+  }
+}
+
+TEST(Lfo, TriggersAboveItsThresholdAndFallsIn200Ms) {
+  for (const float sens : {0.1F, 0.5F, 0.8F, 0.99F}) {
+    const double threshold = std::pow(1.0 - static_cast<double>(sens), 0.8);
+    ControlPasses host;
+    const Lfo& lfo = host.client().signal().lfoDisplay();
+    host.set(kLfoTrigOnOff, 1.0F);
+    host.set(kLfoTrigSens, sens);
+    float level = 0.0F;
+    while (level < 1.2F && (host.pass(level), lfo.triggerValue() == 0.0F)) level += 0.0005F;
+    EXPECT_NEAR(level, threshold, 0.004) << sens;
+    while (level < 1.0F) host.pass(level += 0.0005F);
+    host.skip(50, level);
+    EXPECT_EQ(lfo.lampLevel(), 1.0F);
+    int passes = 0;
+    while (passes < 1000 && (host.pass(0.0F), lfo.triggerValue() == 1.0F)) ++passes;
+    const double fallMs = 200.0 * (1.0 - threshold / static_cast<double>(level));
+    EXPECT_NEAR(passes / 3.0, fallMs, 1.5) << sens;
+    // The lamp goes out in 50 ms.
+    host.skip(74);
+    EXPECT_NEAR(lfo.lampLevel(), 0.5F, 0.01F);
+    host.skip(77);
+    EXPECT_EQ(lfo.lampLevel(), 0.0F);
+    host.set(kLfoTrigOnOff, 0.0F);
+    host.skip(50, 1.2F);
+    EXPECT_EQ(lfo.triggerValue(), 0.0F);
+  }
+}
+
+// One draw a cycle in the free style, where the triangle turns up; one each half in the sync style.
+TEST(Lfo, RandomWavesFollowTheirGenerators) {
+  for (const bool sync : {false, true}) {
+    LfoPasses host(sync, random);
+    std::int64_t seed = sync ? 153 : 12382;
+    std::vector<float> expected;
+    if (sync) expected.push_back(0.5F);  // up to the first half
+    while (expected.size() < 41) expected.push_back((drawn(seed) + 1.0F) * 0.5F);
+    std::vector<float> heard = {host.pass(0.0F).lfoOut};
+    for (int i = 1; i < (sync ? 20 : 40) * kCyclePasses; ++i) {
+      const float value = host.pass(0.0F).lfoOut;
+      if (value != heard.back()) heard.push_back(value);
+    }
+    ASSERT_GE(heard.size(), 40U);
+    ASSERT_LE(heard.size(), 41U);
+    expected.resize(heard.size());
+    EXPECT_EQ(heard, expected) << "style " << sync;
+  }
+}
+
+TEST(Lfo, TheOtherStyleDrawsMeanwhile) {
+  LfoPasses host(true, random);
+  host.set(kLfoStyle, 0.0F);
+  host.skip(kCyclePasses * 11 / 4);  // halves begin at 0.5, 1, 1.5, 2 and 2.5
+  host.set(kLfoStyle, 1.0F);
+  std::int64_t seed = 153;
+  for (int i = 0; i < 4; ++i) drawn(seed);
+  EXPECT_EQ(host.pass(0.0F).lfoOut, (drawn(seed) + 1.0F) * 0.5F);
+}
+
+TEST(Lfo, WaveTablesHaveTheirEntries) {
+  constexpr std::size_t kEntries[] = {0, 1, 128, 256, 512, 768, 1022, 1023};
+  const WaveTables& waves = waveTables();
+  const std::pair<const WaveTable*, std::array<float, 8>> cases[] = {
+      {&waves.sine, {0.0F, 0.006136F, 0.7071F, 1.0F, 0.0F, -1.0F, -0.0123F, -0.0061F}},
+      {&waves.square, {1.0F, 1.0F, 1.0F, 1.0F, -1.0F, -1.0F, -1.0F, -1.0F}},
+      {&waves.falling,
+       {0.981445F, 0.999969F, 0.7135F, 0.4334F, -0.0558F, -0.4634F, -0.8007F, -0.4876F}},
+      {&waves.triangle,
+       {0.003143F, 0.006775F, 0.4477F, 0.8534F, -0.0022F, -0.8525F, -0.0060F, -0.0024F}}};
+  for (const auto& [table, values] : cases) {
+    for (std::size_t i = 0; i < 8; ++i) {
+      EXPECT_NEAR(table->entries[kEntries[i]], values[i], 5.1e-5F) << kEntries[i];
+    }
+    EXPECT_EQ(table->entries[1024], table->entries[0]);
+    EXPECT_EQ(table->at(1.0F), table->entries[0]);
+  }
+  EXPECT_NEAR(waves.sine.at(100.25F / 1024.0F), std::sin(100.25 * 6.2831853 / 1024.0), 1e-5);
+  int turns = 0;
+  for (std::size_t i = 0; i < 1024; ++i) {
+    const float slope = waves.triangle.differences[i];
+    const float next = waves.triangle.differences[(i + 1) % 1024];
+    if ((slope > 0.0F) != (next > 0.0F)) ++turns;
+  }
+  EXPECT_EQ(turns, 2);
+}
+
+}  // namespace
+}  // namespace zum::test

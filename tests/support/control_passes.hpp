@@ -1,0 +1,91 @@
+// A host whose blocks are one control pass each, for the tests of the modulators.
+#pragma once
+
+#include <cstdint>
+
+#include "support/test_host.hpp"
+
+namespace zum::test {
+
+// Control tags of the modulators.
+inline constexpr int kGlide = 14;
+inline constexpr int kStepTempo = 16;
+inline constexpr int kStepMode = 15;
+inline constexpr int kLfoRate = 10;
+inline constexpr int kLfoWave = 11;
+inline constexpr int kLfoTrigOnOff = 12;
+inline constexpr int kLfoTrigSens = 13;
+inline constexpr int kLfoStyle = 65;
+inline constexpr int kEfRange = 6;
+inline constexpr int kEfAttack = 7;
+inline constexpr int kEfRelease = 8;
+inline constexpr int kEfGain = 9;
+
+/// Bars of the 27 note lengths, as printed.
+inline constexpr double kBars[] = {
+    4,        3,       2,        1.5,      1,        0.75,     0.666666, 0.5,      0.375,
+    0.333333, 0.25,    0.1875,   0.166667, 0.125,    0.09375,  0.083333, 0.0625,   0.046875,
+    0.041667, 0.03125, 0.023438, 0.020833, 0.015625, 0.011719, 0.010417, 0.007813, 0.005208};
+
+/// The position of a parameter that picks note length `index`.
+inline float notePosition(int index) { return static_cast<float>(index) / 26.0F; }
+
+/// -1 to 1, from the generator's definition in wide integers.
+inline float drawn(std::int64_t& seed) {
+  std::int64_t low = seed * 16807 % 4294967296;
+  if (low < 0) low += 4294967296;
+  if (low >= 2147483648) low -= 4294967296;
+  seed = low % 2147483647;
+  return static_cast<float>(static_cast<double>(seed) / 2147483648.0);
+}
+
+class ControlPasses : public TestHost {
+ public:
+  static constexpr std::int32_t kFrames = 16;
+
+  explicit ControlPasses(float sampleRate = 48000.0F, double tempo = 120.0)
+      : TestHost(sampleRate), rate(sampleRate), in(kFrames), out(kFrames) {
+    host.hasTime = true;
+    host.time.tempo = tempo;
+    for (std::int32_t i = 0; i < 8; ++i) {
+      client().steps().setValue(i, static_cast<float>(i) / 8.0F);
+    }
+  }
+
+  void setSteps(float value) {
+    for (std::int32_t i = 0; i < 8; ++i) client().steps().setValue(i, value);
+  }
+  void play(bool running) { host.time.flags = running ? kVstTransportPlaying : 0; }
+
+  /// The next block on a constant level, or on what `in` was filled with; the host's position
+  /// moves on behind it.
+  const ModulatorOutputs& pass(float level) {
+    in = Stereo(kFrames, level);
+    return pass();
+  }
+  const ModulatorOutputs& pass() {
+    process(in, out, 0, kFrames);
+    if (moves && host.time.flags != 0) {
+      host.time.ppqPos += kFrames * host.time.tempo / (60.0 * static_cast<double>(rate));
+    }
+    return client().signal().modulation();
+  }
+  void skip(int passes, float level = 0.0F) {
+    for (int i = 0; i < passes; ++i) pass(level);
+  }
+
+  /// Control passes in so many beats.
+  double passesOf(double beats) const {
+    return beats * 60.0 / host.time.tempo * static_cast<double>(rate) / kFrames;
+  }
+  float seqOut() { return client().signal().modulation().seqOut; }
+  float lfoOut() { return client().signal().modulation().lfoOut; }
+  float efOut() { return client().signal().modulation().efOut; }
+
+  bool moves = true;  // the position, while the transport runs
+  float rate;
+  Stereo in;
+  Stereo out;
+};
+
+}  // namespace zum::test
