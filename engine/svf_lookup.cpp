@@ -34,7 +34,8 @@ RowPosition rowOf(float resonanceCurve) ZUM_REALTIME {
 }
 
 SvfCoeffs lookupCoefficients(const ColumnPosition& at, const RowPosition& row) ZUM_REALTIME {
-  const auto base = static_cast<std::size_t>(row.row * kSvfColumns + static_cast<int>(at.column));
+  const int first = row.row * kSvfColumns + static_cast<int>(at.column);
+  const auto base = static_cast<std::size_t>(first);
   const float w00 = (1.0F - row.ry) * at.oneMinusFx;
   const float w01 = (1.0F - row.ry) * at.fx;
   const float w10 = at.oneMinusFx * row.ry;

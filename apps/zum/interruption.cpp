@@ -34,7 +34,7 @@ void throwIfInterrupted() {
 }
 
 void endBy(const Interruption& interruption) {
-  std::signal(interruption.signal, SIG_DFL);
+  static_cast<void>(std::signal(interruption.signal, SIG_DFL));
   (void)std::raise(interruption.signal);
   std::_Exit(128 + interruption.signal);
 }

@@ -5,9 +5,10 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <memory>
+#include <string>
 
 #include "apps/zum/failure.hpp"
 #include "apps/zum/temporary_file.hpp"
@@ -77,6 +78,14 @@ void drawLine(cairo_t* cr, double x0, double y0, double x1, double y1) {
   cairo_move_to(cr, sharp(x0), sharp(y0));
   cairo_line_to(cr, sharp(x1), sharp(y1));
   cairo_stroke(cr);
+}
+
+// `value` with so many digits behind a point, whatever the locale says.
+std::string fixed(double value, int decimals) {
+  std::array<char, 64> text{};
+  const auto end = std::to_chars(text.data(), text.data() + text.size(), value,
+                                 std::chars_format::fixed, decimals);
+  return {text.data(), end.ptr};
 }
 
 // The greatest of 1, 2 and 5 times a power of ten that is at most `limit`.
@@ -149,10 +158,9 @@ class Drawing {
   template <typename Each>
   void forRoundTimes(Each each) const {
     const double step = timeStep();
-    for (double n = std::max(0.0, std::ceil(plot.from / step - 1e-9));
-         n * step <= plot.to + 1e-9 * step; n += 1.0) {
-      each(n * step);
-    }
+    const auto first = static_cast<int>(std::max(0.0, std::ceil(plot.from / step - 1e-9)));
+    const auto last = static_cast<int>(std::floor(plot.to / step + 1e-9));
+    for (int n = first; n <= last; ++n) each(n * step);
   }
   double timeStep() const { return roundedUp((plot.to - plot.from) / 12.0); }
 
@@ -193,11 +201,11 @@ class Drawing {
   }
 
   void drawFrequencies(const Scale& scale) {
-    for (double hz = scale.low; hz <= scale.high * (1.0 + 1e-9); hz = roundedUp(hz * 1.01)) {
-      std::array<char, 16> label{};
-      std::snprintf(label.data(), label.size(), hz < 999.0 ? "%.0f" : "%.0fk",
-                    hz < 999.0 ? hz : hz / 1000.0);
-      drawTick(scale, hz, label.data());
+    double hz = scale.low;
+    while (hz <= scale.high * (1.0 + 1e-9)) {
+      const std::string label = hz < 999.0 ? fixed(hz, 0) : fixed(hz / 1000.0, 0) + "k";
+      drawTick(scale, hz, label.c_str());
+      hz = roundedUp(hz * 1.01);
     }
   }
 
@@ -243,9 +251,8 @@ class Drawing {
     setColour(cr, kFaint);
     setFont(cr, 12.0);
     forRoundTimes([&](double seconds) {
-      std::array<char, 48> label{};
-      std::snprintf(label.data(), label.size(), "%.*f s", decimals, seconds);
-      drawText(cr, x(seconds), kBottom + 22.0, label.data(), Align::centre);
+      const std::string label = fixed(seconds, decimals) + " s";
+      drawText(cr, x(seconds), kBottom + 22.0, label.c_str(), Align::centre);
     });
   }
 
