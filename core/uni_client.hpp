@@ -101,6 +101,7 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   void applyValue(int row, float value) ZUM_REALTIME;
   /// Derives the forms of the stored value anew.
   void applyStored(int row) ZUM_REALTIME;
+  void multiplySequence(ControlValue& amount) ZUM_REALTIME;
   void setVowel(VowelFormants& formants, float value) ZUM_REALTIME;
   void pressReset(int row, float position) ZUM_REALTIME;
   void requestFullRedraw() ZUM_REALTIME;

@@ -58,7 +58,7 @@ void KvUniClient::readTransport() ZUM_REALTIME {
   clock.transportRunning = running ? 1.0F : 0.0F;
 }
 
-// Due events have their place here, ahead of the tempo.
+// What queues events will take the due ones ahead of the tempo.
 void KvUniClient::beginControlPass() ZUM_REALTIME {
   if (workingTempo == clock.tempoBpm) return;
   // A tempo that is not taken differs again in the next pass, and all of this is repeated.

@@ -72,7 +72,7 @@ std::size_t Engine::playChunk(Filter& filter, const Chunk& chunk, KvSystemInfo& 
     finished[i] = fading ? DcFilter::nextFading(dcOut, blended[i + 1], blended[i])
                          : DcFilter::next(dcOut, blended[i + 1], blended[i]);
   };
-  // The loops above write lines alone, so that nothing they read can change under them.
+  // The loops below write lines alone, so that nothing they read can change under them.
   std::size_t handedOut = 0;
   const auto handOut = [&](std::size_t end) ZUM_INLINED {
     for (; handedOut < end; ++handedOut) {
@@ -85,7 +85,8 @@ std::size_t Engine::playChunk(Filter& filter, const Chunk& chunk, KvSystemInfo& 
   std::size_t frames = 0;
   while (true) {
     const std::size_t first = frames;
-    const auto untilPass = static_cast<std::size_t>(clock.controlFrames - clock.controlCounter);
+    const std::int32_t counted = clampIndex(clock.controlCounter, clock.controlFrames - 1);
+    const auto untilPass = static_cast<std::size_t>(clock.controlFrames - counted);
     frames = std::min(chunk.frames, first + untilPass);
     overdrive.advance(first, frames);
     output.advance(first, frames);
@@ -109,7 +110,7 @@ std::size_t Engine::playChunk(Filter& filter, const Chunk& chunk, KvSystemInfo& 
     limit(frames - 1);
     if (frames >= 3) handOut(frames - 3);
 
-    clock.controlCounter += static_cast<std::int32_t>(frames - first);
+    clock.controlCounter = counted + static_cast<std::int32_t>(frames - first);
     lastLimited = limited[frames - 1];
     detectors.leave(levels, smooth[frames - 1]);
     if (frames == chunk.frames) break;

@@ -52,7 +52,6 @@ Engine::Selection Engine::select() const ZUM_REALTIME {
           .bypass = indexOf(controls.bypass, 1) == 1};
 }
 
-// The order of the control pass.
 void Engine::controlPass(KvSystemInfo& clock, ControlPassOwner& owner) ZUM_REALTIME {
   clock.controlCounter = 0;
   owner.beginControlPass();

@@ -46,7 +46,7 @@ class Engine {
   void resetOutput() ZUM_REALTIME { dcFilter.reset(); }
 
   /// One block, any number of frames. A frame's inputs are read before its outputs are written, so
-  /// the buffers may be the same.
+  /// the buffers may be the same ones, also crossed; not shifted against each other.
   void process(const float* const* inputs, float* const* outputs, std::int32_t frames,
                KvSystemInfo& clock, ControlPassOwner& owner) ZUM_REALTIME;
 
@@ -76,7 +76,7 @@ class Engine {
   void controlPass(KvSystemInfo& clock, ControlPassOwner& owner) ZUM_REALTIME;
   void modulate(const ModulationSums& sums, const KvSystemInfo& clock, ControlPassOwner& owner)
       ZUM_REALTIME;
-  /// Plays `chunk` up to its end, or to a control pass that selects another filter type. Frames
+  /// Plays `chunk` up to its end, or to a control pass that selects anything else. Frames
   /// played.
   std::size_t play(const Chunk& chunk, KvSystemInfo& clock, ControlPassOwner& owner) ZUM_REALTIME;
   /// The choice of the DC filter's form is made here, too.

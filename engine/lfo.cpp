@@ -50,7 +50,7 @@ void Lfo::movePhase(const Inputs& in, const KvSystemInfo& clock) ZUM_REALTIME {
 // The triangle tells the halves of the cycle that the free random wave draws by.
 void Lfo::followCycle() ZUM_REALTIME {
   const float nowTriangle = waves.triangle.at(lfoPhase);
-  noiseSeed.next();
+  noiseSeed.next();  // drawn every pass and heard by no wave so far
   const bool rising = lastTriangle < nowTriangle;
   lastTriangle = nowTriangle;
   if (rising != lastRising) {

@@ -13,7 +13,7 @@ bool StepSequencer::controlPass(float glideSum, float tempoSum, int mode, const 
   const float glideMs = stepMs * (glideSum * glideSum * glideSum);
   trackTransport(clock);
   countSteps();
-  const float value = source.stepValue(clampIndex(chosenStep(mode), kSteps - 1));
+  const float value = clampUnit(source.stepValue(clampIndex(chosenStep(mode), kSteps - 1)));
   return approach(value, glideMs, clock.ticksPerMs);
 }
 

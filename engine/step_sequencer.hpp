@@ -13,7 +13,7 @@ class StepSource {
   StepSource() = default;
   StepSource(const StepSource&) = delete;
   StepSource& operator=(const StepSource&) = delete;
-  /// `step` 0 to 7. Any value may come back.
+  /// `step` 0 to 7. Any value may come back; it is held in 0 to 1.
   virtual float stepValue(std::int32_t step) ZUM_REALTIME = 0;
 
  protected:

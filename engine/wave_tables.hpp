@@ -1,4 +1,4 @@
-// The LFO's four wavetables. Made once, when the program starts.
+// The LFO's four wavetables. Made once, with the first effect object.
 #pragma once
 
 #include <array>

@@ -83,10 +83,11 @@ ChunkString KvChunk::getString() {
   return text;
 }
 
+// A rest of less than a word is copied as far as the buffer goes, and never counted.
 std::int32_t KvChunk::putBytes(const void* from, std::int32_t byteCount) {
   const auto bytes = static_cast<std::uint32_t>(std::max(byteCount, 0));
   if (!countOnly && bytes > 0) {
-    if (std::uint32_t* to = claim(wordsOf(bytes))) std::memcpy(to, from, bytes);
+    if (std::uint32_t* to = claim(bytes / 4)) std::memcpy(to, from, std::min(bytes, bytesLeft()));
   }
   cursor += bytes / 4;
   return static_cast<std::int32_t>(bytes / 4);
@@ -94,11 +95,9 @@ std::int32_t KvChunk::putBytes(const void* from, std::int32_t byteCount) {
 
 std::int32_t KvChunk::getBytes(void* to, std::int32_t byteCount) {
   const auto bytes = static_cast<std::uint32_t>(std::max(byteCount, 0));
-  const std::uint32_t* from = claim(wordsOf(bytes));
-  if (from != nullptr) {
-    std::memcpy(to, from, bytes);
-  } else {
-    std::memset(to, 0, bytes);
+  std::memset(to, 0, bytes);
+  if (const std::uint32_t* from = claim(bytes / 4)) {
+    std::memcpy(to, from, std::min(bytes, bytesLeft()));
   }
   cursor += bytes / 4;
   return static_cast<std::int32_t>(bytes / 4);
@@ -117,7 +116,14 @@ void KvChunk::adopt(std::unique_ptr<std::uint32_t[]> buffer, std::uint32_t count
   if (words != nullptr) holdsData = true;
 }
 
+bool KvChunk::stringFits(std::uint32_t ahead) const {
+  if (ahead >= wordsLeft()) return false;
+  const std::uint32_t length = words[cursor + ahead];
+  return wordsOf(length) <= wordsLeft() - ahead - 1;
+}
+
 void KvChunk::reset() {
+  beyondEnd = false;
   holdsData = false;
   countOnly = true;
   cursor = 0;
@@ -140,6 +146,7 @@ void KvChunk::writeHeader() {
 
 bool KvChunk::readHeader(bool quiet) {
   cursor = 0;
+  beyondEnd = false;
   getInt(totalWords);
   getInt(version);
   getFloat(tempo);

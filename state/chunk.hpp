@@ -58,7 +58,8 @@ class KvChunk {
 
   /// A zeroed buffer of `words`. Cursor and flags stay.
   void allocate(std::uint32_t words);
-  /// Takes over a buffer of `words` for reading; the cursor stays. Null takes none.
+  /// Takes over a buffer of `words` for reading; the cursor stays. Null takes none. Memory of
+  /// others is copied first.
   void adopt(std::unique_ptr<std::uint32_t[]> buffer, std::uint32_t words);
   /// Back to an empty chunk in counting mode. The buffer stays.
   void reset();
@@ -69,10 +70,12 @@ class KvChunk {
   /// True when the writer's library is newer than this one.
   bool isNewer() const;
 
-  /// True once anything past the end of the buffer was asked for.
+  /// True once anything past the end of the buffer was asked for, since the last header.
   bool overrun() const { return beyondEnd; }
   /// A reader that met what cannot be: as good as a read past the end.
   void refuse() { beyondEnd = true; }
+  /// True if a string that starts `ahead` words behind the cursor lies in the buffer whole.
+  bool stringFits(std::uint32_t ahead) const;
   /// Words between the cursor and the end of the buffer.
   std::uint32_t wordsLeft() const { return cursor < capacity ? capacity - cursor : 0; }
   const std::uint32_t* data() const { return words.get(); }
@@ -90,6 +93,7 @@ class KvChunk {
  private:
   /// Whole words at the cursor, or null if they reach past the end.
   std::uint32_t* claim(std::uint32_t count);
+  std::uint32_t bytesLeft() const { return wordsLeft() < (1U << 30U) ? 4 * wordsLeft() : ~3U; }
   std::uint32_t readWord();
   void writeWord(std::uint32_t word);
 

@@ -20,11 +20,12 @@ class KvChunkableClass {
   /// With `discard` the same words are read and nothing changes. Not 0 when the state was taken.
   virtual std::int32_t readChunk(KvChunk* chunk, bool discard) = 0;
   virtual void writeChunk(KvChunk* chunk) = 0;
-  virtual void changed(std::int32_t /*what*/) {}
-  virtual void valueChanged(std::int32_t /*index*/, float /*value*/) {}
-  virtual void released(std::int32_t /*what*/) {}
-  virtual std::int32_t firstQuery() { return 0; }
-  virtual std::int32_t secondQuery() { return 0; }
+  // Places of the interface that nothing in this system fills.
+  virtual void reservedHook(std::int32_t /*argument*/) {}
+  virtual void reservedHook(std::int32_t /*first*/, std::int32_t /*second*/) {}
+  virtual void lastReservedHook(std::int32_t /*argument*/) {}
+  virtual std::int32_t reservedQuery() { return 0; }
+  virtual std::int32_t lastReservedQuery() { return 0; }
 
   std::int32_t getType() const { return type; }
 

@@ -1,5 +1,5 @@
-// Who writes a chunk: the product's name and the version of its formats. Set once, when the effect
-// object is created.
+// Who writes a chunk: the product's name and the version of its formats. This product's own unless
+// a program sets another one at its start, before it makes anything.
 #pragma once
 
 #include <cstdint>

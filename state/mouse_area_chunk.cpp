@@ -8,10 +8,14 @@ namespace zum {
 std::int32_t KvMouseAreaChunk::readChunk(KvChunk* chunk, bool discard) {
   chunk->getInt();  // the format's version changes nothing
   const std::int32_t count = chunk->getInt();
-  for (std::int32_t i = 0; i < count && !chunk->overrun(); ++i) {
+  if (count > 0 && static_cast<std::uint32_t>(count) > chunk->wordsLeft()) {
+    chunk->refuse();
+    return 1;
+  }
+  for (std::int32_t i = 0; i < count; ++i) {
     const float number = chunk->getFloat();
     const auto at = static_cast<std::size_t>(i);
-    if (!discard && at < kCount && !chunk->overrun()) storeShared(*values[at], number);
+    if (!discard && at < kCount) storeShared(*values[at], number);
   }
   return 1;
 }

@@ -17,7 +17,6 @@ class KvMouseAreaChunk : public KvChunkableClass {
 
   std::int32_t readChunk(KvChunk* chunk, bool discard) override;
   void writeChunk(KvChunk* chunk) override;
-  float value(std::size_t index) const { return *values[index]; }
 
  private:
   std::array<float*, kCount> values;

@@ -18,6 +18,9 @@ constexpr std::int32_t kOldestMark = std::bit_cast<std::int32_t>(0.4F);
 }  // namespace
 
 void KvTableXY::init() {
+  rangeExtra = 0.0F;
+  minValue = 0.0F;
+  maxValue = 1.0F;
   pages.assign(1, Page(kSteps));
   columns = kSteps;
   for (std::size_t i = 0; i < kSteps; ++i) pages[0][i] = static_cast<float>(i % 2);
@@ -71,6 +74,8 @@ void KvTableXY::setPageCount(std::int32_t count) {
   count = std::max(count, 0);
   pages.resize(static_cast<std::size_t>(count), Page(static_cast<std::size_t>(columns)));
   const auto limit = static_cast<float>(count);
+  // In 32 bit the limit itself from a count of 1 on: the position then waits for the next valid
+  // one.
   if (morph >= limit) morph = limit - 9.99999993922529e-09F;
   if (current >= count) current = std::max(count - 1, 0);
 }
@@ -106,10 +111,16 @@ std::int32_t KvTableXY::readPages(KvChunk& chunk, bool discard) {
     chunk.refuse();
     return 0;
   }
+  const std::int64_t cells = static_cast<std::int64_t>(newColumns) * newPages;
+  if (version >= kFirstNamedVersion && !chunk.stringFits(static_cast<std::uint32_t>(cells))) {
+    chunk.refuse();
+    return 0;
+  }
   if (!discard) {
     rangeExtra = extra;
     maxValue = highest;
     minValue = lowest;
+    setPageCount(0);  // so that no old page grows to new columns
     setColumns(newColumns);
     setPageCount(newPages);
   }

@@ -29,9 +29,13 @@ class KvTableXY final : public KvTable, public KvInitInterface {
   void setValue(std::int32_t index, float value) override { setValue(index, 0, value); }
   void setPoint(float position, float value) override;
 
-  // Sizes: only while no block reads.
+  // Sizes move memory: only while neither a block, nor the window, nor a writer of chunks reads.
   std::int32_t size() const override { return columns; }
-  void resize(std::int32_t count) override { setColumns(count); }
+  /// One page of `count` columns.
+  void resize(std::int32_t count) override {
+    setPageCount(1);
+    setColumns(count);
+  }
   void setColumns(std::int32_t count);
   void setPageCount(std::int32_t count);
   std::int32_t pageCount() const { return static_cast<std::int32_t>(pages.size()); }
