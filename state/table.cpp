@@ -2,10 +2,20 @@
 
 namespace zum {
 
-std::int32_t KvTable::readPlainForm(KvChunk& chunk, bool discard) {
+KvTable::Range KvTable::readRange(KvChunk& chunk) {
   const float extra = chunk.getFloat();
   const float highest = chunk.getFloat();
-  const float lowest = chunk.getFloat();
+  return {extra, highest, chunk.getFloat()};
+}
+
+void KvTable::takeRange(const Range& range) {
+  rangeExtra = range.extra;
+  maxValue = range.highest;
+  minValue = range.lowest;
+}
+
+std::int32_t KvTable::readPlainForm(KvChunk& chunk, bool discard) {
+  const Range range = readRange(chunk);
   std::int32_t form = 0;
   std::int32_t count = chunk.getInt();
   if (count == kFormMark) {
@@ -17,9 +27,7 @@ std::int32_t KvTable::readPlainForm(KvChunk& chunk, bool discard) {
     return 0;
   }
   if (!discard) {
-    rangeExtra = extra;
-    maxValue = highest;
-    minValue = lowest;
+    takeRange(range);
     resize(count);
   }
   for (std::int32_t i = 0; i < count; ++i) {

@@ -39,6 +39,14 @@ class KvTable : public KvChunkableClass {
   std::string name = "Default";
 
  protected:
+  /// The three floats that every form of a table's chunk holds ahead of its sizes.
+  struct Range {
+    float extra;
+    float highest;
+    float lowest;
+  };
+  static Range readRange(KvChunk& chunk);
+  void takeRange(const Range& range);
   /// The plain form: range, an optional form number, count, values. Not 0 when taken.
   std::int32_t readPlainForm(KvChunk& chunk, bool discard);
   /// An older mark that introduces a form number ahead of a count.

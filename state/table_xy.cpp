@@ -98,29 +98,22 @@ std::int32_t KvTableXY::readChunk(KvChunk* chunk, bool discard) {
 
 std::int32_t KvTableXY::readPages(KvChunk& chunk, bool discard) {
   const std::int32_t version = chunk.getInt();
-  const float extra = chunk.getFloat();
-  const float highest = chunk.getFloat();
-  const float lowest = chunk.getFloat();
+  const Range range = readRange(chunk);
   const std::int32_t newColumns = chunk.getInt();
   const std::int32_t newPages = chunk.getInt();
   // Sizes are only believed as far as the words for them are there, or as they are small.
   const auto left = static_cast<std::int64_t>(chunk.wordsLeft());
+  const std::int64_t cells = static_cast<std::int64_t>(newColumns) * newPages;
   const std::int64_t most = std::max<std::int64_t>(left, kMostWithoutCells);
   if (chunk.overrun() || newColumns < 0 || newPages < 0 || newColumns > most || newPages > most ||
-      static_cast<std::int64_t>(newColumns) * newPages > left) {
-    chunk.refuse();
-    return 0;
-  }
-  const std::int64_t cells = static_cast<std::int64_t>(newColumns) * newPages;
-  if (version >= kFirstNamedVersion && !chunk.stringFits(static_cast<std::uint32_t>(cells))) {
+      cells > left ||
+      (version >= kFirstNamedVersion && !chunk.stringFits(static_cast<std::uint32_t>(cells)))) {
     chunk.refuse();
     return 0;
   }
   if (!discard) {
-    rangeExtra = extra;
-    maxValue = highest;
-    minValue = lowest;
-    setPageCount(0);  // so that no old page grows to new columns
+    takeRange(range);
+    pages.clear();  // so that no old page grows to new columns; the morph position stays
     setColumns(newColumns);
     setPageCount(newPages);
   }
@@ -138,7 +131,7 @@ std::int32_t KvTableXY::readPages(KvChunk& chunk, bool discard) {
 
 // Read and dropped: the table keeps its state.
 std::int32_t KvTableXY::skipOldestForm(KvChunk& chunk) {
-  for (int i = 0; i < 3; ++i) chunk.getFloat();
+  readRange(chunk);
   std::int32_t count = chunk.getInt();
   if (count == kFormMark) {
     chunk.getInt();

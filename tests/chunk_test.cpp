@@ -215,6 +215,7 @@ TEST(StepTable, ComesBackAsItWasWritten) {
   EXPECT_NE(other.readChunk(&chunk, false), 0);
   EXPECT_EQ(chunk.cursor, words.size());
   EXPECT_EQ(contentOf(other), words);
+  EXPECT_EQ(other.morphPosition(), 0.0F);  // a read moves it only where its page is gone
   EXPECT_EQ(other.getType(), 4);
 }
 

@@ -7,7 +7,6 @@
 #include <cmath>
 #include <complex>
 
-#include "engine/one_pole.hpp"
 #include "engine/ramp.hpp"
 #include "engine/sample_hold.hpp"
 #include "engine/svf_lookup.hpp"
@@ -192,22 +191,6 @@ struct ScalarPole {
   }
 };
 
-TEST(OnePole, AgreesWithAScalarLoop) {
-  for (const auto& [hz, rate] :
-       {std::pair{60.0F, 44100.0F}, {6000.0F, 44100.0F}, {8000.0F, 11050.0F}}) {
-    OnePoleCoeffs coeffs;
-    coeffs.tune(hz, rate);
-    OnePole pole;
-    ScalarPole scalar(static_cast<double>(hz), static_cast<double>(rate));
-    const Stereo in = noise(2000);
-    for (std::size_t i = 0; i < in.frames(); ++i) {
-      const Float4 out = pole.next(Float4{in.left[i], in.right[i], 0.0F, in.left[i]}, coeffs);
-      ASSERT_NEAR(static_cast<double>(out[0]), scalar.next(static_cast<double>(in.left[i])), 1e-5);
-      ASSERT_EQ(out[3], out[0]);
-    }
-  }
-}
-
 /// Renders noise and gives the largest error of the left side against `wetOf`, a scalar model of
 /// all that lies ahead of the output stage at unity master.
 template <class Model>
@@ -225,55 +208,6 @@ double worstError(TestHost& host, Model wetOf) {
     worst = std::fmax(worst, std::fabs(blocked - static_cast<double>(out.left[i])));
   }
   return worst;
-}
-
-TEST(Overdrive, AgreesWithAScalarLoop) {
-  for (const double drive : {0.0, 0.2, 0.7, 1.0}) {
-    SettledHost host(4, 0.9F, 0.1F, static_cast<float>(drive));
-    const auto [f, q] = coefficientsOf(0.9F, 0.1F);
-    const double threshold = std::pow(1.0 - drive, 3.0) + 0.1;
-    const double curve = 0.25 / std::fmax(threshold, 0.25);
-    const double makeup = 1.0 / std::sqrt(threshold + 0.3);
-    const double k = ScalarPole(60.0, 44100.0).k;
-    ScalarPole clipLowpass(8000.0, 44100.0);
-    ScalarPole bassPath(60.0, 44100.0);
-    double lastIn = 0.0, out1 = 0.0, out2 = 0.0, band = 0.0, low = 0.0, high = 0.0;
-    const auto model = [&, f = f, q = q](double in) {
-      const double y = ((1.0 - k) * out2 + k * (in + std::exchange(lastIn, in))) / (1.0 + k);
-      out2 = std::exchange(out1, y);
-      const double v = 4.0 * clipLowpass.next(std::fmin(threshold, std::fmax(-threshold, in - y)));
-      const double s = v * (1.0 - std::fabs(v) * curve);
-      const double driven = makeup * s + bassPath.next(s);
-      band += f * high;
-      low += f * band;
-      high = in + std::sqrt(drive) * (driven - in) - (q * band + low);
-      return low;
-    };
-    EXPECT_LT(worstError(host, model), 2e-4) << drive;
-  }
-}
-
-TEST(Comb, AgreesWithAScalarLoop) {
-  for (const float cutoff : {0.0F, 0.05F, 0.2F, 0.41F}) {  // the first is held at 45 Hz
-    SettledHost host(6, cutoff, 0.9F, 0.0F);
-    const double delay = 22050.0 / std::fmax(45.0, hertzOf(static_cast<double>(cutoff)));
-    ScalarPole damping(6000.0, 44100.0);
-    std::vector<double> ring(500);
-    std::size_t write = 4800 % ring.size();
-    double damped = 0.0;
-    const auto model = [&](double in) {
-      const double sum = in - std::pow(0.9, 0.84) * damped;
-      ring[write] = sum * (1.0 - std::fabs(sum) * 0.25);
-      double position = static_cast<double>(write) - delay;
-      if (position <= -1.0) position += 500.0;
-      const auto i = static_cast<std::size_t>(std::fmax(position, 0.0));  // not wrapped above -1
-      const double from = ring[i];
-      const double read = from + (ring[(i + 1) % 500] - from) * (position - static_cast<double>(i));
-      write = (write + 1) % ring.size();
-      return damped = damping.next(read);
-    };
-    EXPECT_LT(worstError(host, model), 2e-3) << cutoff;
-  }
 }
 
 TEST(SampleHold, TakesTheInputAsACellBegins) {

@@ -272,21 +272,5 @@ TEST(Parameter, HostsSeeNamesValuesAndSwitches) {
   }
 }
 
-TEST(Parameter, EveryPresetIdentifierIsThereOnce) {
-  std::set<int> expected;
-  for (int id = 1; id <= 69; ++id) {
-    if (id < 6 || id > 12) expected.insert(id);
-  }
-  std::multiset<int> ids;
-  for (const ParameterRow& row : parameterRows()) {
-    if (row.id >= 0) ids.insert(row.id);
-  }
-  EXPECT_EQ(std::multiset<int>(expected.begin(), expected.end()), ids);
-  for (const auto& [tag, id] :
-       {std::pair{60, 40}, {61, 3}, {62, 60}, {65, 69}, {68, 5}, {165, 44}, {222, 66}}) {
-    EXPECT_EQ(parameterRows()[static_cast<std::size_t>(rowOfTag(tag))].id, id) << tag;
-  }
-}
-
 }  // namespace
 }  // namespace zum::test

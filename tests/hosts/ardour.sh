@@ -25,7 +25,7 @@ EFFECT_ID=$(sed -n 's/.* id="\([^"]*\)".*/\1/p' <<<"$found")
 export EFFECT_ID
 
 # This engine corrupts its own heap now and then, with any plug-in, and aborts. Then the step is tried
-# again; a fault of the effect's would come again, and the address sanitizer watches for those.
+# again: a fault of the effect's would come again.
 session() { # session STEP FOLDER
   local status=0 try
   for try in 1 2 3 4 5 6; do
