@@ -8,8 +8,11 @@
 #include <vector>
 
 #include "core/create_effect.hpp"
+#include "tests/support/own_home.hpp"
 
 namespace zum::bench {
+
+inline const test::OwnHome ownHome;  // figures of the factory's state, whatever the user keeps
 
 constexpr std::int64_t kFrames = 8192;
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <exception>
 
 #include "core/host_text.hpp"
 
@@ -13,7 +14,12 @@ AudioEffect& effectOf(AEffect* record) { return *static_cast<AudioEffect*>(recor
 std::intptr_t dispatchEntry(AEffect* record, std::int32_t opcode, std::int32_t index,
                             std::intptr_t value, void* ptr, float opt) {
   AudioEffect& effect = effectOf(record);
-  const std::intptr_t answer = effect.dispatcher(opcode, index, value, ptr, opt);
+  std::intptr_t answer = 0;
+  try {
+    answer = effect.dispatcher(opcode, index, value, ptr, opt);
+  } catch (const std::exception&) {
+    // Without memory an opcode is answered as one that nothing handles: the host goes on.
+  }
   if (opcode != effClose) return answer;
   delete &effect;  // closing is the end of the instance, and of its record
   return 1;

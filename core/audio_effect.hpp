@@ -4,6 +4,7 @@
 
 #include "core/aeffect.hpp"
 #include "engine/realtime.hpp"
+#include "engine/shared_value.hpp"
 
 namespace zum {
 
@@ -51,8 +52,8 @@ class AudioEffect {
   /// setParameter, then tells the host.
   virtual void setParameterAutomated(std::int32_t index, float value);
 
-  virtual std::int32_t getProgram() { return curProgram; }
-  virtual void setProgram(std::int32_t program) { curProgram = program; }
+  virtual std::int32_t getProgram() { return loadShared(curProgram); }
+  virtual void setProgram(std::int32_t program) { storeShared(curProgram, program); }
   virtual void setProgramName(const char* name);
   virtual void getProgramName(char* name);
   virtual void getParameterLabel(std::int32_t index, char* text);
@@ -112,6 +113,8 @@ class AudioEffectX : public AudioEffect {
   virtual bool getParameterProperties(std::int32_t index, VstParameterProperties* properties);
   virtual std::int32_t getVstVersion() { return 2400; }
   virtual std::int32_t getNumMidiInputChannels() { return 0; }
+  /// Asks the host to show names and values anew.
+  void updateDisplay() { callHost(audioMasterUpdateDisplay); }
   virtual bool beginEdit(std::int32_t index);
   virtual bool endEdit(std::int32_t index);
 

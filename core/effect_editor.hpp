@@ -10,6 +10,8 @@ class EffectEditor : public AEffEditor {
  public:
   /// [any] Everything is drawn again at the next idle.
   virtual void requestFullRedraw() ZUM_REALTIME = 0;
+  /// [any] A state was replaced: every control shows its new value at the next idle.
+  virtual void update() ZUM_REALTIME = 0;
   virtual void raiseAbout() = 0;
   virtual void openManual() = 0;
   virtual bool aboutIsOpen() const = 0;

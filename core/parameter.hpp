@@ -20,6 +20,7 @@ struct KvParameter {
   const char* label = "";              // unit
   std::int32_t flags = kPlain;         // kPlain or kSwitch
   std::int32_t option = -1;            // none
+  bool excluded = false;               // presets leave it alone, a host's state does not
 };
 
 }  // namespace zum

@@ -166,6 +166,15 @@ constexpr std::array<std::int16_t, kLastTag + 1> kRowOfTag = [] {
   return positions;
 }();
 
+constexpr std::array<std::int16_t, kLastId + 1> kRowOfId = [] {
+  std::array<std::int16_t, kLastId + 1> positions{};
+  positions.fill(-1);
+  for (std::size_t i = 0; i < kPresetTable.size(); ++i) {
+    positions[static_cast<std::size_t>(kPresetTable[i].id)] = static_cast<std::int16_t>(i);
+  }
+  return positions;
+}();
+
 constexpr bool tagsAndIdsAreUnique() {
   for (std::size_t i = 0; i < kRows.size(); ++i) {
     if (kRowOfTag[static_cast<std::size_t>(kRows[i].tag)] != static_cast<std::int16_t>(i)) {
@@ -185,6 +194,10 @@ std::span<const ParameterRow> parameterRows() ZUM_REALTIME { return kRows; }
 
 int rowOfTag(int tag) ZUM_REALTIME {
   return tag >= 0 && tag <= kLastTag ? kRowOfTag[static_cast<std::size_t>(tag)] : -1;
+}
+
+int rowOfId(int id) ZUM_REALTIME {
+  return id >= 0 && id <= kLastId ? kRowOfId[static_cast<std::size_t>(id)] : -1;
 }
 
 }  // namespace zum

@@ -45,6 +45,7 @@ struct ParameterRow {
 };
 
 inline constexpr int kLastTag = 222;
+inline constexpr int kLastId = 69;
 inline constexpr int kHostParameters = 60;
 inline constexpr int kPresetRows = 62;  // the first rows, in the order of a preset
 inline constexpr int kParameterRows = 129;
@@ -53,6 +54,8 @@ inline constexpr int kParameterRows = 129;
 std::span<const ParameterRow> parameterRows() ZUM_REALTIME;
 /// Position of a tag's row, -1 for a tag without one.
 int rowOfTag(int tag) ZUM_REALTIME;
+/// The same for a preset's identifier.
+int rowOfId(int id) ZUM_REALTIME;
 
 /// A step, selector or button: what a host shows as a switch.
 constexpr bool isSwitch(Rule rule) {

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstring>
-#include <new>
+#include <exception>
 
 #include "core/create_effect.hpp"
 #include "core/host_text.hpp"
@@ -31,7 +31,6 @@ void showValue(char* text, float value, const char* label) {
 
 KvUniClient::KvUniClient(audioMasterCallback host)
     : KvPluginBase(host, kPrograms, kHostParameters),
-      programName("default"),
       clock(bufferRegistry, tempoListeners),
       mouseArea({&areaValues[0], &areaValues[1], &areaValues[2], &areaValues[3], &areaValues[4],
                  &areaValues[5]}) {
@@ -43,8 +42,11 @@ KvUniClient::KvUniClient(audioMasterCallback host)
   clock.controlCounter = Engine::kControlFrames;  // the very first frame runs a control pass
   clock.setSampleRate(clock.sampleRate);
   for (const BufferRecord& buffer : engine.buffers()) bufferRegistry.push_back(buffer);
+  controllerMap.reserve(ControllerMap::kRoom);
   buildLinks();
+  readSettings();
   recomputeEngine(false);
+  loadDefaults();
   setNumPrograms(kPrograms);
 }
 
@@ -68,6 +70,7 @@ void KvUniClient::readHostNames() {
 
 void KvUniClient::setFixedFacts() {
   canProcessReplacing();
+  programsAreChunks();
   noTail(true);
   // In memory the four characters stand in this order.
   std::int32_t identifier = 0;
@@ -88,16 +91,6 @@ void KvUniClient::setSampleRate(float rate) {
   KvPluginBase::setSampleRate(rate);
   clock.setSampleRate(rate);
   recomputeEngine(false);
-}
-
-void KvUniClient::getProgramName(char* name) {
-  copyText(name, programName.c_str(), kVstMaxProgNameLen);
-}
-
-bool KvUniClient::getProgramNameIndexed(std::int32_t category, std::int32_t index, char* text) {
-  if (index != -1) return KvPluginBase::getProgramNameIndexed(category, index, text);
-  copyText(text, programName.c_str(), kVstMaxProgNameLen);
-  return true;
 }
 
 const KvParameter* KvUniClient::hostParameter(std::int32_t index) const ZUM_REALTIME {
@@ -202,7 +195,7 @@ bool KvUniClient::aboutIsOpen() const {
 AEffect* createEffect(audioMasterCallback host) noexcept {
   try {
     return (new KvUniClient(host))->getAeffect();
-  } catch (const std::bad_alloc&) {
+  } catch (const std::exception&) {
     return nullptr;
   }
 }

@@ -1,14 +1,16 @@
 // The effect object: the one thing that a host talks to. Owns every parameter record, the engine,
-// the timing block and the editor. Its operations stand in one source each for what the host asks,
-// for parameters and for the block call.
+// the timing block, the program bank and the editor. Its operations stand in one source each for
+// what the host asks, parameters, the block call, states in memory, preset files and programs.
 #pragma once
 
 #include <array>
 #include <atomic>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
+#include "core/controller_map.hpp"
 #include "core/effect_editor.hpp"
 #include "core/group_mask.hpp"
 #include "core/parameter.hpp"
@@ -16,6 +18,10 @@
 #include "core/plugin_base.hpp"
 #include "engine/engine.hpp"
 #include "state/mouse_area_chunk.hpp"
+#include "state/preset_format.hpp"
+#include "state/program_bank.hpp"
+#include "state/settings.hpp"
+#include "state/shared_text.hpp"
 #include "state/table_xy.hpp"
 
 namespace zum {
@@ -29,9 +35,26 @@ struct Readouts {
   float glidePercent = 0.0F;
 };
 
+class MissingFiles;
+
+/// Where the current state of a slot came from. [any]
+struct PresetSlot {
+  SharedText<1024> name{"default"};
+  SharedText<4096> path;  // of the file
+  SharedText<1024> folder;
+};
+
+/// How a state is loaded.
+struct LoadFlags {
+  bool restoreAll = false;  // as a host's session: excluded parameters and program position, too
+  bool quiet = false;       // no messages
+  bool findPath = false;    // looks for the preset's file on disk
+};
+
 class KvUniClient final : public KvPluginBase, public KvAligned, private ControlPassOwner {
  public:
   static constexpr std::int32_t kPrograms = 128;
+  static constexpr int kSlots = 1;
 
   explicit KvUniClient(audioMasterCallback host);
   ~KvUniClient() override = default;
@@ -40,6 +63,9 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   void suspend() override;
   void resume() override;
   void setSampleRate(float rate) override;
+  /// Steps through the whole bank: behind a folder's end into the next folder, at both ends
+  /// around.
+  void setProgram(std::int32_t index) override;
   void setProgramName(const char* /*name*/) override {}
   void getProgramName(char* name) override;
   void getParameterLabel(std::int32_t index, char* text) override;
@@ -48,6 +74,10 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   bool getParameterProperties(std::int32_t index, VstParameterProperties* properties) override;
   bool getProgramNameIndexed(std::int32_t category, std::int32_t index, char* text) override;
   bool getOutputProperties(std::int32_t index, VstPinProperties* properties) override;
+  /// The state as the bytes of a preset file. They stay valid until the next call.
+  std::int32_t getChunk(void** data, bool isPreset) override;
+  /// Always 1: a state that is refused changes nothing, and was told to the user.
+  std::int32_t setChunk(const void* data, std::int32_t byteSize, bool isPreset) override;
   std::int32_t getPlugCategory() override { return kPlugCategEffect; }
   bool getEffectName(char* name) override;
   bool getVendorString(char* text) override;
@@ -67,7 +97,34 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   float getParameter(std::int32_t index) ZUM_REALTIME override;
   void setParameterAutomated(std::int32_t index, float value) override;
 
+  // [main] presets. What is refused changes nothing; messages tell of it.
+  /// Fills the chunk with the state of a slot. False when it moved meanwhile.
+  bool writePreset(KvChunk& chunk, int slot);
+  /// Takes a state over, in silence. False when it is refused.
+  bool loadPreset(const KvChunk& preset, int slot, LoadFlags flags);
+  /// A null path asks the user, a null extension is that of presets. `notify` tells the host.
+  void loadPresetFile(const char* path, int slot, const char* extension, bool notify);
+  void savePreset(const char* path, int slot, const char* extension, bool notify);
+  /// The neighbours of the current file in its folder, around its ends.
+  void nextPreset(int slot) { stepPreset(slot, 1); }
+  void previousPreset(int slot) { stepPreset(slot, -1); }
+  /// Any program of a folder of several.
+  void randomPreset();
+  void storeRevertPoint();
+  void revertToStored();
+  /// Reads the bank anew from the folder of the settings.
+  void scanBank();
+  /// Switch 0 ignores program changes, switch 1 isolates the controller map from presets.
+  /// `persist` keeps it in the settings.
+  void setOption(int index, int value, bool persist);
+  // Sizes of the step table. False when the block call did not end in time: then the effect stays
+  // silent until a state is loaded.
+  bool setStepColumns(std::int32_t count);
+  bool setStepPages(std::int32_t count);
+
   // [audio]
+  /// The program of that number in the folder for MIDI, from memory.
+  void playMidiProgram(int index) ZUM_REALTIME;
   void processReplacing(float** inputs, float** outputs, std::int32_t frames) ZUM_REALTIME override;
 
   /// Every constant of sample rate and tempo, and every stored parameter set anew.
@@ -86,14 +143,50 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   const GroupMask& groups() const { return groupMask; }
   const Engine& signal() const { return engine; }
   KvTableXY& steps() { return stepTable; }
+  ControllerMap& controllers() { return controllerMap; }
+  const PresetSlot& slot() const { return slots[0]; }
+  std::int32_t currentFolder() const { return loadShared(curFolder); }
+  float option(int index) const { return loadShared(options[static_cast<std::size_t>(index)]); }
+  const KvProgramBank& programs() const ZUM_REALTIME { return *bank.load(); }
   VstTimeInfo& adaptorTime() { return *timeRecord; }
 
  private:
+  class StateSource;
+  class PresetCheck;
+  class PresetIntake;
+  /// Room that a state asks for.
+  struct PresetNeeds {
+    std::size_t bindings = 0;  // of the longest list
+    std::size_t objectWords = 0;
+  };
+
   // steps of the construction, in their order
   void constructRecords();
   void readHostNames();
   void setFixedFacts();
   void buildLinks();
+  void readSettings();
+  void loadDefaults();
+
+  static bool isSlot(int slot) ZUM_REALTIME { return slot >= 0 && slot < kSlots; }
+  PresetFault checkPreset(const KvChunk& preset, int slot, PresetNeeds& needs) ZUM_REALTIME;
+  bool reserve(const PresetNeeds& needs) noexcept;
+  bool hasRoomFor(const PresetNeeds& needs) const ZUM_REALTIME;
+  /// `missing` is null where nobody can look for files.
+  void takePreset(const KvChunk& preset, int slot, bool restoreAll, MissingFiles* missing)
+      ZUM_REALTIME;
+  /// Silence from here on. False when a block is still at work after half a second.
+  bool silenceBlocks();
+  template <class Edit>
+  bool editSteps(const Edit& edit);
+  void stepPreset(int slot, int direction);
+  /// Names of a slot after a file, or after where a search finds it.
+  void takeOrigin(int slot, const std::string& file);
+  void findOrigin(int slot);
+  /// Root of the preset tree with a backslash at its end; empty for none, and for one that would
+  /// lie in whatever folder the host runs in.
+  static std::string presetRoot();
+  void setBank(std::unique_ptr<KvProgramBank> newBank);
 
   const KvParameter* hostParameter(std::int32_t index) const ZUM_REALTIME;
   ControlValue& valueOf(int row) ZUM_REALTIME;
@@ -116,7 +209,6 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   std::vector<KvParameter*> allRecords;
   std::vector<KvParameter*> presetRecords;
   std::vector<KvParameter*> frequencyRecords;
-  std::string programName;
   std::array<KvParameter*, kHostParameters> hostTable{};
 
   // timing block and its registries
@@ -124,6 +216,20 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   std::vector<TempoListener*> tempoListeners;
   KvSystemInfo clock;
   double workingTempo = 120.0;  // of this block, beats per minute
+
+  // states
+  std::array<PresetSlot, kSlots> slots;
+  std::int32_t curFolder = 0;
+  KvChunk stateChunk;   // what the host was given last
+  KvChunk revertChunk;  // snapshot
+  std::string revertName = "default";
+  ControllerMap controllerMap;
+  std::array<float, kSwitches.size()> options = {1.0F, 0.0F};
+  /// Of those who replace states; never taken by the audio thread.
+  std::recursive_mutex loadTurn;
+  // A bank that was replaced stays: another thread may be reading it.
+  std::vector<std::unique_ptr<KvProgramBank>> banks;
+  std::atomic<const KvProgramBank*> bank{nullptr};
 
   // host flags
   bool hostIsFxpansion = false;  // stored, nothing reads it

@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "engine/shared_value.hpp"
+
 namespace zum {
 
 void KvSystemInfo::setControlInterval(std::int32_t frames) ZUM_REALTIME {
@@ -24,7 +26,7 @@ void KvSystemInfo::setSampleRate(float rate) ZUM_REALTIME {
 
 void KvSystemInfo::setTempo(double bpm) ZUM_REALTIME {
   if (!(bpm <= kHighestTempo)) return;
-  tempoBpm = bpm < kLowestTempo ? kLowestTempo : bpm;
+  storeShared(tempoBpm, bpm < kLowestTempo ? kLowestTempo : bpm);
   deriveRates();
 }
 

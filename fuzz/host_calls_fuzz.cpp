@@ -8,10 +8,13 @@
 #include "core/create_effect.hpp"
 #include "core/host_text.hpp"
 #include "fuzz/bytes.hpp"
+#include "fuzz/no_home.hpp"
 
 namespace {
 
 using namespace zum;
+
+const NoHome noHome;
 
 struct Answers {
   VstTimeInfo time{};
@@ -89,6 +92,10 @@ void process(AEffect* effect, Bytes& in) {
   if (way == 14) outputs[0] = nullptr;
   const auto call = way == 13 ? effect->process : effect->processReplacing;
   call(effect, inputs.data(), outputs.data(), static_cast<std::int32_t>(frames));
+  if (answers.level != kVstProcessLevelOffline) return;
+  // Without this every state that is loaded from here on takes half a second.
+  answers.level = kVstProcessLevelRealtime;
+  effect->processReplacing(effect, inputs.data(), outputs.data(), 0);
 }
 
 void callOnce(AEffect* effect, unsigned what, Bytes& in) {

@@ -3,6 +3,7 @@
 // discarded read that is no twin of the taken one, and for a table that does not come back.
 
 #include <cstdlib>
+#include <cstring>
 #include <vector>
 
 #include "fuzz/bytes.hpp"
@@ -30,7 +31,9 @@ Words contentOf(KvTableXY& table) {
   chunk.countOnly = false;
   table.writeChunk(&chunk);
   demand(!chunk.overrun() && chunk.cursor == chunk.dataWords());
-  return {chunk.data(), chunk.data() + chunk.dataWords()};
+  Words words(chunk.dataWords());
+  std::memcpy(words.data(), chunk.data(), 4 * words.size());
+  return words;
 }
 
 void playAndEdit(KvTableXY& table) {

@@ -15,6 +15,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string_view>
+
+#include "engine/realtime.hpp"
 
 namespace zum {
 
@@ -33,19 +36,20 @@ class KvChunk {
   KvChunk() = default;
   KvChunk(const KvChunk&) = delete;
   KvChunk& operator=(const KvChunk&) = delete;
-  virtual ~KvChunk() = default;
+  virtual ~KvChunk() ZUM_REALTIME;
 
   // Every read and write moves the cursor behind its words. A read past the end of the buffer
   // gives zeros and marks the chunk as overrun; a write past it is dropped and marks it too.
+  // Reading never allocates but in getString.
   virtual void putFloat(float value);
-  virtual float* getFloat(float& out);
-  virtual float getFloat();
-  virtual void stepBack();
-  virtual void getQuad(Quad& out);
-  virtual void getQuadCleared(Quad& out);
+  virtual float* getFloat(float& out) ZUM_REALTIME;
+  virtual float getFloat() ZUM_REALTIME;
+  virtual void stepBack() ZUM_REALTIME;
+  virtual void getQuad(Quad& out) ZUM_REALTIME;
+  virtual void getQuadCleared(Quad& out) ZUM_REALTIME;
   virtual void putInt(std::int32_t value);
-  virtual std::int32_t getInt(std::int32_t& out);
-  virtual std::int32_t getInt();
+  virtual std::int32_t getInt(std::int32_t& out) ZUM_REALTIME;
+  virtual std::int32_t getInt() ZUM_REALTIME;
   virtual void reserved(std::int32_t /*first*/, std::int32_t /*second*/) {}
   /// Length word, then the bytes, padded to a whole word. Null and "" are one word, 0.
   virtual void putString(const char* text);
@@ -54,32 +58,43 @@ class KvChunk {
   /// Null for a length of 0, and for one that does not fit.
   virtual ChunkString getString();
   /// Moves the cursor by the whole words in `byteCount` only, and returns them.
-  virtual std::int32_t getBytes(void* to, std::int32_t byteCount);
+  virtual std::int32_t getBytes(void* to, std::int32_t byteCount) ZUM_REALTIME;
+  /// The bytes of a string where they lie, without a terminator; empty like getString's null.
+  std::string_view getText() ZUM_REALTIME;
 
   /// A zeroed buffer of `words`. Cursor and flags stay.
   void allocate(std::uint32_t words);
-  /// Takes over a buffer of `words` for reading; the cursor stays. Null takes none. Memory of
-  /// others is copied first.
+  /// Takes over a buffer of `words` for reading; the cursor stays. Null takes none.
   void adopt(std::unique_ptr<std::uint32_t[]> buffer, std::uint32_t words);
+  /// Reads `words` where they lie, at any alignment; they stay with their owner, who keeps them as
+  /// long as this reads. The cursor stays.
+  void borrow(const void* memory, std::uint32_t words) ZUM_REALTIME;
   /// Back to an empty chunk in counting mode. The buffer stays.
   void reset();
   static constexpr std::int32_t headerWords() { return kHeaderWords; }
   void writeHeader();
   /// False, and a message unless `quiet`, when the magic number is another.
   bool readHeader(bool quiet);
+  /// The same without a message.
+  bool readHeader() ZUM_REALTIME;
   /// True when the writer's library is newer than this one.
   bool isNewer() const;
 
   /// True once anything past the end of the buffer was asked for, since the last header.
-  bool overrun() const { return beyondEnd; }
+  bool overrun() const ZUM_REALTIME { return beyondEnd; }
   /// A reader that met what cannot be: as good as a read past the end.
-  void refuse() { beyondEnd = true; }
+  void refuse() ZUM_REALTIME { beyondEnd = true; }
   /// True if a string that starts `ahead` words behind the cursor lies in the buffer whole.
-  bool stringFits(std::uint32_t ahead) const;
+  bool stringFits(std::uint32_t ahead) const ZUM_REALTIME;
   /// Words between the cursor and the end of the buffer.
-  std::uint32_t wordsLeft() const { return cursor < capacity ? capacity - cursor : 0; }
-  const std::uint32_t* data() const { return words.get(); }
-  std::uint32_t dataWords() const { return capacity; }
+  std::uint32_t wordsLeft() const ZUM_REALTIME { return cursor < capacity ? capacity - cursor : 0; }
+  /// Nothing behind the first `words` is read any more. False when there are fewer.
+  bool limit(std::uint32_t words) ZUM_REALTIME;
+  /// Moves the cursor only; past the end marks the chunk as overrun.
+  void skip(std::uint32_t count) ZUM_REALTIME;
+  /// The first word's memory, null without any.
+  const void* data() const ZUM_REALTIME { return source; }
+  std::uint32_t dataWords() const ZUM_REALTIME { return capacity; }
 
   std::int32_t magic = 0;
   std::int32_t version = 0;
@@ -91,13 +106,17 @@ class KvChunk {
   bool countOnly = true;
 
  private:
-  /// Whole words at the cursor, or null if they reach past the end.
-  std::uint32_t* claim(std::uint32_t count);
-  std::uint32_t bytesLeft() const { return wordsLeft() < (1U << 30U) ? 4 * wordsLeft() : ~3U; }
-  std::uint32_t readWord();
+  /// True if whole words at the cursor are there; marks the overrun if not.
+  bool claim(std::uint32_t count) ZUM_REALTIME;
+  const unsigned char* at(std::uint32_t word) const ZUM_REALTIME {
+    return source + std::size_t{4} * word;
+  }
+  std::size_t bytesLeft() const ZUM_REALTIME { return std::size_t{4} * wordsLeft(); }
+  std::uint32_t readWord() ZUM_REALTIME;
   void writeWord(std::uint32_t word);
 
-  std::unique_ptr<std::uint32_t[]> words;
+  std::unique_ptr<std::uint32_t[]> words;  // null while it reads the memory of others
+  const unsigned char* source = nullptr;
   std::uint32_t capacity = 0;
   bool beyondEnd = false;
 };

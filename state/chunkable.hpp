@@ -10,7 +10,7 @@ namespace zum {
 class KvChunkableClass {
  public:
   /// What a preset's reader does behind a read.
-  enum Type : std::int32_t { kTable = 4, kMouseArea = 6 };
+  enum Type : std::int32_t { kFile = 1, kTable = 4, kMouseArea = 6 };
 
   explicit KvChunkableClass(std::int32_t objectType) : type(objectType) {}
   KvChunkableClass(const KvChunkableClass&) = delete;
@@ -18,7 +18,8 @@ class KvChunkableClass {
   virtual ~KvChunkableClass() = default;
 
   /// With `discard` the same words are read and nothing changes. Not 0 when the state was taken.
-  virtual std::int32_t readChunk(KvChunk* chunk, bool discard) = 0;
+  /// May run on the audio thread: whoever needs room for a state has it before.
+  virtual std::int32_t readChunk(KvChunk* chunk, bool discard) ZUM_REALTIME = 0;
   virtual void writeChunk(KvChunk* chunk) = 0;
   // Places of the interface that nothing in this system fills.
   virtual void reservedHook(std::int32_t /*argument*/) {}
@@ -27,7 +28,7 @@ class KvChunkableClass {
   virtual std::int32_t reservedQuery() { return 0; }
   virtual std::int32_t lastReservedQuery() { return 0; }
 
-  std::int32_t getType() const { return type; }
+  std::int32_t getType() const ZUM_REALTIME { return type; }
 
  private:
   std::int32_t type;

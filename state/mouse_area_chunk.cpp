@@ -5,7 +5,7 @@
 namespace zum {
 
 // A foreign chunk may claim more numbers than there are places, and more than it holds.
-std::int32_t KvMouseAreaChunk::readChunk(KvChunk* chunk, bool discard) {
+std::int32_t KvMouseAreaChunk::readChunk(KvChunk* chunk, bool discard) ZUM_REALTIME {
   chunk->getInt();  // the format's version changes nothing
   const std::int32_t count = chunk->getInt();
   if (count > 0 && static_cast<std::uint32_t>(count) > chunk->wordsLeft()) {

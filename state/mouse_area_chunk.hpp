@@ -15,7 +15,7 @@ class KvMouseAreaChunk : public KvChunkableClass {
   explicit KvMouseAreaChunk(const std::array<float*, kCount>& floats)
       : KvChunkableClass(kMouseArea), values(floats) {}
 
-  std::int32_t readChunk(KvChunk* chunk, bool discard) override;
+  std::int32_t readChunk(KvChunk* chunk, bool discard) ZUM_REALTIME override;
   void writeChunk(KvChunk* chunk) override;
 
  private:

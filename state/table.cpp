@@ -1,20 +1,22 @@
 #include "state/table.hpp"
 
+#include "engine/shared_value.hpp"
+
 namespace zum {
 
-KvTable::Range KvTable::readRange(KvChunk& chunk) {
+KvTable::Range KvTable::readRange(KvChunk& chunk) ZUM_REALTIME {
   const float extra = chunk.getFloat();
   const float highest = chunk.getFloat();
   return {extra, highest, chunk.getFloat()};
 }
 
-void KvTable::takeRange(const Range& range) {
-  rangeExtra = range.extra;
-  maxValue = range.highest;
-  minValue = range.lowest;
+void KvTable::takeRange(const Range& range) ZUM_REALTIME {
+  storeShared(rangeExtra, range.extra);
+  storeShared(maxValue, range.highest);
+  storeShared(minValue, range.lowest);
 }
 
-std::int32_t KvTable::readPlainForm(KvChunk& chunk, bool discard) {
+std::int32_t KvTable::readPlainForm(KvChunk& chunk, bool discard) ZUM_REALTIME {
   const Range range = readRange(chunk);
   std::int32_t form = 0;
   std::int32_t count = chunk.getInt();
@@ -27,8 +29,11 @@ std::int32_t KvTable::readPlainForm(KvChunk& chunk, bool discard) {
     return 0;
   }
   if (!discard) {
+    if (!resize(count)) {
+      chunk.refuse();
+      return 0;
+    }
     takeRange(range);
-    resize(count);
   }
   for (std::int32_t i = 0; i < count; ++i) {
     const float value = chunk.getFloat();

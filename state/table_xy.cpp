@@ -18,104 +18,151 @@ constexpr std::int32_t kOldestMark = std::bit_cast<std::int32_t>(0.4F);
 }  // namespace
 
 void KvTableXY::init() {
-  rangeExtra = 0.0F;
-  minValue = 0.0F;
-  maxValue = 1.0F;
-  pages.assign(1, Page(kSteps));
-  columns = kSteps;
-  for (std::size_t i = 0; i < kSteps; ++i) pages[0][i] = static_cast<float>(i % 2);
-  morph = 0.0F;
-  current = 0;
-  name = "Default";
+  takeRange({.extra = 0.0F, .highest = 1.0F, .lowest = 0.0F});
+  if (resize(kSteps)) {
+    for (std::int32_t i = 0; i < kSteps; ++i) setValue(i, static_cast<float>(i % 2));
+  }
+  storeShared(morph, 0.0F);
+  storeShared(current, 0);
+  name.set("Default");
 }
 
-float KvTableXY::cell(std::int32_t column, std::size_t page) const ZUM_REALTIME {
-  if (page >= pages.size() || columns <= 0) return 0.0F;
-  return loadShared(pages[page][static_cast<std::size_t>(clampIndex(column, columns - 1))]);
+std::size_t KvTableXY::place(std::int32_t column, std::int32_t page) const ZUM_REALTIME {
+  return static_cast<std::size_t>(page) * static_cast<std::size_t>(size()) +
+         static_cast<std::size_t>(column);
+}
+
+float KvTableXY::cell(std::int32_t column, std::int32_t page) const ZUM_REALTIME {
+  if (page >= pageCount() || size() <= 0) return 0.0F;
+  return cells.load(place(clampIndex(column, size() - 1), page));
 }
 
 float KvTableXY::getValue(std::int32_t column, std::int32_t page) ZUM_REALTIME {
   storeShared(playedColumn, static_cast<float>(column));
-  return cell(column, page >= 0 && page < pageCount() ? static_cast<std::size_t>(page) : 0);
+  return cell(column, page >= 0 && page < pageCount() ? page : 0);
 }
 
-float KvTableXY::getValue(std::int32_t column) const {
-  const auto page = static_cast<std::size_t>(current);
+float KvTableXY::getValue(std::int32_t column) const ZUM_REALTIME {
+  const std::int32_t page = loadShared(current);
+  const float position = loadShared(morph);
   const float a = cell(column, page);
-  const float b = page + 1 < pages.size() ? cell(column, page + 1) : a;
-  return a + (b - a) * (morph - static_cast<float>(truncate(morph)));
+  const float b = page + 1 < pageCount() ? cell(column, page + 1) : a;
+  return a + (b - a) * (position - static_cast<float>(truncate(position)));
 }
 
-void KvTableXY::setValue(std::int32_t column, std::int32_t page, float value) {
-  if (column < 0 || column >= columns || page < 0 || page >= pageCount()) return;
-  storeShared(pages[static_cast<std::size_t>(page)][static_cast<std::size_t>(column)], value);
+void KvTableXY::setValue(std::int32_t column, std::int32_t page, float value) ZUM_REALTIME {
+  if (column < 0 || column >= size() || page < 0 || page >= pageCount()) return;
+  cells.store(place(column, page), value);
 }
 
 void KvTableXY::setValueBetween(std::int32_t column, float page, float value) {
   const std::int32_t first = truncate(page);
-  if (column < 0 || column >= columns || first < 0 || first >= pageCount()) return;
+  if (column < 0 || column >= size() || first < 0 || first >= pageCount()) return;
   const float toNext = page - static_cast<float>(first);
   const auto approach = [&](std::int32_t at, float part) {
-    const float old = cell(column, static_cast<std::size_t>(at));
+    const float old = cell(column, at);
     setValue(column, at, old + (value - old) * part);
   };
   approach(first, 1.0F - toNext);
   if (first + 1 < pageCount()) approach(first + 1, toNext);
 }
 
-void KvTableXY::setPoint(float position, float value) { setValue(truncate(position), 0, value); }
-
-void KvTableXY::setColumns(std::int32_t count) {
-  columns = std::max(count, 0);
-  for (Page& page : pages) page.resize(static_cast<std::size_t>(columns));
+void KvTableXY::setPoint(float position, float value) ZUM_REALTIME {
+  setValue(truncate(position), 0, value);
 }
 
-void KvTableXY::setPageCount(std::int32_t count) {
-  count = std::max(count, 0);
-  pages.resize(static_cast<std::size_t>(count), Page(static_cast<std::size_t>(columns)));
-  const auto limit = static_cast<float>(count);
+bool KvTableXY::setSizes(std::int32_t newColumns, std::int32_t newPages) ZUM_REALTIME {
+  const auto count = static_cast<std::size_t>(newColumns) * static_cast<std::size_t>(newPages);
+  ZUM_TRUSTED_BEGIN  // on the audio thread only for states that reserve() was called for
+      const bool room = cells.reserve(count);
+  ZUM_TRUSTED_END
+  if (!room) return false;
+  storeShared(columns, newColumns);
+  storeShared(pages, newPages);
+  keepMorphInside();
+  return true;
+}
+
+bool KvTableXY::resize(std::int32_t count) ZUM_REALTIME {
+  return setPageCount(1) && setColumns(count);
+}
+
+bool KvTableXY::setColumns(std::int32_t count) ZUM_REALTIME {
+  const std::int32_t old = size();
+  const std::int32_t wanted = std::max(count, 0);
+  if (!setSizes(wanted, pageCount())) return false;
+  // Pages move apart from the last one on, or together from the first one on.
+  const auto move = [&](std::int32_t page, std::int32_t column) ZUM_REALTIME {
+    const std::size_t from = static_cast<std::size_t>(page) * static_cast<std::size_t>(old) +
+                             static_cast<std::size_t>(column);
+    cells.store(place(column, page), column < old ? cells.load(from) : 0.0F);
+  };
+  if (wanted > old) {
+    for (std::int32_t page = pageCount(); page-- > 0;) {
+      for (std::int32_t column = wanted; column-- > 0;) move(page, column);
+    }
+  } else {
+    for (std::int32_t page = 0; page < pageCount(); ++page) {
+      for (std::int32_t column = 0; column < wanted; ++column) move(page, column);
+    }
+  }
+  return true;
+}
+
+bool KvTableXY::setPageCount(std::int32_t count) ZUM_REALTIME {
+  const std::int32_t old = pageCount();
+  if (!setSizes(size(), std::max(count, 0))) return false;
+  for (std::int32_t page = old; page < pageCount(); ++page) {
+    for (std::int32_t column = 0; column < size(); ++column) setValue(column, page, 0.0F);
+  }
+  return true;
+}
+
+void KvTableXY::keepMorphInside() ZUM_REALTIME {
+  const auto limit = static_cast<float>(pageCount());
   // In 32 bit the limit itself from a count of 1 on: the position then waits for the next valid
   // one.
-  if (morph >= limit) morph = limit - 9.99999993922529e-09F;
-  if (current >= count) current = std::max(count - 1, 0);
+  if (morphPosition() >= limit) storeShared(morph, limit - 9.99999993922529e-09F);
+  if (currentPage() >= pageCount()) storeShared(current, std::max(pageCount() - 1, 0));
 }
 
 void KvTableXY::setMorphPosition(float position) {
   if (!(position >= 0.0F && position < static_cast<float>(pageCount()))) return;
-  morph = position;
-  current = truncate(position);
+  storeShared(morph, position);
+  storeShared(current, truncate(position));
 }
 
 float KvTableXY::lastColumn() const { return loadShared(playedColumn); }
 
 // The first word tells the form; older ones have no mark and start with what follows it.
-std::int32_t KvTableXY::readChunk(KvChunk* chunk, bool discard) {
+std::int32_t KvTableXY::readChunk(KvChunk* chunk, bool discard) ZUM_REALTIME {
   const std::int32_t first = chunk->getInt();
   if (first == kMark) return readPages(*chunk, discard);
   chunk->stepBack();
   return first == kOldestMark ? skipOldestForm(*chunk) : readPlainForm(*chunk, discard);
 }
 
-std::int32_t KvTableXY::readPages(KvChunk& chunk, bool discard) {
+std::int32_t KvTableXY::readPages(KvChunk& chunk, bool discard) ZUM_REALTIME {
   const std::int32_t version = chunk.getInt();
   const Range range = readRange(chunk);
   const std::int32_t newColumns = chunk.getInt();
   const std::int32_t newPages = chunk.getInt();
   // Sizes are only believed as far as the words for them are there, or as they are small.
   const auto left = static_cast<std::int64_t>(chunk.wordsLeft());
-  const std::int64_t cells = static_cast<std::int64_t>(newColumns) * newPages;
+  const std::int64_t cellCount = static_cast<std::int64_t>(newColumns) * newPages;
   const std::int64_t most = std::max<std::int64_t>(left, kMostWithoutCells);
   if (chunk.overrun() || newColumns < 0 || newPages < 0 || newColumns > most || newPages > most ||
-      cells > left ||
-      (version >= kFirstNamedVersion && !chunk.stringFits(static_cast<std::uint32_t>(cells)))) {
+      cellCount > left ||
+      (version >= kFirstNamedVersion && !chunk.stringFits(static_cast<std::uint32_t>(cellCount)))) {
     chunk.refuse();
     return 0;
   }
   if (!discard) {
+    if (!setSizes(newColumns, newPages)) {
+      chunk.refuse();
+      return 0;
+    }
     takeRange(range);
-    pages.clear();  // so that no old page grows to new columns; the morph position stays
-    setColumns(newColumns);
-    setPageCount(newPages);
   }
   for (std::int32_t page = 0; page < newPages; ++page) {
     for (std::int32_t column = 0; column < newColumns; ++column) {
@@ -123,14 +170,15 @@ std::int32_t KvTableXY::readPages(KvChunk& chunk, bool discard) {
       if (!discard) setValue(column, page, value);
     }
   }
-  const ChunkString text = version >= kFirstNamedVersion ? chunk.getString() : nullptr;
+  const bool named = version >= kFirstNamedVersion;
+  const std::string_view text = named ? chunk.getText() : std::string_view("Default");
   if (discard) return 0;
-  name = text != nullptr ? text.get() : version >= kFirstNamedVersion ? "" : "Default";
+  name.set(text);
   return 1;
 }
 
 // Read and dropped: the table keeps its state.
-std::int32_t KvTableXY::skipOldestForm(KvChunk& chunk) {
+std::int32_t KvTableXY::skipOldestForm(KvChunk& chunk) ZUM_REALTIME {
   readRange(chunk);
   std::int32_t count = chunk.getInt();
   if (count == kFormMark) {
@@ -148,15 +196,17 @@ std::int32_t KvTableXY::skipOldestForm(KvChunk& chunk) {
 void KvTableXY::writeChunk(KvChunk* chunk) {
   chunk->putInt(kMark);
   chunk->putInt(kVersion);
-  chunk->putFloat(rangeExtra);
-  chunk->putFloat(maxValue);
-  chunk->putFloat(minValue);
-  chunk->putInt(columns);
-  chunk->putInt(pageCount());
-  for (std::size_t page = 0; page < pages.size(); ++page) {
-    for (std::int32_t column = 0; column < columns; ++column) chunk->putFloat(cell(column, page));
+  chunk->putFloat(loadShared(rangeExtra));
+  chunk->putFloat(loadShared(maxValue));
+  chunk->putFloat(loadShared(minValue));
+  const std::int32_t width = size();
+  const std::int32_t height = pageCount();
+  chunk->putInt(width);
+  chunk->putInt(height);
+  for (std::int32_t page = 0; page < height; ++page) {
+    for (std::int32_t column = 0; column < width; ++column) chunk->putFloat(cell(column, page));
   }
-  chunk->putString(name.c_str());
+  chunk->putString(name.get().c_str());
 }
 
 }  // namespace zum

@@ -2,8 +2,7 @@
 // into it while the audio thread reads.
 #pragma once
 
-#include <vector>
-
+#include "state/growing_array.hpp"
 #include "state/table.hpp"
 
 namespace zum {
@@ -20,45 +19,52 @@ class KvTableXY final : public KvTable, public KvInitInterface {
   /// [audio] Also publishes the column as the running step. A page that is not there reads as
   /// page 0, a column outside as the nearest one, an empty page as 0.
   float getValue(std::int32_t column, std::int32_t page) ZUM_REALTIME;
-  /// The value at the morph position, between the current page and the next one.
-  float getValue(std::int32_t column) const;
-  /// One cell; cells that are not there are ignored.
-  void setValue(std::int32_t column, std::int32_t page, float value);
+  /// [any] The value at the morph position, between the current page and the next one.
+  float getValue(std::int32_t column) const ZUM_REALTIME;
+  /// [any] One cell; cells that are not there are ignored.
+  void setValue(std::int32_t column, std::int32_t page, float value) ZUM_REALTIME;
   /// Shares `value` between the two pages round a page position, each taking its part of the way.
   void setValueBetween(std::int32_t column, float page, float value);
-  void setValue(std::int32_t index, float value) override { setValue(index, 0, value); }
-  void setPoint(float position, float value) override;
-
-  // Sizes move memory: only while neither a block, nor the window, nor a writer of chunks reads.
-  std::int32_t size() const override { return columns; }
-  /// One page of `count` columns.
-  void resize(std::int32_t count) override {
-    setPageCount(1);
-    setColumns(count);
+  void setValue(std::int32_t index, float value) ZUM_REALTIME override {
+    setValue(index, 0, value);
   }
-  void setColumns(std::int32_t count);
-  void setPageCount(std::int32_t count);
-  std::int32_t pageCount() const { return static_cast<std::int32_t>(pages.size()); }
+  void setPoint(float position, float value) ZUM_REALTIME override;
+
+  // Sizes move cells: one thread at a time, and while no block runs, or a step is heard out of
+  // place. Readers stay inside the memory in any case. False when it does not suffice.
+  std::int32_t size() const ZUM_REALTIME override { return loadShared(columns); }
+  /// One page of `count` columns.
+  bool resize(std::int32_t count) ZUM_REALTIME override;
+  bool setColumns(std::int32_t count) ZUM_REALTIME;
+  bool setPageCount(std::int32_t count) ZUM_REALTIME;
+  std::int32_t pageCount() const ZUM_REALTIME { return loadShared(pages); }
+  /// [main] Room for so many cells ahead of a read on the audio thread, which must not allocate.
+  bool reserve(std::size_t count) noexcept { return cells.reserve(count); }
+  /// [any] Cells that a read may have without an allocation.
+  std::size_t capacity() const ZUM_REALTIME { return cells.capacity(); }
 
   /// Taken only inside the pages.
   void setMorphPosition(float position);
-  float morphPosition() const { return morph; }
-  std::int32_t currentPage() const { return current; }
+  float morphPosition() const { return loadShared(morph); }
+  std::int32_t currentPage() const { return loadShared(current); }
   /// [any] The column last played, as the window shows it.
   float lastColumn() const;
 
-  std::int32_t readChunk(KvChunk* chunk, bool discard) override;
+  std::int32_t readChunk(KvChunk* chunk, bool discard) ZUM_REALTIME override;
   void writeChunk(KvChunk* chunk) override;
 
  private:
-  using Page = std::vector<float>;
+  std::int32_t readPages(KvChunk& chunk, bool discard) ZUM_REALTIME;
+  std::int32_t skipOldestForm(KvChunk& chunk) ZUM_REALTIME;
+  float cell(std::int32_t column, std::int32_t page) const ZUM_REALTIME;
+  std::size_t place(std::int32_t column, std::int32_t page) const ZUM_REALTIME;
+  /// Sizes that the cells are then written to.
+  bool setSizes(std::int32_t newColumns, std::int32_t newPages) ZUM_REALTIME;
+  void keepMorphInside() ZUM_REALTIME;
 
-  std::int32_t readPages(KvChunk& chunk, bool discard);
-  std::int32_t skipOldestForm(KvChunk& chunk);
-  float cell(std::int32_t column, std::size_t page) const ZUM_REALTIME;
-
-  std::vector<Page> pages;
+  GrowingArray<float> cells;  // page by page
   std::int32_t columns = 0;
+  std::int32_t pages = 0;
   float morph = 0.0F;
   std::int32_t current = 0;
   float playedColumn = 0.0F;

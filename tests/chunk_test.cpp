@@ -35,6 +35,12 @@ void fill(KvChunk& chunk, const List& list) {
   chunk.adopt(std::move(buffer), static_cast<std::uint32_t>(list.size()));
 }
 
+Words wordsOf(const KvChunk& chunk) {
+  Words words(chunk.dataWords());
+  if (!words.empty()) std::memcpy(words.data(), chunk.data(), 4 * words.size());
+  return words;
+}
+
 /// Both passes of `write`.
 template <class Write>
 Words written(KvChunk& chunk, const Write& write) {
@@ -46,7 +52,7 @@ Words written(KvChunk& chunk, const Write& write) {
   write(chunk);
   EXPECT_EQ(chunk.cursor, counted);
   EXPECT_FALSE(chunk.overrun());
-  return {chunk.data(), chunk.data() + counted};
+  return wordsOf(chunk);
 }
 
 Words contentOf(KvTableXY& table) {
@@ -162,7 +168,7 @@ TEST(Chunk, NothingBehindTheEndIsTouched) {
   full.putString("behind");
   full.putBytes("behind", 6);
   EXPECT_TRUE(full.overrun());
-  EXPECT_EQ(full.data()[0], 1U);
+  EXPECT_EQ(wordsOf(full)[0], 1U);
   KvChunk none;
   none.stepBack();
   none.getInt();
@@ -203,7 +209,7 @@ TEST(StepTable, ComesBackAsItWasWritten) {
       7, 0x61666544, 0x00746C75};
   // clang-format on
   EXPECT_EQ(contentOf(table), Words(initial.begin(), initial.end()));
-  table.name = "Waltz";
+  table.name.set("Waltz");
   table.setColumns(3);
   table.setPageCount(2);
   table.rangeExtra = 7.0F;
@@ -242,7 +248,7 @@ TEST(StepTable, ReadsEveryForm) {
     SCOPED_TRACE(c.what);
     for (const bool discard : {false, true}) {
       KvTableXY table;
-      table.name = "Mine";
+      table.name.set("Mine");
       const Words before = contentOf(table);
       std::vector<Word> words = c.head;
       words.insert(words.end(), cells.begin(), cells.begin() + c.columns * c.pages);
@@ -264,7 +270,7 @@ TEST(StepTable, ReadsEveryForm) {
         EXPECT_EQ(table.getValue(i % c.columns, i / c.columns),
                   0.3F + 0.1F * static_cast<float>(i));
       }
-      EXPECT_EQ(table.name, c.name);
+      EXPECT_EQ(table.name.get(), c.name);
       EXPECT_EQ(table.rangeExtra, 0.1F);
       EXPECT_EQ(table.maxValue, 2.0F);
       EXPECT_EQ(table.minValue, -1.0F);

@@ -107,5 +107,59 @@ TEST(Threads, disturbNeitherBlocksNorEachOther) {
   for (std::thread& thread : threads) thread.join();
 }
 
+/// Two states that differ in everything; a block must hear the one or the other.
+struct TwoStates {
+  std::array<std::vector<std::uint8_t>, 2> bytes;
+
+  TwoStates() {
+    for (const std::size_t kind : {std::size_t{0}, std::size_t{1}}) {
+      TestHost host;
+      KvUniClient& client = host.client();
+      for (std::int32_t tag = 0; tag < kHostParameters; ++tag) host.set(tag, value(kind));
+      if (kind == 1) client.steps().setPageCount(3);
+      if (kind == 1) client.steps().setColumns(32);
+      for (int i = 0; i < client.steps().size(); ++i) client.steps().setValue(i, value(kind));
+      for (int i = 0; i < 20; ++i) {
+        client.controllers().controllers[kind].append({static_cast<std::int16_t>(i), 0});
+      }
+      void* data = nullptr;
+      const auto size = static_cast<std::size_t>(host.dispatch(effGetChunk, 0, 0, &data));
+      bytes[kind].assign(static_cast<std::uint8_t*>(data), static_cast<std::uint8_t*>(data) + size);
+    }
+  }
+  static float value(std::size_t kind) { return kind == 0 ? 0.25F : 0.75F; }
+};
+
+// Under the mute no value is of another state, and what is read back while blocks play is one
+// state.
+TEST(Threads, LoadAStateInOnePiece) {
+  constexpr int kLoads = 10000;
+  const TwoStates states;
+  Session session;
+  KvUniClient& client = session.host.client();
+  std::thread audio([&session] {
+    while (!session.stop.load()) session.playBlock();
+  });
+  for (int i = 0; i < kLoads && !testing::Test::HasFailure(); ++i) {
+    const std::size_t kind = static_cast<std::size_t>(i) % 2;
+    KvChunk chunk;
+    chunk.borrow(states.bytes[kind].data(),
+                 static_cast<std::uint32_t>(states.bytes[kind].size() / 4));
+    ASSERT_TRUE(client.loadPreset(chunk, 0, {.restoreAll = true, .quiet = true}));
+    for (const std::int32_t tag : {0, 3, 52, 59}) {
+      ASSERT_EQ(session.host.get(tag), TwoStates::value(kind)) << i;
+    }
+    ASSERT_EQ(client.steps().size(), kind == 0 ? 8 : 32);
+    ASSERT_EQ(client.controllers().controllers[kind].size(), 20U);
+    ASSERT_EQ(client.controllers().controllers[1 - kind].size(), 0U);
+    if (i % 100 == 0) {
+      const std::uint32_t seen = session.blocks.load();
+      Session::await([&] { return session.blocks.load() > seen + 1; });
+    }
+  }
+  session.stop.store(true);
+  audio.join();
+}
+
 }  // namespace
 }  // namespace zum::test

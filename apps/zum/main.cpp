@@ -22,6 +22,8 @@ int run(int argc, char** argv) {
   zum::addRenderCommand(app);
   zum::addPlotCommand(app);
   zum::addParametersCommand(app);
+  zum::addSettingsCommand(app);
+  zum::addInstallContentCommand(app);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

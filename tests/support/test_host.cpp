@@ -5,9 +5,12 @@
 #include <limits>
 
 #include "core/create_effect.hpp"
+#include "support/own_home.hpp"
 
 namespace zum::test {
 namespace {
+
+const OwnHome ownHome;
 
 // The callback carries no user pointer until the record's `user` is set, and a constructor calls
 // back before that: such calls reach the host that is being made.

@@ -1,0 +1,20 @@
+// Brings a user's own copy of the content up to date; part of `zum install-content`.
+#pragma once
+
+#include <filesystem>
+#include <vector>
+
+namespace zum {
+
+struct ContentCopy {
+  int added = 0, refreshed = 0, unchanged = 0;
+  /// Where files of the user's went that had the name of a refreshed one.
+  std::vector<std::filesystem::path> keptAside;
+};
+
+/// Copies every file below `from`, each whole or not at all. Files that only `to` has stay, and
+/// everything in Presets/User does. A file that differs is put aside before it is replaced: it may
+/// be an older factory file or an hour of the user's work. Throws Failure.
+ContentCopy copyContent(const std::filesystem::path& from, const std::filesystem::path& to);
+
+}  // namespace zum

@@ -1,0 +1,7 @@
+# `cmake --install`: the plug-in file, the command line, and the content that `zum install-content`
+# registers for a user.
+install(TARGETS ZUM LIBRARY DESTINATION lib/vst)
+install(TARGETS zum RUNTIME DESTINATION bin)
+install(DIRECTORY ${CMAKE_SOURCE_DIR}/content/Samples DESTINATION share/zum)
+install(DIRECTORY ${CMAKE_BINARY_DIR}/content/Presets DESTINATION share/zum OPTIONAL)
+install(DIRECTORY DESTINATION share/zum/Presets/User)

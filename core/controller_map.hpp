@@ -1,0 +1,98 @@
+// Which controller moves which controls. Written by learning, by presets and by controller maps,
+// followed by the audio thread.
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstddef>
+#include <vector>
+
+#include "state/binding.hpp"
+#include "state/growing_array.hpp"
+#include "state/preset_format.hpp"
+
+namespace zum {
+
+/// The bindings of one controller, in the order in which they were learned. One writer at a time;
+/// a reader meanwhile sees old or new bindings, never a torn one.
+class BindingList {
+ public:
+  /// [any] As it stands now: a reader that walks on while it is emptied reads bindings of tag 0.
+  std::size_t size() const ZUM_REALTIME {
+    return std::min(count.load(std::memory_order_acquire), words.capacity());
+  }
+  Binding at(std::size_t i) const ZUM_REALTIME { return bindingOf(words.load(i)); }
+  /// [main]
+  std::vector<Binding> all() const {
+    std::vector<Binding> bindings(size());
+    for (std::size_t i = 0; i < bindings.size(); ++i) bindings[i] = at(i);
+    return bindings;
+  }
+
+  /// [main] False when the memory does not suffice.
+  bool reserve(std::size_t bindings) noexcept { return words.reserve(bindings); }
+  std::size_t capacity() const ZUM_REALTIME { return words.capacity(); }
+  /// [any] False when there is no room.
+  bool tryAppend(Binding binding) ZUM_REALTIME {
+    const std::size_t end = size();
+    if (!words.store(end, wordOf(binding))) return false;
+    count.store(end + 1, std::memory_order_release);
+    return true;
+  }
+  /// [main]
+  bool append(Binding binding) noexcept { return reserve(size() + 1) && tryAppend(binding); }
+  void clear() ZUM_REALTIME { count.store(0, std::memory_order_release); }
+  /// [any] Every binding that is the same in both fields.
+  void remove(Binding binding) ZUM_REALTIME {
+    std::size_t kept = 0;
+    const std::size_t end = size();
+    for (std::size_t i = 0; i < end; ++i) {
+      const Binding old = at(i);
+      if (old != binding) words.store(kept++, wordOf(old));
+    }
+    count.store(kept, std::memory_order_release);
+  }
+
+ private:
+  GrowingArray<std::uint32_t> words;
+  std::atomic<std::size_t> count{0};
+};
+
+class ControllerMap {
+ public:
+  /// Bindings of one list that learning finds room for without an allocation.
+  static constexpr std::size_t kRoom = 16;
+
+  /// [main] Room in every list. False when the memory does not suffice.
+  bool reserve(std::size_t bindings) noexcept {
+    bool room = aftertouch.reserve(bindings);
+    for (BindingList& list : controllers) room = list.reserve(bindings) && room;
+    return room;
+  }
+  std::size_t capacity() const ZUM_REALTIME {
+    std::size_t least = aftertouch.capacity();
+    for (const BindingList& list : controllers) least = std::min(least, list.capacity());
+    return least;
+  }
+  void clearControllers() ZUM_REALTIME {
+    for (BindingList& list : controllers) list.clear();
+  }
+
+  // [main] The map as a file of its own holds it, behind the header: format version, 0, and for
+  // each controller a count and its bindings.
+  void writeCcMap(KvChunk& chunk) const;
+  /// False for a map of another version, and for one that does not fit together: then nothing
+  /// changes.
+  bool readCcMap(KvChunk& chunk);
+
+  std::array<BindingList, preset::kControllers> controllers;
+  BindingList aftertouch;
+  /// Set while the map is read or changed as a whole: controllers that arrive meanwhile are lost.
+  std::atomic<bool> learning{false};
+
+ private:
+  /// One pass over the lists of a map; with `take` they are taken over.
+  bool readLists(KvChunk& chunk, bool hasModes, bool take);
+};
+
+}  // namespace zum

@@ -1,0 +1,116 @@
+// Preset files: loading and saving with and without a dialog, the neighbours of the current file,
+// and where a state's file lies.
+
+#include <memory>
+#include <string>
+
+#include "core/uni_client.hpp"
+#include "platform/files.hpp"
+#include "platform/message_box.hpp"
+#include "state/file_chooser.hpp"
+#include "state/fileio.hpp"
+#include "state/library_record.hpp"
+#include "state/path_text.hpp"
+#include "state/preset_files.hpp"
+#include "state/preset_search.hpp"
+#include "state/settings.hpp"
+
+namespace zum {
+namespace {
+
+std::string extensionOr(const char* extension) {
+  return extension != nullptr ? extension : preset::kExtension;
+}
+
+void tell(const std::string& text) { showMessage(libraryRecord().product, text.c_str()); }
+
+}  // namespace
+
+std::string KvUniClient::presetRoot() {
+  std::string root = readSettingString(kPresetPath).value_or("");
+  if (!isAbsolutePath(root)) return {};
+  ensureTrailingBackslash(root);
+  return root;
+}
+
+void KvUniClient::loadPresetFile(const char* path, int slot, const char* extension, bool notify) {
+  if (!isSlot(slot)) return;
+  std::string file = path != nullptr ? path : "";
+  if (path == nullptr && !KvFileChooser(this).chooseLoad(file, extensionOr(extension))) {
+    return;
+  }
+  KvChunk preset;
+  if (!readChunkFile(file, preset)) return;
+  if (!preset.readHeader(false)) return;
+  if (preset.isNewer()) {
+    tell(std::string("preset was written with a newer version of ") + libraryRecord().product);
+    return;
+  }
+  if (!loadPreset(preset, slot, {})) return;
+  takeOrigin(slot, file);
+  const int folder = programs().findFolder(slots[0].folder.get());
+  if (folder >= 0) {
+    storeShared(curFolder, folder);
+    const int program = programs().findPreset(folder, slots[0].name.get());
+    if (program >= 0) storeShared(curProgram, program);
+  }
+  if (notify) updateDisplay();
+}
+
+void KvUniClient::savePreset(const char* path, int slot, const char* extension, bool notify) {
+  if (!isSlot(slot)) return;
+  const std::string ending = "." + extensionOr(extension);
+  std::string file = path != nullptr ? path : "";
+  if (path == nullptr) {
+    const std::string folder = readSettingString(kPresetSavePath).value_or("");
+    if (!KvFileChooser(this).chooseSave(file, extensionOr(extension), folder)) return;
+    if (!file.ends_with(ending)) file += ending;
+  }
+  KvChunk preset;
+  if (!writePreset(preset, slot) ||
+      KvFileio::writeFile(file.c_str(), preset.data(), 4 * std::size_t{preset.dataWords()}) == 0) {
+    tell("saving preset to " + file + " failed");
+    return;
+  }
+  takeOrigin(slot, file);
+  if (notify) updateDisplay();
+}
+
+void KvUniClient::takeOrigin(int slot, const std::string& file) {
+  PresetSlot& names = slots[static_cast<std::size_t>(slot)];
+  const std::string_view name = baseName(file);
+  if (!name.empty()) names.name.set(name);
+  names.path.set(file);
+  names.folder.set(folderName(file));
+}
+
+void KvUniClient::stepPreset(int slot, int direction) {
+  if (!isSlot(slot)) return;
+  const PresetSlot& names = slots[static_cast<std::size_t>(slot)];
+  std::string folder = names.path.get();
+  cutToFolder(folder);
+  const std::vector<std::string> files = filesWithExtension(folder, preset::kExtension);
+  if (files.empty()) return;
+  const auto count = static_cast<int>(files.size());
+  const std::string name = names.name.get();
+  int at = 0;
+  while (at < count && baseName(files[static_cast<std::size_t>(at)]) != name) ++at;
+  // Without a match the walk starts outside: at the first file forwards, at the last backwards.
+  if (direction > 0) {
+    at = at + 1 < count ? at + 1 : 0;
+  } else {
+    at = at > 0 && at < count ? at - 1 : count - 1;
+  }
+  loadPresetFile((folder + files[static_cast<std::size_t>(at)]).c_str(), slot, nullptr, true);
+}
+
+void KvUniClient::findOrigin(int slot) {
+  PresetSlot& names = slots[static_cast<std::size_t>(slot)];
+  const std::string root = presetRoot();
+  if (root.empty()) return;
+  const FoundPreset found = findPresetFile(root, names.name.get() + "." + preset::kExtension);
+  names.folder.set(found.folder);
+  if (!found.path.empty()) names.path.set(found.path);
+}
+
+}  // namespace zum

@@ -1,0 +1,121 @@
+// Programs: the bank, the walk of a host's program arrows through it, chance, and the settings that
+// the construction starts from.
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/host_text.hpp"
+#include "core/uni_client.hpp"
+#include "platform/files.hpp"
+#include "platform/random_source.hpp"
+#include "state/settings.hpp"
+
+namespace zum {
+namespace {
+
+constexpr const char* kNowhere = ":-(";  // folder of a program whose file is not found
+
+}  // namespace
+
+void KvUniClient::readSettings() {
+  initSettings([this](int index, float value) {
+    storeShared(options[static_cast<std::size_t>(index)], value);
+  });
+}
+
+// Up to here there are no programs; none of what a user keeps can make the construction fail.
+void KvUniClient::loadDefaults() {
+  setNumPrograms(0);
+  setBank(std::make_unique<KvProgramBank>(preset::kExtension));
+  const std::string root = presetRoot();
+  if (!root.empty()) {
+    makeFolders(root);
+    loadPresetFile((root + "default." + preset::kExtension).c_str(), 0, nullptr, false);
+  }
+  storeShared(curFolder, 0);
+  scanBank();
+}
+
+void KvUniClient::scanBank() {
+  auto scanned = std::make_unique<KvProgramBank>(preset::kExtension);
+  scanned->scan(presetRoot());
+  setBank(std::move(scanned));
+}
+
+void KvUniClient::setBank(std::unique_ptr<KvProgramBank> newBank) {
+  const std::lock_guard turn(loadTurn);
+  // The audio thread plays these without asking for memory.
+  for (int i = 0; i < KvProgramBank::kPresets; ++i) {
+    PresetNeeds needs;
+    const BankPreset* program = newBank->getMidiProgram(i);
+    if (program != nullptr && !checkPreset(program->chunk, 0, needs)) reserve(needs);
+  }
+  banks.push_back(std::move(newBank));
+  bank.store(banks.back().get());
+}
+
+void KvUniClient::setOption(int index, int value, bool persist) {
+  if (index < 0 || index >= static_cast<int>(options.size())) return;
+  if (persist) writeSettingInt(kSwitches[static_cast<std::size_t>(index)].valueName, value);
+  storeShared(options[static_cast<std::size_t>(index)], static_cast<float>(value));
+}
+
+void KvUniClient::setProgram(std::int32_t index) {
+  if (index == loadShared(curProgram)) return;
+  const KvProgramBank& all = programs();
+  int folder = loadShared(curFolder);
+  if (all.get(folder, index) == nullptr) {
+    if (index < 0) {
+      folder = folder > 0 ? folder - 1 : std::max(all.folderCount() - 1, 0);
+      index = std::max(all.presetCount(folder) - 1, 0);
+    } else {
+      folder = all.get(folder + 1, 0) != nullptr ? folder + 1 : 0;
+      index = 0;
+    }
+  }
+  storeShared(curProgram, index);
+  storeShared(curFolder, folder);
+  const BankPreset* program = all.get(folder, index);
+  if (program == nullptr || !loadPreset(program->chunk, 0, {})) return;
+  slots[0].name.set(program->name);
+  if (presetRoot().empty()) return;
+  findOrigin(0);
+  if (slots[0].folder.get().empty()) slots[0].folder.set(kNowhere);
+}
+
+void KvUniClient::getProgramName(char* name) {
+  const std::int32_t program = loadShared(curProgram);
+  if (program == 0 || program == -1) {
+    slots[0].name.copyTo(name, kVstMaxProgNameLen);
+  } else {
+    getProgramNameIndexed(0, program, name);
+  }
+}
+
+bool KvUniClient::getProgramNameIndexed(std::int32_t /*category*/, std::int32_t index, char* text) {
+  if (index == -1) {
+    slots[0].name.copyTo(text, kVstMaxProgNameLen);
+  } else {
+    const std::string name(programs().presetName(loadShared(curFolder), index));
+    copyText(text, name.c_str(), kVstMaxProgNameLen);
+  }
+  return true;
+}
+
+void KvUniClient::randomPreset() {
+  const KvProgramBank& all = programs();
+  std::vector<int> choice;
+  for (int folder = 0; folder < all.folderCount(); ++folder) {
+    if (all.presetCount(folder) > 1) choice.push_back(folder);
+  }
+  if (choice.empty()) return;
+  const auto now = std::chrono::system_clock::now().time_since_epoch();
+  SystemRandom random(static_cast<std::uint32_t>(now / std::chrono::milliseconds(1)));
+  const int folder = choice[static_cast<std::size_t>(random.next()) % choice.size()];
+  const int index = random.next() % all.presetCount(folder);
+  loadPreset(all.get(folder, index)->chunk, 0, {.findPath = true});
+}
+
+}  // namespace zum

@@ -1,0 +1,55 @@
+// Any words as a controller map. Run by libFuzzer, or over the stored corpus by replay_main.cpp.
+// Looks for words that lead outside of the buffer, for a refused map that changed something, and
+// for a taken one that does not come back as it is.
+
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+
+#include "core/controller_map.hpp"
+#include "fuzz/bytes.hpp"
+
+namespace {
+
+using namespace zum;
+
+using Words = std::vector<std::uint32_t>;
+
+void demand(bool holds) {
+  if (!holds) std::abort();
+}
+
+Words wordsOf(const ControllerMap& map) {
+  KvChunk chunk;
+  map.writeCcMap(chunk);
+  chunk.allocate(chunk.cursor);
+  chunk.cursor = 0;
+  chunk.countOnly = false;
+  map.writeCcMap(chunk);
+  demand(!chunk.overrun() && chunk.cursor == chunk.dataWords());
+  Words words(chunk.dataWords());
+  std::memcpy(words.data(), chunk.data(), 4 * words.size());
+  return words;
+}
+
+bool read(ControllerMap& map, const void* memory, std::size_t bytes) {
+  KvChunk chunk;
+  chunk.borrow(memory, static_cast<std::uint32_t>(bytes / 4));
+  return map.readCcMap(chunk);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  ControllerMap map;
+  map.controllers[3].append({7, 0});
+  const Words before = wordsOf(map);
+  const bool taken = read(map, data, size);
+  const Words after = wordsOf(map);
+  demand(taken || after == before);
+  demand(!map.learning.load());
+  ControllerMap copy;
+  demand(read(copy, after.data(), 4 * after.size()));
+  demand(wordsOf(copy) == after);
+  return 0;
+}

@@ -1,0 +1,169 @@
+#include "platform/files.hpp"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+
+namespace zum {
+namespace {
+
+constexpr int kNone = -1;
+
+/// A descriptor that closes itself.
+class Descriptor {
+ public:
+  explicit Descriptor(int opened) : file(opened) {}
+  ~Descriptor() {
+    if (file != kNone) ::close(file);
+  }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  int get() const { return file; }
+  /// False when the system could not keep what was written.
+  bool close() { return ::close(std::exchange(file, kNone)) == 0; }
+
+ private:
+  int file;
+};
+
+// Without O_NONBLOCK opening a pipe waits for somebody to write into it.
+int openForReading(const std::string& path) {
+  return ::open(toSystemPath(path).c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+}
+
+bool isRegular(int file, struct stat& status) {
+  return file != kNone && ::fstat(file, &status) == 0 && S_ISREG(status.st_mode);
+}
+
+bool writeAll(int file, const void* bytes, std::size_t count) {
+  const auto* from = static_cast<const char*>(bytes);
+  while (count > 0) {
+    const ssize_t written = ::write(file, from, count);
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return false;
+    from += written;
+    count -= static_cast<std::size_t>(written);
+  }
+  return true;
+}
+
+/// Where a path leads to behind its links; the path itself when it does not exist yet.
+std::string behindLinks(const std::string& path) {
+  const std::unique_ptr<char, void (*)(void*)> target(::realpath(path.c_str(), nullptr), std::free);
+  return target != nullptr ? target.get() : path;
+}
+
+char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+}  // namespace
+
+std::string toInternalPath(std::string_view systemPath) {
+  std::string path(systemPath);
+  std::replace(path.begin(), path.end(), '/', '\\');
+  return path;
+}
+
+std::string toSystemPath(std::string_view internalPath) {
+  std::string path(internalPath);
+  std::replace(path.begin(), path.end(), '\\', '/');
+  return path;
+}
+
+bool isAbsolutePath(std::string_view internalPath) { return internalPath.starts_with('\\'); }
+
+bool namesRise(std::string_view a, std::string_view b) {
+  const auto [inA, inB] = std::mismatch(a.begin(), a.end(), b.begin(), b.end(),
+                                        [](char x, char y) { return lower(x) == lower(y); });
+  if (inA != a.end() && inB != b.end()) {
+    return static_cast<unsigned char>(lower(*inA)) < static_cast<unsigned char>(lower(*inB));
+  }
+  return inA == a.end() && inB == b.end() ? a < b : inB != b.end();
+}
+
+std::optional<std::vector<FolderEntry>> listFolder(const std::string& path) {
+  const std::string folder = toSystemPath(path);
+  const std::unique_ptr<DIR, int (*)(DIR*)> open(::opendir(folder.c_str()), ::closedir);
+  if (open == nullptr) return std::nullopt;
+  std::vector<FolderEntry> entries;
+  while (const dirent* entry = ::readdir(open.get())) {
+    const std::string_view name = entry->d_name;
+    if (name == "." || name == ".." || name.find('\\') != name.npos) continue;
+    bool isFolder = entry->d_type == DT_DIR;
+    if (entry->d_type == DT_LNK || entry->d_type == DT_UNKNOWN) {
+      struct stat status {};
+      isFolder =
+          ::fstatat(::dirfd(open.get()), entry->d_name, &status, 0) == 0 && S_ISDIR(status.st_mode);
+    }
+    entries.push_back({std::string(name), isFolder});
+  }
+  std::sort(entries.begin(), entries.end(),
+            [](const FolderEntry& a, const FolderEntry& b) { return namesRise(a.name, b.name); });
+  return entries;
+}
+
+std::optional<FolderId> folderId(const std::string& path) {
+  struct stat status {};
+  if (::stat(toSystemPath(path).c_str(), &status) != 0 || !S_ISDIR(status.st_mode)) {
+    return std::nullopt;
+  }
+  return FolderId{status.st_dev, status.st_ino};
+}
+
+std::optional<std::uint64_t> fileSize(const std::string& path) {
+  struct stat status {};
+  if (::stat(toSystemPath(path).c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
+    return std::nullopt;
+  }
+  return static_cast<std::uint64_t>(status.st_size);
+}
+
+bool fileExists(const std::string& path) { return fileSize(path).has_value(); }
+
+std::optional<std::size_t> readStart(const std::string& path, void* buffer, std::size_t count) {
+  const Descriptor file(openForReading(path));
+  struct stat status {};
+  if (!isRegular(file.get(), status)) return std::nullopt;
+  auto* to = static_cast<char*>(buffer);
+  std::size_t done = 0;
+  while (done < count) {
+    const ssize_t got = ::read(file.get(), to + done, count - done);
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) break;
+    done += static_cast<std::size_t>(got);
+  }
+  return done;
+}
+
+bool writeWhole(const std::string& path, const void* bytes, std::size_t count) {
+  constexpr mode_t kReadableByAll = 0644;
+  const std::string target = behindLinks(toSystemPath(path));
+  struct stat old {};
+  const bool exists = ::stat(target.c_str(), &old) == 0;
+  if (exists && !S_ISREG(old.st_mode)) return false;
+  std::string name = target + ".XXXXXX";
+  Descriptor file(::mkstemp(name.data()));
+  if (file.get() == kNone) return false;
+  const bool whole = ::fchmod(file.get(), exists ? old.st_mode & 07777U : kReadableByAll) == 0 &&
+                     writeAll(file.get(), bytes, count) && ::fsync(file.get()) == 0;
+  if (file.close() && whole && ::rename(name.c_str(), target.c_str()) == 0) return true;
+  ::unlink(name.c_str());
+  return false;
+}
+
+bool makeFolders(const std::string& path) {
+  std::string folder = toSystemPath(path);
+  while (folder.size() > 1 && folder.back() == '/') folder.pop_back();
+  std::error_code failure;
+  std::filesystem::create_directories(folder, failure);
+  return !failure && folderId(path).has_value();
+}
+
+}  // namespace zum

@@ -1,0 +1,46 @@
+// Files and folders. The one place that knows the operating system's form of a path: inside the
+// system paths are written with backslashes ("\home\me\x.kvz"), here they are turned at the call.
+// Nothing throws; what fails says so by its result.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace zum {
+
+std::string toInternalPath(std::string_view systemPath);
+std::string toSystemPath(std::string_view internalPath);
+/// False also for a path of another system's, such as "c:\x".
+bool isAbsolutePath(std::string_view internalPath);
+
+struct FolderEntry {
+  std::string name;
+  bool isFolder;  // links are followed
+};
+/// What a folder holds, in the order in which names are shown: without regard to ASCII case, then
+/// by bytes. Names with a backslash cannot be named here and are left out. Nothing for a missing
+/// folder.
+std::optional<std::vector<FolderEntry>> listFolder(const std::string& path);
+/// The order of listFolder.
+bool namesRise(std::string_view a, std::string_view b);
+/// The same for every way to one folder: its device and its number there.
+using FolderId = std::pair<std::uint64_t, std::uint64_t>;
+std::optional<FolderId> folderId(const std::string& path);
+
+/// Of a regular file alone; a pipe or a device is none, and is never waited for.
+std::optional<std::uint64_t> fileSize(const std::string& path);
+bool fileExists(const std::string& path);
+/// Bytes that were read from the start of a regular file, at most `count`; nothing when it cannot
+/// be opened.
+std::optional<std::size_t> readStart(const std::string& path, void* buffer, std::size_t count);
+/// The file appears whole, or what was there before stays.
+bool writeWhole(const std::string& path, const void* bytes, std::size_t count);
+/// With all folders above it. True when it is there in the end.
+bool makeFolders(const std::string& path);
+
+}  // namespace zum

@@ -1,0 +1,230 @@
+#include "platform/registry_store.hpp"
+
+#include <sqlite3.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstring>
+#include <limits>
+#include <thread>
+#include <utility>
+
+#include "platform/user_folders.hpp"
+
+namespace zum {
+namespace {
+
+namespace fs = std::filesystem;
+using Clock = std::chrono::steady_clock;
+
+constexpr const char* kCreate =
+    "CREATE TABLE IF NOT EXISTS registry("
+    "key TEXT NOT NULL COLLATE NOCASE, name TEXT NOT NULL COLLATE NOCASE, "
+    "type TEXT NOT NULL, data NOT NULL, PRIMARY KEY(key, name)) WITHOUT ROWID";
+constexpr const char* kTextType = "string";
+constexpr const char* kNumberType = "int";
+
+// Short naps: whoever writes in a loop leaves the file free for moments only.
+int waitForOthers(void* deadline, int attempt) {
+  if (Clock::now() >= *static_cast<Clock::time_point*>(deadline)) return 0;
+  std::this_thread::sleep_for(std::chrono::microseconds(200 + 300 * (attempt % 7)));
+  return 1;
+}
+
+// For the user's eyes only, as the standard asks.
+void makeFolder(const fs::path& folder) {
+  if (mkdir(folder.c_str(), 0700) == 0 || errno != ENOENT) return;
+  makeFolder(folder.parent_path());
+  mkdir(folder.c_str(), 0700);
+}
+
+void bindText(sqlite3_stmt* statement, int place, std::string_view text) {
+  sqlite3_bind_text64(statement, place, text.data(), text.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
+}
+
+std::string textAt(sqlite3_stmt* statement, int column) {
+  const auto* bytes = static_cast<const char*>(sqlite3_column_blob(statement, column));
+  const int count = sqlite3_column_bytes(statement, column);
+  return bytes != nullptr ? std::string(bytes, static_cast<std::size_t>(count)) : std::string();
+}
+
+// Of the columns `first`, the type, and the data behind it. A foreign hand may have put anything.
+std::optional<RegistryStore::Data> dataAt(sqlite3_stmt* statement, int first) {
+  const std::string type = textAt(statement, first);
+  const int stored = sqlite3_column_type(statement, first + 1);
+  if (type == kTextType && stored == SQLITE_TEXT) return textAt(statement, first + 1);
+  if (type != kNumberType || stored != SQLITE_INTEGER) return std::nullopt;
+  const std::int64_t number = sqlite3_column_int64(statement, first + 1);
+  if (!std::in_range<std::int32_t>(number)) return std::nullopt;
+  return static_cast<std::int32_t>(number);
+}
+
+}  // namespace
+
+void RegistryStore::Close::operator()(sqlite3* connection) const { sqlite3_close(connection); }
+
+void RegistryStore::Close::operator()(sqlite3_stmt* statement) const {
+  sqlite3_finalize(statement);
+}
+
+RegistryStore::Transaction::Transaction(RegistryStore& store) : owner(store), open(store.begin()) {}
+
+RegistryStore::Transaction::~Transaction() {
+  if (open) owner.giveUp();
+}
+
+bool RegistryStore::Transaction::commit() { return std::exchange(open, false) && owner.keep(); }
+
+fs::path RegistryStore::file() {
+  const fs::path folder = configHome();
+  return folder.empty() ? folder : folder / "Zelvane" / "registry.db";
+}
+
+bool RegistryStore::connect(bool create) {
+  if (inTransaction) return true;
+  trouble.clear();
+  deadline = Clock::now() + kPatience;
+  if (db != nullptr) return true;
+  const fs::path path = file();
+  if (path.empty()) {
+    trouble = "this user has no home folder";
+    return false;
+  }
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0) {
+    if (errno != ENOENT) trouble = std::strerror(errno);
+    if (!create || errno != ENOENT) return false;
+    makeFolder(path.parent_path());
+  } else if (!S_ISREG(status.st_mode)) {
+    trouble = "it is not an ordinary file";  // to open a pipe would wait for its other end
+    return false;
+  }
+  // A reader rolls back what a crashed writer left, if it may write; if not, this opens for
+  // reading.
+  const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | (create ? SQLITE_OPEN_CREATE : 0);
+  sqlite3* opened = nullptr;
+  const int code = sqlite3_open_v2(path.c_str(), &opened, flags, nullptr);
+  db.reset(opened);
+  if (code != SQLITE_OK) {
+    trouble = db != nullptr ? sqlite3_errmsg(db.get()) : "there is no memory";
+    db.reset();
+    return false;
+  }
+  sqlite3_busy_handler(db.get(), waitForOthers, &deadline);
+  sqlite3_exec(db.get(), "PRAGMA synchronous = EXTRA", nullptr, nullptr, nullptr);
+  return true;
+}
+
+bool RegistryStore::fail() {
+  trouble = sqlite3_errmsg(db.get());
+  writeFailed = true;
+  return false;
+}
+
+bool RegistryStore::execute(const char* sql) {
+  return sqlite3_exec(db.get(), sql, nullptr, nullptr, nullptr) == SQLITE_OK || fail();
+}
+
+bool RegistryStore::finish(const Statement& statement) {
+  return (statement != nullptr && sqlite3_step(statement.get()) == SQLITE_DONE) || fail();
+}
+
+// Null is either trouble or a file that has no table yet.
+RegistryStore::Statement RegistryStore::prepare(const char* sql, std::string_view key) {
+  sqlite3_stmt* statement = nullptr;
+  const int code = sqlite3_prepare_v2(db.get(), sql, -1, &statement, nullptr);
+  if (code == SQLITE_OK) bindText(statement, 1, key);
+  if (code != SQLITE_OK && code != SQLITE_ERROR) trouble = sqlite3_errmsg(db.get());
+  return Statement(statement);
+}
+
+bool RegistryStore::begin() {
+  if (inTransaction || !connect(true)) return false;
+  if (sqlite3_db_readonly(db.get(), "main") == 1) {
+    trouble = "it may not be written";
+    return false;
+  }
+  // Without IMMEDIATE two that read first and then write would refuse each other.
+  if (!execute("BEGIN IMMEDIATE")) return false;
+  inTransaction = true;
+  writeFailed = false;
+  if (execute(kCreate)) return true;
+  giveUp();
+  return false;
+}
+
+bool RegistryStore::keep() {
+  if (!writeFailed && execute("COMMIT")) {
+    inTransaction = false;
+    return true;
+  }
+  giveUp();
+  return false;
+}
+
+void RegistryStore::giveUp() {
+  // A full disk has rolled it back already; then there is nothing left to do.
+  sqlite3_exec(db.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+  inTransaction = false;
+}
+
+std::optional<RegistryStore::Data> RegistryStore::read(std::string_view key,
+                                                       std::string_view name) {
+  if (!connect(false)) return std::nullopt;
+  const Statement row =
+      prepare("SELECT type, data FROM registry WHERE key = ?1 AND name = ?2", key);
+  if (row == nullptr) return std::nullopt;
+  bindText(row.get(), 2, name);
+  const int code = sqlite3_step(row.get());
+  if (code == SQLITE_ROW) return dataAt(row.get(), 0);
+  if (code != SQLITE_DONE) trouble = sqlite3_errmsg(db.get());
+  return std::nullopt;
+}
+
+std::vector<RegistryStore::Value> RegistryStore::list(std::string_view key) {
+  if (!connect(false)) return {};
+  const Statement row =
+      prepare("SELECT name, type, data FROM registry WHERE key = ?1 ORDER BY name", key);
+  if (row == nullptr) return {};
+  std::vector<Value> values;
+  int code = sqlite3_step(row.get());
+  for (; code == SQLITE_ROW; code = sqlite3_step(row.get())) {
+    if (auto data = dataAt(row.get(), 1)) values.push_back({textAt(row.get(), 0), *data});
+  }
+  if (code == SQLITE_DONE) return values;
+  trouble = sqlite3_errmsg(db.get());
+  return {};
+}
+
+bool RegistryStore::write(std::string_view key, std::string_view name, const Data& data) {
+  if (!inTransaction) {
+    Transaction alone(*this);
+    return alone.begun() && write(key, name, data) && alone.commit();
+  }
+  if (writeFailed) return false;
+  const Statement row = prepare("INSERT OR REPLACE INTO registry VALUES(?1, ?2, ?3, ?4)", key);
+  if (row == nullptr) return fail();
+  bindText(row.get(), 2, name);
+  const auto* text = std::get_if<std::string>(&data);
+  bindText(row.get(), 3, text != nullptr ? kTextType : kNumberType);
+  if (text != nullptr) {
+    bindText(row.get(), 4, *text);
+  } else {
+    sqlite3_bind_int(row.get(), 4, std::get<std::int32_t>(data));
+  }
+  return finish(row);
+}
+
+bool RegistryStore::remove(std::string_view key, std::string_view name) {
+  if (!inTransaction) {
+    Transaction alone(*this);
+    return alone.begun() && remove(key, name) && alone.commit();
+  }
+  if (writeFailed) return false;
+  const Statement row = prepare("DELETE FROM registry WHERE key = ?1 AND name = ?2", key);
+  if (row == nullptr) return fail();
+  bindText(row.get(), 2, name);
+  return finish(row);
+}
+
+}  // namespace zum

@@ -1,0 +1,96 @@
+// The per-user store of typed values, `Zelvane/registry.db` in the user's folder of settings.
+// Opened by the registry key for as long as one piece of work takes.
+//
+// Any number of processes read and write it at once. There is no cache: every read goes to the
+// file. A write is on disk or did not happen. Whatever is wrong with the file, its folder or the
+// user's home, a read finds nothing and a write answers false; nothing throws, and nothing waits
+// longer for others than kPatience.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace zum {
+
+/// Names of keys and values are the same in capitals and small letters.
+class RegistryStore {
+ public:
+  using Data = std::variant<std::string, std::int32_t>;
+  struct Value {
+    std::string name;
+    Data data;
+  };
+
+  static constexpr std::chrono::milliseconds kPatience{2000};
+
+  /// Several reads and writes that no other process comes between, and that are kept together or
+  /// not at all. One at a time.
+  class Transaction {
+   public:
+    explicit Transaction(RegistryStore& store);
+    /// Gives up what was not committed.
+    ~Transaction();
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+
+    /// False when the store cannot be written: then no write below it happens.
+    bool begun() const { return open; }
+    /// False when any write since the beginning failed; then none of them happened.
+    bool commit();
+
+   private:
+    RegistryStore& owner;
+    bool open;
+  };
+
+  RegistryStore() = default;
+  RegistryStore(const RegistryStore&) = delete;
+  RegistryStore& operator=(const RegistryStore&) = delete;
+
+  std::optional<Data> read(std::string_view key, std::string_view name);
+  /// All values of a key, by name.
+  std::vector<Value> list(std::string_view key);
+  /// Replaces a value of any type.
+  bool write(std::string_view key, std::string_view name, const Data& data);
+  /// True as well when there was no such value.
+  bool remove(std::string_view key, std::string_view name);
+
+  /// Why the last call found nothing or failed; empty when there was just no such value.
+  const std::string& problem() const { return trouble; }
+  /// The file, in the system's form; empty for a user without a home.
+  static std::filesystem::path file();
+
+ private:
+  struct Close {
+    void operator()(sqlite3* connection) const;
+    void operator()(sqlite3_stmt* statement) const;
+  };
+  using Statement = std::unique_ptr<sqlite3_stmt, Close>;
+
+  bool connect(bool create);
+  bool begin();
+  bool keep();
+  void giveUp();
+  Statement prepare(const char* sql, std::string_view key);
+  bool execute(const char* sql);
+  bool finish(const Statement& statement);
+  bool fail();
+
+  std::unique_ptr<sqlite3, Close> db;
+  std::chrono::steady_clock::time_point deadline;
+  std::string trouble;
+  bool inTransaction = false;
+  bool writeFailed = false;  // since the beginning of the transaction
+};
+
+}  // namespace zum

@@ -1,0 +1,305 @@
+// States and presets through the effect object: what is written, every version that is read, what
+// is refused, and how blocks and loaders meet.
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <chrono>
+#include <cstring>
+#include <thread>
+
+#include "core/parameter_table.hpp"
+#include "support/test_host.hpp"
+
+namespace zum::test {
+namespace {
+
+using Words = std::vector<std::uint32_t>;
+
+std::uint32_t bits(float value) { return std::bit_cast<std::uint32_t>(value); }
+std::uint32_t bits(int value) { return static_cast<std::uint32_t>(value); }
+
+/// The state as a host gets it.
+Words stateOf(TestHost& host) {
+  void* data = nullptr;
+  const auto bytes = static_cast<std::size_t>(host.dispatch(effGetChunk, 0, 0, &data));
+  Words words(bytes / 4);
+  std::memcpy(words.data(), data, bytes);
+  return words;
+}
+
+void recall(TestHost& host, const Words& words, std::size_t bytes) {
+  std::vector<char> memory(bytes + 1);  // a host aligns nothing
+  std::memcpy(memory.data() + 1, words.data(), bytes);
+  EXPECT_EQ(host.dispatch(effSetChunk, 0, static_cast<std::intptr_t>(bytes), memory.data() + 1), 1);
+}
+void recall(TestHost& host, const Words& words) { recall(host, words, 4 * words.size()); }
+
+bool load(TestHost& host, const Words& words, LoadFlags flags = {.quiet = true}) {
+  KvChunk chunk;
+  chunk.borrow(words.data(), static_cast<std::uint32_t>(words.size()));
+  return host.client().loadPreset(chunk, 0, flags);
+}
+
+/// A preset in words, of any version.
+struct Draft {
+  int layout = 3;
+  int trailer = 16;
+  std::vector<Words> records = {{46, 1, bits(0.75F)}};
+  Words map = {};  // of controllers, without its end
+  std::string name = "Draft";
+  int program = 5;
+  int folder = 2;
+  Words aftertouch = {};
+
+  Words words() const {
+    Words all = {0, 3, bits(120.0F), bits(44100.0F), 26101977, 5, 1, bits(layout)};
+    const auto add = [&all](std::initializer_list<int> list) {
+      for (const int word : list) all.push_back(bits(word));
+    };
+    const auto addWords = [&all](const Words& list) {
+      all.insert(all.end(), list.begin(), list.end());
+    };
+    if (layout >= 2) add({0});
+    for (const Words& record : records) addWords(record);
+    add({-1});
+    addWords(map);
+    add({-3, 1, static_cast<int>(name.size())});
+    Words text((name.size() + 3) / 4);
+    if (!name.empty()) std::memcpy(text.data(), name.data(), name.size());
+    addWords(text);
+    add({trailer});
+    if (trailer >= 10 && trailer <= 16) add({program});
+    if (trailer >= 11 && trailer <= 16) add({folder});
+    if (trailer >= 14) {
+      add({static_cast<int>(aftertouch.size() / (layout >= 3 ? 2 : 1))});
+      addWords(aftertouch);
+      add({-4});
+    }
+    if (trailer >= 15) add({1, 2, 7, 7});
+    if (trailer >= 16) add({4, 0x74736F48});
+    all[0] = static_cast<std::uint32_t>(all.size());
+    return all;
+  }
+};
+
+/// Every kind of thing that a state holds, away from its start.
+void moveAll(TestHost& host) {
+  for (const ParameterRow& row : parameterRows().first(kPresetRows)) {
+    host.set(row.tag, 0.01F + 0.0131F * static_cast<float>(row.id));
+  }
+  host.client().steps().setPageCount(2);
+  host.client().steps().setValue(3, 1, 0.625F);
+  host.client().steps().name.set("Stairs");
+  ControllerMap& map = host.client().controllers();
+  map.controllers[7].append({3, 0});
+  map.controllers[7].append({3, 0});
+  map.controllers[127].append({-300, -2});
+  map.aftertouch.append({4, 1});
+}
+
+TEST(State, IsWordForWordWhatAPresetHolds) {
+  TestHost host(48000.0F);
+  const Words words = stateOf(host);
+  const Words head = {words.size() ? static_cast<std::uint32_t>(words.size()) : 0,
+                      3,
+                      bits(120.0F),
+                      bits(48000.0F),
+                      26101977,
+                      5,
+                      1,
+                      3,
+                      0};
+  ASSERT_GT(words.size(), head.size());
+  std::size_t at = head.size();
+  EXPECT_EQ(Words(words.begin(), words.begin() + static_cast<std::ptrdiff_t>(at)), head);
+  for (const ParameterRow& row : parameterRows().first(kPresetRows)) {
+    ASSERT_EQ(words[at], bits(row.id)) << row.name;
+    ASSERT_EQ(words[at + 1], row.rule == Rule::table ? 18U : 1U) << row.name;
+    EXPECT_TRUE(row.rule == Rule::table || words[at + 2] == bits(row.initial)) << row.name;
+    at += 2 + words[at + 1];
+  }
+  const Words tail = {bits(-1), bits(-3), 1,        7, 0x61666564, 0x00746C75, 16,        0,
+                      0,        0,        bits(-4), 0, 0,          4,          0x74736F48};
+  EXPECT_EQ(Words(words.begin() + static_cast<std::ptrdiff_t>(at), words.end()), tail);
+}
+
+TEST(State, ComesBackInANewInstance) {
+  TestHost one;
+  moveAll(one);
+  const Words words = stateOf(one);
+  TestHost other;
+  recall(other, words);
+  EXPECT_EQ(stateOf(other), words);
+  EXPECT_EQ(other.get(3), one.get(3));
+  other.set(3, 0.9F);
+  other.client().revertToStored();  // a recall is a point to come back to
+  EXPECT_EQ(stateOf(other), words);
+}
+
+TEST(State, EveryVersionIsRead) {
+  for (const int layout : {1, 2, 3}) {
+    for (const int trailer : {9, 10, 11, 13, 14, 15, 16, 17}) {
+      for (const bool all : {false, true}) {
+        SCOPED_TRACE(testing::Message() << layout << ' ' << trailer << ' ' << all);
+        TestHost host;
+        Draft draft{.layout = layout, .trailer = trailer};
+        const bool modes = layout >= 3;
+        draft.records.insert(draft.records.begin(), {777, 3, 1, 2, 3});
+        draft.records.push_back({45, 3, bits(0.25F), 9, 9});
+        draft.records.push_back({778, 0});
+        draft.map = modes ? Words{9, 3, 1, bits(-2)} : Words{9, 3, 4, bits(-2)};
+        draft.aftertouch = modes ? Words{3, 1} : Words{3};
+        ASSERT_TRUE(load(host, draft.words(), {.restoreAll = all, .quiet = true}));
+        EXPECT_EQ(host.get(3), 0.75F);
+        EXPECT_EQ(host.get(5), 0.25F);
+        EXPECT_EQ(host.get(4), 1.0F);  // not in the preset
+        EXPECT_EQ(host.client().slot().name.get(), "Draft");
+        const bool placed = all && trailer >= 13 && trailer <= 16;
+        EXPECT_EQ(host.dispatch(effGetProgram), placed ? 5 : 0);
+        EXPECT_EQ(host.client().currentFolder(), placed ? 2 : 0);
+        const ControllerMap& map = host.client().controllers();
+        const std::vector<Binding> bound = map.controllers[9].all();
+        EXPECT_EQ(bound,
+                  modes ? std::vector<Binding>({{3, 1}}) : std::vector<Binding>({{3, 0}, {4, 0}}));
+        const std::int16_t mode = modes ? 1 : 0;
+        EXPECT_EQ(map.aftertouch.all(),
+                  trailer >= 14 ? std::vector<Binding>({{3, mode}}) : std::vector<Binding>());
+        EXPECT_FALSE(map.learning.load());
+      }
+    }
+  }
+}
+
+TEST(State, WhatIsRefusedIsToldAndChangesNothing) {
+  const Words good = Draft().words();
+  const auto with = [&good](std::size_t at, int word) {
+    Words words = good;
+    words[at] = bits(word);
+    return words;
+  };
+  const char* const invalid = "\t This is no valid ZUM format!";
+  const struct {
+    Words words;
+    const char* message;
+  } cases[] = {
+      {with(4, 26101976), invalid},
+      {with(6, 2), "wrong plugin version"},
+      {with(7, 0), "This is not a ZUM file"},
+      {with(8, 1), "This is not a ZUM file"},
+      {with(0, 1000), invalid},
+      {with(0, 12), invalid},  // its own length cuts it
+      {with(10, 0), invalid},  // a parameter without a value
+      {with(10, -1), invalid},
+      {with(10, 2147483647), invalid},
+      {Draft{.records = {{5, 3, 1, 2, 3}}}.words(), invalid},   // no table
+      {Draft{.map = {128, bits(-2)}}.words(), invalid},         // no such controller
+      {Draft{.map = {5, 1}}.words(), invalid},                  // no end
+      {Draft{.aftertouch = {1, 2, 3, 4, 5}}.words(), invalid},  // half a binding
+      {{}, invalid},
+  };
+  for (const auto& c : cases) {
+    TestHost host;
+    moveAll(host);
+    const Words before = stateOf(host);
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(load(host, c.words, {}));
+    const std::string told = testing::internal::GetCapturedStderr();
+    EXPECT_NE(told.find(c.message), told.npos) << told;
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(load(host, c.words));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(stateOf(host), before);
+    EXPECT_FALSE(host.client().muteRequest.load());
+  }
+}
+
+TEST(State, BrokenAnywhereItIsRefusedOrReadWhole) {
+  TestHost source;
+  moveAll(source);
+  const Words good = stateOf(source);
+  TestHost host;
+  const Words before = stateOf(host);
+  testing::internal::CaptureStderr();
+  for (std::size_t bytes = 0; bytes < 4 * good.size(); ++bytes) recall(host, good, bytes);
+  EXPECT_EQ(stateOf(host), before);
+  for (std::size_t at = 0; at < good.size(); ++at) {
+    for (const int word : {0, -1, -2, 1 << 20, 2147483647, -2147483647 - 1}) {
+      Words words = good;
+      words[at] = bits(word);
+      if (load(host, words)) {
+        ASSERT_FALSE(stateOf(host).empty());
+        ASSERT_TRUE(load(host, before));
+      }
+    }
+  }
+  EXPECT_EQ(stateOf(host), before);
+  testing::internal::GetCapturedStderr();
+}
+
+TEST(State, IsolatedMapsStayAndAreEmptiedByARecall) {
+  Draft draft;
+  draft.map = {9, 3, 0, bits(-2)};
+  draft.aftertouch = {3, 0};
+  for (const bool isolated : {false, true}) {
+    for (const bool all : {false, true}) {
+      TestHost host;
+      ControllerMap& map = host.client().controllers();
+      map.controllers[20].append({5, 0});
+      map.aftertouch.append({5, 0});
+      host.client().setOption(1, isolated ? 1 : 0, false);
+      ASSERT_TRUE(load(host, draft.words(), {.restoreAll = all, .quiet = true}));
+      EXPECT_EQ(map.controllers[9].size(), isolated ? 0U : 1U);
+      EXPECT_EQ(map.controllers[20].size(), isolated && !all ? 1U : 0U);
+      EXPECT_EQ(map.aftertouch.all(),
+                isolated ? (all ? std::vector<Binding>() : std::vector<Binding>({{5, 0}}))
+                         : std::vector<Binding>({{3, 0}}));
+    }
+  }
+}
+
+TEST(State, AnEmptyNameLeavesTheOldOne) {
+  TestHost host;
+  ASSERT_TRUE(load(host, Draft{.name = ""}.words()));
+  EXPECT_EQ(host.text(effGetProgramName), "default");
+}
+
+TEST(State, OwnHostsHearThePresetsTempo) {
+  HostState state;
+  state.vendor = "Zelvane";
+  TestHost own(44100.0F, state);
+  TestHost other;
+  for (TestHost* host : {&own, &other}) {
+    host->host.calls.clear();
+    ASSERT_TRUE(load(*host, Draft().words()));
+    EXPECT_EQ(host->host.calls.size(), host == &own ? 1U : 0U);
+  }
+  EXPECT_EQ(own.host.calls[0][0], 50);
+}
+
+// An offline block never says that it ended: a load goes on without it, an edit of the table's size
+// gives up and leaves silence, which the next load ends.
+TEST(State, OfflineBlocksHoldNobodyUpForLong) {
+  TestHost host;
+  const Stereo in = noise(64);
+  Stereo out(64);
+  host.host.level = kVstProcessLevelOffline;
+  host.process(in, out, 0, 64);
+  ASSERT_TRUE(host.client().inProcess.load());
+  host.host.level = kVstProcessLevelRealtime;
+  EXPECT_FALSE(host.client().setStepColumns(12));
+  EXPECT_TRUE(host.client().muteRequest.load());
+  EXPECT_EQ(host.client().steps().size(), 8);
+  const auto begin = std::chrono::steady_clock::now();
+  ASSERT_TRUE(load(host, Draft().words()));
+  const auto end = std::chrono::steady_clock::now();
+  EXPECT_LT(end - begin, std::chrono::milliseconds(600));
+  EXPECT_GT(end - begin, std::chrono::milliseconds(400));
+  host.process(in, out, 0, 64);
+  EXPECT_FALSE(host.client().inProcess.load());
+  EXPECT_TRUE(host.client().setStepColumns(12));
+  EXPECT_TRUE(host.client().setStepPages(2));
+  EXPECT_EQ(host.client().steps().size(), 12);
+}
+
+}  // namespace
+}  // namespace zum::test

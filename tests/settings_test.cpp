@@ -1,0 +1,220 @@
+// The settings store and what fills it: several processes, files that are no store, first starts.
+#include <sqlite3.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "support/settings_user.hpp"
+
+namespace zum::test {
+namespace {
+
+// Runs `work` in processes of their own, at once; true if each was content.
+bool inProcesses(int count, const std::function<bool(int)>& work) {
+  for (int i = 0; i < count; ++i) {
+    if (fork() == 0) _exit(work(i) ? 0 : 1);
+  }
+  bool good = true;
+  for (int status = 0; wait(&status) > 0;) good = good && status == 0;
+  return good;
+}
+
+TEST_F(SettingsTest, AValueIsReadBackAsItsTypeAlone) {
+  EXPECT_FALSE(readSettingString("a") || readSettingInt("a"));
+  EXPECT_FALSE(fs::exists(folder / "config"));  // reading leaves no trace
+  EXPECT_TRUE(writeSettingInt("a", -7) && writeSettingInt("b", 1) && writeSettingString("c", ""));
+  EXPECT_TRUE(readSettingInt("a") == -7 && readSettingString("c") == "" && !readSettingInt("c"));
+  EXPECT_FALSE(readSettingString("a"));
+  EXPECT_TRUE(writeSettingString("A", "x\\y\xFF"));  // any bytes, and names without regard to case
+  EXPECT_TRUE(readSettingString("a") == "x\\y\xFF" && !readSettingInt("a"));
+  EXPECT_EQ(allValues(), (Values{{"A", "x\\y\xFF"}, {"b", "1"}, {"c", ""}}));
+  int value = 0;
+  EXPECT_FALSE(KvRegistryKey("Another").getInt("b", value));
+}
+
+TEST_F(SettingsTest, ATextFitsIntoItsBufferOrIsAbsent) {
+  EXPECT_TRUE(writeSettingString("edge", std::string(1024, 'x')));
+  EXPECT_FALSE(writeSettingString("edge", std::string(1025, 'y')));
+  char buffer[KvRegistryKey::kTextBytes + 1] = {};
+  buffer[KvRegistryKey::kTextBytes] = '#';
+  EXPECT_TRUE(KvRegistryKey("ZUM").getString("edge", buffer));
+  EXPECT_EQ(buffer, std::string(1024, 'x'));
+  // Another program's hand: too long a text, a number of 64 bits, a type that is none.
+  sqlite3* db = nullptr;
+  ASSERT_EQ(sqlite3_open(store.c_str(), &db), SQLITE_OK);
+  for (const char* row : {"'edge','string',printf('%1025c','z')", "'wide','int',4294967296",
+                          "'odd','float',1.5", "'liar','string',5"}) {
+    const std::string sql = "INSERT OR REPLACE INTO registry VALUES('Software\\Zelvane\\ZUM',"s;
+    EXPECT_EQ(sqlite3_exec(db, (sql + row + ")").c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
+  }
+  sqlite3_close(db);
+  EXPECT_FALSE(KvRegistryKey("ZUM").getString("edge", buffer));
+  EXPECT_EQ(buffer[KvRegistryKey::kTextBytes], '#');
+  for (const char* name : {"wide", "odd", "liar"}) {
+    EXPECT_FALSE(readSettingInt(name) || readSettingString(name)) << name;
+  }
+}
+
+TEST_F(SettingsTest, ProcessesThatWriteAtOnceLoseNothing) {
+  EXPECT_TRUE(inProcesses(4, [](int writer) {
+    for (int i = 0; i < 50; ++i) {
+      const std::string name = std::to_string(writer) + "-" + std::to_string(i);
+      if (!writeSettingInt(name.c_str(), i) || readSettingInt(name.c_str()) != i) return false;
+    }
+    return true;
+  }));
+  EXPECT_EQ(allValues().size(), 200U);
+}
+
+TEST_F(SettingsTest, StartsAtOnceInitialiseOnceAndWhole) {
+  // Every start sees the whole of the first; a switch that the user changes then stays so.
+  EXPECT_TRUE(inProcesses(4, [](int) {
+    initSettings(ignoreSwitch);
+    if (allValues().size() != 7) return false;
+    return writeSettingInt(kIgnoreProgramChange, 0);
+  }));
+  EXPECT_EQ(readSettingInt(kIgnoreProgramChange), 0);
+}
+
+TEST_F(SettingsTest, AProcessThatEndsInATransactionLeavesNoTrace) {
+  writeSettingInt("a", 1);
+  EXPECT_TRUE(inProcesses(1, [](int) {
+    KvRegistryKey key("ZUM");
+    auto whole = key.transaction();
+    int value = 0;
+    const bool seen = whole.begun() && key.setInt("a", 2) && key.getInt("a", value) && value == 2;
+    return seen && readSettingInt("a") == 1;
+  }));
+  EXPECT_EQ(allValues(), (Values{{"a", "1"}}));
+}
+
+TEST_F(SettingsTest, NoStoreMeansAbsentAndNotWritten) {
+  for (const char* name : {"a", "b", "c", "d", "e"}) {
+    writeSettingString(name, std::string(1000, 'x'));
+  }
+  const std::string whole = textIn(store);
+  const std::pair<const char*, std::function<void()>> cases[] = {
+      {"garbage", [&] { putText(store, std::string(5000, '?')); }},
+      {"cut", [&] { putText(store, whole.substr(0, whole.size() / 2)); }},
+      {"cut in its head", [&] { putText(store, whole.substr(0, 50)); }},
+      {"folder", [&] { fs::create_directory(store); }},
+      {"pipe", [&] { mkfifo(store.c_str(), 0600); }},
+      {"device", [&] { fs::create_symlink("/dev/zero", store); }},
+      {"file in the folder's place",
+       [&] {
+         fs::remove(store.parent_path());
+         putText(store.parent_path(), "");
+       }},
+      {"no folder to make one in", [] { setenv("XDG_CONFIG_HOME", "/proc/none", 1); }},
+  };
+  for (const auto& [what, breakIt] : cases) {
+    SCOPED_TRACE(what);
+    fs::remove_all(folder / "config");
+    fs::create_directories(store.parent_path());
+    breakIt();
+    const std::string broken = fs::is_regular_file(store) ? textIn(store) : "";
+    EXPECT_FALSE(readSettingString("a") || writeSettingInt("a", 1) || writeSettingString("a", "b"));
+    EXPECT_FALSE(KvRegistryKey("ZUM").remove("a"));
+    std::vector<std::pair<int, float>> given;
+    initSettings([&](int index, float value) { given.emplace_back(index, value); });
+    EXPECT_EQ(given, (std::vector<std::pair<int, float>>{{0, 1.0F}, {1, 0.0F}}));
+    EXPECT_EQ(run("settings set a b").first, 1);
+    EXPECT_TRUE(broken.empty() || textIn(store) == broken);  // it may be mended by hand
+  }
+}
+
+TEST_F(SettingsTest, AUserWithoutRightsOrHomeReadsWhatThereIs) {
+  writeSettingString("a", "b");
+  const fs::path folders[] = {folder, folder / "config", store.parent_path()};
+  for (const fs::path& path : folders) fs::permissions(path, fs::perms(0555));
+  const auto asAnybody = [](std::optional<std::string> expected) {
+    return inProcesses(1, [&](int) {
+      if (getuid() == 0 && setuid(54321) != 0) return false;  // a number that nobody has
+      initSettings(ignoreSwitch);
+      return readSettingString("a") == expected && !writeSettingString("a", "c");
+    });
+  };
+  fs::permissions(store, fs::perms(0444));
+  EXPECT_TRUE(asAnybody("b"));
+  EXPECT_EQ(allValues().size(), 1U);
+  fs::permissions(store, fs::perms(0));
+  EXPECT_TRUE(asAnybody({}));
+  for (const fs::path& path : folders) fs::permissions(path, fs::perms(0755));
+  // A relative folder of settings is none: the home's is taken, and there may be none either.
+  setenv("XDG_CONFIG_HOME", "here", 1);
+  setenv("HOME", (folder / "home").c_str(), 1);
+  EXPECT_TRUE(writeSettingInt("d", 1) && fs::exists(folder / "home/.config/Zelvane/registry.db"));
+  setenv("HOME", "here", 1);
+  EXPECT_TRUE(getuid() != 0 || asAnybody({}));
+}
+
+TEST_F(SettingsTest, AFirstStartFillsInWhatIsMissing) {
+  const Values relative = {{"installpath", "c:\\Programme\\Zelvane\\ZUM\\"},
+                           {"presetpath0", "Presets\\"},
+                           {"presetsavepath0", "Presets\\User\\"},
+                           {"audiofilepath", "Samples\\Factory"},
+                           {"ignorePrgChange", "1"},
+                           {"CC Map Recall isolate", "0"},
+                           {"initialised", "1"}};
+  const auto below = [](const std::string& content,
+                        const std::string& install = "c:\\Programme\\Zelvane\\ZUM\\") {
+    return Values{{"contentpath", content},
+                  {"installpath", install},
+                  {"presetpath0", content + "Presets\\"},
+                  {"presetsavepath0", content + "Presets\\User\\"},
+                  {"audiofilepath", content + "Samples\\Factory"}};
+  };
+  const struct {
+    const char* what;
+    Values before;
+    const char* content;  // folder that is installed
+    Values changed;       // against `relative`
+  } cases[] = {
+      {"fresh", {}, nullptr, {}},
+      {"installer",
+       {{"contentpath", "\\c\\"}, {"installpath", "\\i"}},
+       "data",
+       below("\\c\\", "\\i")},
+      {"no backslash", {{"contentpath", "\\c"}}, nullptr, below("\\c")},
+      {"content for all", {}, "system", below(internal("system/zum/"))},
+      {"content of the user's", {}, "data", below(internal("data/zum/"))},
+      {"older version",
+       {{"presetpath", "\\mine\\"}},
+       nullptr,
+       {{"presetpath", "\\mine\\"}, {"presetpath0", "\\mine\\"}}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    for (const char* name : {"config", "data", "system"}) fs::remove_all(folder / name);
+    if (c.content != nullptr) fs::create_directories(folder / c.content / "zum/Presets");
+    for (const auto& [name, value] : c.before) writeSettingString(name.c_str(), value);
+    initSettings(ignoreSwitch);
+    Values expected = c.changed;
+    expected.insert(relative.begin(), relative.end());
+    EXPECT_EQ(allValues(), expected);
+  }
+}
+
+TEST_F(SettingsTest, LaterStartsReadTheSwitchesAndMendThePresetFolderAlone) {
+  initSettings(ignoreSwitch);
+  writeSettingInt(kIgnoreProgramChange, 0);
+  writeSettingInt(kIsolateMapRecall, 3);
+  writeSettingString("presetpath", "\\old\\");
+  KvRegistryKey("ZUM").remove(kPresetPath);
+  KvRegistryKey("ZUM").remove(kAudioFilePath);
+  std::vector<std::pair<int, float>> given;
+  initSettings([&](int index, float value) { given.emplace_back(index, value); });
+  EXPECT_EQ(given, (std::vector<std::pair<int, float>>{{0, 0.0F}, {1, 3.0F}}));
+  EXPECT_EQ(readSettingString(kPresetPath), "\\old\\");
+  EXPECT_FALSE(readSettingString(kAudioFilePath));
+}
+
+}  // namespace
+}  // namespace zum::test
