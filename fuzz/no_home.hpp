@@ -7,7 +7,7 @@
 namespace zum {
 
 struct NoHome {
-  NoHome() {
+  NoHome() noexcept {
     for (const char* variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_DATA_DIRS"}) {
       setenv(variable, "/dev/null", 1);
     }

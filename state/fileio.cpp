@@ -46,7 +46,7 @@ KvStreamableFile::KvStreamableFile(const std::string& path, const char* mode) {
 }
 
 KvStreamableFile::~KvStreamableFile() {
-  if (file != nullptr) std::fclose(file);
+  if (file != nullptr) (void)std::fclose(file);  // who writes flushes before
 }
 
 }  // namespace zum

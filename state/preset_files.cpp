@@ -26,7 +26,7 @@ bool readChunkFile(const std::string& path, KvChunk& chunk) {
   auto words = size ? firstWords(path, kHeader) : nullptr;
   if (words == nullptr) return false;
   chunk.adopt(std::move(words), kHeader);
-  if (*size < 4 * kHeader || !chunk.readHeader()) return true;
+  if (*size / 4 < kHeader || !chunk.readHeader()) return true;
   const auto stated = static_cast<std::uint32_t>(std::max(chunk.totalWords, 0));
   const auto there = static_cast<std::uint32_t>(std::min<std::uint64_t>(*size / 4, stated));
   words = firstWords(path, std::max(there, kHeader));

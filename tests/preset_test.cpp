@@ -100,7 +100,7 @@ void moveAll(TestHost& host) {
 TEST(State, IsWordForWordWhatAPresetHolds) {
   TestHost host(48000.0F);
   const Words words = stateOf(host);
-  const Words head = {words.size() ? static_cast<std::uint32_t>(words.size()) : 0,
+  const Words head = {static_cast<std::uint32_t>(words.size()),
                       3,
                       bits(120.0F),
                       bits(48000.0F),

@@ -11,7 +11,7 @@ namespace zum::test {
 /// Lives as long as the program needs it; made before the first effect is.
 class OwnHome {
  public:
-  OwnHome() {
+  OwnHome() noexcept {  // no test can go on without it
     std::string name = (std::filesystem::temp_directory_path() / "zum-home.XXXXXX").string();
     if (mkdtemp(name.data()) == nullptr) std::abort();
     folder = name;
