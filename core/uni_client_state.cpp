@@ -217,13 +217,15 @@ class KvUniClient::PresetIntake final : public PresetVisitor {
   const bool isolated;
 };
 
-PresetFault KvUniClient::checkPreset(const KvChunk& preset, int slot, PresetNeeds& needs)
-    ZUM_REALTIME {
+ZUM_TRUSTED_BEGIN  // these readers own nothing that their end would free
+    PresetFault
+    KvUniClient::checkPreset(const KvChunk& preset, int slot, PresetNeeds& needs) ZUM_REALTIME {
   KvChunk reader;
   readAgain(reader, preset);
   PresetCheck check(*this, needs);
   return walkPreset(reader, slot, check);
 }
+ZUM_TRUSTED_END
 
 bool KvUniClient::reserve(const PresetNeeds& needs) noexcept {
   return controllerMap.reserve(needs.bindings) && stepTable.reserve(needs.objectWords);
@@ -234,14 +236,17 @@ bool KvUniClient::hasRoomFor(const PresetNeeds& needs) const ZUM_REALTIME {
 }
 
 /// Parameters that the preset does not hold keep their values.
-void KvUniClient::takePreset(const KvChunk& preset, int slot, bool restoreAll,
-                             MissingFiles* missing) ZUM_REALTIME {
+ZUM_TRUSTED_BEGIN  // as above
+    void
+    KvUniClient::takePreset(const KvChunk& preset, int slot, bool restoreAll, MissingFiles* missing)
+        ZUM_REALTIME {
   KvChunk reader;
   readAgain(reader, preset);
   PresetIntake intake(*this, slot, restoreAll, missing);
   walkPreset(reader, slot, intake);
   clock.clearBuffers();
 }
+ZUM_TRUSTED_END
 
 // An offline block leaves its byte set, so the wait has an end.
 bool KvUniClient::silenceBlocks() {

@@ -62,6 +62,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   demand(contentOf(untouched) == before);
 
   KvTableXY table;
+  table.reserve(words.size());
   KvChunk chunk;
   fill(chunk, words);
   const bool taken = table.readChunk(&chunk, false) != 0;
@@ -73,6 +74,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   // have been read with more words behind it than its own.
   if (table.size() == 0 || table.pageCount() == 0) return 0;
   KvTableXY again;
+  again.reserve(content.size());
   KvChunk copy;
   fill(copy, content);
   demand(again.readChunk(&copy, false) != 0 && copy.cursor == content.size());

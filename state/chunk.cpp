@@ -17,10 +17,6 @@ constexpr std::uint32_t wordsOf(std::uint32_t bytes) ZUM_REALTIME {
 
 }  // namespace
 
-ZUM_TRUSTED_BEGIN  // a reader on the audio thread owns nothing that would be freed here
-    KvChunk::~KvChunk() ZUM_REALTIME = default;
-ZUM_TRUSTED_END
-
 bool KvChunk::claim(std::uint32_t count) ZUM_REALTIME {
   if (count <= wordsLeft()) return true;
   beyondEnd = true;

@@ -36,7 +36,7 @@ class KvChunk {
   KvChunk() = default;
   KvChunk(const KvChunk&) = delete;
   KvChunk& operator=(const KvChunk&) = delete;
-  virtual ~KvChunk() ZUM_REALTIME;
+  virtual ~KvChunk() = default;
 
   // Every read and write moves the cursor behind its words. A read past the end of the buffer
   // gives zeros and marks the chunk as overrun; a write past it is dropped and marks it too.

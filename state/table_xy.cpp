@@ -15,11 +15,15 @@ constexpr std::int32_t kFirstNamedVersion = 1001;
 constexpr std::int64_t kMostWithoutCells = 1024;  // columns without pages, or the reverse
 constexpr std::int32_t kOldestMark = std::bit_cast<std::int32_t>(0.4F);
 
+std::size_t cellsOf(std::int32_t columns, std::int32_t pages) ZUM_REALTIME {
+  return static_cast<std::size_t>(columns) * static_cast<std::size_t>(pages);
+}
+
 }  // namespace
 
 void KvTableXY::init() {
   takeRange({.extra = 0.0F, .highest = 1.0F, .lowest = 0.0F});
-  if (resize(kSteps)) {
+  if (reserve(kSteps) && resize(kSteps)) {
     for (std::int32_t i = 0; i < kSteps; ++i) setValue(i, static_cast<float>(i % 2));
   }
   storeShared(morph, 0.0F);
@@ -72,27 +76,21 @@ void KvTableXY::setPoint(float position, float value) ZUM_REALTIME {
 }
 
 bool KvTableXY::setSizes(std::int32_t newColumns, std::int32_t newPages) ZUM_REALTIME {
-  const auto count = static_cast<std::size_t>(newColumns) * static_cast<std::size_t>(newPages);
-  ZUM_TRUSTED_BEGIN  // on the audio thread only for states that reserve() was called for
-      const bool room = cells.reserve(count);
-  ZUM_TRUSTED_END
-  if (!room) return false;
+  if (cellsOf(newColumns, newPages) > cells.capacity()) return false;
   storeShared(columns, newColumns);
   storeShared(pages, newPages);
   keepMorphInside();
   return true;
 }
 
-bool KvTableXY::resize(std::int32_t count) ZUM_REALTIME {
-  return setPageCount(1) && setColumns(count);
-}
+bool KvTableXY::resize(std::int32_t count) ZUM_REALTIME { return setSizes(std::max(count, 0), 1); }
 
-bool KvTableXY::setColumns(std::int32_t count) ZUM_REALTIME {
+bool KvTableXY::setColumns(std::int32_t count) {
   const std::int32_t old = size();
   const std::int32_t wanted = std::max(count, 0);
-  if (!setSizes(wanted, pageCount())) return false;
+  if (!reserve(cellsOf(wanted, pageCount())) || !setSizes(wanted, pageCount())) return false;
   // Pages move apart from the last one on, or together from the first one on.
-  const auto move = [&](std::int32_t page, std::int32_t column) ZUM_REALTIME {
+  const auto move = [&](std::int32_t page, std::int32_t column) {
     const std::size_t from = static_cast<std::size_t>(page) * static_cast<std::size_t>(old) +
                              static_cast<std::size_t>(column);
     cells.store(place(column, page), column < old ? cells.load(from) : 0.0F);
@@ -109,9 +107,10 @@ bool KvTableXY::setColumns(std::int32_t count) ZUM_REALTIME {
   return true;
 }
 
-bool KvTableXY::setPageCount(std::int32_t count) ZUM_REALTIME {
+bool KvTableXY::setPageCount(std::int32_t count) {
   const std::int32_t old = pageCount();
-  if (!setSizes(size(), std::max(count, 0))) return false;
+  const std::int32_t wanted = std::max(count, 0);
+  if (!reserve(cellsOf(size(), wanted)) || !setSizes(size(), wanted)) return false;
   for (std::int32_t page = old; page < pageCount(); ++page) {
     for (std::int32_t column = 0; column < size(); ++column) setValue(column, page, 0.0F);
   }

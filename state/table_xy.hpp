@@ -33,12 +33,13 @@ class KvTableXY final : public KvTable, public KvInitInterface {
   // Sizes move cells: one thread at a time, and while no block runs, or a step is heard out of
   // place. Readers stay inside the memory in any case. False when it does not suffice.
   std::int32_t size() const ZUM_REALTIME override { return loadShared(columns); }
-  /// One page of `count` columns.
+  /// One page of `count` columns, as far as there is room.
   bool resize(std::int32_t count) ZUM_REALTIME override;
-  bool setColumns(std::int32_t count) ZUM_REALTIME;
-  bool setPageCount(std::int32_t count) ZUM_REALTIME;
+  bool setColumns(std::int32_t count);
+  bool setPageCount(std::int32_t count);
   std::int32_t pageCount() const ZUM_REALTIME { return loadShared(pages); }
-  /// [main] Room for so many cells ahead of a read on the audio thread, which must not allocate.
+  /// [main] Room for so many cells ahead of a read, which does not allocate. A chunk's words are
+  /// always enough.
   bool reserve(std::size_t count) noexcept { return cells.reserve(count); }
   /// [any] Cells that a read may have without an allocation.
   std::size_t capacity() const ZUM_REALTIME { return cells.capacity(); }
@@ -58,7 +59,7 @@ class KvTableXY final : public KvTable, public KvInitInterface {
   std::int32_t skipOldestForm(KvChunk& chunk) ZUM_REALTIME;
   float cell(std::int32_t column, std::int32_t page) const ZUM_REALTIME;
   std::size_t place(std::int32_t column, std::int32_t page) const ZUM_REALTIME;
-  /// Sizes that the cells are then written to.
+  /// False when there is no room.
   bool setSizes(std::int32_t newColumns, std::int32_t newPages) ZUM_REALTIME;
   void keepMorphInside() ZUM_REALTIME;
 
