@@ -2,6 +2,5 @@
 # registers for a user.
 install(TARGETS ZUM LIBRARY DESTINATION lib/vst)
 install(TARGETS zum RUNTIME DESTINATION bin)
-install(DIRECTORY ${CMAKE_SOURCE_DIR}/content/Samples DESTINATION share/zum)
-install(DIRECTORY ${CMAKE_BINARY_DIR}/content/Presets DESTINATION share/zum OPTIONAL)
-install(DIRECTORY DESTINATION share/zum/Presets/User)
+install(DIRECTORY ${CMAKE_BINARY_DIR}/content/Samples ${CMAKE_BINARY_DIR}/content/Presets
+        DESTINATION share/zum)

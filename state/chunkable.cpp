@@ -2,7 +2,7 @@
 
 namespace zum {
 
-std::uint32_t chunkWordsOf(KvChunkableClass& object) {
+std::uint32_t chunkWordsOf(const KvChunkableClass& object) {
   KvChunk counting;
   object.writeChunk(&counting);
   return counting.cursor;

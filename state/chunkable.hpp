@@ -20,7 +20,7 @@ class KvChunkableClass {
   /// With `discard` the same words are read and nothing changes. Not 0 when the state was taken.
   /// May run on the audio thread: whoever needs room for a state has it before.
   virtual std::int32_t readChunk(KvChunk* chunk, bool discard) ZUM_REALTIME = 0;
-  virtual void writeChunk(KvChunk* chunk) = 0;
+  virtual void writeChunk(KvChunk* chunk) const = 0;
   // Places of the interface that nothing in this system fills.
   virtual void reservedHook(std::int32_t /*argument*/) {}
   virtual void reservedHook(std::int32_t /*first*/, std::int32_t /*second*/) {}
@@ -35,6 +35,6 @@ class KvChunkableClass {
 };
 
 /// Words that an object's writeChunk writes.
-std::uint32_t chunkWordsOf(KvChunkableClass& object);
+std::uint32_t chunkWordsOf(const KvChunkableClass& object);
 
 }  // namespace zum

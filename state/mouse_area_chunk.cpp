@@ -20,7 +20,7 @@ std::int32_t KvMouseAreaChunk::readChunk(KvChunk* chunk, bool discard) ZUM_REALT
   return 1;
 }
 
-void KvMouseAreaChunk::writeChunk(KvChunk* chunk) {
+void KvMouseAreaChunk::writeChunk(KvChunk* chunk) const {
   chunk->putInt(kFormat);
   chunk->putInt(kCount);
   for (const float* number : values) chunk->putFloat(loadShared(*number));

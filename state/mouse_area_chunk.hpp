@@ -16,7 +16,7 @@ class KvMouseAreaChunk : public KvChunkableClass {
       : KvChunkableClass(kMouseArea), values(floats) {}
 
   std::int32_t readChunk(KvChunk* chunk, bool discard) ZUM_REALTIME override;
-  void writeChunk(KvChunk* chunk) override;
+  void writeChunk(KvChunk* chunk) const override;
 
  private:
   std::array<float*, kCount> values;

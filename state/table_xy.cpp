@@ -192,7 +192,7 @@ std::int32_t KvTableXY::skipOldestForm(KvChunk& chunk) ZUM_REALTIME {
   return 0;
 }
 
-void KvTableXY::writeChunk(KvChunk* chunk) {
+void KvTableXY::writeChunk(KvChunk* chunk) const {
   chunk->putInt(kMark);
   chunk->putInt(kVersion);
   chunk->putFloat(loadShared(rangeExtra));

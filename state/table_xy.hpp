@@ -19,6 +19,8 @@ class KvTableXY final : public KvTable, public KvInitInterface {
   /// [audio] Also publishes the column as the running step. A page that is not there reads as
   /// page 0, a column outside as the nearest one, an empty page as 0.
   float getValue(std::int32_t column, std::int32_t page) ZUM_REALTIME;
+  /// [any] One cell, of the nearest column; 0 for a page that is not there.
+  float cell(std::int32_t column, std::int32_t page) const ZUM_REALTIME;
   /// [any] The value at the morph position, between the current page and the next one.
   float getValue(std::int32_t column) const ZUM_REALTIME;
   /// [any] One cell; cells that are not there are ignored.
@@ -52,12 +54,11 @@ class KvTableXY final : public KvTable, public KvInitInterface {
   float lastColumn() const;
 
   std::int32_t readChunk(KvChunk* chunk, bool discard) ZUM_REALTIME override;
-  void writeChunk(KvChunk* chunk) override;
+  void writeChunk(KvChunk* chunk) const override;
 
  private:
   std::int32_t readPages(KvChunk& chunk, bool discard) ZUM_REALTIME;
   std::int32_t skipOldestForm(KvChunk& chunk) ZUM_REALTIME;
-  float cell(std::int32_t column, std::int32_t page) const ZUM_REALTIME;
   std::size_t place(std::int32_t column, std::int32_t page) const ZUM_REALTIME;
   /// False when there is no room.
   bool setSizes(std::int32_t newColumns, std::int32_t newPages) ZUM_REALTIME;

@@ -9,6 +9,7 @@ namespace zum {
 void addRenderCommand(CLI::App& app);
 void addPlotCommand(CLI::App& app);
 void addParametersCommand(CLI::App& app);
+void addPresetsCommand(CLI::App& app);
 void addSettingsCommand(CLI::App& app);
 void addInstallContentCommand(CLI::App& app);
 

@@ -27,4 +27,25 @@ void EffectView::setSteps(std::span<const float> values) {
   }
 }
 
+std::vector<BankEntry> EffectView::bank() const {
+  const KvProgramBank& programs = effect->programs();
+  std::vector<BankEntry> entries;
+  for (int folder = 0; folder < programs.folderCount(); ++folder) {
+    const std::string before = std::string(programs.folderName(folder)) + '/';
+    for (int program = 0; program < programs.presetCount(folder); ++program) {
+      entries.push_back({folder, program, before + programs.get(folder, program)->name});
+    }
+  }
+  return entries;
+}
+
+bool EffectView::loadPreset(const KvChunk& preset) {
+  return effect->loadPreset(preset, 0, {.quiet = true});
+}
+
+bool EffectView::loadProgram(int folder, int program) {
+  const BankPreset* preset = effect->programs().get(folder, program);
+  return preset != nullptr && loadPreset(preset->chunk);
+}
+
 }  // namespace zum

@@ -22,6 +22,7 @@ int run(int argc, char** argv) {
   zum::addRenderCommand(app);
   zum::addPlotCommand(app);
   zum::addParametersCommand(app);
+  zum::addPresetsCommand(app);
   zum::addSettingsCommand(app);
   zum::addInstallContentCommand(app);
   try {

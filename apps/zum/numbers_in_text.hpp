@@ -8,9 +8,10 @@
 namespace zum {
 
 /// False for a text that is anything but one number.
-template <typename Number>
-bool parseWhole(std::string_view text, Number& number) {
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+template <typename Number, typename... Base>
+bool parseWhole(std::string_view text, Number& number, Base... base) {
+  const auto [end, error] =
+      std::from_chars(text.data(), text.data() + text.size(), number, base...);
   return error == std::errc() && end == text.data() + text.size();
 }
 

@@ -41,25 +41,28 @@ std::string nearNames(std::string_view text) {
   const std::size_t farthest = 1 + wanted.size() / 4;
   std::vector<std::pair<std::size_t, std::string>> near;
   for (const ParameterRow& row : settableParameters()) {
-    const std::string name = lowerCase(row.name);
+    const std::string own = parameterName(row);
+    const std::string name = lowerCase(own);
     std::size_t distance = editDistance(wanted, name);
     if (name.find(wanted) != std::string::npos) distance = std::min(distance, farthest);
-    if (distance <= farthest) near.emplace_back(distance, row.name);
+    if (distance <= farthest) near.emplace_back(distance, own);
   }
   std::sort(near.begin(), near.end());
-  near.erase(std::unique(near.begin(), near.end()), near.end());
   if (near.size() > kMostSuggestions) near.resize(kMostSuggestions);
   std::string list;
   for (const auto& [distance, name] : near) list += (list.empty() ? "" : ", ") + name;
   return list;
 }
 
-std::vector<int> tagsNamed(std::string_view text) {
-  std::vector<int> exact;
-  std::vector<int> anyCase;
+std::vector<ParameterRow> rowsNamed(std::string_view text) {
+  std::vector<ParameterRow> exact;
+  std::vector<ParameterRow> anyCase;
   for (const ParameterRow& row : settableParameters()) {
-    if (row.name == text) exact.push_back(row.tag);
-    if (lowerCase(row.name) == lowerCase(text)) anyCase.push_back(row.tag);
+    const std::string own = parameterName(row);
+    if (row.name == text || own == text) exact.push_back(row);
+    if (lowerCase(row.name) == lowerCase(text) || lowerCase(own) == lowerCase(text)) {
+      anyCase.push_back(row);
+    }
   }
   return exact.empty() ? anyCase : exact;
 }
@@ -76,6 +79,21 @@ std::vector<ParameterRow> settableParameters() {
   return rows;
 }
 
+std::string parameterName(const ParameterRow& row) {
+  const auto rows = parameterRows();
+  const bool shared = std::count_if(rows.begin(), rows.end(), [&](const ParameterRow& other) {
+                        return other.id >= 0 && std::string_view(other.name) == row.name;
+                      }) > 1;
+  return shared ? std::string(row.name) + '_' + std::to_string(row.tag) : row.name;
+}
+
+std::string parameterName(int tag) {
+  const int row = rowOfTag(tag);
+  if (row < 0) return {};
+  const ParameterRow& found = parameterRows()[static_cast<std::size_t>(row)];
+  return found.id < 0 || found.rule == Rule::table ? std::string() : parameterName(found);
+}
+
 int findParameterTag(std::string_view text) {
   const std::string quoted = '"' + std::string(text) + '"';
   if (int number = 0; parseWhole(text, number)) {
@@ -87,9 +105,9 @@ int findParameterTag(std::string_view text) {
         "no parameter has the tag " + std::string(text) + "; run zum parameters to see them all",
         kExitWrongUsage);
   }
-  const std::vector<int> tags = tagsNamed(text);
-  if (tags.size() == 1) return tags.front();
-  if (tags.empty()) {
+  const std::vector<ParameterRow> rows = rowsNamed(text);
+  if (rows.size() == 1) return rows.front().tag;
+  if (rows.empty()) {
     const std::string near = nearNames(text);
     throw Failure("no parameter is called " + quoted + "; " +
                       (near.empty() ? "" : "did you mean " + near + "? Otherwise ") +
@@ -97,10 +115,8 @@ int findParameterTag(std::string_view text) {
                   kExitWrongUsage);
   }
   std::string list;
-  for (const int tag : tags) list += (list.empty() ? "" : " or ") + std::to_string(tag);
-  throw Failure(quoted + " is the name of several parameters; give the tag number " + list +
-                    " in place of the name",
-                kExitWrongUsage);
+  for (const ParameterRow& row : rows) list += (list.empty() ? "" : " or ") + parameterName(row);
+  throw Failure(quoted + " is the name of several parameters; give " + list, kExitWrongUsage);
 }
 
 ParameterSetting parseParameterSetting(std::string_view text) {

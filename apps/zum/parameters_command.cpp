@@ -13,13 +13,13 @@ namespace {
 void printParameters() {
   const auto rows = settableParameters();
   std::size_t width = std::strlen("name");
-  for (const ParameterRow& row : rows) width = std::max(width, std::strlen(row.name));
+  for (const ParameterRow& row : rows) width = std::max(width, parameterName(row).size());
   const auto nameWidth = static_cast<int>(width);
   std::cout << "tag  " << std::left << std::setw(nameWidth) << "name"
             << "  default\n";
   for (const ParameterRow& row : rows) {
     std::cout << std::right << std::setw(3) << row.tag << "  " << std::left << std::setw(nameWidth)
-              << row.name << "  " << row.initial << '\n';
+              << parameterName(row) << "  " << row.initial << '\n';
   }
 }
 

@@ -19,6 +19,7 @@
 #include "apps/zum/failure.hpp"
 #include "apps/zum/number_check.hpp"
 #include "apps/zum/parameter_names.hpp"
+#include "apps/zum/preset_input.hpp"
 #include "apps/zum/render_loop.hpp"
 #include "apps/zum/step_options.hpp"
 #include "apps/zum/trace.hpp"
@@ -41,6 +42,8 @@ struct RenderOptions {
   int block = 512;
   double tempo = 120.0;
   double tail = 0.0;
+  std::filesystem::path preset;
+  std::string program;
   std::vector<std::string> settings;
   std::string steps;
   std::string sequencerMode;
@@ -95,7 +98,7 @@ void refuseSameFiles(const RenderOptions& options) {
 
 // What is set before the first block.
 struct Patch {
-  explicit Patch(const RenderOptions& options) {
+  explicit Patch(const RenderOptions& options) : preset(options.preset), program(options.program) {
     for (const std::string& text : options.settings) {
       settings.push_back(parseParameterSetting(text));
     }
@@ -106,10 +109,15 @@ struct Patch {
   }
 
   void applyTo(EffectHost& host) const {
+    EffectView view(host.record());
+    if (!preset.empty()) loadPresetFile(preset, view);
+    if (!program.empty()) loadProgram(program, view);
     for (const auto& [tag, value] : settings) host.setParameter(tag, value);
-    if (!steps.empty()) EffectView(host.record()).setSteps(steps);
+    if (!steps.empty()) view.setSteps(steps);
   }
 
+  std::filesystem::path preset;
+  std::string program;
   std::vector<ParameterSetting> settings;
   std::vector<float> steps;
 };
@@ -158,6 +166,13 @@ void addRenderCommand(CLI::App& app) {
   command->add_option("--tempo", options->tempo, "Tempo of the host, in beats per minute")
       ->check(between(kLowestTempo, kHighestTempo))
       ->capture_default_str();
+  CLI::Option* preset = command->add_option("--preset", options->preset,
+                                            "Preset to start from, in place of your default one");
+  command
+      ->add_option("--program", options->program,
+                   "Program of the bank to start from, as zum presets list prints it")
+      ->type_name("FOLDER/NAME")
+      ->excludes(preset);
   command
       ->add_option("--set", options->settings,
                    "A parameter by name or tag number, from 0 to 1; may be repeated")

@@ -1,0 +1,163 @@
+// `zum presets`: presets as text and back, whether files are whole, and what is in the bank.
+#include <algorithm>
+#include <filesystem>
+#include <iomanip>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "apps/zum/commands.hpp"
+#include "apps/zum/effect_host.hpp"
+#include "apps/zum/effect_view.hpp"
+#include "apps/zum/failure.hpp"
+#include "apps/zum/preset_document.hpp"
+#include "apps/zum/preset_input.hpp"
+#include "apps/zum/preset_text.hpp"
+#include "apps/zum/temporary_file.hpp"
+
+namespace zum {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct PresetsOptions {
+  fs::path input;
+  fs::path output;
+  std::vector<fs::path> paths;
+};
+
+std::string extension() { return '.' + std::string(preset::kExtension); }
+
+// Files below a folder with an ending, by name.
+std::vector<fs::path> filesBelow(const fs::path& folder, const std::string& ending) {
+  std::vector<fs::path> files;
+  std::error_code error;
+  for (fs::recursive_directory_iterator entry(folder, error), end; !error && entry != end;
+       entry.increment(error)) {
+    const fs::path& path = entry->path();
+    if (path.extension() == ending && !fs::is_directory(path)) files.push_back(path);
+  }
+  if (error) {
+    throw Failure("cannot read " + folder.string() + ": " + error.message() +
+                  "; check that you may read all of it");
+  }
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
+void show(const fs::path& path) {
+  PresetDocument document;
+  if (const std::string why = readPresetFile(path, document); !why.empty()) {
+    throw Failure(path.string() + ": " + why + "; run zum presets check to see which files load");
+  }
+  std::cout << presetText(document);
+}
+
+void makeOne(const fs::path& from, const fs::path& to) {
+  PresetDocument document;
+  readPresetText(from, document);
+  KvChunk chunk;
+  writePresetDocument(document, chunk);
+  TemporaryFile file(to);
+  file.write(chunk.data(), std::size_t{4} * chunk.dataWords());
+  file.keep();
+}
+
+void makeFolder(const fs::path& folder) {
+  std::error_code error;
+  fs::create_directories(folder, error);
+  if (error) {
+    throw Failure("cannot make the folder " + folder.string() + ": " + error.message() +
+                  "; name another one");
+  }
+}
+
+void makeAll(const fs::path& from, const fs::path& to) {
+  const auto texts = filesBelow(from, ".toml");
+  if (texts.empty()) throw Failure("there is no .toml file below " + from.string());
+  for (const fs::path& text : texts) {
+    const fs::path target = (to / text.lexically_relative(from)).replace_extension(extension());
+    makeFolder(target.parent_path());
+    makeOne(text, target);
+  }
+  std::cout << texts.size() << " presets made in " << to.string() << '\n';
+}
+
+void make(const PresetsOptions& options) {
+  if (fs::is_directory(options.input)) return makeAll(options.input, options.output);
+  if (options.output.extension() != extension()) {
+    throw Failure(options.output.string() + " is no name of a preset; let it end in " + extension(),
+                  kExitWrongUsage);
+  }
+  makeOne(options.input, options.output);
+}
+
+std::string summary(const PresetDocument& document) {
+  std::string text = '"' + document.name + '"';
+  for (const std::string& remark : document.remarks) text += ", " + remark;
+  return text;
+}
+
+void check(const std::vector<fs::path>& paths) {
+  std::vector<fs::path> files;
+  for (const fs::path& path : paths) {
+    if (!fs::is_directory(path)) {
+      files.push_back(path);
+      continue;
+    }
+    const auto found = filesBelow(path, extension());
+    files.insert(files.end(), found.begin(), found.end());
+  }
+  std::size_t damaged = 0;
+  for (const fs::path& file : files) {
+    PresetDocument document;
+    const std::string why = readPresetFile(file, document);
+    if (!why.empty()) ++damaged;
+    std::cout << file.string() << (why.empty() ? ": ok, " + summary(document) : ": BAD, " + why)
+              << '\n';
+  }
+  if (damaged > 0) {
+    throw Failure(std::to_string(damaged) + " of " + std::to_string(files.size()) +
+                  " files are no presets; replace them or take them out of the folder");
+  }
+  if (files.empty()) throw Failure("there are no " + extension() + " files; name others");
+}
+
+void list() {
+  const EffectHost host(44100.0, 512, 120.0, false);
+  const std::vector<BankEntry> entries = EffectView(host.record()).bank();
+  if (entries.empty()) {
+    throw Failure(
+        "the bank is empty; run zum install-content, or name a folder of folders with "
+        "zum settings set presetpath0 FOLDER");
+  }
+  std::cout << "folder  program  name\n";
+  for (const auto& [folder, program, name] : entries) {
+    std::cout << std::setw(6) << folder << std::setw(9) << program << "  " << name << '\n';
+  }
+}
+
+}  // namespace
+
+void addPresetsCommand(CLI::App& app) {
+  auto options = std::make_shared<PresetsOptions>();
+  CLI::App* presets = app.add_subcommand("presets", "Show, make, check and list presets");
+  presets->require_subcommand(1);
+  CLI::App* shown = presets->add_subcommand("show", "Print a preset as text (TOML)");
+  shown->add_option("FILE", options->input, "Preset to read")->required();
+  shown->callback([options] { show(options->input); });
+  CLI::App* made = presets->add_subcommand("make", "Make presets of texts, as show prints them");
+  made->add_option("TEXT", options->input, "Text to read, or a folder of texts (.toml)")
+      ->required();
+  made->add_option("OUT", options->output, "Preset to write, or the folder for all of them")
+      ->required();
+  made->callback([options] { make(*options); });
+  CLI::App* checked = presets->add_subcommand("check", "Report which files load, and why not");
+  checked->add_option("PATH", options->paths, "Presets, or folders of presets")->required();
+  checked->callback([options] { check(options->paths); });
+  presets->add_subcommand("list", "Print the programs of the bank as the effect finds them")
+      ->callback(list);
+}
+
+}  // namespace zum

@@ -1,0 +1,144 @@
+// The factory presets as a player gets them: whole, each heard, none too loud, no two alike.
+#include <ebur128.h>
+#include <gtest/gtest.h>
+#include <sndfile.h>
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/files.hpp"
+#include "state/preset_files.hpp"
+#include "support/test_host.hpp"
+
+namespace zum::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr unsigned kRate = 44100;
+constexpr int kSlice = kRate / 8;  // frames of a sixteenth at 120 BPM
+
+/// All three loops at once: hits, a bass line and chords.
+Stereo song() {
+  Stereo sum;
+  for (const char* name : {"Drums", "Bass", "Chords"}) {
+    SF_INFO info{};
+    const std::string path = std::string(ZUM_CONTENT "/Samples/Factory/") + name + ".wav";
+    SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
+    std::vector<float> samples(static_cast<std::size_t>(2 * info.frames));
+    EXPECT_EQ(sf_readf_float(file, samples.data(), info.frames), info.frames) << path;
+    sf_close(file);
+    if (sum.frames() == 0) sum = Stereo(static_cast<std::size_t>(info.frames));
+    for (std::size_t i = 0; i < sum.frames(); ++i) {
+      sum.left[i] += 0.5F * samples[2 * i];
+      sum.right[i] += 0.5F * samples[2 * i + 1];
+    }
+  }
+  return sum;
+}
+
+/// Twice round; what is heard the second time.
+Stereo played(const fs::path& path, const Stereo& loop) {
+  TestHost host;
+  KvChunk preset;
+  EXPECT_TRUE(readChunkFile(toInternalPath(path.string()), preset));
+  EXPECT_TRUE(host.client().loadPreset(preset, 0, {})) << path;
+  host.host.hasTime = true;
+  host.host.time.tempo = 120.0;
+  host.host.time.flags = kVstTransportPlaying | kVstPpqPosValid;
+  Stereo out(loop.frames());
+  for (int turn = 0; turn < 2; ++turn) {
+    for (std::size_t at = 0; at < loop.frames(); at += 512) {
+      const std::size_t frames = std::min<std::size_t>(512, loop.frames() - at);
+      host.process(loop, out, at, static_cast<std::int32_t>(frames));
+      host.host.time.ppqPos += 2.0 * static_cast<double>(frames) / kRate;
+    }
+  }
+  return out;
+}
+
+/// Integrated loudness, LUFS (EBU R 128).
+double loudnessOf(const Stereo& sound) {
+  ebur128_state* meter = ebur128_init(2, kRate, EBUR128_MODE_I);
+  std::vector<float> both(2 * sound.frames());
+  for (std::size_t i = 0; i < sound.frames(); ++i) {
+    both[2 * i] = sound.left[i];
+    both[2 * i + 1] = sound.right[i];
+  }
+  ebur128_add_frames_float(meter, both.data(), sound.frames());
+  double loudness = 0.0;
+  ebur128_loudness_global(meter, &loudness);
+  ebur128_destroy(&meter);
+  return loudness;
+}
+
+/// Levels in dB of nine octaves from 62.5 Hz up in every sixteenth.
+std::vector<float> pictureOf(const Stereo& sound) {
+  std::vector<float> picture;
+  for (double hz = 62.5; hz < 17000.0; hz *= 2.0) {
+    const double w = 2.0 * 3.141592653589793 * hz / kRate;
+    const double alpha = std::sin(w) / 2.0 * 0.7;
+    const auto b = static_cast<float>(alpha / (1.0 + alpha));
+    const auto a1 = static_cast<float>(-2.0 * std::cos(w) / (1.0 + alpha));
+    const auto a2 = static_cast<float>((1.0 - alpha) / (1.0 + alpha));
+    float s1 = 0.0F, s2 = 0.0F, energy = 0.0F;
+    for (std::size_t i = 0; i < sound.frames(); ++i) {
+      const float x = sound.left[i] + sound.right[i];
+      const float y = b * x + s1;
+      s1 = s2 - a1 * y + 1e-12F;
+      s2 = -b * x - a2 * y;
+      energy += y * y;
+      if (i % kSlice == kSlice - 1) {
+        picture.push_back(10.0F * std::log10(energy / kSlice + 1e-6F));
+        energy = 0.0F;
+      }
+    }
+  }
+  return picture;
+}
+
+float distance(const std::vector<float>& a, const std::vector<float>& b) {
+  float sum = 0.0F;
+  for (std::size_t i = 0; i < a.size(); ++i) sum += std::fabs(a[i] - b[i]);
+  return sum / static_cast<float>(a.size());
+}
+
+float peakOf(const Stereo& sound) {
+  float peak = 0.0F;
+  for (const float x : sound.left) peak = std::max(peak, std::fabs(x));
+  for (const float x : sound.right) peak = std::max(peak, std::fabs(x));
+  return peak;
+}
+
+TEST(Content, EveryPresetIsHeardAndNoTwoAreAlike) {
+  const Stereo loop = song();
+  const double dry = loudnessOf(loop);
+  std::map<std::string, int> folders;
+  std::vector<std::pair<std::string, std::vector<float>>> pictures;
+  std::vector<fs::path> files;
+  for (const auto& entry : fs::recursive_directory_iterator(ZUM_CONTENT "/Presets")) {
+    if (entry.path().extension() == ".kvz") files.push_back(entry.path());
+  }
+  std::sort(files.begin(), files.end());
+  for (const fs::path& path : files) {
+    const std::string folder = path.parent_path().filename().string();
+    const std::string name = folder + '/' + path.stem().string();
+    ++folders[folder];
+    const Stereo sound = played(path, loop);
+    const double loudness = loudnessOf(sound) - dry;
+    printf("%-40s %6.1f %6.2f", name.c_str(), loudness, (double)peakOf(sound));
+    pictures.emplace_back(name, pictureOf(sound));
+    float near = 1e9F; std::string who;
+    for (auto& [n, p] : pictures) if (n != name) { float d = distance(p, pictures.back().second); if (d < near) near = d, who = n; }
+    printf(" %6.2f %s\n", (double)near, who.c_str());
+  }
+  EXPECT_EQ(folders["Midi Programs"], 64);
+}
+
+}  // namespace
+}  // namespace zum::test
