@@ -7,7 +7,6 @@
 #include <cmath>
 #include <filesystem>
 #include <map>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -115,29 +114,40 @@ float peakOf(const Stereo& sound) {
   return peak;
 }
 
+std::vector<fs::path> presetFiles() {
+  std::vector<fs::path> files;
+  for (const auto& entry : fs::recursive_directory_iterator(ZUM_CONTENT "/Presets")) {
+    if (entry.is_regular_file()) files.push_back(entry.path());
+  }
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
 TEST(Content, EveryPresetIsHeardAndNoTwoAreAlike) {
+  constexpr double kQuietest = -7.0;  // LU, against the loops themselves
+  constexpr double kLoudest = 6.0;
+  constexpr float kNearest = 1.0F;  // dB on average; 1.16 are the nearest two
   const Stereo loop = song();
   const double dry = loudnessOf(loop);
   std::map<std::string, int> folders;
-  std::vector<std::pair<std::string, std::vector<float>>> pictures;
-  std::vector<fs::path> files;
-  for (const auto& entry : fs::recursive_directory_iterator(ZUM_CONTENT "/Presets")) {
-    if (entry.path().extension() == ".kvz") files.push_back(entry.path());
-  }
-  std::sort(files.begin(), files.end());
-  for (const fs::path& path : files) {
-    const std::string folder = path.parent_path().filename().string();
-    const std::string name = folder + '/' + path.stem().string();
-    ++folders[folder];
+  std::map<std::string, std::vector<float>> pictures;
+  for (const fs::path& path : presetFiles()) {
+    SCOPED_TRACE(path);
+    ++folders[path.parent_path().filename().string()];
     const Stereo sound = played(path, loop);
     const double loudness = loudnessOf(sound) - dry;
-    printf("%-40s %6.1f %6.2f", name.c_str(), loudness, (double)peakOf(sound));
-    pictures.emplace_back(name, pictureOf(sound));
-    float near = 1e9F; std::string who;
-    for (auto& [n, p] : pictures) if (n != name) { float d = distance(p, pictures.back().second); if (d < near) near = d, who = n; }
-    printf(" %6.2f %s\n", (double)near, who.c_str());
+    EXPECT_TRUE(loudness > kQuietest && loudness < kLoudest) << loudness << " LU";
+    EXPECT_LT(peakOf(sound), 1.0F);
+    const auto picture = pictureOf(sound);
+    for (const auto& [other, seen] : pictures) {
+      EXPECT_GT(distance(picture, seen), kNearest) << "much the same as " << other;
+    }
+    pictures[path.string()] = picture;
   }
+  EXPECT_EQ(folders["Presets"], 1);  // the default
   EXPECT_EQ(folders["Midi Programs"], 64);
+  EXPECT_GE(pictures.size(), 1U + 64U + 96U);
+  EXPECT_TRUE(fs::is_directory(ZUM_CONTENT "/Presets/User") && folders["User"] == 0);
 }
 
 }  // namespace
