@@ -1,6 +1,6 @@
 #!/bin/bash
-# Ardour: its scanner lists the effect, a session renders through it, and a fresh process finds all
-# parameters of a saved session again. No display.
+# Ardour: its scanner lists the effect, a session renders through it, and a fresh process finds all of
+# a saved session again: parameters, steps, learned controllers and the place in the bank. No display.
 . "$(dirname "$0")/lib.sh"
 need ardour ardour7-lua
 need sox sox
@@ -15,6 +15,8 @@ cat >"$settings/config" <<XML
 <Option name="use-vst3" value="0"/>
 </Config></Ardour>
 XML
+
+make_bank # Ardour shows its programs as presets
 
 LD_LIBRARY_PATH=$lib timeout 25 $lib/ardour-vst-scanner -f -v "$work/vst/$(basename "$plugin")" >"$work/scan.txt" 2>&1
 check "the scanner ended well" [ $? = 0 ]
@@ -38,13 +40,21 @@ session() { # session STEP FOLDER
   grep -q '^GOOD' "$work/$1.log" || die "$1: $(grep '^WRONG' "$work/$1.log" || tail -1 "$work/$1.log")"
   check "the engine ended well after '$1'" [ $status = 0 ]
   grep '^VALUE' "$work/$1.log" >"$work/$1.values"
+  sed -n 's:.*<chunk[^>]*>\([^<]*\)</chunk>.*:\1:p' "$work/$2/s.ardour" | base64 -d >"$work/$1.kvz"
   mv "$work/$2/$1.wav" "$work/"
   sounds "$work/$1.wav"
 }
 session plain first
 session make second
+rm -r "$bank" # what comes back comes from the session alone
 session load second
 moved=$(diff "$work/plain.values" "$work/make.values" | grep -c '^>')
 check "$moved of $(wc -l <"$work/make.values") parameters moved" [ "$moved" -ge 50 ]
 check "all parameters came back" cmp "$work/make.values" "$work/load.values"
 check "moved parameters are heard" above "$(difference "$work/plain.wav" "$work/make.wav")" 0.001
+check "the whole state came back, word for word" cmp "$work/make.kvz" "$work/load.kvz"
+state=$("$zum" presets show "$work/load.kvz")
+for line in 'name = "Second"' 'program = 1' '  [1.0, 0.0, 1.0, 0.0, 1.0, 0.0, 1.0, 0.6],' \
+  'controller = 74' 'parameter = "Cutoff"' 'mode = 6'; do
+  check "it holds $line" grep -qxF "$line" <<<"$state"
+done

@@ -1,6 +1,6 @@
--- Run by ardour.sh in Ardour's session engine. STEP=make: a new session with the effect, all its
--- parameters moved, saved. STEP=load: that session again. STEP=plain: a new one as it starts. Each
--- prints the parameters and exports two seconds. Only one export a process: a second one, or one
+-- Run by ardour.sh in Ardour's session engine. STEP=make: a new session with the effect, its program
+-- "Second", all its parameters moved. STEP=load: that session again. STEP=plain: a new one as it
+-- starts. Each prints the parameters, exports two seconds and saves. Only one export a process: a second one, or one
 -- right after the start, now and then corrupts this engine's heap.
 local step, folder, id = os.getenv ("STEP"), os.getenv ("SESSION"), os.getenv ("EFFECT_ID")
 local rate = 48000
@@ -57,9 +57,14 @@ end
 local function work ()
 	AudioEngine:set_backend ("None (Dummy)", "", ""):set_buffer_size (8192)
 	local effect = step == "load" and load () or new ()
+	if step == "make" then
+		local plugin = effect:to_insert ():plugin (0)
+		local program = plugin:preset_by_label ("Second")
+		assert (program and plugin:load_preset (program), "the program is not to be had")
+	end
 	values (effect, step == "make")
 	export ()
-	if step == "make" then Session:save_state ("") end
+	Session:save_state ("")
 end
 local good, why = pcall (work)
 print (good and "GOOD" or "WRONG " .. tostring (why))

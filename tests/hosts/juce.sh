@@ -1,5 +1,5 @@
 #!/bin/bash
-# The hosting code of JUCE: scan, instances, sound at several rates and block sizes, state.
+# The hosting code of JUCE: scan, instances, sound at several rates and block sizes, programs, state.
 # JUCE_HOST is the host that all.sh has built; without it one is built for this run alone.
 . "$(dirname "$0")/lib.sh"
 need juce-modules-source-data /usr/share/juce/modules/juce_audio_processors
@@ -11,6 +11,7 @@ if [ ! -x "${JUCE_HOST:-}" ]; then
     die "the host does not build: $(tail -1 "$work/build.log")"
   JUCE_HOST=$work/juce/juce_host
 fi
+make_bank
 timeout 50 "$JUCE_HOST" "$plugin" "$work/sound.wav" >"$work/host.txt" 2>"$work/host.log"
 check "the host ended well" [ $? = 0 ]
 while read -r verdict claim; do

@@ -67,6 +67,23 @@ difference() { # difference A B: rms of A - B
   sox -q -m -v 1 "$1" -v -1 "$2" -b 32 "$work/difference.wav" 2>/dev/null && rms "$work/difference.wav"
 }
 
+make_bank() { # programs First and Second with steps and a controller each, found by the effect; in $bank
+  local program
+  zum=$(dirname "$plugin")/zum bank=$HOME/.local/share/zum/Presets/Bank
+  mkdir -p "$bank"
+  for program in First Second; do
+    cat >"$work/$program.toml" <<TOML
+[steps]
+pages = [[0.5, 1, 0.25, 0, 0.75, 0.125, 0, 1], [1, 0, 1, 0, 1, 0, 1, 0.${#program}]]
+[[binding]]
+controller = 74
+parameter = "Cutoff"
+mode = ${#program}
+TOML
+    "$zum" presets make "$work/$program.toml" "$bank/$program.kvz" || die "no bank could be made"
+  done
+}
+
 finish() {
   local status=$? p
   trap - EXIT INT TERM

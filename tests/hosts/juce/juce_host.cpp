@@ -88,6 +88,9 @@ int main(int argc, char** argv) {
     if (block == 256) write(sound, rate, File(String(argv[2])));
   }
 
+  first->setCurrentProgram(1);
+  check(first->getProgramName(1) == "Second" && first->getCurrentProgram() == 1,
+        "the second program of the bank is called and set");
   for (auto* parameter : first->getParameters())
     parameter->setValue(std::fmod(parameter->getValue() + 0.35f, 1.0f));
   const int changed = differing(*first, *second);
@@ -96,6 +99,7 @@ int main(int argc, char** argv) {
   first->getStateInformation(state);
   second->setStateInformation(state.getData(), (int)state.getSize());
   render(*second, 48000, 256, 0.2);
+  check(second->getCurrentProgram() == 1, "a state brings its place in the bank");
   check(differing(*first, *second) == 0,
         "a state of " + String(state.getSize()) + " bytes restores all in the other instance");
 
