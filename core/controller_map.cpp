@@ -47,7 +47,8 @@ bool ControllerMap::readLists(KvChunk& chunk, bool hasModes, bool take) {
     for (std::int32_t i = 0; i < count; ++i) {
       const auto tag = static_cast<std::int16_t>(chunk.getInt());
       const auto mode = static_cast<std::int16_t>(hasModes ? chunk.getInt() : 0);
-      if (!list.append({tag, mode})) return false;
+      // In a preset this tag would end the list.
+      if (tag != preset::kEndOfController && !list.append({tag, mode})) return false;
     }
   }
   return true;

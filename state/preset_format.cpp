@@ -37,6 +37,8 @@ class Walk {
     return !chunk.overrun() || damaged(what);
   }
   bool takeBinding(std::int32_t tag, Binding& binding) ZUM_REALTIME {
+    // Cut to 16 bits it may be anything, an end mark for one.
+    if (tag != static_cast<std::int16_t>(tag)) return damaged("a binding's tag is out of range");
     std::int32_t mode = 0;
     if (layout >= kFirstModeLayout && !take(mode, "breaks off in a binding")) return false;
     binding = {static_cast<std::int16_t>(tag), static_cast<std::int16_t>(mode)};

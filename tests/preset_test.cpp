@@ -191,10 +191,11 @@ TEST(State, WhatIsRefusedIsToldAndChangesNothing) {
       {with(10, 0), invalid},  // a parameter without a value
       {with(10, -1), invalid},
       {with(10, 2147483647), invalid},
-      {Draft{.records = {{5, 3, 1, 2, 3}}}.words(), invalid},   // no table
-      {Draft{.map = {128, bits(-2)}}.words(), invalid},         // no such controller
-      {Draft{.map = {5, 1}}.words(), invalid},                  // no end
-      {Draft{.aftertouch = {1, 2, 3, 4, 5}}.words(), invalid},  // half a binding
+      {Draft{.records = {{5, 3, 1, 2, 3}}}.words(), invalid},     // no table
+      {Draft{.map = {128, bits(-2)}}.words(), invalid},           // no such controller
+      {Draft{.map = {5, 1}}.words(), invalid},                    // no end
+      {Draft{.map = {5, 0xFFFE, 0, bits(-2)}}.words(), invalid},  // cut to 16 bits an end
+      {Draft{.aftertouch = {1, 2, 3, 4, 5}}.words(), invalid},    // half a binding
       {{}, invalid},
   };
   for (const auto& c : cases) {

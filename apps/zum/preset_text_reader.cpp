@@ -235,6 +235,9 @@ class PresetReader {
       }
       forEach(each, fields);
       if (!bound) fail(each, "a binding needs parameter = \"NAME\"");
+      if (ofControllers && binding.tag == preset::kEndOfController) {
+        fail(each, "no controller can move a parameter of tag -2: in a preset it ends the list");
+      }
       if (!ofControllers) {
         document.aftertouch.push_back(binding);
       } else if (controller >= 0) {
