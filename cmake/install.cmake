@@ -3,4 +3,4 @@
 install(TARGETS ZUM LIBRARY DESTINATION lib/vst)
 install(TARGETS zum RUNTIME DESTINATION bin)
 install(DIRECTORY ${CMAKE_BINARY_DIR}/content/Samples ${CMAKE_BINARY_DIR}/content/Presets
-        DESTINATION share/zum)
+        DESTINATION share/zum PATTERN "User/*" EXCLUDE)

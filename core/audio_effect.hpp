@@ -129,6 +129,8 @@ class AudioEffectX : public AudioEffect {
   VstTimeInfo* getTimeInfo(std::int32_t filter) ZUM_REALTIME;
   /// [audio] 0 without a callback.
   std::int32_t getCurrentProcessLevel() ZUM_REALTIME;
+  /// [audio] For hosts of our own.
+  void callHostInBlock(std::int32_t opcode, float opt) ZUM_REALTIME;
 };
 
 }  // namespace zum

@@ -6,12 +6,12 @@
 namespace zum {
 namespace {
 
-// The host is outside of what can be checked: these two calls are the block's only ones to it, and
+// The host is outside of what can be checked: these calls are the block's only ones to it, and
 // hosts promise to answer them on the audio thread.
-std::intptr_t callHostInBlock(audioMasterCallback host, AEffect* record, std::int32_t opcode,
-                              std::intptr_t value) ZUM_REALTIME {
+std::intptr_t callOnAudioThread(audioMasterCallback host, AEffect* record, std::int32_t opcode,
+                                std::intptr_t value, float opt = 0.0F) ZUM_REALTIME {
   ZUM_TRUSTED_BEGIN
-  return host != nullptr ? host(record, opcode, 0, value, nullptr, 0.0F) : 0;
+  return host != nullptr ? host(record, opcode, 0, value, nullptr, opt) : 0;
   ZUM_TRUSTED_END
 }
 
@@ -69,13 +69,17 @@ bool AudioEffectX::getHostProductString(char (&text)[256]) {
 }
 
 VstTimeInfo* AudioEffectX::getTimeInfo(std::int32_t filter) ZUM_REALTIME {
-  const std::intptr_t record = callHostInBlock(audioMaster, &cEffect, audioMasterGetTime, filter);
+  const std::intptr_t record = callOnAudioThread(audioMaster, &cEffect, audioMasterGetTime, filter);
   return reinterpret_cast<VstTimeInfo*>(record);  // NOLINT: hosts hand the address as a number
 }
 
 std::int32_t AudioEffectX::getCurrentProcessLevel() ZUM_REALTIME {
   return static_cast<std::int32_t>(
-      callHostInBlock(audioMaster, &cEffect, audioMasterGetCurrentProcessLevel, 0));
+      callOnAudioThread(audioMaster, &cEffect, audioMasterGetCurrentProcessLevel, 0));
+}
+
+void AudioEffectX::callHostInBlock(std::int32_t opcode, float opt) ZUM_REALTIME {
+  callOnAudioThread(audioMaster, &cEffect, opcode, 0, opt);
 }
 
 }  // namespace zum

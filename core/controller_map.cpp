@@ -21,17 +21,19 @@ void ControllerMap::writeCcMap(KvChunk& chunk) const {
   }
 }
 
-bool ControllerMap::readCcMap(KvChunk& chunk) {
+ControllerMap::Read ControllerMap::readCcMap(KvChunk& chunk) {
   const std::int32_t format = chunk.getInt();
-  if (format > kMapFormat || chunk.getInt() != 0 || chunk.overrun()) return false;
+  const std::int32_t zero = chunk.getInt();
+  if (chunk.overrun()) return Read::damaged;
+  if (format > kMapFormat || zero != 0) return Read::otherVersion;
   const bool hasModes = format >= kFirstModeFormat;
   const std::uint32_t start = chunk.cursor;
-  if (!readLists(chunk, hasModes, false)) return false;
+  if (!readLists(chunk, hasModes, false)) return Read::damaged;
   chunk.cursor = start;
   learning.store(true);
-  const bool taken = readLists(chunk, hasModes, true);
+  readLists(chunk, hasModes, true);
   learning.store(false);
-  return taken;
+  return Read::taken;
 }
 
 bool ControllerMap::readLists(KvChunk& chunk, bool hasModes, bool take) {
@@ -40,6 +42,7 @@ bool ControllerMap::readLists(KvChunk& chunk, bool hasModes, bool take) {
     const std::int64_t words = std::int64_t{count} * (hasModes ? 2 : 1);
     if (chunk.overrun() || count < 0 || words > std::int64_t{chunk.wordsLeft()}) return false;
     if (!take) {
+      if (!list.reserve(static_cast<std::size_t>(count) + 1)) return false;
       chunk.skip(static_cast<std::uint32_t>(words));
       continue;
     }
@@ -48,7 +51,7 @@ bool ControllerMap::readLists(KvChunk& chunk, bool hasModes, bool take) {
       const auto tag = static_cast<std::int16_t>(chunk.getInt());
       const auto mode = static_cast<std::int16_t>(hasModes ? chunk.getInt() : 0);
       // In a preset this tag would end the list.
-      if (tag != preset::kEndOfController && !list.append({tag, mode})) return false;
+      if (tag != preset::kEndOfController) list.tryAppend({tag, mode});
     }
   }
   return true;

@@ -60,19 +60,39 @@ class BindingList {
 
 class ControllerMap {
  public:
-  /// Bindings of one list that learning finds room for without an allocation.
-  static constexpr std::size_t kRoom = 16;
+  /// Bindings of one list that programs find room for without an allocation.
+  static constexpr std::uint32_t kRoom = 15;
 
-  /// [main] Room in every list. False when the memory does not suffice.
-  bool reserve(std::size_t bindings) noexcept {
-    bool room = aftertouch.reserve(bindings);
-    for (BindingList& list : controllers) room = list.reserve(bindings) && room;
+  /// Bindings by controller, those of pressure behind them.
+  using Counts = std::array<std::uint32_t, preset::kControllers + 1>;
+
+  /// [main] Room for so many in each list, and for one more to learn. False when the memory does
+  /// not suffice.
+  bool reserve(const Counts& counts) noexcept {
+    bool room = true;
+    for (std::size_t i = 0; i < counts.size(); ++i) {
+      room = list(i).reserve(std::size_t{counts[i]} + 1) && room;
+    }
     return room;
   }
-  std::size_t capacity() const ZUM_REALTIME {
-    std::size_t least = aftertouch.capacity();
-    for (const BindingList& list : controllers) least = std::min(least, list.capacity());
-    return least;
+  bool hasRoomFor(const Counts& counts) const ZUM_REALTIME {
+    bool room = true;
+    for (std::size_t i = 0; i < counts.size(); ++i) room = counts[i] < list(i).capacity() && room;
+    return room;
+  }
+  /// [main] Bindings that a map starts with room for.
+  bool reserve() noexcept {
+    Counts counts;
+    counts.fill(kRoom);
+    return reserve(counts);
+  }
+  /// [main] For a binding that the audio thread learns, in whichever list.
+  bool reserveOneMore() noexcept {
+    Counts counts;
+    for (std::size_t i = 0; i < counts.size(); ++i) {
+      counts[i] = static_cast<std::uint32_t>(list(i).size());
+    }
+    return reserve(counts);
   }
   void clearControllers() ZUM_REALTIME {
     for (BindingList& list : controllers) list.clear();
@@ -81,9 +101,12 @@ class ControllerMap {
   // [main] The map as a file of its own holds it, behind the header: format version, 0, and for
   // each controller a count and its bindings.
   void writeCcMap(KvChunk& chunk) const;
-  /// False for a map of another version, and for one that does not fit together: then nothing
-  /// changes.
-  bool readCcMap(KvChunk& chunk);
+  enum class Read : std::uint8_t {
+    taken,
+    otherVersion,  // nothing changes
+    damaged,       // does not fit together, or the memory does not suffice; nothing changes
+  };
+  Read readCcMap(KvChunk& chunk);
 
   std::array<BindingList, preset::kControllers> controllers;
   BindingList aftertouch;
@@ -91,7 +114,13 @@ class ControllerMap {
   std::atomic<bool> learning{false};
 
  private:
-  /// One pass over the lists of a map; with `take` they are taken over.
+  BindingList& list(std::size_t i) ZUM_REALTIME {
+    return i < controllers.size() ? controllers[i] : aftertouch;
+  }
+  const BindingList& list(std::size_t i) const ZUM_REALTIME {
+    return i < controllers.size() ? controllers[i] : aftertouch;
+  }
+  /// One pass over the lists of a map: a check that makes room, or with `take` the taking.
   bool readLists(KvChunk& chunk, bool hasModes, bool take);
 };
 

@@ -42,7 +42,7 @@ KvUniClient::KvUniClient(audioMasterCallback host)
   clock.controlCounter = Engine::kControlFrames;  // the very first frame runs a control pass
   clock.setSampleRate(clock.sampleRate);
   for (const BufferRecord& buffer : engine.buffers()) bufferRegistry.push_back(buffer);
-  controllerMap.reserve(ControllerMap::kRoom);
+  controllerMap.reserve();
   buildLinks();
   readSettings();
   recomputeEngine(false);

@@ -1,6 +1,7 @@
 // The effect object: the one thing that a host talks to. Owns every parameter record, the engine,
 // the timing block, the program bank and the editor. Its operations stand in one source each for
-// what the host asks, parameters, the block call, states in memory, preset files and programs.
+// what the host asks, parameters, the block call, MIDI, states in memory, preset files and
+// programs.
 #pragma once
 
 #include <array>
@@ -8,11 +9,15 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/controller_map.hpp"
 #include "core/effect_editor.hpp"
+#include "core/event_inbox.hpp"
+#include "core/event_queue.hpp"
 #include "core/group_mask.hpp"
+#include "core/note_state.hpp"
 #include "core/parameter.hpp"
 #include "core/parameter_table.hpp"
 #include "core/plugin_base.hpp"
@@ -49,12 +54,17 @@ struct LoadFlags {
   bool restoreAll = false;  // as a host's session: excluded parameters and program position, too
   bool quiet = false;       // no messages
   bool findPath = false;    // looks for the preset's file on disk
+  bool storesRevertPoint = false;
+  std::string_view title = {};  // in place of the preset's own name
 };
 
 class KvUniClient final : public KvPluginBase, public KvAligned, private ControlPassOwner {
  public:
   static constexpr std::int32_t kPrograms = 128;
   static constexpr int kSlots = 1;
+  // Switches that outlast a session, by their index in the settings.
+  static constexpr int kIgnoreProgramChanges = 0;
+  static constexpr int kIsolateMap = 1;
 
   explicit KvUniClient(audioMasterCallback host);
   ~KvUniClient() override = default;
@@ -122,7 +132,24 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   bool setStepColumns(std::int32_t count);
   bool setStepPages(std::int32_t count);
 
+  // [main] MIDI learn and controller maps
+  /// The next controller, or pressure, moves the parameter from now on. False for a tag that there
+  /// is not.
+  bool beginLearn(std::int32_t tag);
+  void endLearn();
+  /// What was learned of the parameter, by controllers; pressure keeps it.
+  void clearBindings(std::int32_t tag);
+  void clearAllBindings();
+  /// A null path asks the user.
+  void saveCcMap(const char* path);
+  void loadCcMap(const char* path);
+
+  /// [host] One thread at a time, which need not be that of the block. Always 1.
+  std::int32_t processEvents(VstEvents* events) override;
+
   // [audio]
+  /// What is due in a control pass.
+  void handleEvent(const EngineEvent& event) ZUM_REALTIME;
   /// The program of that number in the folder for MIDI, from memory.
   void playMidiProgram(int index) ZUM_REALTIME;
   void processReplacing(float** inputs, float** outputs, std::int32_t frames) ZUM_REALTIME override;
@@ -145,6 +172,12 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   KvTableXY& steps() { return stepTable; }
   ControllerMap& controllers() { return controllerMap; }
   const PresetSlot& slot() const { return slots[0]; }
+  const NoteState& played() const { return noteState; }
+  EventQueue& eventQueue() { return events; }
+  /// The last value of a controller, 0 to 1.
+  float controllerValue(int number) const {
+    return loadShared(controllerValues[static_cast<std::size_t>(number)]);
+  }
   std::int32_t currentFolder() const { return loadShared(curFolder); }
   float option(int index) const { return loadShared(options[static_cast<std::size_t>(index)]); }
   const KvProgramBank& programs() const ZUM_REALTIME { return *bank.load(); }
@@ -156,7 +189,7 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   class PresetIntake;
   /// Room that a state asks for.
   struct PresetNeeds {
-    std::size_t bindings = 0;  // of the longest list
+    ControllerMap::Counts bindings{};
     std::size_t objectWords = 0;
   };
 
@@ -170,6 +203,12 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
 
   static bool isSlot(int slot) ZUM_REALTIME { return slot >= 0 && slot < kSlots; }
   PresetFault checkPreset(const KvChunk& preset, int slot, PresetNeeds& needs) ZUM_REALTIME;
+  /// False, and a message, for a preset that is refused.
+  bool accepts(const KvChunk& preset, int slot, bool quiet, PresetNeeds& needs);
+  /// Under the loaders' turn. False when the memory does not suffice.
+  bool replaceState(const KvChunk& preset, int slot, const PresetNeeds& needs, bool restoreAll,
+                    bool quiet, std::string_view title);
+  void updateEditor() ZUM_REALTIME;
   bool reserve(const PresetNeeds& needs) noexcept;
   bool hasRoomFor(const PresetNeeds& needs) const ZUM_REALTIME;
   /// `missing` is null where nobody can look for files.
@@ -200,7 +239,15 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   void requestFullRedraw() ZUM_REALTIME;
   EffectEditor* effectEditor() const ZUM_REALTIME;
 
+  /// Of what arrives just now.
+  bool isShut(EngineEvent::Code code) const ZUM_REALTIME;
+  void takeInbox() ZUM_REALTIME;
+  void takeDueEvents() ZUM_REALTIME;
+  void moveController(std::int32_t number, std::int32_t data) ZUM_REALTIME;
+  void learnAndMove(BindingList& list, float value) ZUM_REALTIME;
+
   void readTransport() ZUM_REALTIME;
+  void takeTempo() ZUM_REALTIME;
   void beginControlPass() ZUM_REALTIME override;
   void modPageMoved(float position) ZUM_REALTIME override;
   float stepValue(std::int32_t step) ZUM_REALTIME override;
@@ -217,6 +264,13 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   KvSystemInfo clock;
   double workingTempo = 120.0;  // of this block, beats per minute
 
+  // MIDI
+  EventInbox inbox;
+  EventQueue events;
+  NoteState noteState;
+  std::array<float, preset::kControllers> controllerValues{};
+  std::atomic<std::int32_t> learnTarget{-1};  // tag that learns, -1 for none
+
   // states
   std::array<PresetSlot, kSlots> slots;
   std::int32_t curFolder = 0;
@@ -227,6 +281,8 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   std::array<float, kSwitches.size()> options = {1.0F, 0.0F};
   /// Of those who replace states; never taken by the audio thread.
   std::recursive_mutex loadTurn;
+  /// Twice the number of presets that were taken over; odd while one is.
+  std::atomic<std::uint32_t> intakes{0};
   // A bank that was replaced stays: another thread may be reading it.
   std::vector<std::unique_ptr<KvProgramBank>> banks;
   std::atomic<const KvProgramBank*> bank{nullptr};

@@ -36,6 +36,7 @@ void KvUniClient::processReplacing(float** inputs, float** outputs, std::int32_t
   // their full time and go on.
   if (getCurrentProcessLevel() == kVstProcessLevelOffline) return;
   readTransport();
+  takeInbox();
   if (frames > 0 && complete(inputs) && complete(outputs)) {
     engine.process(inputs, outputs, frames, clock, *this);
   }
@@ -58,8 +59,12 @@ void KvUniClient::readTransport() ZUM_REALTIME {
   clock.transportRunning = running ? 1.0F : 0.0F;
 }
 
-// What queues events will take the due ones ahead of the tempo.
 void KvUniClient::beginControlPass() ZUM_REALTIME {
+  takeDueEvents();
+  takeTempo();
+}
+
+void KvUniClient::takeTempo() ZUM_REALTIME {
   if (workingTempo == clock.tempoBpm) return;
   // A tempo that is not taken differs again in the next pass, and all of this is repeated.
   clock.setTempo(workingTempo);

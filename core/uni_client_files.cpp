@@ -24,6 +24,11 @@ std::string extensionOr(const char* extension) {
 
 void tell(const std::string& text) { showMessage(libraryRecord().product, text.c_str()); }
 
+bool askReplace(const std::string& file) {
+  const std::string text = "The file " + file + " exists.\nDo you want to replace it ?";
+  return askMessage(libraryRecord().product, text.c_str());
+}
+
 }  // namespace
 
 std::string KvUniClient::presetRoot() {
@@ -46,14 +51,18 @@ void KvUniClient::loadPresetFile(const char* path, int slot, const char* extensi
     tell(std::string("preset was written with a newer version of ") + libraryRecord().product);
     return;
   }
-  if (!loadPreset(preset, slot, {})) return;
-  takeOrigin(slot, file);
-  const int folder = programs().findFolder(slots[0].folder.get());
-  if (folder >= 0) {
-    storeShared(curFolder, folder);
+  PresetNeeds needs;
+  if (!accepts(preset, slot, false, needs)) return;
+  {
+    const std::lock_guard turn(loadTurn);
+    if (!replaceState(preset, slot, needs, false, false, baseName(file))) return;
+    takeOrigin(slot, file);
+    const int folder = programs().findFolder(slots[0].folder.get());
     const int program = programs().findPreset(folder, slots[0].name.get());
+    if (folder >= 0) storeShared(curFolder, folder);
     if (program >= 0) storeShared(curProgram, program);
   }
+  updateEditor();
   if (notify) updateDisplay();
 }
 
@@ -64,8 +73,10 @@ void KvUniClient::savePreset(const char* path, int slot, const char* extension, 
   if (path == nullptr) {
     const std::string folder = readSettingString(kPresetSavePath).value_or("");
     if (!KvFileChooser(this).chooseSave(file, extensionOr(extension), folder)) return;
-    if (!file.ends_with(ending)) file += ending;
+    // The dialog asked about the name as it was typed.
+    if (!file.ends_with(ending) && fileExists(file += ending) && !askReplace(file)) return;
   }
+  const std::lock_guard turn(loadTurn);
   KvChunk preset;
   if (!writePreset(preset, slot) ||
       KvFileio::writeFile(file.c_str(), preset.data(), 4 * std::size_t{preset.dataWords()}) == 0) {

@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <memory>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -40,17 +41,24 @@ void KvUniClient::loadDefaults() {
 
 void KvUniClient::scanBank() {
   auto scanned = std::make_unique<KvProgramBank>(preset::kExtension);
-  scanned->scan(presetRoot());
+  try {
+    scanned->scan(presetRoot());
+  } catch (const std::bad_alloc&) {
+    return;  // the bank that there is stays
+  }
   setBank(std::move(scanned));
 }
 
 void KvUniClient::setBank(std::unique_ptr<KvProgramBank> newBank) {
   const std::lock_guard turn(loadTurn);
-  // The audio thread plays these without asking for memory.
+  // The audio thread plays these without asking for memory. Nor may it write where room is made.
   for (int i = 0; i < KvProgramBank::kPresets; ++i) {
     PresetNeeds needs;
     const BankPreset* program = newBank->getMidiProgram(i);
-    if (program != nullptr && !checkPreset(program->chunk, 0, needs)) reserve(needs);
+    if (program == nullptr || checkPreset(program->chunk, 0, needs) || hasRoomFor(needs)) continue;
+    silenceBlocks();
+    reserve(needs);
+    muteRequest.store(false);
   }
   banks.push_back(std::move(newBank));
   bank.store(banks.back().get());
@@ -78,11 +86,15 @@ void KvUniClient::setProgram(std::int32_t index) {
   storeShared(curProgram, index);
   storeShared(curFolder, folder);
   const BankPreset* program = all.get(folder, index);
-  if (program == nullptr || !loadPreset(program->chunk, 0, {})) return;
-  slots[0].name.set(program->name);
-  if (presetRoot().empty()) return;
-  findOrigin(0);
-  if (slots[0].folder.get().empty()) slots[0].folder.set(kNowhere);
+  PresetNeeds needs;
+  if (program == nullptr || !accepts(program->chunk, 0, false, needs)) return;
+  {
+    const std::lock_guard turn(loadTurn);
+    if (!replaceState(program->chunk, 0, needs, false, false, program->name)) return;
+    findOrigin(0);
+    if (slots[0].folder.get().empty() && !presetRoot().empty()) slots[0].folder.set(kNowhere);
+  }
+  updateEditor();
 }
 
 void KvUniClient::getProgramName(char* name) {

@@ -80,9 +80,12 @@ bool KvUniClient::writePreset(KvChunk& chunk, int slot) {
   const StateSource source(*this, slot);
   chunk.sampleRate = clock.sampleRate;
   for (int i = 0; i < kTries; ++i) {
+    const std::uint32_t intake = intakes.load();
     chunk.tempo = static_cast<float>(loadShared(clock.tempoBpm));
     PresetNeeds needs;
-    if (zum::writePreset(chunk, slot, source) && !checkPreset(chunk, slot, needs)) return true;
+    const bool fits = zum::writePreset(chunk, slot, source) && !checkPreset(chunk, slot, needs);
+    if (fits && intake % 2 == 0 && intake == intakes.load()) return true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
   return false;
 }
@@ -124,21 +127,15 @@ class KvUniClient::PresetCheck final : public PresetVisitor {
     return nullptr;
   }
   void controller(int number, Binding /*binding*/) ZUM_REALTIME override {
-    count(lengths[static_cast<std::size_t>(number)]);
+    ++needs.bindings[static_cast<std::size_t>(number)];
   }
-  void aftertouch(Binding /*binding*/) ZUM_REALTIME override { count(aftertouchLength); }
+  void aftertouch(Binding /*binding*/) ZUM_REALTIME override { ++needs.bindings.back(); }
   void name(std::string_view /*text*/) ZUM_REALTIME override {}
   void position(std::int32_t /*trailer*/, const PresetPosition& /*at*/) ZUM_REALTIME override {}
 
  private:
-  void count(std::uint32_t& length) ZUM_REALTIME {
-    needs.bindings = std::max(needs.bindings, static_cast<std::size_t>(++length));
-  }
-
   KvUniClient& effect;
   PresetNeeds& needs;
-  std::array<std::uint32_t, preset::kControllers> lengths{};
-  std::uint32_t aftertouchLength = 0;
 };
 
 /// Takes over a preset that was checked, part by part in its own order.
@@ -149,7 +146,7 @@ class KvUniClient::PresetIntake final : public PresetVisitor {
         names(owner.slots[static_cast<std::size_t>(slot)]),
         missing(search),
         restoreAll(all),
-        isolated(owner.option(1) != 0.0F) {}
+        isolated(owner.option(kIsolateMap) != 0.0F) {}
 
   const char* record(std::int32_t id, std::int32_t size, KvChunk& chunk) ZUM_REALTIME override {
     const int row = rowOfId(id);
@@ -232,7 +229,7 @@ bool KvUniClient::reserve(const PresetNeeds& needs) noexcept {
 }
 
 bool KvUniClient::hasRoomFor(const PresetNeeds& needs) const ZUM_REALTIME {
-  return needs.bindings <= controllerMap.capacity() && needs.objectWords <= stepTable.capacity();
+  return controllerMap.hasRoomFor(needs.bindings) && needs.objectWords <= stepTable.capacity();
 }
 
 /// Parameters that the preset does not hold keep their values.
@@ -243,8 +240,11 @@ ZUM_TRUSTED_BEGIN  // as above
   KvChunk reader;
   readAgain(reader, preset);
   PresetIntake intake(*this, slot, restoreAll, missing);
+  intakes.fetch_add(1);  // odd while it lasts
   walkPreset(reader, slot, intake);
+  intakes.fetch_add(1);
   clock.clearBuffers();
+  if (hostIsOwn) callHostInBlock(kTempoOfPreset, reader.tempo);
 }
 ZUM_TRUSTED_END
 
@@ -260,44 +260,54 @@ bool KvUniClient::silenceBlocks() {
   return true;
 }
 
-bool KvUniClient::loadPreset(const KvChunk& preset, int slot, LoadFlags flags) {
+// The message comes before the turn is taken: a box that stays open holds nobody up.
+bool KvUniClient::accepts(const KvChunk& preset, int slot, bool quiet, PresetNeeds& needs) {
   if (!isSlot(slot)) return false;
-  PresetNeeds needs;
-  if (const PresetFault fault = checkPreset(preset, slot, needs)) {
-    if (!flags.quiet) tell(fault);
-    return false;
+  const PresetFault fault = checkPreset(preset, slot, needs);
+  if (fault && !quiet) tell(fault);
+  return !fault;
+}
+
+bool KvUniClient::replaceState(const KvChunk& preset, int slot, const PresetNeeds& needs,
+                               bool restoreAll, bool quiet, std::string_view title) {
+  const bool room = hasRoomFor(needs);
+  silenceBlocks();
+  const bool taken = room || reserve(needs);
+  if (taken) {
+    MissingFiles missing(quiet);
+    takePreset(preset, slot, restoreAll, &missing);
+    if (!title.empty()) slots[static_cast<std::size_t>(slot)].name.set(title);
+    clock.controlCounter = clock.controlFrames;  // the next block starts with a control pass
   }
+  muteRequest.store(false);
+  return taken;
+}
+
+bool KvUniClient::loadPreset(const KvChunk& preset, int slot, LoadFlags flags) {
+  PresetNeeds needs;
+  if (!accepts(preset, slot, flags.quiet, needs)) return false;
   {
     const std::lock_guard turn(loadTurn);
-    if (!reserve(needs)) return false;
-    silenceBlocks();
-    MissingFiles missing(flags.quiet);
-    takePreset(preset, slot, flags.restoreAll, &missing);
-    clock.controlCounter = clock.controlFrames;  // the next block starts with a control pass
-    if (hostIsOwn) {
-      KvChunk reader;
-      readAgain(reader, preset);
-      reader.readHeader();
-      callHost(kTempoOfPreset, 0, 0, nullptr, reader.tempo);
-    }
-    muteRequest.store(false);
+    if (!replaceState(preset, slot, needs, flags.restoreAll, flags.quiet, flags.title))
+      return false;
+    if (flags.findPath) findOrigin(slot);
+    if (flags.storesRevertPoint) storeRevertPoint();
   }
-  if (flags.findPath) findOrigin(slot);
-  if (EffectEditor* shown = effectEditor()) shown->update();
+  updateEditor();
   return true;
 }
 
 std::int32_t KvUniClient::setChunk(const void* data, std::int32_t byteSize, bool /*isPreset*/) {
   KvChunk state;
   state.borrow(data, static_cast<std::uint32_t>(byteSize > 0 ? byteSize / 4 : 0));
-  if (loadPreset(state, 0, {.restoreAll = true, .findPath = true})) storeRevertPoint();
+  loadPreset(state, 0, {.restoreAll = true, .findPath = true, .storesRevertPoint = true});
   return 1;
 }
 
 void KvUniClient::revertToStored() {
+  const std::lock_guard turn(loadTurn);
   if (revertChunk.dataWords() == 0) return;  // nothing was stored yet
-  if (!loadPreset(revertChunk, 0, {})) return;
-  slots[0].name.set(revertName);
+  loadPreset(revertChunk, 0, {.title = revertName});
 }
 
 // Inside the block call, so no other block runs: the two bytes stay as they are.
@@ -307,6 +317,10 @@ void KvUniClient::playMidiProgram(int index) ZUM_REALTIME {
   if (program == nullptr || checkPreset(program->chunk, 0, needs) || !hasRoomFor(needs)) return;
   takePreset(program->chunk, 0, false, nullptr);
   slots[0].name.set(program->name);
+  updateEditor();
+}
+
+void KvUniClient::updateEditor() ZUM_REALTIME {
   if (EffectEditor* shown = effectEditor()) shown->update();
 }
 

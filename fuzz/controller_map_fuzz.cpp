@@ -35,7 +35,7 @@ Words wordsOf(const ControllerMap& map) {
 bool read(ControllerMap& map, const void* memory, std::size_t bytes) {
   KvChunk chunk;
   chunk.borrow(memory, static_cast<std::uint32_t>(bytes / 4));
-  return map.readCcMap(chunk);
+  return map.readCcMap(chunk) == ControllerMap::Read::taken;
 }
 
 }  // namespace

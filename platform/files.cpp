@@ -147,7 +147,7 @@ bool writeWhole(const std::string& path, const void* bytes, std::size_t count) {
   const std::string target = behindLinks(toSystemPath(path));
   struct stat old {};
   const bool exists = ::stat(target.c_str(), &old) == 0;
-  if (exists && !S_ISREG(old.st_mode)) return false;
+  if (exists && (!S_ISREG(old.st_mode) || ::access(target.c_str(), W_OK) != 0)) return false;
   std::string name = target + ".XXXXXX";
   Descriptor file(::mkstemp(name.data()));
   if (file.get() == kNone) return false;

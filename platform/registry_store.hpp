@@ -3,8 +3,8 @@
 //
 // Any number of processes read and write it at once. There is no cache: every read goes to the
 // file. A write is on disk or did not happen. Whatever is wrong with the file, its folder or the
-// user's home, a read finds nothing and a write answers false; nothing throws, and nothing waits
-// longer for others than kPatience.
+// user's home, a read finds nothing and a write answers false; nothing throws, and no
+// single call waits longer for others than kPatience.
 #pragma once
 
 #include <chrono>

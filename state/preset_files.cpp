@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <new>
 
 #include "platform/files.hpp"
 #include "state/fileio.hpp"
@@ -10,10 +11,14 @@
 namespace zum {
 namespace {
 
+/// A preset has some hundred words. What claims more than this is not worth its memory.
+constexpr std::uint64_t kMostBytes = 1U << 20U;
+
 /// A buffer of the first `count` words; null when the file cannot be opened.
 std::unique_ptr<std::uint32_t[]> firstWords(const std::string& path, std::uint32_t count) {
-  auto words = std::make_unique<std::uint32_t[]>(count);
-  const bool read = KvFileio::readFile(path.c_str(), words.get(), std::size_t{4} * count) != 0;
+  std::unique_ptr<std::uint32_t[]> words(new (std::nothrow) std::uint32_t[count]());
+  const bool read = words != nullptr &&
+                    KvFileio::readFile(path.c_str(), words.get(), std::size_t{4} * count) != 0;
   return read ? std::move(words) : nullptr;
 }
 
@@ -23,6 +28,7 @@ std::unique_ptr<std::uint32_t[]> firstWords(const std::string& path, std::uint32
 bool readChunkFile(const std::string& path, KvChunk& chunk) {
   constexpr auto kHeader = static_cast<std::uint32_t>(KvChunk::kHeaderWords);
   const auto size = fileSize(path);
+  if (size > kMostBytes) return false;
   auto words = size ? firstWords(path, kHeader) : nullptr;
   if (words == nullptr) return false;
   chunk.adopt(std::move(words), kHeader);

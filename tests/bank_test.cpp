@@ -111,6 +111,8 @@ TEST_F(BankTest, HoldsTheFirst128OfEachAndOnlyWhatIsAPreset) {
   };
   putText(folder / "tree/A/0 short.kvz", state.substr(0, 12));
   putText(folder / "tree/A/0 other.txt", state);
+  putText(folder / "tree/A/0 long.kvz", state);
+  fs::resize_file(folder / "tree/A/0 long.kvz", std::uintmax_t{1} << 40U);  // no disk has as much
   put("0 magic.kvz", 16, '?');
   put("0 product.kvz", 24, '\0');
   put("0 reserved.kvz", 32, '\x01');

@@ -59,7 +59,13 @@ TEST_F(PresetsCommandTest, TextComesBackToTheByte) {
   save(host, "full.kvz");
   steps.setPageCount(0);
   save(host, "empty.kvz");
-  for (const std::string name : {"plain", "full", "empty"}) {
+  steps.setColumns(70);
+  steps.setPageCount(70);
+  steps.setValue(69, 69, std::numeric_limits<float>::infinity());
+  steps.name.set(
+      "[[[[ ..... ''' # \" H\xF6hle \xEF\x9F\xB6");  // foreign bytes, and one as it is written
+  save(host, "wide.kvz");
+  for (const std::string name : {"plain", "full", "empty", "wide"}) {
     expectRun("presets show " + name + ".kvz > " + name + ".toml; " ZUM_PROGRAM " presets make " +
                   name + ".toml again.kvz",
               0, "");
@@ -83,7 +89,10 @@ TEST_F(PresetsCommandTest, WhatATextGetsWrongIsToldWithItsLine) {
       {"[[binding]]\nparameter = \"Cutoff\"", "a binding needs controller"},
       {"[[binding]]\ncontroller = 128", "line 2: a whole number from 0 to 127"},
       {"[[aftertouch]]\ncontroller = 1", "line 2: there is no \"controller\" here"},
+      {"name = \"\\u0000\"", "line 1: a name has no character 0"},
+      {"[steps]\npages = 3", "line 2: a list in [brackets] is meant here"},
       {"name = ", "line 1: "},
+      {"name = \"\"\"\nx\"\"\"", "line 1: brackets or dots go too deep, or a text takes several"},
       {"name = 1\nname = 2", "; mend the line"},
   };
   for (const auto& [text, why] : cases) {
@@ -102,6 +111,10 @@ TEST_F(PresetsCommandTest, WhatATextGetsWrongIsToldWithItsLine) {
   expectRun("presets make bad.toml out.wav", 2, "let it end in .kvz");
   expectRun("presets make none.toml out.kvz", 1, "cannot read none.toml");
   putText(folder / "loud.toml", "parameters.Cutoff = 1.5");
+  std::string empty = "steps.pages = [";
+  for (int i = 0; i < 2000; ++i) empty += "[],";
+  putText(folder / "empty.toml", empty + "]");
+  expectRun("presets make empty.toml out.kvz", 1, "makes no preset that loads");
   expectRun("presets make loud.toml out.kvz", 0, "line 1: Cutoff is not within 0 to 1");
 }
 
@@ -153,6 +166,11 @@ TEST_F(PresetsCommandTest, RendersStartFromFilesAndFromPrograms) {
   EXPECT_NE(rendered("--program Lead/Bright"), deep);
   expectRun("render in.wav out.wav --program Bass", 1, "run zum presets list");
   expectRun("render in.wav out.wav --preset in.wav", 1, "another magic number");
+  expectRun(
+      "render in.wav out.wav --preset user/Presets/Bass/Deep.kvz --trace "
+      "./user/Presets/Bass/Deep.kvz",
+      2, "is the preset itself");
+  expectRun("render in.wav out.wav --preset ''", 2, "a name is missing");
   expectRun("render in.wav out.wav --preset none.kvz", 1, "there is no such file");
   expectRun("render in.wav out.wav --preset a --program b", 2, "excludes");
 }

@@ -162,7 +162,7 @@ TEST_F(RenderTest, RefusesWithAReasonAndLeavesAllFilesAlone) {
       {"render in.wav o.wav --tempo nan", 2, "from 45 to 500"},
       {"render in.wav o.wav --set 0=nan", 2, "from 0 to 1"},
       {"render in.wav o.wav --set 68=0.5", 2, "zum parameters"},
-      {"render in.wav o.wav --set TextEdit=0.5", 2, "60 or 61"},
+      {"render in.wav o.wav --set TextEdit=0.5", 2, "give textedit_60 or textedit_61"},
       {"render in.wav o.wav --steps 0,1.5", 2, "the step \"1.5\""},
       {"render in.wav o.wav --steps 0,0,0,0,0,0,0,0,0", 2, "there are 9 steps"},
       {"render in.wav o.wav --seq-mode sideways", 2, "ping-pong, inverse"},

@@ -40,7 +40,6 @@ TEST_F(SettingsCommandTest, TheCommandShowsAndChangesValues) {
 }
 
 TEST_F(SettingsCommandTest, ContentIsCopiedKeptAndRegistered) {
-  EXPECT_EQ(run("install-content").first, 1);
   initSettings(ignoreSwitch);  // without content the folders are relative
   writeSettingString(kAudioFilePath, "\\own\\samples");
   writeSettingInt(kIgnoreProgramChange, 0);
@@ -58,7 +57,7 @@ TEST_F(SettingsCommandTest, ContentIsCopiedKeptAndRegistered) {
     EXPECT_EQ(values["audiofilepath"], "\\own\\samples");
     EXPECT_EQ(values["ignorePrgChange"], "0");
   };
-  EXPECT_EQ(run("install-content").first, 0);
+  EXPECT_EQ(run("install-content system/zum").first, 0);
   expectRegistered("data/zum/");
   EXPECT_EQ(textIn(copy / "Presets/User/Mine.kvz"), "mine");
   EXPECT_EQ(textIn(copy / "Samples/Factory/Drums.wav"), "drums");
@@ -66,8 +65,8 @@ TEST_F(SettingsCommandTest, ContentIsCopiedKeptAndRegistered) {
   // A second time: a changed file is put aside, one of the user's own stays.
   putText(copy / "Presets/Bass/Own.kvz", "own");
   putText(copy / "Presets/Bass/Deep.kvz", "edited");
-  EXPECT_NE(run("install-content").second.find("Deep.kvz.old\n"), std::string::npos);
-  EXPECT_NE(run("install-content").second.find(": 0 new, 0 refreshed, 2 unchanged"),
+  EXPECT_NE(run("install-content system/zum").second.find("Deep.kvz.old\n"), std::string::npos);
+  EXPECT_NE(run("install-content system/zum").second.find(": 0 new, 0 refreshed, 2 unchanged"),
             std::string::npos);
   EXPECT_EQ(textIn(copy / "Presets/Bass/Deep.kvz"), "one");
   EXPECT_EQ(textIn(copy / "Presets/Bass/Deep.kvz.old"), "edited");
@@ -79,7 +78,7 @@ TEST_F(SettingsCommandTest, ContentIsCopiedKeptAndRegistered) {
   // A copy that breaks off changes no setting.
   fs::remove(copy / "Samples/Factory/Drums.wav");
   fs::create_directory(copy / "Samples/Factory/Drums.wav");
-  for (const char* arguments : {"", "config", "data", "nowhere --in-place"}) {
+  for (const char* arguments : {"system/zum", "config", "data", "nowhere --in-place"}) {
     EXPECT_NE(run("install-content "s + arguments).first, 0) << arguments;
     expectRegistered("system/zum/");
   }

@@ -161,5 +161,25 @@ TEST(Threads, LoadAStateInOnePiece) {
   audio.join();
 }
 
+// A host's state thread and the window at once: each leaves a whole state behind.
+TEST(Threads, RecallAndRevertAtOnce) {
+  constexpr int kTurns = 300;
+  const TwoStates states;
+  TestHost host;
+  const auto recall = [&](std::size_t kind) {
+    const auto& bytes = states.bytes[kind];
+    host.client().setChunk(bytes.data(), static_cast<std::int32_t>(bytes.size()), false);
+  };
+  recall(0);
+  std::thread window([&host] {
+    for (int i = 0; i < kTurns; ++i) host.client().revertToStored();
+  });
+  for (std::size_t i = 0; i < kTurns; ++i) recall(i % 2);
+  window.join();
+  const bool second = host.client().steps().size() != 8;
+  EXPECT_EQ(host.get(3), TwoStates::value(second ? 1 : 0));
+  EXPECT_EQ(host.client().controllers().controllers[second ? 1 : 0].size(), 20U);
+}
+
 }  // namespace
 }  // namespace zum::test

@@ -18,7 +18,8 @@ AutomationCurve::AutomationCurve(std::string_view text) {
                   kExitWrongUsage);
   }
   parameter = findParameterTag(text.substr(0, equals));
-  TextLines lines(text.substr(equals + 1));
+  source = text.substr(equals + 1);
+  TextLines lines(source);
   for (std::string line; lines.next(line);) {
     const auto numbers = words(std::string_view(line).substr(0, line.find('#')), " \t,;");
     if (numbers.size() % 2 != 0) lines.fail("a time or its value is missing; write pairs of both");

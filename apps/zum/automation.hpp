@@ -1,6 +1,7 @@
 // Parameters that move in time along curves from text files; used by the render command.
 #pragma once
 
+#include <filesystem>
 #include <string_view>
 #include <vector>
 
@@ -13,6 +14,7 @@ class AutomationCurve {
   explicit AutomationCurve(std::string_view text);
 
   int tag() const { return parameter; }
+  const std::filesystem::path& file() const { return source; }
   /// Linear between the points, constant before and after them. Times must not fall between calls.
   float valueAt(double time);
 
@@ -22,6 +24,7 @@ class AutomationCurve {
     double value;
   };
   int parameter;
+  std::filesystem::path source;
   std::vector<Point> points;
   std::size_t next = 0;  // first point after the last time asked for
 };

@@ -7,7 +7,7 @@
 
 #include "apps/zum/commands.hpp"
 #include "apps/zum/failure.hpp"
-#include "apps/zum/number_check.hpp"
+#include "apps/zum/option_checks.hpp"
 #include "apps/zum/plot_drawing.hpp"
 #include "apps/zum/trace.hpp"
 

@@ -30,11 +30,11 @@ struct PresetDocument {
   std::vector<std::string> remarks;
 };
 
-/// Fills a fresh document from a whole file. At a fault the document is of no use.
+/// Fills a fresh document from a whole file. At a fault the document is of no use. Throws Failure
+/// when the memory does not suffice.
 PresetFault readPresetDocument(KvChunk& chunk, PresetDocument& document);
 
-/// Parameters that the document does not hold are written as the effect starts with them. Throws
-/// Failure when the memory does not suffice.
+/// Parameters that the document does not hold are written as the effect starts with them.
 void writePresetDocument(const PresetDocument& document, KvChunk& chunk);
 
 /// One line: why a file is no preset, and at which of its bytes that showed.

@@ -21,7 +21,7 @@ std::string readWords(const fs::path& path, KvChunk& chunk) {
   if (fs::is_directory(path, error)) return "it is a folder";
   if (!fs::exists(path, error)) return "there is no such file";
   const bool read = readChunkFile(toInternalPath(fs::absolute(path).string()), chunk);
-  return read ? "" : "it cannot be read";
+  return read ? "" : "it cannot be read, or is too long for a preset";
 }
 
 // In the order in which the effect refuses.
@@ -63,9 +63,13 @@ void loadPresetFile(const fs::path& path, EffectView& effect) {
 
 void loadProgram(const std::string& name, EffectView& effect) {
   const auto bank = effect.bank();
-  const auto found = std::find_if(bank.begin(), bank.end(), [&](const BankEntry& entry) {
-    return strcasecmp(entry.name.c_str(), name.c_str()) == 0;
-  });
+  auto found = std::find_if(bank.begin(), bank.end(),
+                            [&](const BankEntry& entry) { return entry.name == name; });
+  if (found == bank.end()) {
+    found = std::find_if(bank.begin(), bank.end(), [&](const BankEntry& entry) {
+      return strcasecmp(entry.name.c_str(), name.c_str()) == 0;
+    });
+  }
   if (found == bank.end()) {
     throw Failure("no program of the bank is called \"" + name +
                   "\"; run zum presets list to see them all");

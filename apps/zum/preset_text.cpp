@@ -6,6 +6,7 @@
 #include <cmath>
 #include <string_view>
 
+#include "apps/zum/foreign_bytes.hpp"
 #include "apps/zum/parameter_names.hpp"
 
 namespace zum {
@@ -33,18 +34,25 @@ std::string number(float value) {
   return isPlain ? text + ".0" : text;  // else it would be an integer, which has no -0
 }
 
+std::string escaped(char32_t character) {
+  const std::string hex = printed(static_cast<std::uint32_t>(character), 16);
+  return "\\u" + std::string(4 - hex.size(), '0') + hex;
+}
+
 std::string quotedText(std::string_view text) {
   std::string all = "\"";
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (c == '"' || c == '\\') {
-      all += {'\\', c};
-    } else if (byte < 0x20 || byte == 0x7F) {
-      const std::string hex = printed(static_cast<unsigned>(byte), 16);
-      all += "\\u" + std::string(4 - hex.size(), '0') + hex;
+  while (!text.empty()) {
+    const std::size_t length = utf8Length(text);
+    const auto first = static_cast<unsigned char>(text.front());
+    if (length == 0) {
+      all += escaped(kFirstForeignByte + first - 0x80);
+    } else if (first < 0x20 || first == 0x7F) {
+      all += escaped(first);
     } else {
-      all += c;
+      if (first == '"' || first == '\\') all += '\\';
+      all += text.substr(0, length);
     }
+    text.remove_prefix(std::max<std::size_t>(length, 1));
   }
   return all + '"';
 }
@@ -54,7 +62,8 @@ std::string comment(std::string_view text) { return "# " + std::string(text) + '
 std::string header(const PresetDocument& document) {
   std::string text;
   for (const std::string& remark : document.remarks) text += comment(remark);
-  text += "name = " + quotedText(document.name) + '\n';
+  text += document.name.empty() ? comment("it has no name")
+                                : "name = " + quotedText(document.name) + '\n';
   text += "tempo = " + number(document.tempo) + '\n';
   text += "sample-rate = " + number(document.sampleRate) + '\n';
   text += "program = " + printed(document.program) + '\n';
@@ -74,9 +83,10 @@ std::string parameters(const PresetDocument& document) {
 }
 
 std::string list(int count, const auto& item) {
+  constexpr int kPerLine = 16;
   std::string text = "[";
   for (int i = 0; i < count; ++i) {
-    if (i > 0) text += ", ";
+    if (i > 0) text += i % kPerLine == 0 ? ",\n   " : ", ";
     text += item(i);
   }
   text += ']';

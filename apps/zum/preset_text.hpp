@@ -7,7 +7,8 @@
 //   [[binding]]   controller = 0...127, parameter = "NAME" or tag, mode
 //   [[aftertouch]] parameter, mode
 //
-// All of it may be left out. A number that no decimal stands for is a text of its word in hex.
+// All of it may be left out. A number that no decimal stands for is a text of its word in hex, and
+// a byte of a name that is no UTF-8 is the character \uF7 with its two digits.
 #pragma once
 
 #include <filesystem>
@@ -17,7 +18,7 @@
 
 namespace zum {
 
-/// What readPresetText reads back word for word.
+/// What readPresetText reads back word for word, but for a name that is missing.
 std::string presetText(const PresetDocument& document);
 
 /// Fills a fresh document. Throws Failure with file and line.

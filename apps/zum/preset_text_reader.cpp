@@ -8,6 +8,7 @@
 #include <toml.hpp>
 
 #include "apps/zum/failure.hpp"
+#include "apps/zum/foreign_bytes.hpp"
 #include "apps/zum/numbers_in_text.hpp"
 #include "apps/zum/parameter_names.hpp"
 #include "apps/zum/preset_text.hpp"
@@ -19,27 +20,38 @@ namespace {
 constexpr std::int64_t kMostCells = 65536;
 
 // The library's parser calls itself for every level of brackets, braces and dotted keys, as deep
-// as a file wants. A preset has two levels. What is taken for a level too many is counted, what
-// may hide the end of one is not.
+// as a file wants. A preset has two levels.
 class NestingGuard {
  public:
-  static constexpr std::ptrdiff_t kMost = 64;
-
-  // False for a line that goes too deep.
+  /// False for a line that goes too deep, and for a text over several lines, which hides the rest.
   bool passes(std::string_view line) {
-    const auto count = [](std::string_view text, std::string_view which) {
-      return std::count_if(text.begin(), text.end(),
-                           [&](char c) { return which.find(c) != std::string_view::npos; });
-    };
-    const std::string_view code = line.substr(0, line.find('#'));
-    level += count(line, "[{");
-    if (level > kMost || count(line.substr(0, line.find('=')), ".") > kMost) return false;
-    if (count(code, "\"'") == 0) level = std::max<std::ptrdiff_t>(level - count(code, "]}"), 0);
+    constexpr int kMost = 64;
+    int dots = 0;  // of one key, or of one number
+    for (std::size_t at = 0; at < line.size() && line[at] != '#'; ++at) {
+      const char c = line[at];
+      if (c == '"' || c == '\'') {
+        if (line.substr(at).starts_with(std::string(3, c))) return false;
+        at = endOfText(line, at);
+        continue;
+      }
+      if (c == '[' || c == '{') ++level;
+      if (c == ']' || c == '}') level = std::max(level - 1, 0);
+      if (c == '.') ++dots;
+      if (std::string_view("[]{},=").find(c) != std::string_view::npos) dots = 0;
+      if (level > kMost || dots > kMost) return false;
+    }
     return true;
   }
 
  private:
-  std::ptrdiff_t level = 0;
+  static std::size_t endOfText(std::string_view line, std::size_t start) {
+    const char quote = line[start];
+    std::size_t at = start + 1;
+    while (at < line.size() && line[at] != quote) at += line[at] == '\\' && quote == '"' ? 2 : 1;
+    return at;
+  }
+
+  int level = 0;
 };
 
 std::string readWhole(const std::filesystem::path& path) {
@@ -48,14 +60,14 @@ std::string readWhole(const std::filesystem::path& path) {
   NestingGuard nesting;
   std::string text;
   for (std::string line; lines.next(line);) {
-    if (line.find("\"\"\"") != line.npos || line.find("'''") != line.npos) {
-      lines.fail("a text stands on one line, between single or double quotes");
-    }
     if (!nesting.passes(line)) {
-      lines.fail("brackets or dots go too deep; a preset has [sections] of plain values");
+      lines.fail(
+          "brackets or dots go too deep, or a text takes several lines; a preset has [sections] of "
+          "plain values, each on its line");
     }
     text += line + '\n';
-    if (text.size() > kMostBytes) lines.fail("the file is too long for a preset");
+    if (text.size() > kMostBytes)
+      lines.fail("the file is too long for a preset; take out what does not belong to it");
   }
   return text;
 }
@@ -133,12 +145,18 @@ class PresetReader {
   }
 
   std::string textIn(const toml::value& value) const {
-    if (value.is_string()) return value.as_string().str;
+    if (value.is_string()) return withForeignBytes(value.as_string().str);
     fail(value, "a text in quotes is meant here");
   }
 
-  std::string nameIn(const toml::value& value) const {
+  std::string nameOrNothingIn(const toml::value& value) const {
     std::string text = textIn(value);
+    if (text.find('\0') != text.npos) fail(value, "a name has no character 0; take it out");
+    return text;
+  }
+
+  std::string nameIn(const toml::value& value) const {
+    std::string text = nameOrNothingIn(value);
     if (text.empty())
       fail(value, "a preset's name cannot be empty; leave it out to use the file's");
     return text;
@@ -162,9 +180,10 @@ class PresetReader {
     for (const auto& [key, value] : section.as_table()) {
       const int tag = tagIn(value, key);
       const int row = rowOfTag(tag);
-      if (row >= kPresetRows) fail(value, '"' + key + "\" is no parameter that presets hold");
+      if (row >= kPresetRows)
+        fail(value, '"' + key + "\" is no parameter that presets hold; take it out");
       auto& held = document.values[static_cast<std::size_t>(row)];
-      if (held) fail(value, '"' + key + "\" is given twice under two names");
+      if (held) fail(value, '"' + key + "\" is given twice under two names; take one out");
       held = numberIn(value);
       if (!(*held >= 0.0F && *held <= 1.0F)) {
         warn(name + ", line " + std::to_string(value.location().line()) + ": " + key +
@@ -178,7 +197,7 @@ class PresetReader {
     KvTableXY& table = document.steps;
     std::int32_t columns = KvTableXY::kSteps;
     const toml::value* pages = nullptr;
-    forEach(section, {{"name", [&](const toml::value& v) { table.name.set(textIn(v)); }},
+    forEach(section, {{"name", [&](const toml::value& v) { table.name.set(nameOrNothingIn(v)); }},
                       {"range", [&](const toml::value& v) { readRange(v); }},
                       {"columns",
                        [&](const toml::value& v) { columns = wholeIn<std::int32_t>(v, 0, 1024); }},
@@ -201,7 +220,7 @@ class PresetReader {
     KvTableXY& table = document.steps;
     if (std::int64_t{columns} * count > kMostCells || count > kMostCells ||
         !table.setPageCount(0) || !table.setColumns(columns) || !table.setPageCount(count)) {
-      fail(value, "there are more steps than a table holds");
+      fail(value, "there are more steps than a table holds; leave pages out");
     }
     for (std::int32_t page = 0; page < count; ++page) {
       const toml::value& line = pages[static_cast<std::size_t>(page)];
@@ -236,7 +255,7 @@ class PresetReader {
       forEach(each, fields);
       if (!bound) fail(each, "a binding needs parameter = \"NAME\"");
       if (ofControllers && binding.tag == preset::kEndOfController) {
-        fail(each, "no controller can move a parameter of tag -2: in a preset it ends the list");
+        fail(each, "no controller can move tag -2, which ends the list in a preset; give a NAME");
       }
       if (!ofControllers) {
         document.aftertouch.push_back(binding);

@@ -27,6 +27,11 @@ struct PresetsOptions {
   std::vector<fs::path> paths;
 };
 
+bool isFolder(const fs::path& path) {
+  std::error_code none;
+  return fs::is_directory(path, none);
+}
+
 std::string extension() { return '.' + std::string(preset::kExtension); }
 
 // Files below a folder with an ending, by name.
@@ -36,7 +41,7 @@ std::vector<fs::path> filesBelow(const fs::path& folder, const std::string& endi
   for (fs::recursive_directory_iterator entry(folder, error), end; !error && entry != end;
        entry.increment(error)) {
     const fs::path& path = entry->path();
-    if (path.extension() == ending && !fs::is_directory(path)) files.push_back(path);
+    if (path.extension() == ending && !isFolder(path)) files.push_back(path);
   }
   if (error) {
     throw Failure("cannot read " + folder.string() + ": " + error.message() +
@@ -59,6 +64,11 @@ void makeOne(const fs::path& from, const fs::path& to) {
   readPresetText(from, document);
   KvChunk chunk;
   writePresetDocument(document, chunk);
+  PresetDocument again;  // of what is written, only what loads
+  if (const PresetFault fault = readPresetDocument(chunk, again)) {
+    throw Failure(from.string() + " makes no preset that loads: " + describe(fault) +
+                  "; look at its steps");
+  }
   TemporaryFile file(to);
   file.write(chunk.data(), std::size_t{4} * chunk.dataWords());
   file.keep();
@@ -75,7 +85,8 @@ void makeFolder(const fs::path& folder) {
 
 void makeAll(const fs::path& from, const fs::path& to) {
   const auto texts = filesBelow(from, ".toml");
-  if (texts.empty()) throw Failure("there is no .toml file below " + from.string());
+  if (texts.empty())
+    throw Failure("there is no .toml file below " + from.string() + "; name another folder");
   for (const fs::path& text : texts) {
     const fs::path target = (to / text.lexically_relative(from)).replace_extension(extension());
     makeFolder(target.parent_path());
@@ -85,7 +96,7 @@ void makeAll(const fs::path& from, const fs::path& to) {
 }
 
 void make(const PresetsOptions& options) {
-  if (fs::is_directory(options.input)) return makeAll(options.input, options.output);
+  if (isFolder(options.input)) return makeAll(options.input, options.output);
   if (options.output.extension() != extension()) {
     throw Failure(options.output.string() + " is no name of a preset; let it end in " + extension(),
                   kExitWrongUsage);
@@ -102,7 +113,7 @@ std::string summary(const PresetDocument& document) {
 void check(const std::vector<fs::path>& paths) {
   std::vector<fs::path> files;
   for (const fs::path& path : paths) {
-    if (!fs::is_directory(path)) {
+    if (!isFolder(path)) {
       files.push_back(path);
       continue;
     }

@@ -17,7 +17,7 @@
 #include "apps/zum/effect_host.hpp"
 #include "apps/zum/effect_view.hpp"
 #include "apps/zum/failure.hpp"
-#include "apps/zum/number_check.hpp"
+#include "apps/zum/option_checks.hpp"
 #include "apps/zum/parameter_names.hpp"
 #include "apps/zum/preset_input.hpp"
 #include "apps/zum/render_loop.hpp"
@@ -76,24 +76,29 @@ void warnOfDamage(const RenderOptions& options, const AudioOutput& output) {
   }
 }
 
-// Everything that is written must have a name of its own.
-void refuseSameFiles(const RenderOptions& options) {
-  const auto same = [](const std::filesystem::path& a, const std::filesystem::path& b) {
-    std::error_code ignored;
-    // Of a relative path that does not exist yet, weakly_canonical alone makes no full path.
-    const auto full = [&ignored](const std::filesystem::path& path) {
-      return std::filesystem::weakly_canonical(std::filesystem::absolute(path), ignored);
-    };
-    return std::filesystem::equivalent(a, b, ignored) || full(a) == full(b);
+bool areSame(const std::filesystem::path& a, const std::filesystem::path& b) {
+  std::error_code ignored;
+  // Of a relative path that does not exist yet, weakly_canonical alone makes no full path.
+  const auto full = [&ignored](const std::filesystem::path& path) {
+    return std::filesystem::weakly_canonical(std::filesystem::absolute(path), ignored);
   };
-  const auto refuse = [](const std::filesystem::path& path, const std::string& other) {
-    throw Failure(path.string() + " is the " + other + " itself; give another name",
+  return std::filesystem::equivalent(a, b, ignored) || full(a) == full(b);
+}
+
+// Everything that is written must have a name of its own.
+void refuseSameFiles(const RenderOptions& options, const std::vector<AutomationCurve>& curves) {
+  const auto refuse = [](const std::filesystem::path& written, const std::filesystem::path& other,
+                         const char* what) {
+    if (written.empty() || other.empty() || !areSame(written, other)) return;
+    throw Failure(written.string() + " is the " + what + " itself; give another name",
                   kExitWrongUsage);
   };
-  if (same(options.input, options.output)) refuse(options.output, "input");
-  if (options.trace.empty()) return;
-  if (same(options.input, options.trace)) refuse(options.trace, "input");
-  if (same(options.output, options.trace)) refuse(options.trace, "output");
+  for (const auto& written : {options.output, options.trace}) {
+    refuse(written, options.input, "input");
+    refuse(written, options.preset, "preset");
+    for (const AutomationCurve& curve : curves) refuse(written, curve.file(), "curve");
+  }
+  refuse(options.trace, options.output, "output");
 }
 
 // What is set before the first block.
@@ -129,8 +134,8 @@ int blockFrames(const RenderOptions& options) {
 
 void render(const RenderOptions& options) {
   const Patch patch(options);
-  refuseSameFiles(options);
   std::vector<AutomationCurve> curves(options.curves.begin(), options.curves.end());
+  refuseSameFiles(options, curves);
   AudioInput input(options.input);
   const sf_count_t tailFrames = std::llround(options.tail * input.sampleRate());
   AudioOutput output(options.output, input, input.frames() + tailFrames);
@@ -166,12 +171,15 @@ void addRenderCommand(CLI::App& app) {
   command->add_option("--tempo", options->tempo, "Tempo of the host, in beats per minute")
       ->check(between(kLowestTempo, kHighestTempo))
       ->capture_default_str();
-  CLI::Option* preset = command->add_option("--preset", options->preset,
-                                            "Preset to start from, in place of your default one");
+  CLI::Option* preset = command
+                            ->add_option("--preset", options->preset,
+                                         "Preset to start from, in place of your default one")
+                            ->check(notEmpty());
   command
       ->add_option("--program", options->program,
                    "Program of the bank to start from, as zum presets list prints it")
       ->type_name("FOLDER/NAME")
+      ->check(notEmpty())
       ->excludes(preset);
   command
       ->add_option("--set", options->settings,

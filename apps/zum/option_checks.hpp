@@ -1,4 +1,4 @@
-// The check that options with a number between two bounds share.
+// The checks that options share: a number between two bounds, a text that is not empty.
 #pragma once
 
 #include <CLI/CLI.hpp>
@@ -15,6 +15,10 @@ inline CLI::Validator between(int lowest, int highest) {
     return good ? std::string() : text + " is not a number from " + bounds;
   };
   return {check, bounds};
+}
+
+inline CLI::Validator notEmpty() {
+  return {[](std::string& text) { return text.empty() ? "a name is missing" : std::string(); }, ""};
 }
 
 }  // namespace zum

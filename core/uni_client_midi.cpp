@@ -1,0 +1,198 @@
+// MIDI: what a host sends, what becomes of it in the control pass, learning, and controller maps as
+// files.
+
+#include <algorithm>
+#include <string>
+
+#include "core/uni_client.hpp"
+#include "engine/shared_value.hpp"
+#include "platform/message_box.hpp"
+#include "state/file_chooser.hpp"
+#include "state/fileio.hpp"
+#include "state/library_record.hpp"
+#include "state/preset_files.hpp"
+#include "state/settings.hpp"
+
+namespace zum {
+namespace {
+
+constexpr float kPerByte = 0.007874015718698502F;  // 1 / 127
+constexpr const char* kMapName = "ZUM CC Map";
+constexpr const char* kMapExtension = "kvm";
+
+// By the high half of a status byte; kCancelled for what is not queued.
+EngineEvent::Code codeOf(int status, int data1, int data2) ZUM_REALTIME {
+  constexpr int kAllNotesOffController = 123;
+  switch (status & 0xF0) {
+    case 0x80: return EngineEvent::kNoteOff;
+    case 0x90: return data2 == 0 ? EngineEvent::kNoteOff : EngineEvent::kNoteOn;
+    case 0xB0:  // on the first channel alone
+      return status == 0xB0 && data1 == kAllNotesOffController ? EngineEvent::kAllNotesOff
+                                                               : EngineEvent::kController;
+    case 0xC0: return EngineEvent::kProgramChange;
+    case 0xD0: return EngineEvent::kAftertouch;
+    case 0xE0: return EngineEvent::kPitchBend;
+    default: return EngineEvent::kCancelled;
+  }
+}
+
+void tell(const std::string& text) { showMessage(libraryRecord().product, text.c_str()); }
+
+KvFileChooser mapChooser(void* owner) {
+  KvFileChooser chooser(owner);
+  chooser.addFilter(kMapName, kMapExtension);
+  return chooser;
+}
+
+}  // namespace
+
+// ---- from the host
+
+bool KvUniClient::isShut(EngineEvent::Code code) const ZUM_REALTIME {
+  switch (code) {
+    case EngineEvent::kCancelled: return true;
+    case EngineEvent::kController:
+    case EngineEvent::kAftertouch: return controllerMap.learning.load();
+    case EngineEvent::kProgramChange:
+      return controllerMap.learning.load() || option(kIgnoreProgramChanges) != 0.0F;
+    default: return false;
+  }
+}
+
+std::int32_t KvUniClient::processEvents(VstEvents* sent) {
+  if (adaptorTransport.load(std::memory_order_relaxed)) return 1;  // which feeds the queue itself
+  for (std::int32_t i = 0; i < sent->numEvents; ++i) {
+    const VstEvent* event = sent->events[i];
+    if (event == nullptr || event->type != kVstMidiType) continue;
+    const auto& midi = *reinterpret_cast<const VstMidiEvent*>(event);
+    const auto byte = [&midi](std::size_t at) ZUM_REALTIME {
+      return static_cast<int>(static_cast<unsigned char>(midi.midiData[at]));
+    };
+    const int data1 = byte(1) & 0x7F;
+    const int data2 = byte(2) & 0x7F;
+    const EngineEvent::Code code = codeOf(byte(0), data1, data2);
+    if (isShut(code)) continue;
+    inbox.tryPush({.time = midi.deltaFrames, .code = code, .data1 = data1, .data2 = data2});
+  }
+  return 1;
+}
+
+// ---- in the block
+
+void KvUniClient::takeInbox() ZUM_REALTIME {
+  for (EngineEvent event; inbox.tryPop(event);) events.insert(event);
+}
+
+void KvUniClient::takeDueEvents() ZUM_REALTIME {
+  events.age(Engine::kControlFrames);
+  for (EngineEvent event; events.next(event);) handleEvent(event);
+}
+
+void KvUniClient::handleEvent(const EngineEvent& event) ZUM_REALTIME {
+  switch (event.code) {
+    case EngineEvent::kNoteOn: noteState.noteOn(event.data1, event.data2); break;
+    case EngineEvent::kNoteOff:
+      if (!noteState.noteOff(event.data1)) events.cancelNoteOn(event.data1);
+      break;
+    case EngineEvent::kAllNotesOff: noteState.allNotesOff(); break;
+    case EngineEvent::kController: moveController(event.data1, event.data2); break;
+    case EngineEvent::kPitchBend: noteState.bend(event.data2); break;
+    case EngineEvent::kProgramChange:
+      noteState.lastProgram = event.data1;
+      playMidiProgram(event.data1);
+      break;
+    case EngineEvent::kAftertouch: {
+      const float value = static_cast<float>(event.data1) * kPerByte;
+      learnAndMove(controllerMap.aftertouch, value);
+      noteState.aftertouch = value;
+      break;
+    }
+    default: break;
+  }
+}
+
+void KvUniClient::moveController(std::int32_t number, std::int32_t data) ZUM_REALTIME {
+  if (controllerMap.learning.load() || number < 0 || number >= preset::kControllers) return;
+  const auto place = static_cast<std::size_t>(number);
+  const float value = static_cast<float>(data) * kPerByte;
+  storeShared(controllerValues[place], value);
+  learnAndMove(controllerMap.controllers[place], value);
+}
+
+// What was just learned moves with the message that taught it.
+void KvUniClient::learnAndMove(BindingList& list, float value) ZUM_REALTIME {
+  std::int32_t target = learnTarget.load();
+  const auto tag = static_cast<std::int16_t>(target);
+  // The target that was read is spent, not one that a window sets meanwhile.
+  if (target >= 0 && list.tryAppend({tag, 0})) learnTarget.compare_exchange_strong(target, -1);
+  for (std::size_t i = 0; i < list.size(); ++i) setParameter(list.at(i).tag, value);
+}
+
+// ---- learning
+
+bool KvUniClient::beginLearn(std::int32_t tag) {
+  const std::lock_guard turn(loadTurn);
+  if (tag < 0 || tag > kLastTag || !controllerMap.reserveOneMore()) return false;
+  learnTarget.store(tag);
+  return true;
+}
+
+void KvUniClient::endLearn() { learnTarget.store(-1); }
+
+void KvUniClient::clearBindings(std::int32_t tag) {
+  const std::lock_guard turn(loadTurn);
+  controllerMap.learning.store(true);
+  for (BindingList& list : controllerMap.controllers) {
+    list.remove({static_cast<std::int16_t>(tag), 0});
+  }
+  controllerMap.learning.store(false);
+}
+
+void KvUniClient::clearAllBindings() {
+  const std::lock_guard turn(loadTurn);
+  controllerMap.learning.store(true);
+  controllerMap.clearControllers();
+  controllerMap.learning.store(false);
+}
+
+// ---- maps as files
+
+void KvUniClient::saveCcMap(const char* path) {
+  std::string file =
+      path != nullptr ? path : mapChooser(this).save("Save File", kControllerMapPath);
+  if (file == KvFileChooser::kNothing || file.size() < 2) return;
+  const std::string ending = std::string(".") + kMapExtension;
+  if (path == nullptr && !file.ends_with(ending)) file += ending;
+  KvChunk map;
+  const auto put = [&] {
+    map.writeHeader();
+    controllerMap.writeCcMap(map);
+  };
+  const std::lock_guard turn(loadTurn);
+  put();
+  const std::uint32_t words = map.cursor;
+  map.countOnly = false;
+  map.allocate(words);
+  put();
+  const bool whole = map.cursor == words && !map.overrun();
+  if (!whole ||
+      KvFileio::writeFile(file.c_str(), map.data(), 4 * std::size_t{map.dataWords()}) == 0) {
+    tell("saving cc map to " + file + " failed");
+  }
+}
+
+void KvUniClient::loadCcMap(const char* path) {
+  const std::string file =
+      path != nullptr ? path : mapChooser(this).load("Load File", kControllerMapPath);
+  if (file == KvFileChooser::kNothing) return;
+  KvChunk map;
+  if (!readChunkFile(file, map) || !map.readHeader()) return;
+  const std::string product = libraryRecord().product;
+  if (map.isNewer()) return tell("midi map was written with a newer version of " + product);
+  const std::lock_guard turn(loadTurn);
+  if (controllerMap.readCcMap(map) == ControllerMap::Read::damaged) {
+    tell("\t This is no valid " + product + " format!");
+  }
+}
+
+}  // namespace zum
