@@ -61,8 +61,9 @@ bool KvUniClient::isShut(EngineEvent::Code code) const ZUM_REALTIME {
 
 std::int32_t KvUniClient::processEvents(VstEvents* sent) {
   if (adaptorTransport.load(std::memory_order_relaxed)) return 1;  // which feeds the queue itself
+  VstEvent* const* list = sent->events;  // of as many as it says, whatever it is declared with
   for (std::int32_t i = 0; i < sent->numEvents; ++i) {
-    const VstEvent* event = sent->events[i];
+    const VstEvent* event = list[i];
     if (event == nullptr || event->type != kVstMidiType) continue;
     const auto& midi = *reinterpret_cast<const VstMidiEvent*>(event);
     const auto byte = [&midi](std::size_t at) ZUM_REALTIME {

@@ -10,6 +10,7 @@ void addRenderCommand(CLI::App& app);
 void addPlotCommand(CLI::App& app);
 void addParametersCommand(CLI::App& app);
 void addPresetsCommand(CLI::App& app);
+void addCcMapCommand(CLI::App& app);
 void addSettingsCommand(CLI::App& app);
 void addInstallContentCommand(CLI::App& app);
 

@@ -45,6 +45,23 @@ EffectHost::~EffectHost() {
   dispatch(effClose);  // the effect deletes itself
 }
 
+void EffectHost::send(std::span<const MidiMessage> messages, std::int64_t start) {
+  if (messages.empty()) return;
+  VstMidiEvent blank{};
+  blank.type = kVstMidiType;
+  blank.byteSize = sizeof(VstMidiEvent);
+  midi.assign(messages.size(), blank);
+  sent.resize(sizeof(VstEvents) + messages.size() * sizeof(VstEvent*));
+  auto* list = new (sent.data()) VstEvents{static_cast<std::int32_t>(messages.size()), 0, {}};
+  VstEvent** addresses = list->events;
+  for (std::size_t i = 0; i < messages.size(); ++i) {
+    midi[i].deltaFrames = static_cast<std::int32_t>(messages[i].frame - start);
+    std::copy(messages[i].bytes.begin(), messages[i].bytes.end(), midi[i].midiData);
+    addresses[i] = reinterpret_cast<VstEvent*>(&midi[i]);
+  }
+  dispatch(effProcessEvents, 0, 0.0F, list);
+}
+
 void EffectHost::process(float** inputs, float** outputs, int frames) {
   effect->processReplacing(effect, inputs, outputs, frames);
   if ((time.flags & kVstTransportPlaying) == 0) return;

@@ -48,4 +48,13 @@ bool EffectView::loadProgram(int folder, int program) {
   return preset != nullptr && loadPreset(preset->chunk);
 }
 
+void EffectView::loadControllerMap(const std::string& path) { effect->loadCcMap(path.c_str()); }
+
+void EffectView::bind(int controller, int tag) {
+  ControllerMap& map = effect->controllers();
+  BindingList& list =
+      controller < 0 ? map.aftertouch : map.controllers[static_cast<std::size_t>(controller)];
+  list.append({static_cast<std::int16_t>(tag), 0});
+}
+
 }  // namespace zum

@@ -42,6 +42,10 @@ class EffectView {
   // Both as the window loads a preset, without messages; false for one that is refused.
   bool loadPreset(const KvChunk& preset);
   bool loadProgram(int folder, int program);
+  /// Of a file that is known to be one, by its path in the internal form.
+  void loadControllerMap(const std::string& path);
+  /// As if it had been learned. Controller -1 is channel pressure.
+  void bind(int controller, int tag);
 
  private:
   KvUniClient* effect;

@@ -23,6 +23,7 @@ int run(int argc, char** argv) {
   zum::addPlotCommand(app);
   zum::addParametersCommand(app);
   zum::addPresetsCommand(app);
+  zum::addCcMapCommand(app);
   zum::addSettingsCommand(app);
   zum::addInstallContentCommand(app);
   try {

@@ -14,6 +14,7 @@
 #include "apps/zum/audio_output.hpp"
 #include "apps/zum/automation.hpp"
 #include "apps/zum/commands.hpp"
+#include "apps/zum/controller_options.hpp"
 #include "apps/zum/effect_host.hpp"
 #include "apps/zum/effect_view.hpp"
 #include "apps/zum/failure.hpp"
@@ -49,6 +50,9 @@ struct RenderOptions {
   std::string sequencerMode;
   bool plays = false;
   std::vector<std::string> curves;
+  std::filesystem::path midi;
+  std::filesystem::path controllerMap;
+  std::vector<std::string> learned;
   std::filesystem::path trace;
   bool quiet = false;
 };
@@ -96,6 +100,8 @@ void refuseSameFiles(const RenderOptions& options, const std::vector<AutomationC
   for (const auto& written : {options.output, options.trace}) {
     refuse(written, options.input, "input");
     refuse(written, options.preset, "preset");
+    refuse(written, options.midi, "MIDI file");
+    refuse(written, options.controllerMap, "controller map");
     for (const AutomationCurve& curve : curves) refuse(written, curve.file(), "curve");
   }
   refuse(options.trace, options.output, "output");
@@ -103,12 +109,16 @@ void refuseSameFiles(const RenderOptions& options, const std::vector<AutomationC
 
 // What is set before the first block.
 struct Patch {
-  explicit Patch(const RenderOptions& options) : preset(options.preset), program(options.program) {
+  explicit Patch(const RenderOptions& options)
+      : preset(options.preset), program(options.program), controllerMap(options.controllerMap) {
     for (const std::string& text : options.settings) {
       settings.push_back(parseParameterSetting(text));
     }
     if (!options.sequencerMode.empty()) {
       settings.push_back(parseSequencerMode(options.sequencerMode));
+    }
+    for (const std::string& text : options.learned) {
+      learned.push_back(parseControllerSetting(text));
     }
     if (!options.steps.empty()) steps = parseSteps(options.steps);
   }
@@ -117,12 +127,16 @@ struct Patch {
     EffectView view(host.record());
     if (!preset.empty()) loadPresetFile(preset, view);
     if (!program.empty()) loadProgram(program, view);
+    if (!controllerMap.empty()) loadControllerMap(controllerMap, view);
+    for (const auto& [controller, tag] : learned) view.bind(controller, tag);
     for (const auto& [tag, value] : settings) host.setParameter(tag, value);
     if (!steps.empty()) view.setSteps(steps);
   }
 
   std::filesystem::path preset;
   std::string program;
+  std::filesystem::path controllerMap;
+  std::vector<ControllerSetting> learned;
   std::vector<ParameterSetting> settings;
   std::vector<float> steps;
 };
@@ -139,6 +153,8 @@ void render(const RenderOptions& options) {
   AudioInput input(options.input);
   const sf_count_t tailFrames = std::llround(options.tail * input.sampleRate());
   AudioOutput output(options.output, input, input.frames() + tailFrames);
+  std::optional<MidiFile> midi;
+  if (!options.midi.empty()) midi.emplace(options.midi, input.sampleRate());
   std::optional<TraceWriter> trace;
   if (!options.trace.empty()) trace.emplace(options.trace);
   const int block = blockFrames(options);
@@ -148,6 +164,7 @@ void render(const RenderOptions& options) {
                                  .input = input,
                                  .output = output,
                                  .curves = curves,
+                                 .midi = midi ? &*midi : nullptr,
                                  .trace = trace ? &*trace : nullptr,
                                  .block = block,
                                  .tailFrames = tailFrames});
@@ -210,6 +227,17 @@ void addRenderCommand(CLI::App& app) {
               std::to_string(kCurveBlock) + " frames; may be repeated")
       ->type_name("NAME=FILE")
       ->allow_extra_args(false);
+  command->add_option("--midi", options->midi, "Standard MIDI file to play into the effect")
+      ->type_name("FILE.mid");
+  command
+      ->add_option("--learn", options->learned,
+                   "A parameter that a controller (or aftertouch) moves; may be repeated")
+      ->type_name("CC=NAME")
+      ->allow_extra_args(false);
+  command
+      ->add_option("--cc-map", options->controllerMap,
+                   "Controllers to start with, in place of the preset's")
+      ->type_name("FILE.kvm");
   command
       ->add_option(
           "--trace", options->trace,

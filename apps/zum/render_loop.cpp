@@ -40,6 +40,7 @@ Rendered run(const RenderLoop& loop) {
     for (AutomationCurve& curve : loop.curves) {
       loop.host.setParameter(curve.tag(), curve.valueAt(seconds));
     }
+    if (loop.midi != nullptr) loop.host.send(loop.midi->takeUntil(done + count), done);
     const auto start = Clock::now();
     loop.host.process(inputs, outputs, count);
     elapsed += Clock::now() - start;

@@ -8,6 +8,7 @@
 #include "apps/zum/audio_output.hpp"
 #include "apps/zum/automation.hpp"
 #include "apps/zum/effect_host.hpp"
+#include "apps/zum/midi_file.hpp"
 #include "apps/zum/trace.hpp"
 
 namespace zum {
@@ -17,6 +18,7 @@ struct RenderLoop {
   AudioInput& input;
   AudioOutput& output;
   std::vector<AutomationCurve>& curves;
+  MidiFile* midi;      // null: none
   TraceWriter* trace;  // null: none; else blocks are control blocks
   int block;           // frames of a block
   sf_count_t tailFrames;

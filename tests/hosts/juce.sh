@@ -1,5 +1,6 @@
 #!/bin/bash
-# The hosting code of JUCE: scan, instances, sound at several rates and block sizes, programs, state.
+# The hosting code of JUCE: scan, instances, sound at several rates and block sizes, programs,
+# a learned controller, state.
 # JUCE_HOST is the host that all.sh has built; without it one is built for this run alone.
 . "$(dirname "$0")/lib.sh"
 need juce-modules-source-data /usr/share/juce/modules/juce_audio_processors

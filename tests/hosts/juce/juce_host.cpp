@@ -1,5 +1,5 @@
-// The effect in JUCE's hosting code: scan, instances, sound, programs and state. Run by juce.sh as
-// `juce_host PLUGIN OUT.wav`; prints "ok …" and "WRONG …" lines, and "done" at the end.
+// The effect in JUCE's hosting code: scan, instances, sound, programs, MIDI and state. Run by
+// juce.sh as `juce_host PLUGIN OUT.wav`; prints "ok …" and "WRONG …" lines, and "done" at the end.
 #include <juce_audio_formats/juce_audio_formats.h>
 #include <juce_audio_processors/juce_audio_processors.h>
 
@@ -14,9 +14,9 @@ static void check(bool holds, const String& claim) {
   std::fflush(stdout);
 }
 
-// Thumping saws in, the whole output back.
+// Thumping saws in, the whole output back. A controller comes with every block.
 static AudioBuffer<float> render(AudioPluginInstance& effect, double rate, int block,
-                                 double seconds) {
+                                 double seconds, int controller = 1, int value = -1) {
   const int frames = roundToInt(rate * seconds);
   AudioBuffer<float> all(2, frames);
   for (int i = 0; i < frames; ++i) {
@@ -29,7 +29,7 @@ static AudioBuffer<float> render(AudioPluginInstance& effect, double rate, int b
   for (int start = 0; start < frames; start += block) {
     AudioBuffer<float> part(all.getArrayOfWritePointers(), 2, start, jmin(block, frames - start));
     MidiBuffer midi;
-    midi.addEvent(MidiMessage::controllerEvent(1, 1, start % 128), 0);
+    midi.addEvent(MidiMessage::controllerEvent(1, controller, value < 0 ? start % 128 : value), 0);
     effect.processBlock(part, midi);
   }
   effect.releaseResources();
@@ -91,6 +91,10 @@ int main(int argc, char** argv) {
   first->setCurrentProgram(1);
   check(first->getProgramName(1) == "Second" && first->getCurrentProgram() == 1,
         "the second program of the bank is called and set");
+  const auto shut = render(*first, 48000, 256, 1.0, 74, 0),
+             open = render(*first, 48000, 256, 1.0, 74, 127);
+  check(open.getRMSLevel(0, 0, 48000) > 2 * shut.getRMSLevel(0, 0, 48000),
+        "a controller that the program has learned opens the filter");
   for (auto* parameter : first->getParameters())
     parameter->setValue(std::fmod(parameter->getValue() + 0.35f, 1.0f));
   const int changed = differing(*first, *second);

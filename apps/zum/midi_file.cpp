@@ -1,0 +1,114 @@
+#include "apps/zum/midi_file.hpp"
+
+#include <fcntl.h>
+#include <smf.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <new>
+#include <string>
+#include <system_error>
+
+#include "apps/zum/failure.hpp"
+
+namespace zum {
+namespace {
+
+std::string bytesOf(const std::filesystem::path& path) {
+  constexpr std::size_t kMost = 64U << 20U;
+  std::error_code none;
+  std::ifstream file(path, std::ios::binary);
+  if (!file.is_open() || std::filesystem::is_directory(path, none)) {
+    throw Failure("cannot read " + path.string() + "; check the name");
+  }
+  std::string bytes{std::istreambuf_iterator<char>(file), {}};
+  if (file.bad() || bytes.size() > kMost) {
+    throw Failure("cannot read all of " + path.string() + "; make it again, or shorter");
+  }
+  return bytes;
+}
+
+bool isChannelMessage(const smf_event_t& event) {
+  return event.midi_buffer_length >= 2 && event.midi_buffer_length <= 3 &&
+         event.midi_buffer[0] >= 0x80 && event.midi_buffer[0] < 0xF0;
+}
+
+// What the child does: all messages into the pipe. False for what is no song.
+bool parse(const std::string& bytes, double sampleRate, int pipe) {
+  smf_t* song = smf_load_from_memory(bytes.data(), static_cast<int>(bytes.size()));
+  if (song == nullptr) return false;
+  std::vector<MidiMessage> messages;
+  while (const smf_event_t* event = smf_get_next_event(song)) {
+    if (!isChannelMessage(*event) || !(event->time_seconds >= 0.0)) continue;
+    MidiMessage& message = messages.emplace_back();
+    message.frame = std::llround(std::min(event->time_seconds, 1e9) * sampleRate);
+    std::copy_n(event->midi_buffer, event->midi_buffer_length, message.bytes.begin());
+  }
+  const auto* at = reinterpret_cast<const char*>(messages.data());
+  for (std::size_t left = messages.size() * sizeof(MidiMessage); left > 0;) {
+    const ssize_t put = write(pipe, at, left);
+    if (put <= 0) return false;
+    at += put;
+    left -= static_cast<std::size_t>(put);
+  }
+  return true;
+}
+
+// The library ends the program over a damaged file, and tells standard error why: it reads in a
+// process of its own, and silently.
+[[noreturn]] void runChild(const std::string& bytes, double sampleRate, int pipe) {
+  constexpr unsigned kLongestRead = 60;  // seconds
+  alarm(kLongestRead);
+  dup2(open("/dev/null", O_WRONLY), STDERR_FILENO);
+  dup2(STDERR_FILENO, STDOUT_FILENO);
+  bool whole = false;
+  try {
+    whole = parse(bytes, sampleRate, pipe);
+  } catch (const std::bad_alloc&) {
+  }
+  _exit(whole ? 0 : 1);
+}
+
+std::string readAll(int pipe) {
+  std::string all;
+  std::array<char, 65536> part{};
+  for (ssize_t got = 0; (got = read(pipe, part.data(), part.size())) > 0;) {
+    all.append(part.data(), static_cast<std::size_t>(got));
+  }
+  return all;
+}
+
+}  // namespace
+
+MidiFile::MidiFile(const std::filesystem::path& path, double sampleRate) {
+  const std::string bytes = bytesOf(path);
+  int ends[2];
+  const pid_t child = pipe(ends) == 0 ? fork() : -1;
+  if (child < 0) throw Failure("no process is left to read " + path.string() + "; close programs");
+  if (child == 0) runChild(bytes, sampleRate, ends[1]);
+  close(ends[1]);
+  const std::string parsed = readAll(ends[0]);
+  close(ends[0]);
+  int status = 0;
+  while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+  }
+  if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
+    throw Failure(path.string() + " is no standard MIDI file that can be read; export it again");
+  }
+  messages.resize(parsed.size() / sizeof(MidiMessage));
+  std::memcpy(messages.data(), parsed.data(), messages.size() * sizeof(MidiMessage));
+}
+
+std::span<const MidiMessage> MidiFile::takeUntil(std::int64_t frame) {
+  const std::size_t start = next;
+  while (next < messages.size() && messages[next].frame < frame) ++next;
+  return {messages.data() + start, next - start};
+}
+
+}  // namespace zum

@@ -1,0 +1,88 @@
+// Random MIDI in random blocks, with learning and maps that change meanwhile. Run by libFuzzer, or
+// over the stored corpus by replay_main.cpp. Looks for reads and writes outside of lists and
+// queues, and for sound that is no number.
+
+#include <array>
+#include <cmath>
+#include <cstdlib>
+#include <vector>
+
+#include "core/create_effect.hpp"
+#include "core/uni_client.hpp"
+#include "fuzz/bytes.hpp"
+#include "fuzz/no_home.hpp"
+
+namespace {
+
+using namespace zum;
+
+const NoHome noHome;
+constexpr std::int32_t kMostFrames = 256;
+
+struct Effect {
+  AEffect* record = createEffect(nullptr);
+  KvUniClient& client = *dynamic_cast<KvUniClient*>(static_cast<AudioEffect*>(record->object));
+  Effect() = default;
+  Effect(const Effect&) = delete;
+  Effect& operator=(const Effect&) = delete;
+  ~Effect() { record->dispatcher(record, effClose, 0, 0, nullptr, 0.0F); }
+};
+
+void send(Effect& effect, Bytes& bytes) {
+  const unsigned count = bytes.below(64);
+  std::vector<VstMidiEvent> midi(count);
+  std::vector<std::byte> memory(sizeof(VstEvents) + count * sizeof(void*));
+  auto* events = new (memory.data()) VstEvents{};
+  events->numEvents = static_cast<std::int32_t>(count);
+  VstEvent** list = events->events;
+  for (unsigned i = 0; i < count; ++i) {
+    midi[i].type = bytes.below(8) == 0 ? bytes.take<std::int32_t>() : kVstMidiType;
+    midi[i].deltaFrames = bytes.below(8) == 0 ? bytes.take<std::int32_t>()
+                                              : static_cast<std::int32_t>(bytes.below(kMostFrames));
+    for (unsigned char& byte : midi[i].midiData) byte = bytes.take<unsigned char>();
+    list[i] = bytes.below(32) == 0 ? nullptr : reinterpret_cast<VstEvent*>(&midi[i]);
+  }
+  effect.record->dispatcher(effect.record, effProcessEvents, 0, 0, events, 0.0F);
+}
+
+void play(Effect& effect, Bytes& bytes) {
+  std::array<std::array<float, kMostFrames>, 2> sound{};
+  for (auto& channel : sound) channel.fill(0.25F);
+  std::array<float*, 2> channels = {sound[0].data(), sound[1].data()};
+  const auto frames = static_cast<std::int32_t>(bytes.below(kMostFrames + 1));
+  effect.record->processReplacing(effect.record, channels.data(), channels.data(), frames);
+  for (const auto& channel : sound) {
+    for (const float x : channel) {
+      if (!std::isfinite(x)) std::abort();
+    }
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  Effect effect;
+  Bytes bytes{data, size};
+  while (bytes.left > 0) {
+    switch (bytes.below(8)) {
+      case 0: effect.client.beginLearn(static_cast<std::int32_t>(bytes.below(300)) - 20); break;
+      case 1: effect.client.clearBindings(static_cast<std::int32_t>(bytes.below(300)) - 20); break;
+      case 2: {
+        EngineEvent event;  // as an adaptor may put one into the queue
+        event.code = static_cast<std::int32_t>(bytes.below(16)) + 195;
+        event.data1 = bytes.take<std::int32_t>();
+        event.data2 = static_cast<std::int32_t>(bytes.below(128));
+        effect.client.handleEvent(event);
+        break;
+      }
+      case 3:
+        effect.client.setOption(0, static_cast<int>(bytes.below(2)), false);
+        effect.client.controllers().learning.store(bytes.below(8) == 0);
+        break;
+      case 4:
+      case 5: send(effect, bytes); break;
+      default: play(effect, bytes); break;
+    }
+  }
+  return 0;
+}

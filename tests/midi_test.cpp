@@ -1,0 +1,315 @@
+// MIDI from the host's events to what they move: the queue, learning, notes, programs and
+// controller maps as files.
+#include <cstdio>
+#include <cstring>
+#include <sstream>
+
+#include "support/settings_user.hpp"
+#include "support/test_host.hpp"
+
+namespace zum::test {
+namespace {
+
+constexpr int kCutoff = 3;
+constexpr std::int32_t kPass = 16;  // frames
+
+/// Effect, time ahead of which it is told, message.
+struct Sent {
+  std::int32_t delta;
+  int status;
+  int data1;
+  int data2 = 0;
+};
+
+class MidiTest : public SettingsTest {
+ protected:
+  static void send(TestHost& host, const std::vector<Sent>& messages) {
+    std::vector<VstMidiEvent> midi(messages.size());
+    std::vector<std::byte> memory(sizeof(VstEvents) + messages.size() * sizeof(void*));
+    auto* events = new (memory.data()) VstEvents{};
+    events->numEvents = static_cast<std::int32_t>(messages.size());
+    VstEvent** list = events->events;
+    for (std::size_t i = 0; i < messages.size(); ++i) {
+      midi[i].type = kVstMidiType;
+      midi[i].deltaFrames = messages[i].delta;
+      midi[i].midiData[0] = static_cast<unsigned char>(messages[i].status);
+      midi[i].midiData[1] = static_cast<unsigned char>(messages[i].data1);
+      midi[i].midiData[2] = static_cast<unsigned char>(messages[i].data2);
+      list[i] = reinterpret_cast<VstEvent*>(&midi[i]);
+    }
+    EXPECT_EQ(host.dispatch(effProcessEvents, 0, 0, events), 1);
+  }
+  /// One control pass.
+  static void pass(TestHost& host) {
+    const Stereo in(kPass);
+    Stereo out(kPass);
+    host.process(in, out, 0, kPass);
+  }
+  static void play(TestHost& host, const std::vector<Sent>& messages) {
+    send(host, messages);
+    pass(host);
+  }
+};
+
+TEST(EventQueue, TimesRunFromEventToEventAndAnInsertionShiftsAllThatFollow) {
+  EventQueue queue;
+  const auto insert = [&queue](std::int32_t time, std::int32_t name) {
+    EXPECT_TRUE(queue.insert({.time = time, .code = EngineEvent::kController, .data1 = name}));
+  };
+  insert(40, 1);
+  insert(100, 2);                          // 60 behind it
+  insert(100, 3);                          // as late: behind it
+  insert(10, 0);                           // 30, 50 and -10 are left of the others
+  std::vector<std::pair<int, int>> taken;  // frames, name
+  for (int frames = 0; queue.size() > 0; frames += kPass) {
+    for (EngineEvent event; queue.next(event);) taken.emplace_back(frames, event.data1);
+    queue.age(kPass);
+  }
+  EXPECT_EQ(taken, (std::vector<std::pair<int, int>>{{16, 0}, {48, 1}, {112, 2}, {112, 3}}));
+  for (std::size_t i = 0; i < EventQueue::kRoom; ++i) {
+    insert(i % 2 == 0 ? 2147483647 : -2147483647 - 1, 0);
+  }
+  EXPECT_FALSE(queue.insert({}));
+  EngineEvent event;
+  EXPECT_TRUE(queue.next(event));
+  EXPECT_TRUE(queue.insert({}));  // what was taken makes room
+}
+
+TEST_F(MidiTest, AControllerMovesInTheControlPassThatItIsDueIn) {
+  TestHost host;
+  ASSERT_TRUE(host.client().beginLearn(kCutoff));
+  play(host, {{0, 0xB5, 7, 127}});  // the message that teaches moves already
+  EXPECT_EQ(host.get(kCutoff), 1.0F);
+  send(host, {{100, 0xB0, 7, 0}, {100, 0xB0, 7, 127}, {100, 0xB0, 7, 64}, {130, 0xB0, 8, 1}});
+  for (int passes = 1; passes <= 7; ++passes) {
+    EXPECT_EQ(host.get(kCutoff), 1.0F) << passes;
+    pass(host);
+  }
+  EXPECT_EQ(host.get(kCutoff), 64.0F / 127.0F);  // the last of those at once
+  EXPECT_EQ(host.client().controllerValue(8), 0.0F);
+  pass(host);
+  pass(host);
+  EXPECT_FLOAT_EQ(host.client().controllerValue(8), 1.0F / 127.0F);
+}
+
+TEST_F(MidiTest, LearningIsSpentByOneMessageAndBindsAsOftenAsAsked) {
+  TestHost host;
+  KvUniClient& client = host.client();
+  ControllerMap& map = client.controllers();
+  for (const int tag : {kCutoff, kCutoff, 4}) {
+    ASSERT_TRUE(client.beginLearn(tag));
+    play(host, {{0, 0xB0, 20, 127}, {0, 0xB0, 21, 127}});
+  }
+  EXPECT_EQ(map.controllers[20].all(), (std::vector<Binding>{{3, 0}, {3, 0}, {4, 0}}));
+  EXPECT_EQ(map.controllers[21].size(), 0U);
+  play(host, {{0, 0xB0, 20, 0}});
+  EXPECT_EQ(host.get(kCutoff) + host.get(4), 0.0F);
+  client.beginLearn(5);
+  client.endLearn();
+  play(host, {{0, 0xB0, 22, 127}});
+  EXPECT_EQ(map.controllers[22].size(), 0U);
+  client.beginLearn(kCutoff);
+  play(host, {{0, 0xD0, 127}});
+  EXPECT_EQ(map.aftertouch.all(), (std::vector<Binding>{{3, 0}}));
+  EXPECT_EQ(host.get(kCutoff), 1.0F);
+  EXPECT_EQ(client.played().aftertouch, 1.0F);
+  for (const int tag : {-1, 223, 40000}) EXPECT_FALSE(client.beginLearn(tag));
+
+  map.controllers[20].append({3, 1});
+  client.clearBindings(3);  // not those of a mode, nor of pressure
+  EXPECT_EQ(map.controllers[20].all(), (std::vector<Binding>{{4, 0}, {3, 1}}));
+  EXPECT_EQ(map.aftertouch.size(), 1U);
+  client.clearAllBindings();
+  EXPECT_EQ(map.controllers[20].size(), 0U);
+  EXPECT_FALSE(map.learning.load());
+}
+
+TEST_F(MidiTest, AMapThatIsBeingRewrittenMovesNothing) {
+  TestHost host;
+  ControllerMap& map = host.client().controllers();
+  map.controllers[7].append({kCutoff, 0});
+  map.aftertouch.append({kCutoff, 0});
+  const float before = host.get(kCutoff);
+  send(host, {{0, 0xB0, 7, 127}});  // waits already
+  map.learning.store(true);
+  play(host, {{0, 0xB0, 7, 127}, {0, 0xD0, 127}, {0, 0x90, 60, 100}});
+  EXPECT_EQ(host.get(kCutoff), before);
+  EXPECT_EQ(host.client().played().lastNote, 60.0F);
+  map.learning.store(false);
+  pass(host);
+  EXPECT_EQ(host.get(kCutoff), before);
+  host.client().adaptorTransport.store(true);
+  play(host, {{0, 0xB0, 7, 127}});
+  EXPECT_EQ(host.get(kCutoff), before);
+}
+
+TEST_F(MidiTest, NotesTakeVoicesAndLeaveThem) {
+  TestHost host;
+  const NoteState& played = host.client().played();
+  play(host, {{0, 0x90, 69, 64}, {0, 0x90, 81, 127}, {0, 0xE0, 5, 0}});
+  EXPECT_EQ(played.notes, (std::array<float, 2>{69.0F, 81.0F}));
+  EXPECT_EQ(played.pitches, (std::array<float, 2>{440.0F, 880.0F}));
+  EXPECT_EQ(played.velocities, (std::array<float, 2>{0.5F + 1.2e-6F, 127 * 0.0078125F + 2.4e-6F}));
+  EXPECT_EQ(played.firstNote, 0.0F);
+  EXPECT_EQ(played.pitchBend, -1.0F);
+  play(host, {{0, 0x80, 81, 0}, {0, 0xE0, 0, 127}});
+  EXPECT_EQ(played.lastNote, 69.0F);
+  EXPECT_FLOAT_EQ(played.pitchBend, 1.0F);
+  play(host, {{0, 0x9F, 69, 0}, {0, 0x90, 40, 1}});
+  EXPECT_EQ(played.firstNote, 1.0F);
+  play(host, {{0, 0xB1, 123, 0}});  // on the second channel a controller like others
+  EXPECT_NE(played.lastVelocity, 0.0F);
+  play(host, {{0, 0xB0, 123, 0}});
+  EXPECT_EQ(played.velocities, (std::array<float, 2>{}));
+  EXPECT_EQ(played.lastVelocity, 0.0F);
+
+  send(host, {{40, 0x90, 50, 100}});  // its end comes before it: it never sounds
+  play(host, {{0, 0x80, 50, 0}});
+  for (int i = 0; i < 4; ++i) pass(host);
+  EXPECT_EQ(played.velocities, (std::array<float, 2>{}));
+  EXPECT_EQ(host.client().eventQueue().size(), 0U);
+}
+
+TEST_F(MidiTest, ProgramsChangeWhereTheUserAllowsIt) {
+  initSettings(ignoreSwitch);
+  writeSettingString(kPresetPath, internal("tree"));
+  fs::create_directories(folder / "tree/Midi Programs");
+  TestHost writer;
+  writer.set(kCutoff, 0.875F);
+  writer.client().savePreset(internal("tree/Midi Programs/only.kvz").c_str(), 0, nullptr, false);
+  TestHost host;
+  const auto change = [&](int program) {
+    host.set(kCutoff, 0.25F);
+    play(host, {{0, 0xC0, program}});
+    return host.get(kCutoff);
+  };
+  EXPECT_EQ(change(0), 0.25F);
+  host.client().setOption(0, 0, true);
+  EXPECT_EQ(change(0), 0.875F);
+  EXPECT_EQ(host.client().slot().name.get(), "only");
+  EXPECT_EQ(change(5), 0.25F);  // there is none
+  EXPECT_EQ(TestHost().client().option(0), 0.0F);
+}
+
+TEST_F(MidiTest, AFloodIsBoundedAndTheSoundGoesOn) {
+  TestHost host;
+  host.client().beginLearn(kCutoff);
+  std::vector<Sent> flood;
+  for (int i = 0; i < 10000; ++i) flood.push_back({i % 700, 0x80 + i % 128, i % 256, i / 40});
+  const Stereo in = noise(512);
+  Stereo out(512);
+  for (int block = 0; block < 20; ++block) {
+    send(host, flood);
+    host.process(in, out, 0, 512);
+    EXPECT_LE(host.client().eventQueue().size(), EventQueue::kRoom);
+  }
+  EXPECT_GT(energy(out), 0.0);
+  VstEvents none{};
+  none.numEvents = 2;  // null pointers
+  EXPECT_EQ(host.dispatch(effProcessEvents, 0, 0, &none), 1);
+  none.numEvents = -5;
+  EXPECT_EQ(host.dispatch(effProcessEvents, 0, 0, &none), 1);
+}
+
+TEST_F(MidiTest, MapsAreFiles) {
+  TestHost host;
+  KvUniClient& client = host.client();
+  ControllerMap& map = client.controllers();
+  const std::string path = internal("map.kvm");
+  client.saveCcMap(path.c_str());
+  EXPECT_EQ(textIn(folder / "map.kvm").size(), 4U * (5 + 130));
+  map.controllers[7].append({3, 0});
+  map.controllers[127].append({-300, 5});
+  client.saveCcMap(path.c_str());
+  std::string whole = textIn(folder / "map.kvm");
+  const auto load = [&](const std::string& bytes) {
+    putText(folder / "other.kvm", bytes);
+    map.controllers[7].clear();
+    map.controllers[9].append({1, 0});
+    testing::internal::CaptureStderr();
+    client.loadCcMap(internal("other.kvm").c_str());
+    const std::string told = testing::internal::GetCapturedStderr();
+    const bool taken = map.controllers[9].size() == 0;
+    map.controllers[9].clear();
+    return std::pair(taken, told);
+  };
+  EXPECT_EQ(load(whole), std::pair(true, ""s));
+  EXPECT_EQ(map.controllers[7].all(), (std::vector<Binding>{{3, 0}}));
+  EXPECT_EQ(map.controllers[127].all(), (std::vector<Binding>{{-300, 5}}));
+  const auto with = [&whole](std::size_t word, char value) {
+    std::string bytes = whole;
+    bytes[4 * word] = value;
+    return bytes;
+  };
+  const char* const newer = "midi map was written with a newer version of ZUM";
+  const char* const invalid = "\t This is no valid ZUM format!";
+  EXPECT_NE(load(with(1, 4)).second.find(newer), std::string::npos);
+  EXPECT_EQ(load(with(4, 0)), std::pair(false, ""s));    // no chunk
+  EXPECT_EQ(load(with(5, 102)), std::pair(false, ""s));  // a later map
+  EXPECT_EQ(load(with(6, 1)), std::pair(false, ""s));
+  EXPECT_NE(load(with(7, 127)).second.find(invalid), std::string::npos);
+  EXPECT_NE(load(whole.substr(0, 400)).second.find(invalid), std::string::npos);
+  EXPECT_FALSE(load("").first);
+
+  std::string old = whole.substr(0, 20) + "d\0\0\0\0\0\0\0"s + "\1\0\0\0\4\0\0\0"s;  // version 100
+  for (int i = 1; i < 128; ++i) old += "\0\0\0\0"s;
+  const auto words = static_cast<std::uint32_t>(old.size() / 4);
+  std::memcpy(old.data(), &words, 4);
+  EXPECT_EQ(load(old), std::pair(true, ""s));
+  EXPECT_EQ(map.controllers[0].all(), (std::vector<Binding>{{4, 0}}));
+
+  testing::internal::CaptureStderr();
+  client.saveCcMap(internal("none/map.kvm").c_str());
+  for (const char* silent : {"x", "EMPTY", static_cast<const char*>(nullptr)}) {
+    client.saveCcMap(silent);
+  }
+  const std::string told = testing::internal::GetCapturedStderr();
+  EXPECT_EQ(told, "ZUM: saving cc map to " + internal("none/map.kvm") + " failed\n");
+}
+
+TEST_F(MidiTest, TheCommandLinePlaysFilesAndShowsMaps) {
+  fs::copy_file(ZUM_SOURCE_DIR "/content/Samples/Factory/Chords.wav", folder / "in.wav");
+  // One track, 480 to a beat: controller 74 down at once, up after a beat.
+  const std::string track = "\0\xB0\x4A\0\x83\x60\x4A\x7F\0\xFF\x2F\0"s;
+  putText(folder / "song.mid", "MThd\0\0\0\6\0\0\0\1\1\xE0MTrk\0\0\0\x0C"s + track);
+  TestHost host;
+  host.client().controllers().controllers[74].append({kCutoff, 0});
+  host.client().saveCcMap(internal("cutoff.kvm").c_str());
+  for (const std::string source : {"--learn 74=Cutoff", "--cc-map cutoff.kvm"}) {
+    const std::string arguments = "render in.wav out.wav --midi song.mid --trace t.csv " + source;
+    ASSERT_EQ(run(arguments).first, 0);
+    std::istringstream rows(textIn(folder / "t.csv"));
+    std::vector<double> cutoffs;
+    for (std::string row; std::getline(rows, row);) {
+      double time = 0.0, cutoff = 0.0;
+      if (std::sscanf(row.c_str(), "%lf,%*f,%*f,%*f,%lf", &time, &cutoff) != 2) continue;
+      if ((time > 0.4 && time < 0.49) || time > 0.6) cutoffs.push_back(cutoff);
+    }
+    ASSERT_FALSE(cutoffs.empty());
+    EXPECT_LT(cutoffs.front(), 30.0) << source;
+    EXPECT_GT(cutoffs.back(), 10000.0) << source;
+  }
+  EXPECT_EQ(run("ccmap show cutoff.kvm"),
+            std::pair(0, "controller  parameter\n        74  Cutoff\n"s));
+  const std::pair<std::string, std::string> wrong[] = {
+      {"ccmap show song.mid", "song.mid is no controller map that loads: another magic number"},
+      {"render in.wav out.wav --midi in.wav", "is no standard MIDI file"},
+      {"render in.wav out.wav --midi none.mid", "cannot read none.mid"},
+      {"render in.wav out.wav --learn 128=Cutoff", "a controller from 0 to 127"},
+      {"render in.wav song.mid --midi song.mid", "is the MIDI file itself"}};
+  for (const auto& [arguments, why] : wrong) {
+    const auto outcome = run(arguments);
+    EXPECT_NE(outcome.first, 0) << arguments;
+    EXPECT_NE(outcome.second.find(why), std::string::npos) << outcome.second;
+  }
+  // Cut anywhere the file is refused or read as far as it goes; the library ends its process.
+  const std::string song = textIn(folder / "song.mid");
+  for (std::size_t bytes = 0; bytes < song.size(); ++bytes) {
+    putText(folder / "cut.mid", song.substr(0, bytes));
+    const int exitCode = run("render in.wav out.wav --midi cut.mid").first;
+    EXPECT_TRUE(exitCode == 0 || exitCode == 1) << bytes;
+  }
+}
+
+}  // namespace
+}  // namespace zum::test
