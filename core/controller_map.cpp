@@ -6,6 +6,16 @@ namespace {
 constexpr std::int32_t kMapFormat = 101;
 constexpr std::int32_t kFirstModeFormat = 101;
 
+// Behind it the cursor stands at the first list.
+ControllerMap::Read readVersion(KvChunk& chunk, bool& hasModes) {
+  const std::int32_t format = chunk.getInt();
+  const std::int32_t zero = chunk.getInt();
+  hasModes = format >= kFirstModeFormat;
+  if (chunk.overrun()) return ControllerMap::Read::damaged;
+  return format > kMapFormat || zero != 0 ? ControllerMap::Read::otherVersion
+                                          : ControllerMap::Read::taken;
+}
+
 }  // namespace
 
 void ControllerMap::writeCcMap(KvChunk& chunk) const {
@@ -21,40 +31,55 @@ void ControllerMap::writeCcMap(KvChunk& chunk) const {
   }
 }
 
-ControllerMap::Read ControllerMap::readCcMap(KvChunk& chunk) {
-  const std::int32_t format = chunk.getInt();
-  const std::int32_t zero = chunk.getInt();
-  if (chunk.overrun()) return Read::damaged;
-  if (format > kMapFormat || zero != 0) return Read::otherVersion;
-  const bool hasModes = format >= kFirstModeFormat;
-  const std::uint32_t start = chunk.cursor;
-  if (!readLists(chunk, hasModes, false)) return Read::damaged;
-  chunk.cursor = start;
-  learning.store(true);
-  readLists(chunk, hasModes, true);
-  learning.store(false);
+ControllerMap::Read ControllerMap::checkCcMap(KvChunk& chunk, Counts& counts) {
+  bool hasModes = false;
+  if (const Read version = readVersion(chunk, hasModes); version != Read::taken) return version;
+  for (std::size_t i = 0; i < preset::kControllers; ++i) {
+    const std::int32_t count = chunk.getInt();
+    const std::int64_t words = std::int64_t{count} * (hasModes ? 2 : 1);
+    if (chunk.overrun() || count < 0 || words > std::int64_t{chunk.wordsLeft()}) {
+      return Read::damaged;
+    }
+    counts[i] = static_cast<std::uint32_t>(count);
+    chunk.skip(static_cast<std::uint32_t>(words));
+  }
   return Read::taken;
 }
 
-bool ControllerMap::readLists(KvChunk& chunk, bool hasModes, bool take) {
+ControllerMap::Read ControllerMap::readCcMap(KvChunk& chunk) {
+  const std::uint32_t start = chunk.cursor;
+  Counts counts{};
+  if (const Read read = checkCcMap(chunk, counts); read != Read::taken) return read;
+  if (!hasRoomFor(counts) && !reserve(counts)) return Read::damaged;
+  chunk.cursor = start;
+  bool hasModes = false;
+  readVersion(chunk, hasModes);
+  learning.store(true);
   for (BindingList& list : controllers) {
-    const std::int32_t count = chunk.getInt();
-    const std::int64_t words = std::int64_t{count} * (hasModes ? 2 : 1);
-    if (chunk.overrun() || count < 0 || words > std::int64_t{chunk.wordsLeft()}) return false;
-    if (!take) {
-      if (!list.reserve(static_cast<std::size_t>(count) + 1)) return false;
-      chunk.skip(static_cast<std::uint32_t>(words));
-      continue;
-    }
     list.clear();
-    for (std::int32_t i = 0; i < count; ++i) {
+    for (std::int32_t count = chunk.getInt(); count > 0; --count) {
       const auto tag = static_cast<std::int16_t>(chunk.getInt());
       const auto mode = static_cast<std::int16_t>(hasModes ? chunk.getInt() : 0);
       // In a preset this tag would end the list.
       if (tag != preset::kEndOfController) list.tryAppend({tag, mode});
     }
   }
-  return true;
+  learning.store(false);
+  return Read::taken;
+}
+
+bool writeMapFile(const ControllerMap& map, KvChunk& chunk) {
+  const auto put = [&] {
+    chunk.writeHeader();
+    map.writeCcMap(chunk);
+  };
+  chunk.reset();
+  put();
+  const std::uint32_t words = chunk.cursor;
+  chunk.countOnly = false;
+  chunk.allocate(words);
+  put();
+  return chunk.cursor == words && !chunk.overrun();
 }
 
 }  // namespace zum

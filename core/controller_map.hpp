@@ -13,11 +13,12 @@
 
 namespace zum {
 
-/// The bindings of one controller, in the order in which they were learned. One writer at a time;
-/// a reader meanwhile sees old or new bindings, never a torn one.
+/// The bindings of one controller, in the order in which they were learned. Readers see old or new
+/// bindings, never a torn one. A binding that is learned while others are removed may be lost or
+/// stay twice; room is made while nobody writes.
 class BindingList {
  public:
-  /// [any] As it stands now: a reader that walks on while it is emptied reads bindings of tag 0.
+  /// [any] As it stands now: a reader that walks on while it is emptied reads what was there.
   std::size_t size() const ZUM_REALTIME {
     return std::min(count.load(std::memory_order_acquire), words.capacity());
   }
@@ -86,13 +87,13 @@ class ControllerMap {
     counts.fill(kRoom);
     return reserve(counts);
   }
-  /// [main] For a binding that the audio thread learns, in whichever list.
-  bool reserveOneMore() noexcept {
-    Counts counts;
+  /// [any]
+  Counts countsNow() const ZUM_REALTIME {
+    Counts counts{};
     for (std::size_t i = 0; i < counts.size(); ++i) {
       counts[i] = static_cast<std::uint32_t>(list(i).size());
     }
-    return reserve(counts);
+    return counts;
   }
   void clearControllers() ZUM_REALTIME {
     for (BindingList& list : controllers) list.clear();
@@ -107,6 +108,8 @@ class ControllerMap {
     damaged,       // does not fit together, or the memory does not suffice; nothing changes
   };
   Read readCcMap(KvChunk& chunk);
+  /// The same without a change; tells how many bindings each list gets.
+  static Read checkCcMap(KvChunk& chunk, Counts& counts);
 
   std::array<BindingList, preset::kControllers> controllers;
   BindingList aftertouch;
@@ -120,8 +123,9 @@ class ControllerMap {
   const BindingList& list(std::size_t i) const ZUM_REALTIME {
     return i < controllers.size() ? controllers[i] : aftertouch;
   }
-  /// One pass over the lists of a map: a check that makes room, or with `take` the taking.
-  bool readLists(KvChunk& chunk, bool hasModes, bool take);
 };
+
+/// [main] Fills `chunk` with a map as a file, header and all. False when the map changed meanwhile.
+bool writeMapFile(const ControllerMap& map, KvChunk& chunk);
 
 }  // namespace zum

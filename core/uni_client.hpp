@@ -210,6 +210,9 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
                     bool quiet, std::string_view title);
   void updateEditor() ZUM_REALTIME;
   bool reserve(const PresetNeeds& needs) noexcept;
+  /// False when the memory does not suffice.
+  bool makeRoom(const ControllerMap::Counts& counts);
+  ControllerMap::Read takeCcMap(KvChunk& map);
   bool hasRoomFor(const PresetNeeds& needs) const ZUM_REALTIME;
   /// `missing` is null where nobody can look for files.
   void takePreset(const KvChunk& preset, int slot, bool restoreAll, MissingFiles* missing)
@@ -219,7 +222,7 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   template <class Edit>
   bool editSteps(const Edit& edit);
   void stepPreset(int slot, int direction);
-  /// Names of a slot after a file, or after where a search finds it.
+  /// Path and folder of a slot after a file, or after where a search finds it.
   void takeOrigin(int slot, const std::string& file);
   void findOrigin(int slot);
   /// Root of the preset tree with a backslash at its end; empty for none, and for one that would

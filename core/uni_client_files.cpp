@@ -76,21 +76,25 @@ void KvUniClient::savePreset(const char* path, int slot, const char* extension, 
     // The dialog asked about the name as it was typed.
     if (!file.ends_with(ending) && fileExists(file += ending) && !askReplace(file)) return;
   }
-  const std::lock_guard turn(loadTurn);
-  KvChunk preset;
-  if (!writePreset(preset, slot) ||
-      KvFileio::writeFile(file.c_str(), preset.data(), 4 * std::size_t{preset.dataWords()}) == 0) {
-    tell("saving preset to " + file + " failed");
-    return;
+  bool saved = false;
+  {
+    const std::lock_guard turn(loadTurn);
+    KvChunk preset;
+    saved =
+        writePreset(preset, slot) &&
+        KvFileio::writeFile(file.c_str(), preset.data(), 4 * std::size_t{preset.dataWords()}) != 0;
+    if (saved) {
+      slots[static_cast<std::size_t>(slot)].name.set(baseName(file));
+      takeOrigin(slot, file);
+    }
   }
-  takeOrigin(slot, file);
+  if (!saved) return tell("saving preset to " + file + " failed");
   if (notify) updateDisplay();
 }
 
+// The name is set where the state is: it goes with what is heard.
 void KvUniClient::takeOrigin(int slot, const std::string& file) {
   PresetSlot& names = slots[static_cast<std::size_t>(slot)];
-  const std::string_view name = baseName(file);
-  if (!name.empty()) names.name.set(name);
   names.path.set(file);
   names.folder.set(folderName(file));
 }

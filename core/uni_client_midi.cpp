@@ -133,9 +133,19 @@ void KvUniClient::learnAndMove(BindingList& list, float value) ZUM_REALTIME {
 
 bool KvUniClient::beginLearn(std::int32_t tag) {
   const std::lock_guard turn(loadTurn);
-  if (tag < 0 || tag > kLastTag || !controllerMap.reserveOneMore()) return false;
+  learnTarget.store(-1);
+  if (rowOfTag(tag) < 0 || !makeRoom(controllerMap.countsNow())) return false;
   learnTarget.store(tag);
   return true;
+}
+
+// In silence where there is too little, so that no block writes into a list that grows.
+bool KvUniClient::makeRoom(const ControllerMap::Counts& counts) {
+  if (controllerMap.hasRoomFor(counts)) return true;
+  silenceBlocks();
+  const bool room = controllerMap.reserve(counts);
+  muteRequest.store(false);
+  return room;
 }
 
 void KvUniClient::endLearn() { learnTarget.store(-1); }
@@ -144,7 +154,7 @@ void KvUniClient::clearBindings(std::int32_t tag) {
   const std::lock_guard turn(loadTurn);
   controllerMap.learning.store(true);
   for (BindingList& list : controllerMap.controllers) {
-    list.remove({static_cast<std::int16_t>(tag), 0});
+    list.remove(bindingOf(static_cast<std::uint32_t>(tag)));
   }
   controllerMap.learning.store(false);
 }
@@ -159,27 +169,17 @@ void KvUniClient::clearAllBindings() {
 // ---- maps as files
 
 void KvUniClient::saveCcMap(const char* path) {
-  std::string file =
+  const std::string file =
       path != nullptr ? path : mapChooser(this).save("Save File", kControllerMapPath);
   if (file == KvFileChooser::kNothing || file.size() < 2) return;
-  const std::string ending = std::string(".") + kMapExtension;
-  if (path == nullptr && !file.ends_with(ending)) file += ending;
-  KvChunk map;
-  const auto put = [&] {
-    map.writeHeader();
-    controllerMap.writeCcMap(map);
-  };
-  const std::lock_guard turn(loadTurn);
-  put();
-  const std::uint32_t words = map.cursor;
-  map.countOnly = false;
-  map.allocate(words);
-  put();
-  const bool whole = map.cursor == words && !map.overrun();
-  if (!whole ||
-      KvFileio::writeFile(file.c_str(), map.data(), 4 * std::size_t{map.dataWords()}) == 0) {
-    tell("saving cc map to " + file + " failed");
+  bool saved = false;
+  {
+    const std::lock_guard turn(loadTurn);
+    KvChunk map;
+    saved = writeMapFile(controllerMap, map) &&
+            KvFileio::writeFile(file.c_str(), map.data(), 4 * std::size_t{map.dataWords()}) != 0;
   }
+  if (!saved) tell("saving cc map to " + file + " failed");
 }
 
 void KvUniClient::loadCcMap(const char* path) {
@@ -190,10 +190,20 @@ void KvUniClient::loadCcMap(const char* path) {
   if (!readChunkFile(file, map) || !map.readHeader()) return;
   const std::string product = libraryRecord().product;
   if (map.isNewer()) return tell("midi map was written with a newer version of " + product);
-  const std::lock_guard turn(loadTurn);
-  if (controllerMap.readCcMap(map) == ControllerMap::Read::damaged) {
+  if (takeCcMap(map) == ControllerMap::Read::damaged) {
     tell("\t This is no valid " + product + " format!");
   }
+}
+
+ControllerMap::Read KvUniClient::takeCcMap(KvChunk& map) {
+  const std::lock_guard turn(loadTurn);
+  ControllerMap::Counts counts{};
+  const std::uint32_t start = map.cursor;
+  const ControllerMap::Read read = ControllerMap::checkCcMap(map, counts);
+  if (read != ControllerMap::Read::taken) return read;
+  if (!makeRoom(counts)) return ControllerMap::Read::damaged;
+  map.cursor = start;
+  return controllerMap.readCcMap(map);
 }
 
 }  // namespace zum

@@ -99,8 +99,11 @@ std::int32_t KvUniClient::getChunk(void** data, bool /*isPreset*/) {
 
 void KvUniClient::storeRevertPoint() {
   const std::lock_guard turn(loadTurn);
-  writePreset(revertChunk, 0);
-  revertName = slots[0].name.get();
+  if (writePreset(revertChunk, 0)) {
+    revertName = slots[0].name.get();
+  } else {
+    revertChunk.adopt(nullptr, 0);  // half a state is no point to come back to
+  }
 }
 
 // ---- reading
@@ -305,9 +308,15 @@ std::int32_t KvUniClient::setChunk(const void* data, std::int32_t byteSize, bool
 }
 
 void KvUniClient::revertToStored() {
-  const std::lock_guard turn(loadTurn);
-  if (revertChunk.dataWords() == 0) return;  // nothing was stored yet
-  loadPreset(revertChunk, 0, {.title = revertName});
+  {
+    const std::lock_guard turn(loadTurn);
+    PresetNeeds needs;
+    if (revertChunk.dataWords() == 0 || checkPreset(revertChunk, 0, needs) ||
+        !replaceState(revertChunk, 0, needs, false, true, revertName)) {
+      return;  // nothing was stored yet
+    }
+  }
+  updateEditor();
 }
 
 // Inside the block call, so no other block runs: the two bytes stay as they are.

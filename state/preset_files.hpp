@@ -11,8 +11,7 @@ namespace zum {
 
 /// [main] Fills `chunk` with the words that the file's header states, or with what there is of them
 /// when that is less: whoever reads the chunk finds out. A file of another kind gives its first
-/// words. False when there is no such file, and for one
-/// of more than a megabyte.
+/// words. False when there is no such file, and for one of more than a megabyte.
 bool readChunkFile(const std::string& path, KvChunk& chunk);
 
 /// [main] Names of a folder's files with the extension, in the order of listings.

@@ -1,6 +1,6 @@
 // MIDI from the host's events to what they move: the queue, learning, notes, programs and
 // controller maps as files.
-#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <sstream>
 
@@ -113,7 +113,7 @@ TEST_F(MidiTest, LearningIsSpentByOneMessageAndBindsAsOftenAsAsked) {
   EXPECT_EQ(map.aftertouch.all(), (std::vector<Binding>{{3, 0}}));
   EXPECT_EQ(host.get(kCutoff), 1.0F);
   EXPECT_EQ(client.played().aftertouch, 1.0F);
-  for (const int tag : {-1, 223, 40000}) EXPECT_FALSE(client.beginLearn(tag));
+  for (const int tag : {-1, 53, 223, 40000}) EXPECT_FALSE(client.beginLearn(tag));
 
   map.controllers[20].append({3, 1});
   client.clearBindings(3);  // not those of a mode, nor of pressure
@@ -272,17 +272,16 @@ TEST_F(MidiTest, TheCommandLinePlaysFilesAndShowsMaps) {
   // One track, 480 to a beat: controller 74 down at once, up after a beat.
   const std::string track = "\0\xB0\x4A\0\x83\x60\x4A\x7F\0\xFF\x2F\0"s;
   putText(folder / "song.mid", "MThd\0\0\0\6\0\0\0\1\1\xE0MTrk\0\0\0\x0C"s + track);
-  TestHost host;
-  host.client().controllers().controllers[74].append({kCutoff, 0});
-  host.client().saveCcMap(internal("cutoff.kvm").c_str());
+  ASSERT_EQ(run("ccmap make cutoff.kvm 74=Cutoff").first, 0);
   for (const std::string source : {"--learn 74=Cutoff", "--cc-map cutoff.kvm"}) {
     const std::string arguments = "render in.wav out.wav --midi song.mid --trace t.csv " + source;
     ASSERT_EQ(run(arguments).first, 0);
     std::istringstream rows(textIn(folder / "t.csv"));
     std::vector<double> cutoffs;
     for (std::string row; std::getline(rows, row);) {
-      double time = 0.0, cutoff = 0.0;
-      if (std::sscanf(row.c_str(), "%lf,%*f,%*f,%*f,%lf", &time, &cutoff) != 2) continue;
+      const double time = std::strtod(row.c_str(), nullptr);
+      const auto comma = [&row](std::size_t from) { return row.find(',', from) + 1; };
+      const double cutoff = std::strtod(row.c_str() + comma(comma(comma(comma(0)))), nullptr);
       if ((time > 0.4 && time < 0.49) || time > 0.6) cutoffs.push_back(cutoff);
     }
     ASSERT_FALSE(cutoffs.empty());

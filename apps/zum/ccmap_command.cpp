@@ -1,15 +1,24 @@
-// `zum ccmap`: what a file of learned controllers holds.
+// `zum ccmap`: files of learned controllers, shown and made.
 #include <filesystem>
 #include <iomanip>
 #include <iostream>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "apps/zum/commands.hpp"
 #include "apps/zum/controller_options.hpp"
+#include "apps/zum/failure.hpp"
 #include "apps/zum/parameter_names.hpp"
+#include "apps/zum/temporary_file.hpp"
 
 namespace zum {
 namespace {
+
+struct CcMapOptions {
+  std::filesystem::path path;
+  std::vector<std::string> bindings;
+};
 
 void show(const std::filesystem::path& path) {
   ControllerMap map;
@@ -26,15 +35,38 @@ void show(const std::filesystem::path& path) {
   }
 }
 
+void make(const CcMapOptions& options) {
+  ControllerMap map;
+  for (const std::string& text : options.bindings) {
+    const auto [controller, tag] = parseControllerSetting(text);
+    if (controller < 0) {
+      throw Failure("a map holds controllers alone; leave \"" + text + "\" out", kExitWrongUsage);
+    }
+    map.controllers[static_cast<std::size_t>(controller)].append(
+        {static_cast<std::int16_t>(tag), 0});
+  }
+  KvChunk chunk;
+  writeMapFile(map, chunk);
+  TemporaryFile file(options.path);
+  file.write(chunk.data(), std::size_t{4} * chunk.dataWords());
+  file.keep();
+}
+
 }  // namespace
 
 void addCcMapCommand(CLI::App& app) {
-  auto path = std::make_shared<std::filesystem::path>();
-  CLI::App* command = app.add_subcommand("ccmap", "Show what controllers move");
+  auto options = std::make_shared<CcMapOptions>();
+  CLI::App* command = app.add_subcommand("ccmap", "Show and make maps of what controllers move");
   command->require_subcommand(1);
-  CLI::App* shown = command->add_subcommand("show", "Print the bindings of a controller map");
-  shown->add_option("FILE", *path, "Map to read (.kvm)")->required();
-  shown->callback([path] { show(*path); });
+  CLI::App* shown = command->add_subcommand("show", "Print the bindings of a map");
+  shown->add_option("FILE", options->path, "Map to read (.kvm)")->required();
+  shown->callback([options] { show(options->path); });
+  CLI::App* made = command->add_subcommand("make", "Write a map of the bindings given");
+  made->add_option("FILE", options->path, "Map to write (.kvm)")->required();
+  made->add_option("BINDING", options->bindings, "Controllers and what they move")
+      ->type_name("CC=NAME")
+      ->required();
+  made->callback([options] { make(*options); });
 }
 
 }  // namespace zum

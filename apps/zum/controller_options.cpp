@@ -54,7 +54,7 @@ void readControllerMap(const fs::path& path, ControllerMap& map) {
   const std::string why = whyUnread(path, map);
   if (why.empty()) return;
   throw Failure(path.string() + " is no controller map that loads: " + why +
-                "; save it again from the effect's window");
+                "; give another file, or --learn what it should bind");
 }
 
 void loadControllerMap(const fs::path& path, EffectView& effect) {

@@ -4,9 +4,11 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <string>
 
 #include "apps/zum/failure.hpp"
 #include "core/create_effect.hpp"
+#include "core/event_queue.hpp"
 
 namespace zum {
 namespace {
@@ -47,11 +49,16 @@ EffectHost::~EffectHost() {
 
 void EffectHost::send(std::span<const MidiMessage> messages, std::int64_t start) {
   if (messages.empty()) return;
+  if (messages.size() > EventQueue::kRoom) {
+    warn("at " + std::to_string(static_cast<double>(start) / time.sampleRate) + " s " +
+         std::to_string(messages.size() - EventQueue::kRoom) +
+         " MIDI messages of one block are lost; use a smaller --block");
+  }
   VstMidiEvent blank{};
   blank.type = kVstMidiType;
   blank.byteSize = sizeof(VstMidiEvent);
   midi.assign(messages.size(), blank);
-  sent.resize(sizeof(VstEvents) + messages.size() * sizeof(VstEvent*));
+  sent.resize(sizeof(VstEvents) + messages.size() * sizeof(void*));
   auto* list = new (sent.data()) VstEvents{static_cast<std::int32_t>(messages.size()), 0, {}};
   VstEvent** addresses = list->events;
   for (std::size_t i = 0; i < messages.size(); ++i) {

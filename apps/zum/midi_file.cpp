@@ -22,15 +22,13 @@ namespace {
 
 std::string bytesOf(const std::filesystem::path& path) {
   constexpr std::size_t kMost = 64U << 20U;
-  std::error_code none;
+  std::error_code error;
+  const auto size = std::filesystem::file_size(path, error);  // of a regular file alone
   std::ifstream file(path, std::ios::binary);
-  if (!file.is_open() || std::filesystem::is_directory(path, none)) {
-    throw Failure("cannot read " + path.string() + "; check the name");
-  }
+  if (error || !file.is_open()) throw Failure("cannot read " + path.string() + "; check the name");
+  if (size > kMost) throw Failure(path.string() + " is too long for MIDI; name another file");
   std::string bytes{std::istreambuf_iterator<char>(file), {}};
-  if (file.bad() || bytes.size() > kMost) {
-    throw Failure("cannot read all of " + path.string() + "; make it again, or shorter");
-  }
+  if (file.bad()) throw Failure("cannot read all of " + path.string() + "; make it again");
   return bytes;
 }
 

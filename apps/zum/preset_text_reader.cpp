@@ -112,9 +112,9 @@ class PresetReader {
       const auto field = std::find_if(fields.begin(), fields.end(),
                                       [&](const auto& each) { return each.first == wanted; });
       if (field == fields.end()) {
-        std::string list;
-        for (const auto& each : fields) list += (list.empty() ? "" : ", ") + each.first;
-        fail(value, "there is no \"" + key + "\" here; there may be " + list);
+        std::string why = "there is no \"" + key + "\" here; there may be ";
+        for (const auto& each : fields) why += (&each == fields.data() ? "" : ", ") + each.first;
+        fail(value, why);
       }
       field->second(value);
     }

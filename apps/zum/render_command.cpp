@@ -228,7 +228,8 @@ void addRenderCommand(CLI::App& app) {
       ->type_name("NAME=FILE")
       ->allow_extra_args(false);
   command->add_option("--midi", options->midi, "Standard MIDI file to play into the effect")
-      ->type_name("FILE.mid");
+      ->type_name("FILE.mid")
+      ->check(notEmpty());
   command
       ->add_option("--learn", options->learned,
                    "A parameter that a controller (or aftertouch) moves; may be repeated")
@@ -237,7 +238,8 @@ void addRenderCommand(CLI::App& app) {
   command
       ->add_option("--cc-map", options->controllerMap,
                    "Controllers to start with, in place of the preset's")
-      ->type_name("FILE.kvm");
+      ->type_name("FILE.kvm")
+      ->check(notEmpty());
   command
       ->add_option(
           "--trace", options->trace,

@@ -94,7 +94,8 @@ int main(int argc, char** argv) {
   const auto shut = render(*first, 48000, 256, 1.0, 74, 0),
              open = render(*first, 48000, 256, 1.0, 74, 127);
   check(open.getRMSLevel(0, 0, 48000) > 2 * shut.getRMSLevel(0, 0, 48000),
-        "a controller that the program has learned opens the filter");
+        "a controller that the program has learned opens the filter: " +
+            String(shut.getRMSLevel(0, 0, 48000)) + " to " + String(open.getRMSLevel(0, 0, 48000)));
   for (auto* parameter : first->getParameters())
     parameter->setValue(std::fmod(parameter->getValue() + 0.35f, 1.0f));
   const int changed = differing(*first, *second);
