@@ -79,7 +79,8 @@ double loudnessOf(const Stereo& sound) {
 /// Levels in dB of nine octaves from 62.5 Hz up in every sixteenth.
 std::vector<float> pictureOf(const Stereo& sound) {
   std::vector<float> picture;
-  for (double hz = 62.5; hz < 17000.0; hz *= 2.0) {
+  for (int octave = 0; octave < 9; ++octave) {
+    const double hz = std::ldexp(62.5, octave);
     const double w = 2.0 * 3.141592653589793 * hz / kRate;
     const double alpha = std::sin(w) / 2.0 * 0.7;
     const auto b = static_cast<float>(alpha / (1.0 + alpha));

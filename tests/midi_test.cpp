@@ -194,8 +194,11 @@ TEST_F(MidiTest, ProgramsChangeWhereTheUserAllowsIt) {
 TEST_F(MidiTest, AFloodIsBoundedAndTheSoundGoesOn) {
   TestHost host;
   host.client().beginLearn(kCutoff);
-  std::vector<Sent> flood;
-  for (int i = 0; i < 10000; ++i) flood.push_back({i % 700, 0x80 + i % 128, i % 256, i / 40});
+  std::vector<Sent> flood(10000);
+  for (int i = 0; Sent & each : flood) {
+    each = {i % 700, 0x80 + i % 128, i % 256, i / 40};
+    ++i;
+  }
   const Stereo in = noise(512);
   Stereo out(512);
   for (int block = 0; block < 20; ++block) {

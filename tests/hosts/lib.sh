@@ -76,6 +76,7 @@ make_bank() { # programs First and Second with steps and a controller each, foun
 [parameters]
 Mix_Dry_Wet = 1
 textedit_61 = 0.55
+Resonance = 0
 [steps]
 pages = [[0.5, 1, 0.25, 0, 0.75, 0.125, 0, 1], [1, 0, 1, 0, 1, 0, 1, 0.${#program}]]
 [[binding]]
