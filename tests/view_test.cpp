@@ -1,0 +1,207 @@
+// The view layer's drawing, off screen: pictures and what their files may get wrong, rectangles,
+// lines and text, pixel by pixel.
+#include <cairo.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <string>
+
+#include "toolkit/view/bitmap.hpp"
+#include "toolkit/view/control.hpp"
+#include "toolkit/view/draw_context.hpp"
+#include "toolkit/view/utf8_text.hpp"
+
+namespace zum::test {
+namespace {
+
+constexpr std::uint32_t kWhite = 0xFFFFFF;
+constexpr std::uint32_t kRed = 0xFF0000;
+
+/// A white picture in memory.
+class Canvas {
+ public:
+  static constexpr CRect kAll{0, 0, 40, 20};
+
+  Canvas() {
+    CDrawContext context(surface.get(), kAll);
+    context.drawRect(kAll, DrawStyle::filled);
+  }
+  cairo_surface_t* get() const { return surface.get(); }
+  std::uint32_t at(int x, int y) const {
+    cairo_surface_flush(surface.get());
+    const unsigned char* row = cairo_image_surface_get_data(surface.get()) +
+                               y * cairo_image_surface_get_stride(surface.get());
+    std::uint32_t pixel = 0;
+    std::memcpy(&pixel, row + 4 * x, sizeof pixel);
+    return pixel & 0xFFFFFFU;
+  }
+  /// Pixels that are no longer white, inside and outside of a rectangle.
+  std::pair<int, int> painted(const CRect& inside) const {
+    std::pair<int, int> count;
+    for (int y = 0; y < kAll.height(); ++y) {
+      for (int x = 0; x < kAll.width(); ++x) {
+        if (at(x, y) == kWhite) continue;
+        ++(inside.contains({x, y}) ? count.first : count.second);
+      }
+    }
+    return count;
+  }
+
+ private:
+  std::unique_ptr<cairo_surface_t, decltype(&cairo_surface_destroy)> surface{
+      cairo_image_surface_create(CAIRO_FORMAT_RGB24, kAll.width(), kAll.height()),
+      cairo_surface_destroy};
+};
+
+/// Two rows of three: red, green, blue above; white, black, grey (1, 2, 3) below.
+std::string bitmapFile(std::int32_t height = 2) {
+  std::string file(54, '\0');
+  const auto put = [&file](std::size_t at, std::uint32_t value) {
+    std::memcpy(file.data() + at, &value, 4);
+  };
+  file[0] = 'B';
+  file[1] = 'M';
+  put(10, 54);
+  put(14, 40);
+  put(18, 3);
+  put(22, static_cast<std::uint32_t>(height));
+  put(26, 1 | 24U << 16U);
+  const std::string above("\0\0\xFF\0\xFF\0\xFF\0\0\0\0\0", 12);
+  const std::string below("\xFF\xFF\xFF\0\0\0\3\2\1\0\0\0", 12);
+  return file + (height > 0 ? below + above : above + below);
+}
+
+std::optional<Pixels> read(const std::string& file) {
+  return readBitmapFile({reinterpret_cast<const std::byte*>(file.data()), file.size()});
+}
+
+TEST(BitmapFile, IsReadFromEitherEndAndRefusedWhenItDoesNotFit) {
+  const std::vector<std::uint32_t> words = {0xFFFF0000, 0xFF00FF00, 0xFF0000FF,
+                                            0xFFFFFFFF, 0xFF000000, 0xFF010203};
+  for (const std::int32_t height : {2, -2}) {
+    const auto pixels = read(bitmapFile(height));
+    ASSERT_TRUE(pixels);
+    EXPECT_EQ(pixels->words, words) << height;
+  }
+  const std::string good = bitmapFile();
+  for (std::size_t bytes = 0; bytes < good.size(); ++bytes) {
+    EXPECT_FALSE(read(good.substr(0, bytes))) << bytes;
+  }
+  const struct {
+    std::size_t at;
+    std::uint32_t word;
+  } wrong[] = {{0, 0},           {10, 53},
+               {10, 0xFFFFFFFF}, {14, 12},
+               {18, 0},          {18, 0x80000000},
+               {18, 16385},      {18, 5},
+               {22, 0},          {22, 0x80000000},
+               {22, 3},          {22, 0x7FFFFFFF},
+               {26, 24U << 16U}, {26, 1 | 8U << 16U},
+               {30, 1}};
+  for (const auto& [at, word] : wrong) {
+    std::string file = good;
+    std::memcpy(file.data() + at, &word, 4);
+    EXPECT_FALSE(read(file)) << at << ' ' << word;
+  }
+}
+
+TEST(Bitmap, DrawsPartsWithAndWithoutItsKeyColour) {
+  const Held<CBitmap> bitmap(new CBitmap(*read(bitmapFile())));
+  EXPECT_EQ(bitmap->getWidth() * bitmap->getHeight(), 6);
+  Canvas canvas;
+  CDrawContext context(canvas.get(), Canvas::kAll);
+  bitmap->setTransparentColor({0, 0, 255, 7});
+  bitmap->draw(context, {10, 5, 12, 6}, {1, 0});
+  EXPECT_EQ(canvas.at(10, 5), 0x00FF00U);
+  EXPECT_EQ(canvas.at(11, 5), 0x0000FFU);
+  EXPECT_EQ(canvas.painted({10, 5, 12, 6}), std::pair(2, 0));
+  bitmap->drawTransparent(context, {20, 5, 40, 20}, {0, 0});  // more than there is
+  EXPECT_EQ(canvas.at(20, 5), kRed);
+  EXPECT_EQ(canvas.at(22, 5), kWhite);
+  EXPECT_EQ(canvas.at(22, 6), 0x010203U);
+  bitmap->drawAlphaBlend(context, {30, 5, 31, 6}, {0, 0}, 51);
+  EXPECT_EQ(canvas.at(30, 5), 0xFFCCCCU);
+  bitmap->draw(context, {0, 0, 5, 5}, {-2, 100});
+  EXPECT_EQ(canvas.painted({0, 0, 5, 5}).first, 0);
+}
+
+TEST(DrawContext, RectanglesAndLinesAreSharpAndStayInsideTheClip) {
+  Canvas canvas;
+  CDrawContext context(canvas.get(), {0, 0, 30, 20});
+  context.setFrameColor(kRedColor);
+  context.setFillColor(kBlackColor);
+  const CRect rect{2, 2, 8, 6};
+  context.drawRect(rect, DrawStyle::stroked);
+  EXPECT_EQ(canvas.painted(rect), std::pair(16, 0));
+  EXPECT_EQ(canvas.at(2, 2), kRed);
+  EXPECT_EQ(canvas.at(7, 5), kRed);
+  context.drawRect(rect, DrawStyle::filledAndStroked);
+  EXPECT_EQ(canvas.at(3, 3), 0U);
+  EXPECT_EQ(canvas.painted(rect), std::pair(24, 0));
+  context.moveTo({10, 10});
+  context.lineTo({14, 14});
+  context.lineTo({10, 14});
+  EXPECT_EQ(canvas.painted({10, 10, 15, 15}), std::pair(9, 24));
+  context.drawLine({25, 0}, {39, 0});
+  EXPECT_EQ(canvas.painted({25, 0, 40, 1}).first, 5);
+}
+
+TEST(DrawContext, TextKeepsToItsRectangleWhateverItsBytes) {
+  const Held<CFontDesc> font(new CFontDesc("Arial", 12));
+  const CRect rect{10, 2, 30, 18};
+  for (const std::string text : {"Hg", "a very long line that leaves it", "\xFF\xFE wrong"}) {
+    Canvas canvas;
+    CDrawContext context(canvas.get(), Canvas::kAll);
+    context.setFont(font.get());
+    context.drawString(text, rect, false, TextAlign::centre);
+    const auto [inside, outside] = canvas.painted(rect);
+    EXPECT_GT(inside, 5) << text;
+    EXPECT_EQ(outside, 0) << text;
+    context.drawRect({0, 0, 2, 2}, DrawStyle::stroked);  // drawing goes on
+    EXPECT_EQ(canvas.painted({0, 0, 2, 2}).first, 4);
+    EXPECT_LT(context.getStringWidth("i"), context.getStringWidth("iii"));
+  }
+  EXPECT_EQ(drawableText("a\xC3\xA9\n\xC3\xE2\x82\xAC\xED\xA0\x80\xC0\x80"),
+            "a\xC3\xA9??\xE2\x82\xAC?????");
+}
+
+TEST(View, DrawsThePartOfItsBackgroundThatIsAskedFor) {
+  struct Plain final : CView {
+    using CView::CView;
+  };
+  const Held<Plain> view(new Plain({10, 5, 13, 7}));
+  const Held<CBitmap> bitmap(new CBitmap(*read(bitmapFile())));
+  view->setBackground(bitmap);
+  EXPECT_EQ(bitmap->holderCount(), 2);
+  bitmap->setTransparentColor(kRedColor);
+  Canvas canvas;
+  CDrawContext context(canvas.get(), Canvas::kAll);
+  view->drawRect(context, {11, 0, 40, 6});
+  EXPECT_EQ(canvas.painted({11, 5, 13, 6}), std::pair(2, 0));
+  EXPECT_EQ(canvas.at(11, 5), 0x00FF00U);
+  view->setTransparency(true);
+  view->setDirty(true);
+  view->draw(context);
+  EXPECT_FALSE(view->isDirty());
+  EXPECT_EQ(canvas.at(10, 5), kWhite);
+  EXPECT_EQ(canvas.at(12, 6), 0x010203U);
+}
+
+TEST(Control, KeepsItsValueInsideItsEnds) {
+  struct Plain final : CControl {
+    using CControl::CControl;
+  };
+  const Held<Plain> control(new Plain({}, nullptr, 3));
+  for (const auto& [set, kept] : {std::pair(0.5F, 0.5F), {2.0F, 1.0F}, {-1.0F, 0.0F}}) {
+    control->setValue(set);
+    EXPECT_EQ(control->getValue(), kept);
+  }
+  control->setValue(std::numeric_limits<float>::quiet_NaN());
+  EXPECT_EQ(control->getValue(), 0.0F);
+  control->report();  // to nobody
+}
+
+}  // namespace
+}  // namespace zum::test
