@@ -3,11 +3,14 @@
 #include <cairo.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstring>
 #include <limits>
 #include <memory>
 #include <string>
+#include <vector>
 
+#include "toolkit/buffer_draw.hpp"
 #include "toolkit/view/bitmap.hpp"
 #include "toolkit/view/control.hpp"
 #include "toolkit/view/draw_context.hpp"
@@ -201,6 +204,52 @@ TEST(Control, KeepsItsValueInsideItsEnds) {
   control->setValue(std::numeric_limits<float>::quiet_NaN());
   EXPECT_EQ(control->getValue(), 0.0F);
   control->report();  // to nobody
+}
+
+TEST(BufferDraw, ReadsARingFromItsOldestSample) {
+  std::array<float, 139> ring{};
+  for (std::size_t i = 0; i < ring.size(); ++i) ring[i] = static_cast<float>(i) / 256.0F;
+  ring[5] = 2.0F;
+  ring[6] = std::numeric_limits<float>::quiet_NaN();
+  std::int32_t next = 100;
+  KvBufferDrawAuto one({0, 0, 139, 20});  // a sample a column
+  one.setRing(ring.data(), &next, 139);
+  one.fetch();
+  EXPECT_EQ(one.columns()[0], 101.0F / 256.0F);
+  EXPECT_EQ(one.columns()[37], 138.0F / 256.0F);
+  EXPECT_EQ(one.columns()[38], 0.0F);
+  EXPECT_EQ(one.columns()[43] + one.columns()[44], 0.0F);  // what is no level
+  EXPECT_EQ(one.columns()[138], 100.0F / 256.0F);
+  std::vector<float> many(2048, 0.5F);
+  KvBufferDrawAuto few({0, 0, 218, 20});
+  few.setRing(many.data(), &next, 2048);
+  for (next = 0; next < 2048; ++next) few.fetch();
+  EXPECT_EQ(few.columns(), std::vector<float>(218, 0.5F));
+}
+
+TEST(BufferDraw, FillsBelowTheTraceAndSoftensItsEdges) {
+  KvBufferDraw draw({0, 0, 4, 20});
+  draw.setColors(kRedColor, kGreenColor, kBlueColor);
+  draw.setBackground(kWhiteColor);
+  draw.columns() = {0.0F, 1.0F, 1.0F, 0.5F};
+  draw.render(KvBufferDraw::Style::filled);
+  const auto at = [&draw](int x, int y) { return draw.picture().row(y)[x]; };
+  EXPECT_EQ(at(0, 18), 0x00FF00U);  // the trace itself
+  EXPECT_EQ(at(0, 19), kRed);
+  EXPECT_EQ(at(1, 2), 0x00FF00U);
+  EXPECT_EQ(at(1, 1), kWhite);
+  EXPECT_EQ(at(1, 10), kRed);
+  EXPECT_NE(at(0, 10), kWhite);      // rises
+  EXPECT_EQ(at(0, 10) & 0xFFU, 0U);  // from red to green
+  EXPECT_EQ(at(3, 5) & kRed, 0U);    // falls, from green to blue
+  draw.render(KvBufferDraw::Style::outline);
+  EXPECT_EQ(at(1, 10), kWhite);
+  Canvas canvas;
+  CDrawContext context(canvas.get(), Canvas::kAll);
+  draw.picture().blit(context, {10, 0, 12, 20}, {1, 0});
+  EXPECT_EQ(canvas.at(10, 2), 0x00FF00U);
+  draw.columns() = {-1e30F, 1e30F, 0.0F, 0.0F};  // stays inside
+  draw.render(KvBufferDraw::Style::filled);
 }
 
 }  // namespace

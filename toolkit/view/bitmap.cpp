@@ -56,31 +56,16 @@ void CBitmap::setTransparentColor(CColor key) {
 }
 
 void CBitmap::draw(CDrawContext& context, const CRect& rect, CPoint offset) const {
-  drawSurface(opaque, context, rect, offset, 1.0);
+  context.drawPicture(opaque.get(), {width, height}, rect, offset, 1.0);
 }
 
 void CBitmap::drawTransparent(CDrawContext& context, const CRect& rect, CPoint offset) const {
-  drawSurface(keyed ? keyed : opaque, context, rect, offset, 1.0);
+  context.drawPicture(cutOut(), {width, height}, rect, offset, 1.0);
 }
 
 void CBitmap::drawAlphaBlend(CDrawContext& context, const CRect& rect, CPoint offset,
                              int alpha) const {
-  drawSurface(keyed ? keyed : opaque, context, rect, offset, std::clamp(alpha, 0, 255) / 255.0);
-}
-
-void CBitmap::drawSurface(const Surface& surface, CDrawContext& context, const CRect& rect,
-                          CPoint offset, double alpha) const {
-  const CRect whole{rect.left - offset.x, rect.top - offset.y, rect.left - offset.x + width,
-                    rect.top - offset.y + height};
-  const CRect part = rect.meet(whole);
-  if (part.isEmpty()) return;
-  cairo_t* cairo = context.native();
-  cairo_save(cairo);
-  cairo_rectangle(cairo, part.left, part.top, part.width(), part.height());
-  cairo_clip(cairo);
-  cairo_set_source_surface(cairo, surface.get(), whole.left, whole.top);
-  cairo_paint_with_alpha(cairo, alpha);
-  cairo_restore(cairo);
+  context.drawPicture(cutOut(), {width, height}, rect, offset, std::clamp(alpha, 0, 255) / 255.0);
 }
 
 }  // namespace zum

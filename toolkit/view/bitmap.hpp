@@ -39,8 +39,8 @@ class CBitmap final : public CBaseObject {
   using Surface = std::unique_ptr<cairo_surface_t, Destroy>;
 
   ~CBitmap() override = default;
-  void drawSurface(const Surface& surface, CDrawContext& context, const CRect& rect, CPoint offset,
-                   double alpha) const;
+  /// Without the key colour, where there is one.
+  cairo_surface_t* cutOut() const { return keyed ? keyed.get() : opaque.get(); }
 
   int width;
   int height;

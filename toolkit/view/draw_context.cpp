@@ -94,6 +94,20 @@ void CDrawContext::drawString(const std::string& text, const CRect& rect, bool o
   cairo_restore(cairo);
 }
 
+void CDrawContext::drawPicture(cairo_surface_t* picture, CPoint pictureSize, const CRect& rect,
+                               CPoint offset, double alpha) {
+  const CRect whole =
+      CRect{0, 0, pictureSize.x, pictureSize.y}.movedBy(rect.left - offset.x, rect.top - offset.y);
+  const CRect part = rect.meet(whole);
+  if (part.isEmpty()) return;
+  cairo_save(cairo);
+  cairo_rectangle(cairo, part.left, part.top, part.width(), part.height());
+  cairo_clip(cairo);
+  cairo_set_source_surface(cairo, picture, whole.left, whole.top);
+  cairo_paint_with_alpha(cairo, alpha);
+  cairo_restore(cairo);
+}
+
 int CDrawContext::getStringWidth(const std::string& text) const {
   cairo_text_extents_t extents;
   cairo_text_extents(cairo, drawableText(text).c_str(), &extents);

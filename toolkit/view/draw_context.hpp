@@ -44,8 +44,10 @@ class CDrawContext {
   /// In pixels, rounded up.
   int getStringWidth(const std::string& text) const;
 
-  /// For pictures.
-  cairo_t* native() const { return cairo; }
+  /// The part of a picture that starts at `offset`, into `rect`, without scaling; what the picture
+  /// does not have stays as it is. `alpha` from 0 to 1.
+  void drawPicture(cairo_surface_t* picture, CPoint pictureSize, const CRect& rect, CPoint offset,
+                   double alpha);
 
  private:
   void setSource(CColor color);

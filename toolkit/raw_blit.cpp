@@ -1,0 +1,22 @@
+#include "toolkit/raw_blit.hpp"
+
+#include <algorithm>
+
+namespace zum {
+
+// Rows of 32-bit pixels have no gap between them at any width.
+KvRawBlit::KvRawBlit(int pixelWidth, int pixelHeight)
+    : width(std::max(pixelWidth, 1)),
+      height(std::max(pixelHeight, 1)),
+      pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height)),
+      surface(cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(pixels.data()),
+                                                  CAIRO_FORMAT_RGB24, width, height, 4 * width)) {}
+
+void KvRawBlit::fill(std::uint32_t pixel) { std::fill(pixels.begin(), pixels.end(), pixel); }
+
+void KvRawBlit::blit(CDrawContext& context, const CRect& rect, CPoint offset) {
+  cairo_surface_mark_dirty(surface.get());
+  context.drawPicture(surface.get(), {width, height}, rect, offset, 1.0);
+}
+
+}  // namespace zum
