@@ -32,7 +32,7 @@ class KvRawBlit {
 
  private:
   struct Destroy {
-    void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
+    void operator()(cairo_surface_t* unused) const { cairo_surface_destroy(unused); }
   };
   int width;
   int height;
