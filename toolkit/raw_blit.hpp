@@ -32,7 +32,7 @@ class KvRawBlit {
 
  private:
   struct Destroy {
-    void operator()(cairo_surface_t* unused) const { cairo_surface_destroy(unused); }
+    void operator()(cairo_surface_t* drawn) const { cairo_surface_destroy(drawn); }
   };
   int width;
   int height;
