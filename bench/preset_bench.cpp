@@ -1,20 +1,12 @@
 // What a state costs: loading one from memory while no block runs, and giving one to the host.
 
 #include "bench/bench_host.hpp"
-#include "core/uni_client.hpp"
+#include "tests/support/plain_effect.hpp"
 
 namespace zum::bench {
 namespace {
 
-struct Effect {
-  AEffect* record = createEffect(nullptr);
-  KvUniClient& client = *dynamic_cast<KvUniClient*>(static_cast<AudioEffect*>(record->object));
-
-  Effect() = default;
-  Effect(const Effect&) = delete;
-  Effect& operator=(const Effect&) = delete;
-  ~Effect() { record->dispatcher(record, effClose, 0, 0, nullptr, 0.0F); }
-};
+using Effect = test::PlainEffect;
 
 void loadFromMemory(benchmark::State& state) {
   Effect effect;

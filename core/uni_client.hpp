@@ -210,8 +210,9 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
                     bool quiet, std::string_view title);
   void updateEditor() ZUM_REALTIME;
   bool reserve(const PresetNeeds& needs) noexcept;
-  /// False when the memory does not suffice.
-  bool makeRoom(const ControllerMap::Counts& counts);
+  /// In silence, so that no block writes into what grows; without it where there is room. False
+  /// when the memory does not suffice.
+  bool makeRoom(const PresetNeeds& needs);
   ControllerMap::Read takeCcMap(KvChunk& map);
   bool hasRoomFor(const PresetNeeds& needs) const ZUM_REALTIME;
   /// `missing` is null where nobody can look for files.

@@ -134,18 +134,9 @@ void KvUniClient::learnAndMove(BindingList& list, float value) ZUM_REALTIME {
 bool KvUniClient::beginLearn(std::int32_t tag) {
   const std::lock_guard turn(loadTurn);
   learnTarget.store(-1);
-  if (rowOfTag(tag) < 0 || !makeRoom(controllerMap.countsNow())) return false;
+  if (rowOfTag(tag) < 0 || !makeRoom({.bindings = controllerMap.countsNow()})) return false;
   learnTarget.store(tag);
   return true;
-}
-
-// In silence where there is too little, so that no block writes into a list that grows.
-bool KvUniClient::makeRoom(const ControllerMap::Counts& counts) {
-  if (controllerMap.hasRoomFor(counts)) return true;
-  silenceBlocks();
-  const bool room = controllerMap.reserve(counts);
-  muteRequest.store(false);
-  return room;
 }
 
 void KvUniClient::endLearn() { learnTarget.store(-1); }
@@ -197,11 +188,11 @@ void KvUniClient::loadCcMap(const char* path) {
 
 ControllerMap::Read KvUniClient::takeCcMap(KvChunk& map) {
   const std::lock_guard turn(loadTurn);
-  ControllerMap::Counts counts{};
+  PresetNeeds needs;
   const std::uint32_t start = map.cursor;
-  const ControllerMap::Read read = ControllerMap::checkCcMap(map, counts);
+  const ControllerMap::Read read = ControllerMap::checkCcMap(map, needs.bindings);
   if (read != ControllerMap::Read::taken) return read;
-  if (!makeRoom(counts)) return ControllerMap::Read::damaged;
+  if (!makeRoom(needs)) return ControllerMap::Read::damaged;
   map.cursor = start;
   return controllerMap.readCcMap(map);
 }

@@ -51,14 +51,11 @@ void KvUniClient::scanBank() {
 
 void KvUniClient::setBank(std::unique_ptr<KvProgramBank> newBank) {
   const std::lock_guard turn(loadTurn);
-  // The audio thread plays these without asking for memory. Nor may it write where room is made.
+  // The audio thread plays these without asking for memory.
   for (int i = 0; i < KvProgramBank::kPresets; ++i) {
     PresetNeeds needs;
     const BankPreset* program = newBank->getMidiProgram(i);
-    if (program == nullptr || checkPreset(program->chunk, 0, needs) || hasRoomFor(needs)) continue;
-    silenceBlocks();
-    reserve(needs);
-    muteRequest.store(false);
+    if (program != nullptr && !checkPreset(program->chunk, 0, needs)) makeRoom(needs);
   }
   banks.push_back(std::move(newBank));
   bank.store(banks.back().get());

@@ -235,6 +235,15 @@ bool KvUniClient::hasRoomFor(const PresetNeeds& needs) const ZUM_REALTIME {
   return controllerMap.hasRoomFor(needs.bindings) && needs.objectWords <= stepTable.capacity();
 }
 
+bool KvUniClient::makeRoom(const PresetNeeds& needs) {
+  if (hasRoomFor(needs)) return true;
+  const bool muted = muteRequest.load();  // an edit of the steps that failed leaves it set
+  silenceBlocks();
+  const bool room = reserve(needs);
+  muteRequest.store(muted);
+  return room;
+}
+
 /// Parameters that the preset does not hold keep their values.
 ZUM_TRUSTED_BEGIN  // as above
     void

@@ -7,10 +7,9 @@
 #include <cstdlib>
 #include <vector>
 
-#include "core/create_effect.hpp"
-#include "core/uni_client.hpp"
 #include "fuzz/bytes.hpp"
 #include "fuzz/no_home.hpp"
+#include "tests/support/plain_effect.hpp"
 
 namespace {
 
@@ -19,14 +18,7 @@ using namespace zum;
 const NoHome noHome;
 constexpr std::int32_t kMostFrames = 256;
 
-struct Effect {
-  AEffect* record = createEffect(nullptr);
-  KvUniClient& client = *dynamic_cast<KvUniClient*>(static_cast<AudioEffect*>(record->object));
-  Effect() = default;
-  Effect(const Effect&) = delete;
-  Effect& operator=(const Effect&) = delete;
-  ~Effect() { record->dispatcher(record, effClose, 0, 0, nullptr, 0.0F); }
-};
+using Effect = test::PlainEffect;
 
 void send(Effect& effect, Bytes& bytes) {
   const unsigned count = bytes.below(64);

@@ -115,6 +115,13 @@ TEST_F(MidiTest, LearningIsSpentByOneMessageAndBindsAsOftenAsAsked) {
   EXPECT_EQ(client.played().aftertouch, 1.0F);
   for (const int tag : {-1, 53, 223, 40000}) EXPECT_FALSE(client.beginLearn(tag));
 
+  // Room is made in silence, and a silence of others' outlasts it.
+  while (map.controllers[30].tryAppend({1, 0})) continue;
+  client.muteRequest.store(true);
+  EXPECT_TRUE(client.beginLearn(kCutoff) && map.controllers[30].tryAppend({1, 0}));
+  EXPECT_TRUE(client.muteRequest.exchange(false));
+  client.endLearn();
+
   map.controllers[20].append({3, 1});
   client.clearBindings(3);  // not those of a mode, nor of pressure
   EXPECT_EQ(map.controllers[20].all(), (std::vector<Binding>{{4, 0}, {3, 1}}));

@@ -1,7 +1,6 @@
 // The walk over the content, and what becomes of one file.
 #include "apps/zum/content_copy.hpp"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fstream>
@@ -11,6 +10,7 @@
 #include <system_error>
 
 #include "apps/zum/failure.hpp"
+#include "apps/zum/folders.hpp"
 #include "apps/zum/temporary_file.hpp"
 
 namespace zum {
@@ -25,15 +25,6 @@ std::string bytesOf(const fs::path& path) {
     throw Failure("cannot read " + path.string() + "; check that you may read it");
   }
   return bytes;
-}
-
-void makeFolder(const fs::path& folder) {
-  std::error_code error;
-  fs::create_directories(folder, error);
-  if (error) {
-    throw Failure("cannot make the folder " + folder.string() + ": " + error.message() +
-                  "; make room for it or check whose the folders above it are");
-  }
 }
 
 // Beside the file, under the first free name.
@@ -56,33 +47,18 @@ bool isUsersOwn(const fs::path& relative) {
          *part == "User";
 }
 
-// In the order of names, so that a run that breaks off can be told.
-std::vector<fs::path> filesBelow(const fs::path& folder) {
-  std::vector<fs::path> files;
-  std::error_code error;
-  for (fs::recursive_directory_iterator entry(folder, error), end; !error && entry != end;
-       entry.increment(error)) {
-    if (entry->is_regular_file(error)) files.push_back(entry->path().lexically_relative(folder));
-  }
-  if (error) {
-    throw Failure("cannot read " + folder.string() + ": " + error.message() +
-                  "; check that you may read all of it");
-  }
-  std::sort(files.begin(), files.end());
-  return files;
-}
-
 }  // namespace
 
 ContentCopy copyContent(const fs::path& from, const fs::path& to) {
   ContentCopy done;
   makeFolder(to / "Presets" / "User");
-  for (const fs::path& relative : filesBelow(from)) {
+  for (const fs::path& source : filesBelow(from)) {
+    const fs::path relative = source.lexically_relative(from);
     const fs::path target = to / relative;
     std::error_code none;
     const bool exists = fs::exists(target, none);
     if (exists && isUsersOwn(relative)) continue;
-    const std::string bytes = bytesOf(from / relative);
+    const std::string bytes = bytesOf(source);
     if (exists && fs::is_regular_file(target, none)) {
       if (bytesOf(target) == bytes) {
         ++done.unchanged;

@@ -1,5 +1,4 @@
 // `zum presets`: presets as text and back, whether files are whole, and what is in the bank.
-#include <algorithm>
 #include <filesystem>
 #include <iomanip>
 #include <iostream>
@@ -11,6 +10,7 @@
 #include "apps/zum/effect_host.hpp"
 #include "apps/zum/effect_view.hpp"
 #include "apps/zum/failure.hpp"
+#include "apps/zum/folders.hpp"
 #include "apps/zum/preset_document.hpp"
 #include "apps/zum/preset_input.hpp"
 #include "apps/zum/preset_text.hpp"
@@ -34,20 +34,9 @@ bool isFolder(const fs::path& path) {
 
 std::string extension() { return '.' + std::string(preset::kExtension); }
 
-// Files below a folder with an ending, by name.
 std::vector<fs::path> filesBelow(const fs::path& folder, const std::string& ending) {
-  std::vector<fs::path> files;
-  std::error_code error;
-  for (fs::recursive_directory_iterator entry(folder, error), end; !error && entry != end;
-       entry.increment(error)) {
-    const fs::path& path = entry->path();
-    if (path.extension() == ending && !isFolder(path)) files.push_back(path);
-  }
-  if (error) {
-    throw Failure("cannot read " + folder.string() + ": " + error.message() +
-                  "; check that you may read all of it");
-  }
-  std::sort(files.begin(), files.end());
+  std::vector<fs::path> files = zum::filesBelow(folder);
+  std::erase_if(files, [&](const fs::path& path) { return path.extension() != ending; });
   return files;
 }
 
@@ -72,15 +61,6 @@ void makeOne(const fs::path& from, const fs::path& to) {
   TemporaryFile file(to);
   file.write(chunk.data(), std::size_t{4} * chunk.dataWords());
   file.keep();
-}
-
-void makeFolder(const fs::path& folder) {
-  std::error_code error;
-  fs::create_directories(folder, error);
-  if (error) {
-    throw Failure("cannot make the folder " + folder.string() + ": " + error.message() +
-                  "; name another one");
-  }
 }
 
 void makeAll(const fs::path& from, const fs::path& to) {
