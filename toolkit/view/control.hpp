@@ -30,10 +30,10 @@ class CControl : public CView {
       : CView(rect), listener(controlListener), tag(controlTag) {}
 
   /// Held inside the ends; a value that is no number is the lower end.
-  void setValue(float newValue) {
-    value = newValue > lowest ? (newValue < highest ? newValue : highest) : lowest;
+  virtual void setValue(float newValue) {
+    currentValue = newValue > lowest ? (newValue < highest ? newValue : highest) : lowest;
   }
-  float getValue() const { return value; }
+  float getValue() const { return currentValue; }
   /// The ends leave the value as it is.
   void setMin(float end) { lowest = end; }
   float getMin() const { return lowest; }
@@ -43,7 +43,7 @@ class CControl : public CView {
   float getOldValue() const { return oldValue; }
   void setDefaultValue(float position) { defaultValue = position; }
   float getDefaultValue() const { return defaultValue; }
-  void setTag(int controlTag) { tag = controlTag; }
+  virtual void setTag(int controlTag) { tag = controlTag; }
   int getTag() const { return tag; }
 
   virtual void setListener(CControlListener* controlListener) { listener = controlListener; }
@@ -65,7 +65,7 @@ class CControl : public CView {
  private:
   CControlListener* listener;
   int tag;
-  float value = 0.0F;
+  float currentValue = 0.0F;
   float oldValue = 0.0F;  // as drawn last
   float defaultValue = 0.5F;
   float lowest = 0.0F;

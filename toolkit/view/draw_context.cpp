@@ -32,10 +32,12 @@ void CDrawContext::setSource(CColor color) {
 }
 
 void CDrawContext::setFont(const CFontDesc* font, int size) {
-  if (font == nullptr) return;
-  cairo_select_font_face(cairo, font->getName().c_str(), CAIRO_FONT_SLANT_NORMAL,
-                         CAIRO_FONT_WEIGHT_NORMAL);
-  cairo_set_font_size(cairo, size > 0 ? size : font->getSize());
+  if (font != nullptr) {
+    cairo_select_font_face(cairo, font->getName().c_str(), CAIRO_FONT_SLANT_NORMAL,
+                           CAIRO_FONT_WEIGHT_NORMAL);
+    if (size <= 0) size = font->getSize();
+  }
+  if (size > 0) cairo_set_font_size(cairo, size);
 }
 
 void CDrawContext::drawRect(const CRect& rect, DrawStyle style) {

@@ -4,25 +4,14 @@
 #include <cstdint>
 #include <utility>
 
+#include "platform/input.hpp"
 #include "toolkit/view/base_object.hpp"
 #include "toolkit/view/bitmap.hpp"
+#include "toolkit/view/damage.hpp"
 #include "toolkit/view/draw_context.hpp"
 #include "toolkit/view/geometry.hpp"
 
 namespace zum {
-
-/// Bits of the word that every mouse operation gets. On a mouse that is set up for the left hand
-/// the first and the third trade places.
-namespace buttons {
-inline constexpr int kLeft = 2;
-inline constexpr int kMiddle = 4;
-inline constexpr int kRight = 8;
-inline constexpr int kShift = 16;
-inline constexpr int kControl = 32;
-inline constexpr int kAlt = 64;
-inline constexpr int kCommand = 128;
-inline constexpr int kDoubleClick = 1024;
-}  // namespace buttons
 
 /// What a press came to.
 enum class MouseResult : std::uint8_t {
@@ -34,16 +23,20 @@ enum class MouseResult : std::uint8_t {
 /// [main]
 class CView : public CBaseObject {
  public:
-  explicit CView(const CRect& rect) : size(rect), mouseArea(rect) {}
+  explicit CView(const CRect& rect) : viewSize(rect), mouseArea(rect) {}
 
-  const CRect& getViewSize() const { return size; }
-  void setViewSize(const CRect& rect) { size = rect; }
+  const CRect& getViewSize() const { return viewSize; }
+  void setViewSize(const CRect& rect) { viewSize = rect; }
   const CRect& getMouseableArea() const { return mouseArea; }
   void setMouseableArea(const CRect& rect) { mouseArea = rect; }
 
   /// To be drawn in the frame's next idle step.
   virtual void setDirty(bool state) { dirty = state; }
   virtual bool isDirty() const { return dirty; }
+  /// Where it draws, which may be more than its rectangle.
+  virtual CRect drawnArea() const { return viewSize; }
+  /// Adds what is dirty, and calls it clean.
+  virtual void gatherDamage(Damage& damage);
   virtual void setVisible(bool state) { visible = state; }
   bool isVisible() const { return visible; }
   void setMouseEnabled(bool state) { mouseEnabled = state; }
@@ -72,13 +65,18 @@ class CView : public CBaseObject {
   virtual void onMouseExited(CPoint& /*where*/, int /*buttons*/) {}
   /// Up is above 0. True when it was of use.
   virtual bool onWheel(CPoint& /*where*/, float /*distance*/, int /*buttons*/) { return false; }
-  virtual bool hitTest(CPoint where, int /*buttons*/) const { return mouseArea.contains(where); }
+  virtual bool hitTest(CPoint where, int /*buttons*/) const {
+    return visible && mouseEnabled && mouseArea.contains(where);
+  }
+  // True for a key that was of use.
+  virtual bool onKeyDown(const WindowKey& /*key*/) { return false; }
+  virtual bool onKeyUp(const WindowKey& /*key*/) { return false; }
 
  protected:
   ~CView() override = default;
 
  private:
-  CRect size;
+  CRect viewSize;
   CRect mouseArea;
   Held<CBitmap> background;
   bool dirty = false;

@@ -1,0 +1,192 @@
+#include <X11/XKBlib.h>
+#include <X11/Xatom.h>
+#include <X11/Xutil.h>
+#include <X11/cursorfont.h>
+#include <cairo-xlib.h>
+
+#include "platform/x11_errors.hpp"
+#include "platform/x11_window.hpp"
+
+namespace zum {
+namespace {
+
+constexpr long kEvents = ExposureMask | StructureNotifyMask | FocusChangeMask | KeyPressMask |
+                         KeyReleaseMask | ButtonPressMask | ButtonReleaseMask | PointerMotionMask |
+                         EnterWindowMask | LeaveWindowMask;
+
+Display* connect() {
+  static const bool threads = XInitThreads() != 0;  // the host may run several
+  return threads ? XOpenDisplay(nullptr) : nullptr;
+}
+
+}  // namespace
+
+std::unique_ptr<NativeWindow> openNativeWindow(const WindowRequest& request, WindowEvents& events) {
+  auto window = std::make_unique<X11Window>(request, events);
+  if (window->handle() == 0) return nullptr;
+  window->setCursor(WindowCursor::arrow);
+  return window;
+}
+
+X11Window::X11Window(const WindowRequest& request, WindowEvents& told)
+    : events(told),
+      display(connect()),
+      parent(request.parent),
+      width(request.width),
+      height(request.height),
+      focusBefore(request.parent) {
+  if (display == nullptr) return;
+  // Without it a lost connection ends the process.
+  XSetIOErrorExitHandler(
+      display, [](Display*, void* mark) { *static_cast<bool*>(mark) = true; }, &lost);
+  X11Guard guard(display);
+  if (!create(request) || guard.failed()) window = 0;
+}
+
+bool X11Window::create(const WindowRequest& request) {
+  Window above = DefaultRootWindow(display);
+  Screen* screen = DefaultScreenOfDisplay(display);
+  if (parent != 0) {
+    XWindowAttributes attributes{};
+    if (XGetWindowAttributes(display, parent, &attributes) == 0) return false;
+    above = parent;
+    screen = attributes.screen;
+  }
+  // The screen's own visual, whatever the parent's: in one with alpha our pixels would be clear.
+  // Such a window must not take border and colours from its parent.
+  Visual* visual = DefaultVisualOfScreen(screen);
+  colours = XCreateColormap(display, RootWindowOfScreen(screen), visual, AllocNone);
+  XSetWindowAttributes attributes{};
+  attributes.background_pixmap = None;  // no flicker before the first picture
+  attributes.border_pixel = 0;
+  attributes.colormap = colours;
+  attributes.event_mask = kEvents;
+  window =
+      XCreateWindow(display, above, 0, 0, static_cast<unsigned>(width),
+                    static_cast<unsigned>(height), 0, DefaultDepthOfScreen(screen), InputOutput,
+                    visual, CWBackPixmap | CWBorderPixel | CWColormap | CWEventMask, &attributes);
+  describe(request);
+  surface = cairo_xlib_surface_create(display, window, visual, width, height);
+  XkbSetDetectableAutoRepeat(display, True, nullptr);  // no releases between the presses
+  XMapWindow(display, window);
+  return true;
+}
+
+/// What window managers want to know.
+void X11Window::describe(const WindowRequest& request) {
+  char name[] = "zum";
+  char group[] = "ZUM";
+  XClassHint classes{name, group};
+  XSetClassHint(display, window, &classes);
+  if (parent != 0) return;
+  XStoreName(display, window, request.title.c_str());
+  XChangeProperty(display, window, XInternAtom(display, "_NET_WM_NAME", False),
+                  XInternAtom(display, "UTF8_STRING", False), 8, PropModeReplace,
+                  reinterpret_cast<const unsigned char*>(request.title.data()),
+                  static_cast<int>(request.title.size()));
+  XSizeHints sizes{};
+  sizes.flags = PMinSize | PMaxSize;
+  sizes.min_width = sizes.max_width = width;
+  sizes.min_height = sizes.max_height = height;
+  XSetWMNormalHints(display, window, &sizes);
+  XWMHints hints{};
+  hints.flags = InputHint | StateHint;
+  hints.input = True;
+  hints.initial_state = NormalState;
+  XSetWMHints(display, window, &hints);
+  protocols = XInternAtom(display, "WM_PROTOCOLS", False);
+  deleteWindow = XInternAtom(display, "WM_DELETE_WINDOW", False);
+  XSetWMProtocols(display, window, &deleteWindow, 1);
+}
+
+X11Window::~X11Window() {
+  if (display == nullptr) return;
+  X11Guard guard(display);
+  if (handle() != 0) giveFocusBack(guard);
+  if (surface != nullptr) closeSurface();
+  if (!lost) {
+    if (window != 0) XDestroyWindow(display, window);
+    for (const Cursor cursor : cursors) {
+      if (cursor != 0) XFreeCursor(display, cursor);
+    }
+    if (colours != 0) XFreeColormap(display, colours);
+  }
+  XCloseDisplay(display);
+}
+
+/// Cairo notes what it has sent until the server has it; it looks through its notes only before it
+/// sends more, and would lose them here.
+void X11Window::closeSurface() {
+  if (!lost) XSync(display, False);
+  cairo_surface_destroy(
+      cairo_surface_create_similar_image(surface, CAIRO_FORMAT_RGB24, width, height));
+  cairo_surface_destroy(surface);
+}
+
+void X11Window::show(cairo_surface_t* picture, int left, int top, int right, int bottom) {
+  if (handle() == 0) return;
+  const X11Guard guard(display);
+  cairo_t* context = cairo_create(surface);
+  cairo_set_operator(context, CAIRO_OPERATOR_SOURCE);
+  cairo_set_source_surface(context, picture, 0, 0);
+  cairo_rectangle(context, left, top, right - left, bottom - top);
+  cairo_fill(context);
+  cairo_destroy(context);
+  cairo_surface_flush(surface);
+  XFlush(display);
+}
+
+int X11Window::currentButtons() const {
+  if (handle() == 0) return 0;
+  const X11Guard guard(display);
+  Window ignored = 0;
+  int x = 0;
+  int y = 0;
+  unsigned state = 0;
+  XQueryPointer(display, window, &ignored, &ignored, &x, &y, &x, &y, &state);
+  return buttonWordOf(state);
+}
+
+/// A window of its own gets the focus from the window manager.
+void X11Window::takeFocus() {
+  if (handle() == 0 || parent == 0) return;
+  X11Guard guard(display);
+  Window holder = 0;
+  int revert = 0;
+  XGetInputFocus(display, &holder, &revert);
+  XWindowAttributes attributes{};
+  if (holder == window || XGetWindowAttributes(display, window, &attributes) == 0 ||
+      attributes.map_state != IsViewable) {
+    return;
+  }
+  guard.failed();
+  XSetInputFocus(display, window, RevertToParent, CurrentTime);
+  if (guard.failed() || lost) return;
+  focusBefore = holder;
+  focused = true;
+}
+
+/// Only while we have it: somebody else may have taken it since.
+void X11Window::giveFocusBack(X11Guard& guard) {
+  Window holder = 0;
+  int revert = 0;
+  XGetInputFocus(display, &holder, &revert);
+  if (holder != window || parent == 0) return;
+  for (const Window next : {focusBefore, parent}) {
+    XSetInputFocus(display, next, RevertToParent, CurrentTime);
+    if (!guard.failed()) return;
+  }
+}
+
+void X11Window::setCursor(WindowCursor cursor) {
+  if (handle() == 0 || cursor == shownCursor) return;
+  constexpr std::array<unsigned, 3> kShapes = {XC_left_ptr, XC_watch, XC_sb_h_double_arrow};
+  const auto index = static_cast<std::size_t>(cursor);
+  const X11Guard guard(display);
+  if (cursors[index] == 0) cursors[index] = XCreateFontCursor(display, kShapes[index]);
+  XDefineCursor(display, window, cursors[index]);
+  XFlush(display);
+  shownCursor = cursor;
+}
+
+}  // namespace zum

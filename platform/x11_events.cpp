@@ -1,0 +1,206 @@
+// What came from the X server, told in the words of WindowEvents.
+#include <X11/Xutil.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/x11_errors.hpp"
+#include "platform/x11_window.hpp"
+
+namespace zum {
+namespace {
+
+/// Joins an event to the one before it where the two say no more than one would.
+bool join(XEvent& last, const XEvent& next) {
+  if (last.type != next.type) return false;
+  if (next.type == MotionNotify && last.xmotion.state == next.xmotion.state) {
+    last = next;
+    return true;
+  }
+  if (next.type != Expose) return false;
+  XExposeEvent& all = last.xexpose;
+  const XExposeEvent& more = next.xexpose;
+  const int right = std::max(all.x + all.width, more.x + more.width);
+  const int bottom = std::max(all.y + all.height, more.y + more.height);
+  all.x = std::min(all.x, more.x);
+  all.y = std::min(all.y, more.y);
+  all.width = right - all.x;
+  all.height = bottom - all.y;
+  return true;
+}
+
+}  // namespace
+
+/// Takes everything that has come before telling any of it: a slow answer to a move does not keep
+/// the caller here while the mouse goes on moving.
+void X11Window::poll() {
+  if (window == 0) return;
+  fetch();
+  const std::weak_ptr<bool> alive = life;
+  while (!alive.expired() && !queue.empty()) {
+    XEvent event = queue.front();
+    queue.pop_front();
+    tell(event);
+  }
+  if (alive.expired() || window == 0) return;
+  if (lost) {
+    tellGone();
+  } else if (strayed && toldInside && pointerIsOutside()) {
+    strayed = over = false;
+    tellLeft();
+  }
+}
+
+void X11Window::fetch() {
+  if (lost) return;
+  const X11Guard guard(display);
+  while (XPending(display) > 0 && !lost) {
+    XEvent event;
+    XNextEvent(display, &event);
+    if (event.type == MappingNotify) XRefreshKeyboardMapping(&event.xmapping);
+    if (event.xany.window != window) continue;  // the drawing library sends itself some
+    if (queue.empty() || !join(queue.back(), event)) queue.push_back(event);
+  }
+}
+
+void X11Window::tell(XEvent& event) {
+  switch (event.type) {
+    case Expose: {
+      const XExposeEvent& lostPart = event.xexpose;
+      events.windowExposed(lostPart.x, lostPart.y, lostPart.x + lostPart.width,
+                           lostPart.y + lostPart.height);
+      break;
+    }
+    case MotionNotify: tellMove(event.xmotion.x, event.xmotion.y, event.xmotion.state); break;
+    case ButtonPress: tellPress(event.xbutton); break;
+    case ButtonRelease: tellRelease(event.xbutton); break;
+    case EnterNotify: enter(event.xcrossing); break;
+    case LeaveNotify: leave(event.xcrossing); break;
+    case KeyPress:
+    case KeyRelease: tellKey(event); break;
+    case FocusIn:
+    case FocusOut: focusChanged(event.xfocus); break;
+    case ReparentNotify:
+      if (parent != 0) parent = event.xreparent.parent;
+      break;
+    case ClientMessage: {
+      const XClientMessageEvent& message = event.xclient;
+      const bool close = parent == 0 && message.message_type == protocols && message.format == 32 &&
+                         static_cast<Atom>(message.data.l[0]) == deleteWindow;
+      if (close) tellGone();
+      break;
+    }
+    case DestroyNotify:
+      window = 0;  // no more to be destroyed
+      tellGone();
+      break;
+    default: break;
+  }
+}
+
+void X11Window::tellPress(const XButtonEvent& event) {
+  const int held = buttonWordOf(event.state);
+  if (event.button == Button4 || event.button == Button5) {
+    events.windowScrolled(event.x, event.y, event.button == Button4 ? 1.0F : -1.0F, held);
+    return;
+  }
+  const int pressed = buttonOf(event.button);
+  if (pressed == 0) return;
+  const bool second = clicks.isSecond(event.button, event.x, event.y, event.time);
+  toldInside = true;
+  events.windowPressed(event.x, event.y, held | pressed | (second ? buttons::kDoubleClick : 0));
+}
+
+void X11Window::tellRelease(const XButtonEvent& event) {
+  const int released = buttonOf(event.button);
+  if (released == 0) return;
+  const int word = buttonWordOf(event.state) & ~released;
+  const std::weak_ptr<bool> alive = life;
+  events.windowReleased(event.x, event.y, word);
+  const int held = word & (buttons::kLeft | buttons::kMiddle | buttons::kRight);
+  if (!alive.expired() && held == 0 && !over) tellLeft();
+}
+
+void X11Window::tellMove(int x, int y, unsigned state) {
+  toldInside = true;
+  events.windowMoved(x, y, buttonWordOf(state));
+}
+
+void X11Window::tellLeft() {
+  if (std::exchange(toldInside, false)) events.windowLeft();
+}
+
+/// For the last time. Nothing of it stays on the screen.
+void X11Window::tellGone() {
+  queue.clear();
+  focused = false;
+  if (window != 0 && !lost) {
+    const X11Guard guard(display);
+    XDestroyWindow(display, window);
+    XFlush(display);
+  }
+  window = 0;
+  events.windowGone();
+}
+
+void X11Window::enter(const XCrossingEvent& event) {
+  if (event.mode == NotifyGrab) return;
+  over = true;
+  strayed = false;
+  tellMove(event.x, event.y, event.state);
+}
+
+void X11Window::leave(const XCrossingEvent& event) {
+  if (event.detail == NotifyInferior) return;
+  if (event.mode == NotifyGrab) {  // it may stay where it is
+    strayed = true;
+    return;
+  }
+  over = false;
+  if (event.mode == NotifyUngrab || (event.state & kHeldButtons) == 0) tellLeft();
+}
+
+void X11Window::focusChanged(const XFocusChangeEvent& event) {
+  // Grabs of the keyboard pass. With the pointer over us keys come here although the focus is at
+  // a window around ours; that is none.
+  const bool grab = event.mode == NotifyGrab || event.mode == NotifyUngrab;
+  const bool pointer = event.detail == NotifyPointer || event.detail == NotifyPointerRoot ||
+                       event.detail == NotifyDetailNone;
+  if (!grab && !pointer) focused = event.type == FocusIn;
+}
+
+void X11Window::tellKey(XEvent& event) {
+  KeySym symbol = NoSymbol;
+  {
+    const X11Guard guard(display);  // the first key asks the server for its layout
+    char text[8];
+    XLookupString(&event.xkey, text, sizeof text, &symbol, nullptr);
+  }
+  const WindowKey key = windowKeyOf(symbol, event.xkey.state);
+  if (key.character != 0 || key.virt != 0) {
+    const std::weak_ptr<bool> alive = life;
+    const bool wanted =
+        event.type == KeyPress ? events.windowKeyPressed(key) : events.windowKeyReleased(key);
+    if (wanted || alive.expired()) return;
+  }
+  // The host gets it, but not back what it sent: the two would play ball with it.
+  if (handle() == 0 || parent == 0 || event.xkey.send_event != 0) return;
+  const X11Guard guard(display);
+  event.xkey.window = parent;
+  XSendEvent(display, parent, True, event.type == KeyPress ? KeyPressMask : KeyReleaseMask, &event);
+  XFlush(display);
+}
+
+bool X11Window::pointerIsOutside() const {
+  const X11Guard guard(display);
+  Window ignored = 0;
+  int rootX = 0;
+  int rootY = 0;
+  int x = -1;
+  int y = -1;
+  unsigned state = 0;
+  XQueryPointer(display, window, &ignored, &ignored, &rootX, &rootY, &x, &y, &state);
+  return x < 0 || y < 0 || x >= width || y >= height;
+}
+
+}  // namespace zum

@@ -1,0 +1,166 @@
+// Menus as a user opens them and chooses, rows and their limits, and folders of files.
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "platform/files.hpp"
+#include "support/desk.hpp"
+#include "toolkit/option_menu.hpp"
+#include "toolkit/panel.hpp"
+
+namespace zum::test {
+namespace {
+
+constexpr CRect kPlace{10, 10, 110, 27};
+
+KvOptionMenu* addMenu(Desk& desk, std::uint32_t style = KvOptionMenu::kPlain) {
+  auto* const menu = desk.add<KvOptionMenu>(kPlace, 60, "default", style);
+  return menu;
+}
+
+CPoint middleOf(const KvOptionMenu& menu, int row) {
+  for (int y = menu.getListRect().top; y < menu.getListRect().bottom; ++y) {
+    const CPoint point{menu.getListRect().left + 5, y + 5};
+    if (menu.rowAt(point) == row) return point;
+  }
+  return {-1, -1};
+}
+
+TEST(OptionMenu, ChoosesByClicksAndByOneDragAndClosesWithAClickOutside) {
+  Desk desk;
+  KvOptionMenu* const menu = addMenu(desk);
+  for (const char* row : {"LP", "HP", "BP"}) menu->addEntry(row, -1, false);
+  menu->addEntry("--More--", 1, true);
+  desk.click(20, 15);
+  ASSERT_TRUE(menu->isListOpen());
+  EXPECT_EQ(desk.frame->getModalView(), menu);
+  const CPoint header = middleOf(*menu, 1);
+  desk.click(header.x, header.y);
+  EXPECT_TRUE(menu->isListOpen());  // cannot be chosen
+  const CPoint third = middleOf(*menu, 3);
+  desk.click(third.x, third.y);
+  EXPECT_FALSE(menu->isListOpen());
+  EXPECT_EQ(desk.taken(), (std::vector{std::pair(60, 3.0F)}));
+  EXPECT_EQ(menu->currentText(), "BP");
+  desk.press(20, 15);
+  const CPoint first = middleOf(*menu, 0);
+  desk.drag(first.x, first.y);
+  desk.release(first.x, first.y);
+  EXPECT_EQ(desk.taken(), (std::vector{std::pair(60, 0.0F)}));
+  desk.click(20, 15);
+  desk.click(290, 190);
+  EXPECT_FALSE(menu->isListOpen());
+  EXPECT_EQ(desk.frame->getModalView(), nullptr);
+  EXPECT_TRUE(desk.taken().empty());
+}
+
+TEST(OptionMenu, StaysInsideTheFrameAndAHiddenOneIsShut) {
+  Desk desk;
+  GroupMask mask;
+  KvOptionMenu* const menu = addMenu(desk);
+  menu->groupMask = &mask;
+  menu->group = 3;
+  for (int i = 0; i < 100; ++i) menu->addEntry("row " + std::to_string(i), -1, false);
+  desk.click(20, 15);
+  EXPECT_FALSE(menu->isListOpen());
+  mask.set(3, true);
+  menu->setBoundsAndArea(250, 180, 300, 197);
+  desk.click(290, 190);
+  ASSERT_TRUE(menu->isListOpen());
+  const CRect list = menu->getListRect();
+  EXPECT_EQ(list.join(desk.frame->getViewSize()), desk.frame->getViewSize());
+  EXPECT_EQ(menu->getSelectedEntry(), -1);  // the list came under the pointer
+  desk.window->wheel(290, 190, -1.0F);
+  desk.ticks(1);
+  EXPECT_EQ(menu->rowAt({list.left + 5, list.top + 5}), 3);
+  mask.set(3, false);
+  desk.ticks(1);
+  EXPECT_FALSE(menu->isListOpen());
+  EXPECT_EQ(desk.frame->getModalView(), nullptr);
+}
+
+TEST(OptionMenu, KeepsItsRowsInOrderAndItsSelectionOnItsRow) {
+  Desk desk;
+  KvOptionMenu* const menu = addMenu(desk);
+  std::string text;
+  EXPECT_EQ(menu->getCurrent(text), -1);
+  EXPECT_EQ(text, "Empty");
+  for (std::size_t i = 0; i < KvOptionMenu::kMostRows; ++i) {
+    EXPECT_TRUE(menu->addEntry(std::to_string(i), -1, long(i)));
+  }
+  EXPECT_FALSE(menu->addEntry("too many", 0, false));
+  EXPECT_FALSE(menu->addEntry(new KvOptionMenu({}, nullptr, 1, *desk.frame, "", 1), "too many"));
+  menu->setCurrent(5);
+  EXPECT_TRUE(menu->removeEntry(2));
+  EXPECT_EQ(menu->getCurrent(text), 4);
+  EXPECT_EQ(text, "5");
+  EXPECT_TRUE(menu->addEntry("new", 0, false));
+  EXPECT_EQ(menu->getCurrent(text), 5);
+  EXPECT_EQ(menu->getEntryIndex("6"), 6);
+  EXPECT_EQ(dynamic_cast<const KvOptionMenuUserEntryLong*>(menu->getUserEntry(6))->value, 6);
+  for (const int outside : {-2, -1, 1024, 100000}) {
+    EXPECT_FALSE(menu->getEntry(outside, text));
+    EXPECT_FALSE(menu->setEntry(outside, text));
+    EXPECT_FALSE(menu->removeEntry(outside));
+    menu->setCurrent(outside);
+    EXPECT_EQ(menu->getSelectedEntry(), -1);
+  }
+  float index = 7.9F;
+  menu->bind(&index);
+  desk.ticks(1);
+  EXPECT_EQ(menu->getSelectedEntry(), 7);
+  EXPECT_TRUE(desk.taken().empty());  // a program's doing is not told
+}
+
+TEST(OptionMenu, OverAFolderListsFilesSubFoldersAndFixedRows) {
+  namespace fs = std::filesystem;
+  const fs::path folder = fs::temp_directory_path() / ("zum-menu-" + std::to_string(getpid()));
+  fs::create_directories(folder / "Bass" / "Deep");
+  for (int i = 0; i < 129; ++i) std::ofstream(folder / (std::to_string(1000 + i) + ".kvz")) << i;
+  std::ofstream(folder / "other.txt") << 1;
+  std::ofstream(folder / "Bass" / "Deep" / "Low.kvz") << 1;
+  fs::create_directory_symlink(folder, folder / "Bass" / "Loop");  // a tree without an end
+  Desk desk;
+  KvOptionMenu* const menu = addMenu(desk, 8 + 0x40 + 0x80 + 0x100);
+  menu->setFolder(toInternalPath(folder.string()), "kvz");
+  EXPECT_EQ(menu->getNbEntries(), 2 + 128);
+  std::string text;
+  EXPECT_TRUE(menu->getEntry(0, text));
+  EXPECT_EQ(text, "Save Preset");
+  EXPECT_FALSE(menu->getFileName(text, "kvz"));
+  menu->stepPreset(1);
+  EXPECT_EQ(desk.taken(), (std::vector{std::pair(60, 2.0F)}));
+  EXPECT_TRUE(menu->getFileName(text, "kvz"));
+  EXPECT_EQ(toSystemPath(text), (folder / "1000.kvz").string());
+  menu->stepPreset(-1);
+  EXPECT_EQ(menu->getSelectedEntry(), 2);  // stops at the end
+  menu->setFolder(toInternalPath((folder / "nowhere").string()), "kvz");
+  EXPECT_EQ(menu->getNbEntries(), 2);
+
+  KvOptionMenu* const nested = addMenu(desk, 488);
+  nested->setFolder(toInternalPath((folder / "Bass").string()), "kvz");
+  desk.taken();
+  desk.click(20, 15);
+  ASSERT_TRUE(nested->isListOpen());
+  const CPoint deep = middleOf(*nested, nested->getEntryIndex("Deep"));
+  desk.window->move(deep.x, deep.y);
+  desk.ticks(1);
+  const KvOptionMenu* const inner = nested->openSubMenu();
+  ASSERT_NE(inner, nullptr);
+  const CPoint low = middleOf(*inner, 0);
+  desk.click(low.x, low.y);
+  EXPECT_EQ(desk.taken(), (std::vector{std::pair(60, 2.0F)}));
+  EXPECT_FALSE(nested->isListOpen());
+  EXPECT_EQ(desk.frame->getModalView(), nullptr);
+  EXPECT_TRUE(nested->getFileName(text, "kvz"));
+  EXPECT_EQ(toSystemPath(text), (folder / "Bass" / "Deep" / "Low.kvz").string());
+  EXPECT_EQ(nested->currentText(), "Low");
+  EXPECT_EQ(desk.window->cursor(), WindowCursor::arrow);
+  fs::remove_all(folder);
+}
+
+}  // namespace
+}  // namespace zum::test

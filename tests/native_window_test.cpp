@@ -1,0 +1,395 @@
+// The real window, inside of a host's on an X server of our own: what it shows, what it tells, and
+// how it gets along with a host that ends first.
+#include "platform/native_window.hpp"
+
+#include <gtest/gtest.h>
+// X's macros after that
+#include <X11/Xutil.h>
+#include <X11/keysym.h>
+
+#include <atomic>
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <utility>
+
+#include "platform/x11_keys.hpp"
+#include "support/own_display.hpp"
+
+// X's library gives a lock back twice when its connection breaks.
+// NOLINTNEXTLINE(bugprone-reserved-identifier)
+extern "C" const char* __tsan_default_suppressions() { return "mutex:libX11.so\n"; }
+
+namespace zum::test {
+namespace {
+
+constexpr int kWidth = 200;
+constexpr int kHeight = 100;
+using Lines = std::vector<std::string>;
+
+std::atomic<int> processErrors = 0;
+int countError(Display*, XErrorEvent*) { return ++processErrors; }
+
+std::ptrdiff_t openFiles() {
+  using Files = std::filesystem::directory_iterator;
+  return std::distance(Files("/proc/self/fd"), Files());
+}
+
+/// Writes down what it is told. Knows the letter a, and no other key.
+class Log final : public WindowEvents {
+ public:
+  void windowPressed(int x, int y, int word) override { add("press", x, y, word); }
+  void windowReleased(int x, int y, int word) override {
+    add("release", x, y, word);
+    if (closes != nullptr) closes->reset();
+  }
+  void windowMoved(int x, int y, int word) override { add("move", x, y, word); }
+  void windowLeft() override { add("left"); }
+  void windowScrolled(int x, int y, float by, int word) override { add("wheel", x, y, by, word); }
+  bool windowKeyPressed(const WindowKey& key) override { return addKey("down", key); }
+  bool windowKeyReleased(const WindowKey& key) override { return addKey("up", key); }
+  void windowExposed(int l, int t, int r, int b) override { add("exposed", l, t, r, b); }
+  void windowGone() override { add("gone"); }
+  std::unique_ptr<NativeWindow>* closes = nullptr;  // at a release
+  Lines take() { return std::exchange(lines, {}); }
+
+ private:
+  template <typename... Words>
+  void add(const char* what, Words... words) {
+    std::ostringstream line;
+    line << what;
+    ((line << ' ' << words), ...);
+    lines.push_back(line.str());
+  }
+  bool addKey(const char* what, const WindowKey& key) {
+    add(what, key.character, int{key.virt}, int{key.modifier});
+    return key.character == 'a';
+  }
+  Lines lines;
+};
+
+/// Another program's window.
+class HostWindow {
+ public:
+  explicit HostWindow(int depth = 24) : display(XOpenDisplay(nullptr)) {
+    XVisualInfo visual{};
+    XMatchVisualInfo(display, DefaultScreen(display), depth, TrueColor, &visual);
+    XSetWindowAttributes attributes{};
+    attributes.colormap =
+        XCreateColormap(display, DefaultRootWindow(display), visual.visual, AllocNone);
+    attributes.event_mask = KeyPressMask | KeyReleaseMask;
+    window = XCreateWindow(display, DefaultRootWindow(display), 100, 100, 300, 200, 0, depth,
+                           InputOutput, visual.visual,
+                           CWBackPixel | CWBorderPixel | CWColormap | CWEventMask, &attributes);
+    XMapWindow(display, window);
+    XSync(display, False);
+  }
+  HostWindow(const HostWindow&) = delete;
+  HostWindow& operator=(const HostWindow&) = delete;
+  ~HostWindow() {
+    if (display != nullptr) XCloseDisplay(display);
+  }
+  /// Ends the program.
+  void end() { XCloseDisplay(std::exchange(display, nullptr)); }
+  /// Presses and releases that came, by what is on the key.
+  std::vector<KeySym> keys() {
+    XSync(display, False);
+    std::vector<KeySym> symbols;
+    XEvent event;
+    while (XCheckMaskEvent(display, KeyPressMask | KeyReleaseMask, &event) != False) {
+      symbols.push_back(XLookupKeysym(&event.xkey, 0));
+    }
+    return symbols;
+  }
+  Display* display;
+  Window window;
+};
+
+class NativeWindowTest : public testing::Test {
+ protected:
+  std::unique_ptr<NativeWindow> open(Window parent) {
+    return openNativeWindow({parent, kWidth, kHeight, "Title"}, log);
+  }
+  void SetUp() override {
+    processErrors = 0;
+    XSetErrorHandler(countError);
+  }
+  void TearDown() override {
+    EXPECT_EQ(processErrors, 0);
+    EXPECT_EQ(XSetErrorHandler(nullptr), countError);
+  }
+  /// What has been told since; the round trip fetches all that came before it.
+  Lines heard() {
+    ours->currentButtons();
+    ours->poll();
+    return log.take();
+  }
+  void show(std::uint32_t colour, int left, int top, int right, int bottom) {
+    cairo_surface_t* picture = cairo_image_surface_create(CAIRO_FORMAT_RGB24, kWidth, kHeight);
+    auto* words = reinterpret_cast<std::uint32_t*>(cairo_image_surface_get_data(picture));
+    std::fill_n(words, kWidth * kHeight, colour);
+    cairo_surface_mark_dirty(picture);
+    ours->show(picture, left, top, right, bottom);
+    cairo_surface_destroy(picture);
+    ours->currentButtons();
+  }
+
+  OwnDisplay server;
+  Robot robot;
+  HostWindow host;
+  Log log;
+  std::unique_ptr<NativeWindow> ours = open(host.window);
+};
+
+TEST_F(NativeWindowTest, ShowsItsColoursInEveryKindOfParent) {
+  for (const int depth : {24, 32}) {
+    const HostWindow parent(depth);
+    ours = open(parent.window);
+    ASSERT_TRUE(ours) << depth;
+    EXPECT_EQ(heard(), Lines{"exposed 0 0 200 100"});
+    XClearArea(robot.connection(), ours->handle(), 5, 5, 10, 10, True);
+    XClearArea(robot.connection(), ours->handle(), 50, 60, 20, 10, True);
+    XSync(robot.connection(), False);
+    EXPECT_EQ(heard(), Lines{"exposed 5 5 70 70"});
+    show(0x204060, 0, 0, kWidth, kHeight);
+    show(0xFF8001, 10, 20, 30, 40);
+    const Screenshot shot = robot.screenshot(ours->handle());
+    ASSERT_EQ(std::pair(shot.width, shot.height), std::pair(kWidth, kHeight));
+    for (int y = 0; y < kHeight; ++y) {
+      for (int x = 0; x < kWidth; ++x) {
+        const bool second = x >= 10 && x < 30 && y >= 20 && y < 40;
+        ASSERT_EQ(shot.at(x, y), second ? 0xFF8001U : 0x204060U) << depth << ' ' << x << ' ' << y;
+      }
+    }
+  }
+}
+
+TEST_F(NativeWindowTest, TellsTheMouseInRightWordsAndPlaces) {
+  const auto at = [this](int x, int y) { robot.moveTo(ours->handle(), x, y); };
+  const auto wait = [] { std::this_thread::sleep_for(std::chrono::milliseconds(450)); };
+  at(-50, -50);
+  heard();
+  const struct {
+    const char* what;
+    std::function<void()> act;
+    Lines told;
+  } steps[] = {
+      {"enter", [&] { at(10, 20); }, {"move 10 20 0", "move 10 20 0"}},
+      {"runs of moves",
+       [&] { at(11, 20), at(12, 20), robot.press(), at(13, 21), at(14, 21), robot.release(); },
+       {"move 12 20 0", "press 12 20 2", "move 14 21 2", "release 14 21 0"}},
+      {"three clicks",
+       [&] { at(30, 21), robot.click(), robot.click(), robot.click(); },
+       {"move 30 21 0", "press 30 21 2", "release 30 21 0", "press 30 21 1026", "release 30 21 0",
+        "press 30 21 2", "release 30 21 0"}},
+      {"other button", [&] { robot.click(3); }, {"press 30 21 8", "release 30 21 0"}},
+      {"too far",
+       [&] { at(35, 21), robot.click(3); },
+       {"move 35 21 0", "press 35 21 8", "release 35 21 0"}},
+      {"too late", [&] { wait(), robot.click(3); }, {"press 35 21 8", "release 35 21 0"}},
+      {"two buttons",
+       [&] { robot.press(2), robot.press(), robot.release(2), robot.release(); },
+       {"press 35 21 4", "press 35 21 6", "release 35 21 2", "release 35 21 0"}},
+      {"wheel",
+       [&] { robot.wheel(2), robot.wheel(-1); },
+       {"wheel 35 21 1 0", "wheel 35 21 1 0", "wheel 35 21 -1 0"}},
+      {"wheel sideways", [&] { robot.click(6), robot.click(7); }, {}},
+      {"leave", [&] { at(-5, 20); }, {"left"}},
+      {"drag out",
+       [&] { at(50, 50), robot.press(), at(-9, 300); },
+       {"move 50 50 0", "move 50 50 0", "press 50 50 2", "move -9 300 2"}},
+      {"and back",
+       [&] { at(60, 50), robot.release(); },
+       {"move 60 50 2", "move 60 50 2", "release 60 50 0"}},
+      {"leave in a drag", [&] { robot.press(2), at(250, 50); }, {"press 60 50 4", "move 250 50 4"}},
+      {"and release", [&] { robot.release(2); }, {"release 250 50 0", "left"}},
+      {"another grabs it", [&] { at(50, 50), heard(), robot.grab(true); }, {}},
+      {"and takes it away", [&] { at(-9, 50); }, {"left"}},
+      {"and back to us", [&] { at(50, 50), robot.grab(false); }, {"move 50 50 0"}}};
+  for (const auto& step : steps) {
+    step.act();
+    EXPECT_EQ(heard(), step.told) << step.what;
+  }
+  const struct {
+    KeySym key;
+    int bit;
+  } modifiers[] = {{XK_Shift_L, buttons::kShift},
+                   {XK_Control_L, buttons::kControl},
+                   {XK_Alt_L, buttons::kAlt},
+                   {XK_Super_L, buttons::kCommand}};
+  int x = 60;
+  for (const auto& [key, bit] : modifiers) {
+    at(x += 10, 50);  // no double clicks
+    heard();
+    robot.keyDown(key);
+    robot.press(2);
+    EXPECT_EQ(ours->currentButtons(), bit + buttons::kMiddle);
+    robot.release(2);
+    robot.keyUp(key);
+    const std::string place = std::to_string(x) + " 50 ";
+    EXPECT_EQ(heard(), (Lines{"press " + place + std::to_string(bit + buttons::kMiddle),
+                              "release " + place + std::to_string(bit)}));
+  }
+  robot.swapButtons(true);
+  robot.click(1);
+  EXPECT_EQ(heard(), (Lines{"press 100 50 8", "release 100 50 0"}));
+  robot.press(2);
+  at(250, 50);
+  robot.release(2);
+  log.closes = &ours;
+  EXPECT_EQ(heard(), (Lines{"press 100 50 4", "move 250 50 4", "release 250 50 0"}));
+  EXPECT_EQ(ours, nullptr);
+}
+
+TEST_F(NativeWindowTest, KeepsTheKeysItKnowsAndGivesTheHostTheRest) {
+  robot.moveTo(ours->handle(), 5, 5);
+  ours->takeFocus();
+  heard();
+  robot.type(XK_a);
+  EXPECT_EQ(heard(), (Lines{"down 97 0 0", "up 97 0 0"}));
+  EXPECT_TRUE(host.keys().empty());
+  robot.keyDown(XK_Control_L);
+  robot.type(XK_F2);
+  EXPECT_EQ(heard(), (Lines{"down 0 41 8", "up 0 41 8"}));
+  EXPECT_EQ(host.keys(), (std::vector<KeySym>{XK_Control_L, XK_F2, XK_F2}));
+
+  XEvent sent{};  // a host that hands its own keys down does not get them back
+  sent.xkey.type = KeyPress;
+  sent.xkey.window = ours->handle();
+  sent.xkey.keycode = XKeysymToKeycode(host.display, XK_b);
+  XSendEvent(host.display, ours->handle(), False, KeyPressMask, &sent);
+  EXPECT_TRUE(host.keys().empty());
+  EXPECT_EQ(heard(), Lines{"down 98 0 0"});
+  EXPECT_TRUE(host.keys().empty());
+
+  const struct {
+    KeySym symbol;
+    int character;
+    int virt;
+  } table[] = {{XK_space, ' ', keys::kSpace},    {XK_Adiaeresis, 0xC4, 0},
+               {0x0100263A, 0x263A, 0},          {XK_KP_7, '7', keys::kNumpad0 + 7},
+               {XK_KP_Subtract, '-', 0},         {XK_KP_Enter, 0, keys::kEnter},
+               {XK_F12, 0, keys::kF1 + 11},      {XK_ISO_Left_Tab, 0, keys::kTab},
+               {XK_KP_Delete, 0, keys::kDelete}, {XK_Shift_L, 0, 0}};
+  for (const auto& [symbol, character, virt] : table) {
+    const WindowKey key = windowKeyOf(symbol, Mod1Mask | Mod4Mask | LockMask);
+    EXPECT_EQ(std::pair(key.character, int{key.virt}), std::pair(character, virt)) << symbol;
+    EXPECT_EQ(key.modifier, keys::kAltBit | keys::kCommandBit);
+  }
+}
+
+TEST_F(NativeWindowTest, GivesBackTheFocusThatItStillHas) {
+  enum class Before { stays, ends, takesItBack };
+  for (const Before before : {Before::stays, Before::ends, Before::takesItBack}) {
+    ours = open(host.window);
+    HostWindow other;
+    XSetInputFocus(other.display, other.window, RevertToParent, CurrentTime);
+    XSync(other.display, False);
+    heard();
+    EXPECT_FALSE(ours->hasFocus());
+    ours->takeFocus();
+    EXPECT_EQ(robot.focus(), ours->handle());
+    heard();
+    EXPECT_TRUE(ours->hasFocus());
+    if (before == Before::ends) other.end();
+    if (before == Before::takesItBack) {
+      XSetInputFocus(other.display, DefaultRootWindow(other.display), RevertToNone, CurrentTime);
+      XSync(other.display, False);
+      heard();
+      EXPECT_FALSE(ours->hasFocus());
+    }
+    ours.reset();
+    EXPECT_EQ(robot.focus(), before == Before::stays  ? other.window
+                             : before == Before::ends ? host.window
+                                                      : DefaultRootWindow(host.display));
+  }
+}
+
+TEST_F(NativeWindowTest, OutlivesItsHostAndItsServer) {
+  heard();
+  const auto useAll = [this] {
+    ours->takeFocus();
+    ours->setCursor(WindowCursor::hourglass);
+    show(0, 0, 0, kWidth, kHeight);
+    EXPECT_EQ(ours->currentButtons(), 0);
+  };
+  const std::unique_ptr<NativeWindow> untold = open(host.window);
+  useAll();
+  host.end();
+  useAll();
+  EXPECT_EQ(heard(), Lines{"gone"});
+  useAll();
+  EXPECT_EQ(ours->handle(), 0U);
+  EXPECT_EQ(heard(), Lines{});
+
+  ours = open(0);  // a window of its own
+  heard();
+  XEvent close{};
+  close.xclient.type = ClientMessage;
+  close.xclient.window = ours->handle();
+  close.xclient.message_type = XInternAtom(robot.connection(), "WM_PROTOCOLS", False);
+  close.xclient.format = 32;
+  close.xclient.data.l[0] =
+      static_cast<long>(XInternAtom(robot.connection(), "WM_DELETE_WINDOW", False));
+  XSizeHints sizes{};
+  long supplied = 0;
+  XGetWMNormalHints(robot.connection(), ours->handle(), &sizes, &supplied);
+  EXPECT_EQ(std::pair(sizes.min_width, sizes.max_height), std::pair(kWidth, kHeight));
+  XSendEvent(robot.connection(), ours->handle(), False, NoEventMask, &close);
+  XSync(robot.connection(), False);
+  EXPECT_EQ(heard(), Lines{"gone"});
+  EXPECT_EQ(heard(), Lines{});
+
+  ours = open(0);
+  heard();
+  useAll();
+  // The test's own connections end before, as no one here keeps them from ending the process.
+  robot.disconnect();
+  server.stop();
+  EXPECT_EQ(heard(), Lines{"gone"});
+  useAll();
+  EXPECT_EQ(heard(), Lines{});
+  const auto before = openFiles();
+  ours.reset();
+  EXPECT_EQ(openFiles(), before - 1);
+  EXPECT_EQ(open(0), nullptr);
+}
+
+TEST_F(NativeWindowTest, LeavesTheErrorsOfOthersToTheProcess) {
+  constexpr int kErrors = 300;
+  std::atomic<bool> done = false;
+  std::thread other([&] {
+    for (int i = 0; i < kErrors; ++i) {
+      XMapWindow(host.display, 1);
+      XSync(host.display, False);
+    }
+    done = true;
+  });
+  while (!done) {
+    EXPECT_EQ(open(1), nullptr);  // no such parent: an error of ours
+    heard();
+  }
+  other.join();
+  EXPECT_EQ(processErrors.exchange(0), kErrors);
+}
+
+TEST_F(NativeWindowTest, LeavesNothingBehindAndNeedsADisplay) {
+  const auto before = openFiles();
+  for (int i = 0; i < 500; ++i) {
+    const auto second = open(i % 2 == 0 ? host.window : 0);
+    ours = open(host.window);
+    ASSERT_TRUE(ours && second) << i;
+    ours->setCursor(WindowCursor::resizeHorizontally);
+    show(0, 0, 0, kWidth, kHeight);
+  }
+  EXPECT_EQ(openFiles(), before);
+  unsetenv("DISPLAY");
+  EXPECT_EQ(open(0), nullptr);
+  EXPECT_EQ(openFiles(), before);
+}
+
+}  // namespace
+}  // namespace zum::test

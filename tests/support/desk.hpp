@@ -1,0 +1,69 @@
+// A frame without a screen, and whoever listens to its controls, for tests of controls.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/offscreen_window.hpp"
+#include "toolkit/control_frame.hpp"
+
+namespace zum::test {
+
+class Desk : public CControlListener {
+ public:
+  Desk() {
+    frame->open(0, "", [this](const WindowRequest& request, WindowEvents& events) {
+      auto opened = std::make_unique<OffscreenWindow>(request, events);
+      window = opened.get();
+      return opened;
+    });
+    frame->idle();
+    window->forgetShows();
+  }
+  ~Desk() override { frame->forget(); }
+
+  template <class Control, class... More>
+  Control* add(const CRect& rect, int tag, const More&... more) {
+    auto* const control = new Control(rect, this, tag, *frame, more...);
+    frame->addView(control);
+    return control;
+  }
+  void ticks(int count) {
+    for (int i = 0; i < count; ++i) frame->idle();
+  }
+  void press(int x, int y, int buttonWord = buttons::kLeft) {
+    window->press(x, y, buttonWord);
+    frame->idle();
+  }
+  void drag(int x, int y, int buttonWord = buttons::kLeft) {
+    window->move(x, y, buttonWord);
+    frame->idle();
+  }
+  void release(int x, int y) {
+    window->release(x, y);
+    frame->idle();
+  }
+  void click(int x, int y, int buttonWord = buttons::kLeft) {
+    press(x, y, buttonWord);
+    release(x, y);
+  }
+
+  void valueChanged(CControl& control) override {
+    told.emplace_back(control.getTag(), control.getValue());
+  }
+  void controlBeginEdit(CControl& /*control*/) override { ++begins; }
+  void controlEndEdit(CControl& /*control*/) override { ++ends; }
+  /// What was told since the last call.
+  std::vector<std::pair<int, float>> taken() { return std::exchange(told, {}); }
+
+  KvFrame* frame = new KvFrame({0, 0, 300, 200}, nullptr);
+  OffscreenWindow* window = nullptr;
+  int begins = 0;
+  int ends = 0;
+
+ private:
+  std::vector<std::pair<int, float>> told;
+};
+
+}  // namespace zum::test

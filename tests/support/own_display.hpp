@@ -1,0 +1,79 @@
+// An X server that belongs to this process alone, without a screen, and a user who sits at it.
+// Free of X's own headers, whose macros do not agree with those of the tests.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+struct _XDisplay;  // NOLINT(bugprone-reserved-identifier): X's own name of Display
+
+namespace zum::test {
+
+/// 1024 by 768, 24 bits deep. Lives as long as the program needs it; made in the main thread, as
+/// the server ends with the thread that made it. DISPLAY names it.
+class OwnDisplay {
+ public:
+  OwnDisplay() noexcept;  // no test can go on without it
+  ~OwnDisplay() { stop(); }
+  OwnDisplay(const OwnDisplay&) = delete;
+  OwnDisplay& operator=(const OwnDisplay&) = delete;
+
+  /// Before the end, as a crash would.
+  void stop();
+
+ private:
+  int process = -1;
+};
+
+struct Screenshot {
+  int width;
+  int height;
+  std::vector<std::uint32_t> words;  // 0xRRGGBB
+  std::uint32_t at(int x, int y) const {
+    return words.at(static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+                    static_cast<std::size_t>(x));
+  }
+};
+
+/// Moves the mouse, types and looks, on a connection of its own. What it does has arrived at the
+/// server when the call comes back.
+class Robot {
+ public:
+  Robot();
+  ~Robot() { disconnect(); }
+  Robot(const Robot&) = delete;
+  Robot& operator=(const Robot&) = delete;
+
+  /// Pixels from the top left corner of a window, also outside of it; 0 is the screen.
+  void moveTo(std::uintptr_t window, int x, int y);
+  void press(unsigned button = 1) { pushButton(button, true); }
+  void release(unsigned button = 1) { pushButton(button, false); }
+  void click(unsigned button = 1);
+  /// Up is above 0.
+  void wheel(int notches);
+  void keyDown(unsigned long keySymbol) { pushKey(keySymbol, true); }
+  void keyUp(unsigned long keySymbol) { pushKey(keySymbol, false); }
+  void type(unsigned long keySymbol);
+  /// As on a mouse for the left hand.
+  void swapButtons(bool swapped);
+  /// Keeps the mouse for itself, as another program's menu would.
+  void grab(bool grabs);
+
+  /// What is to be seen where the window is, 0 for the whole screen.
+  Screenshot screenshot(std::uintptr_t window);
+  std::uint32_t pixel(std::uintptr_t window, int x, int y) { return screenshot(window).at(x, y); }
+  /// The window that has it.
+  std::uintptr_t focus();
+
+  _XDisplay* connection() { return display; }
+  /// Before the server is stopped; a robot can do no more then.
+  void disconnect();
+
+ private:
+  void pushButton(unsigned button, bool down);
+  void pushKey(unsigned long keySymbol, bool down);
+
+  _XDisplay* display;
+};
+
+}  // namespace zum::test

@@ -1,0 +1,23 @@
+// A variable of the engine as a control shows it: read at each tick, never written.
+#pragma once
+
+#include "engine/shared_value.hpp"
+
+namespace zum {
+
+/// The variable outlives it; another thread may write it.
+struct BoundValue {
+  const float* variable = nullptr;  // null: the control shows its own value
+  float max = 1.0F;
+  float min = 0.0F;
+
+  explicit operator bool() const { return variable != nullptr; }
+  float raw() const { return loadShared(*variable); }
+  /// 0 at the lower end, 1 at the upper one; beyond where the variable is.
+  float position() const {
+    const float range = max - min;
+    return range != 0.0F ? (raw() - min) / range : 0.0F;
+  }
+};
+
+}  // namespace zum

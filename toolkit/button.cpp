@@ -1,0 +1,160 @@
+#include "toolkit/button.hpp"
+
+#include <array>
+#include <cstdio>
+
+#include "toolkit/control_frame.hpp"
+
+namespace zum {
+namespace {
+
+constexpr int kAnyButton = buttons::kLeft | buttons::kMiddle | buttons::kRight;
+
+}  // namespace
+
+KvButton::KvButton(const CRect& rect, CControlListener* controlListener, int controlTag,
+                   KvFrame& owner, const char* buttonCaption, float initialValue,
+                   ButtonMode buttonMode)
+    : KvControl(rect, controlListener, controlTag, owner),
+      mode(buttonMode),
+      caption(buttonCaption != nullptr ? buttonCaption : "") {
+  kind = kButton;
+  setValue(initialValue);
+}
+
+void KvButton::setStateCount(int count) {
+  stateCount = std::max(count, 1);
+  setMax(static_cast<float>(std::max(stateCount - 1, 1)));
+}
+
+float KvButton::shownState() const {
+  if (condition) return condition->isTrue() ? 1.0F : 0.0F;
+  return boundValue ? boundValue.raw() : getValue();
+}
+
+// A button that is held shows what the user does.
+void KvButton::refresh() {
+  if (!held) setValue(shownState());
+}
+
+void KvButton::draw(CDrawContext& context) {
+  refresh();
+  const bool hasPressed = (drawFlags & kPressedPicture) != 0;
+  const bool hasHover = (drawFlags & kHoverPicture) != 0;
+  const int perState = 1 + (hasPressed ? 1 : 0) + (hasHover ? 1 : 0);
+  int picture = static_cast<int>(getValue()) * perState;
+  if (pressed && hasPressed) {
+    ++picture;
+  } else if (hovering && hasHover) {
+    picture += hasPressed ? 2 : 1;
+  }
+  const CRect& size = getViewSize();
+  if (const CBitmap* const bitmap = getBackground(); bitmap == nullptr) {
+    std::array<char, 64> number{};
+    (void)std::snprintf(number.data(), number.size(), "%2.2f", static_cast<double>(getValue()));
+    context.setFrameColor(kWhiteColor);
+    context.drawRect(size, DrawStyle::stroked);
+    context.setFont(font);
+    context.setFontColor(textColor);
+    context.drawString(caption.empty() ? number.data() : caption, size, false, TextAlign::centre);
+  } else if (getTransparency()) {
+    bitmap->drawTransparent(context, size, {0, picture * size.height()});
+  } else {
+    bitmap->draw(context, size, {0, picture * size.height()});
+  }
+  KvControl::draw(context);
+}
+
+void KvButton::send(float state) {
+  take(state);
+  reportEdit();
+}
+
+void KvButton::nextState(int buttons) {
+  const int next = static_cast<int>(getValue()) + 1;
+  const bool first = (buttons & buttons::kRight) != 0 && stateCount > 2;
+  send(first || next >= stateCount ? 0.0F : static_cast<float>(next));
+}
+
+MouseResult KvButton::onMouseDown(CPoint& where, int buttons) {
+  const bool hidden = takesHiddenPresses && held && isVisible();
+  if (!getMouseableArea().contains(where) || (!isShown() && !hidden)) {
+    return MouseResult::notHandled;
+  }
+  if (mode == ButtonMode::opensMenu && menu != nullptr) {
+    const CPoint corner = getViewSize().topLeft();
+    menu->popup(PopupMode::none, &corner, getTag());
+    return MouseResult::notHandled;
+  }
+  if (opensPanel(popupPanel, where, buttons)) return MouseResult::done;
+  showCompanions();
+  refresh();
+  pressed = held = true;
+  setDirty(true);
+  switch (mode) {
+    case ButtonMode::cycle: nextState(buttons); break;
+    case ButtonMode::toggle:
+      send(getValue() != 0.0F ? 0.0F : ((buttons & buttons::kRight) != 0 ? 2.0F : 1.0F));
+      break;
+    case ButtonMode::click:
+    case ButtonMode::opensMenu: break;
+    default: send(1.0F);
+  }
+  return MouseResult::handled;
+}
+
+MouseResult KvButton::onMouseMoved(CPoint& where, int buttons) {
+  if (!held) return MouseResult::notHandled;
+  if (mode == ButtonMode::pulse && (buttons & kAnyButton) == 0) reportEdit();
+  if (mode == ButtonMode::click && pressed != getMouseableArea().contains(where)) {
+    pressed = !pressed;
+    setDirty(true);
+  }
+  return MouseResult::handled;
+}
+
+MouseResult KvButton::onMouseUp(CPoint& where, int buttons) {
+  if (!held) return MouseResult::notHandled;
+  const bool free = (buttons & kAnyButton) == 0;
+  pressed = held = false;
+  setDirty(true);
+  switch (mode) {
+    case ButtonMode::momentary:
+      if (getValue() != 0.0F) send(0.0F);
+      break;
+    case ButtonMode::untilFree:
+      if (free) send(0.0F);
+      break;
+    case ButtonMode::pulse: send(0.0F); break;
+    case ButtonMode::click:
+      if (free && getMouseableArea().contains(where)) nextState(buttons);
+      break;
+    default: break;
+  }
+  if (!getMouseableArea().contains(where)) startExit();
+  return MouseResult::handled;
+}
+
+void KvButton::onMouseEntered(CPoint& where, int buttons) {
+  KvControl::onMouseEntered(where, buttons);
+  hovering = true;
+  if ((drawFlags & kHoverPicture) != 0) setDirty(true);
+}
+
+void KvButton::onMouseExited(CPoint& where, int buttons) {
+  KvControl::onMouseExited(where, buttons);
+  hovering = false;
+  if ((drawFlags & kHoverPicture) != 0) setDirty(true);
+}
+
+void KvButton::idleStep(int /*flag*/) {
+  if (isShown() && !held && shownState() != getValue()) setDirty(true);
+  companionTick();
+}
+
+void KvButton::menuChose(int entry) {
+  setMax(std::max(getMax(), static_cast<float>(entry)));
+  send(static_cast<float>(entry));
+}
+
+}  // namespace zum

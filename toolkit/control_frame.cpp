@@ -1,0 +1,113 @@
+#include "toolkit/control_frame.hpp"
+
+#include <algorithm>
+
+namespace zum {
+namespace {
+
+Held<KvControl> hold(KvControl* view) {
+  view->remember();
+  return Held<KvControl>(view);
+}
+
+}  // namespace
+
+void KvFrame::addView(KvControl* fresh) {
+  controls.push_back(fresh);
+  CFrame::addView(fresh);
+}
+
+void KvFrame::addOnTop(KvControl* view) {
+  if (!isOnTop(view)) onTop.push_back(view);
+}
+
+void KvFrame::removeFromTop(KvControl* view) { std::erase(onTop, view); }
+
+bool KvFrame::isOnTop(const KvControl* view) const { return std::ranges::count(onTop, view) != 0; }
+
+void KvFrame::setDirty(bool state) {
+  CFrame::setDirty(state);
+  if (state) invalidate();
+}
+
+// A host may call again from inside of what a control tells it.
+void KvFrame::idle() {
+  if (ticking) return;
+  ticking = true;
+  pollWindow();
+  if (redrawRequested) invalidate();
+  redrawRequested = false;
+  for (std::size_t i = 0; i < controls.size(); ++i) controls[i]->idleStep(0);
+  followPointer(0);  // what is under it may have come or gone
+  paint();
+  if (modalView != nullptr && !isChild(modalView)) modalView->idleStep(0);
+  ticking = false;
+}
+
+void KvFrame::drawRect(CDrawContext& context, const CRect& area) {
+  if (area.isEmpty()) return;
+  if (getBackground() == nullptr) {
+    context.setFillColor(kBlackColor);
+    context.drawRect(area, DrawStyle::filled);
+  }
+  CView::drawRect(context, area);
+  const auto drawPart = [&](KvControl* view) {
+    if (view->isVisible() && view->drawnArea().intersects(area)) view->drawRect(context, area);
+  };
+  for (KvControl* control : controls) {
+    if (!isOnTop(control)) drawPart(control);
+  }
+  for (KvControl* view : onTop) drawPart(view);
+}
+
+void KvFrame::gatherDamage(Damage& damage) {
+  CFrame::gatherDamage(damage);
+  for (KvControl* view : onTop) view->gatherDamage(damage);
+}
+
+MouseResult KvFrame::onMouseDown(CPoint& where, int buttons) {
+  takeFocus();
+  if (gesture || captured() != nullptr) return MouseResult::handled;  // one at a time
+  if (modalView == nullptr) return CFrame::onMouseDown(where, buttons);
+  const Held<KvControl> view = hold(modalView);
+  const MouseResult result = view->onMouseDown(where, buttons);
+  if (result == MouseResult::handled) gesture = view;
+  return result;
+}
+
+// What took the press gets the rest of the gesture, whatever has become modal meanwhile.
+MouseResult KvFrame::onMouseUp(CPoint& where, int buttons) {
+  if (gesture) {
+    const Held<KvControl> view = std::move(gesture);
+    return view->onMouseUp(where, buttons);
+  }
+  if (captured() != nullptr || modalView == nullptr) return CFrame::onMouseUp(where, buttons);
+  return hold(modalView)->onMouseUp(where, buttons);
+}
+
+MouseResult KvFrame::onMouseMoved(CPoint& where, int buttons) {
+  if (gesture) return Held<KvControl>(gesture)->onMouseMoved(where, buttons);
+  if (captured() != nullptr || modalView == nullptr) return CFrame::onMouseMoved(where, buttons);
+  return hold(modalView)->onMouseMoved(where, buttons);
+}
+
+bool KvFrame::onWheel(CPoint& where, float distance, int buttons) {
+  if (modalView == nullptr) return CFrame::onWheel(where, distance, buttons);
+  return hold(modalView)->onWheel(where, distance, buttons);
+}
+
+bool KvFrame::onKeyDown(const WindowKey& key) {
+  const bool used = modalView != nullptr ? hold(modalView)->onKeyDown(key) : CFrame::onKeyDown(key);
+  return used || (editor != nullptr && editor->keyPressed(key));
+}
+
+bool KvFrame::onKeyUp(const WindowKey& key) {
+  const bool used = modalView != nullptr ? hold(modalView)->onKeyUp(key) : CFrame::onKeyUp(key);
+  return used || (editor != nullptr && editor->keyReleased(key));
+}
+
+CView* KvFrame::getViewAt(CPoint where, int buttons) const {
+  return modalView == nullptr ? CFrame::getViewAt(where, buttons) : nullptr;
+}
+
+}  // namespace zum

@@ -1,0 +1,76 @@
+// The frame of the window: ticks its controls, and lets one of them, a popup, take all input.
+#pragma once
+
+#include <vector>
+
+#include "toolkit/base_control.hpp"
+#include "toolkit/view/frame.hpp"
+
+namespace zum {
+
+/// What a frame asks of the editor that it belongs to.
+class CEditorInterface {
+ public:
+  CEditorInterface() = default;
+  CEditorInterface(const CEditorInterface&) = delete;
+  CEditorInterface& operator=(const CEditorInterface&) = delete;
+  virtual ~CEditorInterface() = default;
+
+  // A key that no control wanted. False when it is of no use either: the host gets it.
+  virtual bool keyPressed(const WindowKey& key) = 0;
+  virtual bool keyReleased(const WindowKey& key) = 0;
+};
+
+/// [main]
+class KvFrame final : public CFrame {
+ public:
+  /// The editor, null for none, and the font outlive the frame.
+  KvFrame(const CRect& rect, CEditorInterface* hostEditor) : CFrame(rect), editor(hostEditor) {}
+
+  void setDefaultFont(const CFontDesc* font) { defaultFont = font; }
+  const CFontDesc* getDefaultFont() const { return defaultFont; }
+
+  /// Takes over the holder that the control was made with.
+  void addView(KvControl* fresh);
+  /// Drawn after all others, the last one on top. The frame need not hold it.
+  void addOnTop(KvControl* view);
+  void removeFromTop(KvControl* view);
+
+  /// Takes all mouse and keyboard input; null for none.
+  void setModalView(KvControl* view) { modalView = view; }
+  KvControl* getModalView() const { return modalView; }
+
+  void setDirty(bool state) override;
+  /// The next idle step draws everything.
+  void requestRedraw() { redrawRequested = true; }
+  void idle() override;
+
+  void drawRect(CDrawContext& context, const CRect& area) override;
+  void gatherDamage(Damage& damage) override;
+  MouseResult onMouseDown(CPoint& where, int buttons) override;
+  MouseResult onMouseUp(CPoint& where, int buttons) override;
+  MouseResult onMouseMoved(CPoint& where, int buttons) override;
+  bool onWheel(CPoint& where, float distance, int buttons) override;
+  bool onKeyDown(const WindowKey& key) override;
+  bool onKeyUp(const WindowKey& key) override;
+  CView* getViewAt(CPoint where, int buttons) const override;
+
+  int idleDivider = 10;  // ticks
+  int enterTicks = 2;    // until companions come
+  int exitTicks = 5;     // until they go
+
+ private:
+  ~KvFrame() override = default;
+  bool isOnTop(const KvControl* view) const;
+
+  CEditorInterface* editor;
+  const CFontDesc* defaultFont = nullptr;
+  std::vector<KvControl*> controls;  // the children, as what they are
+  std::vector<KvControl*> onTop;
+  KvControl* modalView = nullptr;
+  Held<KvControl> gesture;  // took a press while it had all input
+  bool redrawRequested = false;
+  bool ticking = false;
+};
+
+}  // namespace zum

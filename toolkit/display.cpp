@@ -1,0 +1,167 @@
+#include "toolkit/display.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdio>
+
+#include "toolkit/control_frame.hpp"
+#include "toolkit/knob_motion.hpp"
+#include "toolkit/option_menu.hpp"
+
+namespace zum {
+namespace {
+
+constexpr int kWidestNumber = 40;
+
+std::string number(float value, int width, int decimals, bool whole) {
+  std::array<char, 128> text{};
+  width = std::clamp(width, 0, kWidestNumber);
+  decimals = std::clamp(decimals, 0, kWidestNumber);
+  if (whole) {
+    value = std::trunc(value);
+    decimals = 0;
+  }
+  (void)std::snprintf(text.data(), text.size(), "%*.*f", width, decimals,
+                      static_cast<double>(value));
+  return text.data();
+}
+
+}  // namespace
+
+KvDisplay::KvDisplay(const CRect& rect, CControlListener* controlListener, int controlTag,
+                     KvFrame& owner, CBitmap* stripBitmap, int frameHeight, int frameCount)
+    : KvControl(rect, controlListener, controlTag, owner),
+      strip{stripBitmap, frameHeight, frameCount} {
+  setMouseEnabled(false);
+}
+
+void KvDisplay::bind(const float* variable, float max, float min, bool frameNumber) {
+  boundValue = {variable, max, min};
+  intIndex = frameNumber;
+  needsValueDraw = true;
+}
+
+void KvDisplay::setFont(const CFontDesc* textFont, int size, CColor color) {
+  font = textFont;
+  fontSize = size;
+  textColor = color;
+}
+
+void KvDisplay::setOffBelow(float limit, std::string word) {
+  offBelow = limit;
+  offText = std::move(word);
+  hasOff = true;
+}
+
+float KvDisplay::shownValue() const {
+  if (linkedMenu != nullptr) return linkedMenu->getValue();
+  return boundValue && !dragging ? boundValue.raw() : getValue();
+}
+
+int KvDisplay::shownFrame() const {
+  const float half = roundFrame ? 0.5F : 0.0F;
+  if (intIndex && boundValue) {
+    const float index = shownValue() + half;
+    const auto outside = static_cast<float>(strip.frameCount);
+    return index > -1.0F ? static_cast<int>(std::min(index, outside)) : -1;
+  }
+  const float position = boundValue && !dragging ? boundValue.position() : getValue();
+  return strip.frameAt(roundFrame
+                           ? position + half / static_cast<float>(std::max(strip.frameCount - 1, 1))
+                           : position,
+                       false);
+}
+
+std::string KvDisplay::text() const {
+  const float value = shownValue();
+  if (linkedMenu != nullptr) return linkedMenu->currentText();
+  if (formatter != nullptr) return formatter(value);
+  if (hasOff && value < offBelow) return offText;
+  const std::string digits = number(value, decimalsWidth, decimals, intFormat);
+  return caption + (prefix.empty() ? digits : prefix + " " + digits) + unit;
+}
+
+void KvDisplay::draw(CDrawContext& context) {
+  const CRect& size = getViewSize();
+  const bool hasPicture = strip.bitmap != nullptr && strip.frameCount > 0;
+  const int shown = shownFrame();
+  currentOffset = shown * strip.frameHeight;
+  drawnValue = shownValue();
+  needsValueDraw = false;
+  if (hasPicture) {
+    strip.draw(context, size, shown, getTransparency());
+  } else if (!showNumber) {
+    context.setFrameColor(kWhiteColor);
+    context.drawRect(size, DrawStyle::stroked);
+  } else if (!noBackground) {
+    context.setFillColor(backgroundColor);
+    context.drawRect(size, DrawStyle::filled);
+  }
+  if (showNumber || !hasPicture) {
+    context.setFont(font, fontSize);
+    context.setFontColor(textColor);
+    context.drawString(text(),
+                       {size.left + insets.left, size.top + insets.top, size.right - insets.right,
+                        size.bottom - insets.bottom},
+                       false, textAlign);
+  }
+  KvControl::draw(context);
+}
+
+void KvDisplay::moveTo(float newValue) {
+  take(newValue);
+  report();
+}
+
+MouseResult KvDisplay::onMouseDown(CPoint& where, int buttons) {
+  if (!isDraggable() || !getMouseableArea().contains(where)) return MouseResult::notHandled;
+  if (opensPanel(popupPanel, where, buttons)) return MouseResult::done;
+  showCompanions();
+  if (boundValue) setValue(boundValue.raw());
+  dragging = true;
+  lastX = where.x;
+  lastY = where.y;
+  beginEdit();
+  return MouseResult::handled;
+}
+
+MouseResult KvDisplay::onMouseMoved(CPoint& where, int buttons) {
+  if (!dragging) return MouseResult::notHandled;
+  const int movement = horizontal ? lastX - where.x : where.y - lastY;
+  lastX = where.x;
+  lastY = where.y;
+  moveTo(getValue() + dragStep(sensitivity, buttons) * static_cast<float>(movement));
+  return MouseResult::handled;
+}
+
+MouseResult KvDisplay::onMouseUp(CPoint& where, int /*buttons*/) {
+  if (!dragging) return MouseResult::notHandled;
+  if (!getMouseableArea().contains(where)) startExit();
+  dragging = false;
+  endEdit();
+  setDirty(true);
+  return MouseResult::handled;
+}
+
+bool KvDisplay::onWheel(CPoint& where, float distance, int /*buttons*/) {
+  if (!isDraggable() || !getMouseableArea().contains(where)) return false;
+  if (boundValue) setValue(boundValue.raw());
+  beginEdit();
+  moveTo(getValue() + distance * kWheelStep);
+  endEdit();
+  return true;
+}
+
+void KvDisplay::idleStep(int /*flag*/) {
+  if (isShown()) {
+    const bool number = showNumber || strip.bitmap == nullptr;
+    const bool changed =
+        number ? shownValue() != drawnValue : shownFrame() * strip.frameHeight != currentOffset;
+    if (changed && boundValue && !dragging) setValue(boundValue.raw());
+    if (changed || needsValueDraw) setDirty(true);
+  }
+  companionTick();
+}
+
+}  // namespace zum

@@ -1,0 +1,188 @@
+#include "toolkit/knob.hpp"
+
+#include <array>
+#include <cstdio>
+
+#include "toolkit/control_frame.hpp"
+#include "toolkit/knob_motion.hpp"
+#include "toolkit/panel.hpp"
+
+namespace zum {
+
+KvKnob::KvKnob(const CRect& rect, CControlListener* controlListener, int controlTag, KvFrame& owner,
+               CBitmap* stripBitmap, int frameHeight, int frameCount, float knobSensitivity)
+    : KvControl(rect, controlListener, controlTag, owner),
+      strip{stripBitmap, frameHeight, frameCount},
+      sensitivity(knobSensitivity) {
+  kind = kKnob;
+}
+
+void KvKnob::bind(const float* variable, float max, float min) {
+  boundValue = {variable, max, min};
+  if (boundValue) take(boundValue.position());
+}
+
+void KvKnob::setHandleBorder(int pixels) {
+  handleBorder = pixels;
+  const CRect& size = getViewSize();
+  setBounds(size.left, size.top, size.right, size.bottom);
+}
+
+void KvKnob::setBounds(int left, int top, int right, int bottom) {
+  setMouseableArea(CRect{left, top, right, bottom}.grownBy(handleBorder));
+  KvControl::setBounds(left, top, right, bottom);
+}
+
+void KvKnob::draw(CDrawContext& context) {
+  if (noPaint) return;
+  const CRect& size = getViewSize();
+  if (underlayBitmap != nullptr) underlayBitmap->draw(context, size, {0, 0});
+  const float position = getValue();
+  if (strip.bitmap == nullptr) {
+    drawFallback(context);
+  } else if (jumpMode == kMovesPicture) {
+    const CRect place = movedPicture(*strip.bitmap, position);
+    if (getTransparency()) {
+      strip.bitmap->drawTransparent(context, place, {0, 0});
+    } else {
+      strip.bitmap->draw(context, place, {0, 0});
+    }
+  } else {
+    strip.draw(context, size, strip.frameAt(position, roundFrame), getTransparency());
+  }
+  drawOverlay(context);
+  KvControl::draw(context);
+}
+
+void KvKnob::drawFallback(CDrawContext& context) const {
+  std::array<char, 64> text{};
+  const float shown = boundValue ? boundValue.raw() : getValue();
+  (void)std::snprintf(text.data(), text.size(), "%2.2f", static_cast<double>(shown));
+  context.setFrameColor(kWhiteColor);
+  context.drawRect(getViewSize(), DrawStyle::stroked);
+  context.setFont(font);
+  context.setFontColor(kBlackColor);
+  context.drawString(text.data(), getViewSize(), false, TextAlign::centre);
+}
+
+void KvKnob::drawOverlay(CDrawContext& context) const {
+  if (overlayBitmap == nullptr) return;
+  const float position = overlayValue != nullptr ? overlayLast : getValue();
+  const CRect place = movedPicture(*overlayBitmap, position);
+  if (overlayMode != 0 || overlayAlpha < 255) {
+    overlayBitmap->drawAlphaBlend(context, place, {0, 0}, overlayAlpha);
+  } else {
+    overlayBitmap->draw(context, place, {0, 0});
+  }
+}
+
+CRect KvKnob::movedPicture(const CBitmap& bitmap, float position) const {
+  const CRect& size = getViewSize();
+  const auto part = [](int room, float share) {
+    return static_cast<int>(static_cast<float>(room) *
+                            (share > 0.0F ? std::min(share, 1.0F) : 0.0F));
+  };
+  CRect place{size.left, size.top, size.left + bitmap.getWidth(), size.top + bitmap.getHeight()};
+  if (overlayStyle == OverlayStyle::horizontal) {
+    return place.movedBy(part(size.width() - bitmap.getWidth(), position), 0);
+  }
+  if (overlayStyle == OverlayStyle::vertical) {
+    return place.movedBy(0, part(size.height() - bitmap.getHeight(), 1.0F - position));
+  }
+  return place;
+}
+
+void KvKnob::storeFlag(float held) const {
+  if (pressFlag != nullptr) storeShared(*pressFlag, held);
+}
+
+void KvKnob::moveTo(float newValue) {
+  take(newValue);
+  report();
+}
+
+void KvKnob::jumpTo(CPoint where) {
+  const CRect& size = getViewSize();
+  const float across =
+      static_cast<float>(where.x - size.left) / static_cast<float>(std::max(size.width(), 1));
+  const float up =
+      static_cast<float>(size.bottom - where.y) / static_cast<float>(std::max(size.height(), 1));
+  moveTo(horizontal ? across : up);
+}
+
+MouseResult KvKnob::onMouseDown(CPoint& where, int buttons) {
+  if (!takesMouse(where)) return MouseResult::notHandled;
+  if (opensPanel(popupPanel, where, buttons)) return MouseResult::done;
+  const bool twice = (buttons & buttons::kDoubleClick) != 0 && jumpMode == kDrags;
+  if ((buttons & buttons::kControl) != 0 || twice) {
+    take(getDefaultValue());
+    reportEdit();
+    return MouseResult::done;
+  }
+  showCompanions();
+  dragging = true;
+  lastX = where.x;
+  lastY = where.y;
+  storeFlag(1.0F);
+  beginEdit();
+  if (jumpMode != kDrags) jumpTo(where);
+  return MouseResult::handled;
+}
+
+MouseResult KvKnob::onMouseMoved(CPoint& where, int buttons) {
+  if (!dragging || (buttons & (buttons::kLeft | buttons::kRight)) == 0) {
+    return MouseResult::notHandled;
+  }
+  const int movement = horizontal ? lastX - where.x : where.y - lastY;
+  lastX = where.x;
+  lastY = where.y;
+  if (jumpMode != kDrags && horizontal) {
+    jumpTo(where);
+  } else {
+    moveTo(getValue() + dragStep(sensitivity, buttons) * static_cast<float>(movement));
+  }
+  return MouseResult::handled;
+}
+
+MouseResult KvKnob::onMouseUp(CPoint& where, int /*buttons*/) {
+  if (!dragging) return MouseResult::notHandled;
+  if (!getMouseableArea().contains(where)) startExit();
+  dragging = false;
+  if (springBack) {
+    moveTo(0.5F);
+  } else if (pressFlag != nullptr) {
+    storeFlag(0.0F);
+    report();
+  }
+  endEdit();
+  setDirty(true);
+  return MouseResult::handled;
+}
+
+bool KvKnob::onWheel(CPoint& where, float distance, int buttons) {
+  if (!takesMouse(where) || springBack) return false;
+  const float step = (buttons & buttons::kShift) != 0 ? kFineWheelStep : kWheelStep;
+  take(getValue() + distance * step);
+  beginEdit();
+  report();
+  endEdit();
+  return true;
+}
+
+// What the user holds is not fought by a slower engine.
+void KvKnob::idleStep(int /*flag*/) {
+  if (!isShown()) return companionTick();
+  if (boundValue && !dragging) {
+    const float before = getValue();
+    setValue(boundValue.position());
+    if (getValue() != before) setDirty(true);
+  }
+  if (overlayValue != nullptr) {
+    const float position = loadShared(*overlayValue);
+    if (position != overlayLast) setDirty(true);
+    overlayLast = position;
+  }
+  companionTick();
+}
+
+}  // namespace zum

@@ -1,0 +1,184 @@
+// A menu over a folder of files: its fixed rows, its sub-folders, and the walk from file to file.
+
+#include <algorithm>
+
+#include "platform/files.hpp"
+#include "state/fileio.hpp"
+#include "state/path_text.hpp"
+#include "toolkit/control_frame.hpp"
+#include "toolkit/option_menu.hpp"
+
+namespace zum {
+namespace {
+
+constexpr int kDeepest = 8;  // folders; a link may lead back up
+
+struct FixedRow {
+  std::uint32_t bit;
+  const char* text;
+  const char* inBrackets;
+};
+constexpr FixedRow kFixedRows[] = {
+    {KvOptionMenu::kSelectFolder, "Select Folder", "[Select Folder]"},
+    {KvOptionMenu::kSaveEntry, "Save Preset", "[Save Preset]"},
+    {KvOptionMenu::kLoadEntry, "Load Preset", "[Load Preset]"},
+};
+
+}  // namespace
+
+void KvOptionMenu::setFolder(std::string path, std::string extension) {
+  fileExtension = std::move(extension);
+  rescan(path.c_str());
+}
+
+void KvOptionMenu::rescan(const char* folder) {
+  if ((style & kFolder) == 0) return;
+  if (folder != nullptr) folderPath = folder;
+  fill(0);
+}
+
+void KvOptionMenu::fill(int depth) {
+  ensureTrailingBackslash(folderPath);
+  removeAllEntries();
+  addFixedRows();
+  if (folderPath.empty()) return;
+  if ((style & kSubFolders) != 0 && depth < kDeepest) addSubFolders(depth);
+  KvFileio files;
+  int count = 0;
+  const KvFileio::Name* const names = files.listFiles(folderPath, count);
+  const std::string ending = "." + fileExtension;
+  int added = 0;
+  for (int i = 0; names != nullptr && i < count && added < kMostFiles; ++i) {
+    const std::string_view file = names[i].data();
+    if (!file.ends_with(ending)) continue;
+    addEntry(std::string(file.substr(0, file.size() - ending.size())), -1, false);
+    ++added;
+  }
+}
+
+void KvOptionMenu::addFixedRows() {
+  for (const FixedRow& row : kFixedRows) {
+    if ((style & row.bit) == 0) continue;
+    addEntry((style & kBrackets) != 0 ? row.inBrackets : row.text, -1, false);
+  }
+  if ((style & kPresetsHeader) != 0) {
+    addEntry("--Presets--", -1, true);
+    setEntryEnabled(getNbEntries() - 1, false);
+  }
+  fixedCount = getNbEntries();
+}
+
+// A sub-menu holds files alone: the fixed rows are the root's.
+void KvOptionMenu::addSubFolders(int depth) {
+  constexpr std::uint32_t kPassedOn =
+      kFolder | kSubFolders | kSteps | kStepsThroughSubMenus | kInherited;
+  KvFileio files;
+  int count = 0;
+  const KvFileio::Name* const names = files.listAll(folderPath, count);
+  for (int i = 0; names != nullptr && i < count; ++i) {
+    if (!files.isFolder(i)) continue;
+    const std::string folder = names[i].data();
+    auto* const menu = new KvOptionMenu({}, this, getTag(), getFrame(), folder, style & kPassedOn);
+    menu->fontSize = fontSize;
+    menu->font = font;
+    menu->itemHeight = itemHeight;
+    menu->textColor = textColor;
+    menu->backgroundColor = backgroundColor;
+    menu->selectedTextColor = selectedTextColor;
+    menu->selectedBackColor = selectedBackColor;
+    menu->frameColor = frameColor;
+    menu->separatorColor = separatorColor;
+    menu->rowBitmap = rowBitmap;
+    menu->rowBitmapHeight = rowBitmapHeight;
+    menu->listOffsetX = 0;
+    menu->listOffsetY = -itemHeight;
+    menu->folderPath = folderPath + folder;
+    menu->fileExtension = fileExtension;
+    menu->fill(depth + 1);
+    if (!addEntry(menu, folder)) return;
+  }
+}
+
+std::string KvOptionMenu::filePath(int row) const {
+  return folderPath + entry(row).text + "." + fileExtension;
+}
+
+bool KvOptionMenu::getFileName(std::string& path, const std::string& extension) const {
+  if (!chosenPath.empty()) {
+    path = chosenPath;
+    return true;
+  }
+  if (!has(selectedEntry) || selectedEntry < fixedCount || entry(selectedEntry).subMenu) {
+    return false;
+  }
+  path = folderPath + entry(selectedEntry).text + "." + extension;
+  return true;
+}
+
+// However deep the row lay, who listens to the root hears of one choice.
+void KvOptionMenu::choosePath(const std::string& path, const std::string& text) {
+  chosenPath = path;
+  shownText = text;
+  selectedEntry = has(fixedCount) ? fixedCount : -1;
+  CControl::setValue(static_cast<float>(fixedCount));
+  setDirty(true);
+  reportChoice();
+}
+
+void KvOptionMenu::reportChoice() {
+  const bool isFile = parentMenu == nullptr && (style & kFolder) != 0 &&
+                      getValue() >= static_cast<float>(fixedCount);
+  if (isFile) getFrame().setCursor(WindowCursor::hourglass);
+  report();
+  if (onSelect != nullptr) onSelect->menuChose(static_cast<int>(getValue()));
+  if (isFile) getFrame().setCursor(WindowCursor::arrow);
+}
+
+void KvOptionMenu::stepInRing(int direction) {
+  const int rows = getNbEntries() - fixedCount;
+  if (rows < 1) return;
+  const int from = std::max(selectedEntry - fixedCount, direction > 0 ? -1 : 0);
+  for (int i = 1; i <= rows; ++i) {
+    const int row = fixedCount + (((from + direction * i) % rows) + rows) % rows;
+    if (!entry(row).isChoice()) continue;
+    chosenPath.clear();
+    shownText.clear();
+    setCurrent(row);
+    return reportChoice();
+  }
+}
+
+void KvOptionMenu::stepPreset(int direction) {
+  struct Place {
+    KvOptionMenu* menu;
+    int row;
+  };
+  std::vector<Place> places;
+  const auto collect = [this, &places](auto&& self, KvOptionMenu& menu) -> void {
+    for (int row = menu.fixedCount; row < menu.getNbEntries(); ++row) {
+      const KvOptionMenuEntryInfo& info = menu.entry(row);
+      if (info.isChoice()) places.push_back({&menu, row});
+      if (info.subMenu && (style & kStepsThroughSubMenus) != 0) self(self, *info.subMenu.get());
+    }
+  };
+  collect(collect, *this);
+  if (places.empty()) return;
+  std::string now;
+  const bool chosen = getFileName(now, fileExtension);
+  const auto at = std::ranges::find_if(places, [&](const Place& place) {
+    return chosen && (style & kFolder) != 0 ? place.menu->filePath(place.row) == now
+                                            : place.menu == this && place.row == selectedEntry;
+  });
+  const auto last = static_cast<int>(places.size()) - 1;
+  const int from =
+      at != places.end() ? static_cast<int>(at - places.begin()) : (direction > 0 ? -1 : last + 1);
+  const Place& to = places[static_cast<std::size_t>(std::clamp(from + direction, 0, last))];
+  if (to.menu != this) return choosePath(to.menu->filePath(to.row), to.menu->entry(to.row).text);
+  if (to.row == selectedEntry && chosenPath.empty()) return;
+  chosenPath.clear();
+  shownText.clear();
+  setCurrent(to.row);
+  reportChoice();
+}
+
+}  // namespace zum

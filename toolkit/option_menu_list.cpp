@@ -1,0 +1,330 @@
+// The open list of a menu: where it lies, how it looks, and what the mouse does to it.
+
+#include <algorithm>
+
+#include "toolkit/control_frame.hpp"
+#include "toolkit/option_menu.hpp"
+
+namespace zum {
+namespace {
+
+constexpr int kTextInset = 6;   // pixels
+constexpr int kMarkWidth = 12;  // of the sign of a sub-menu
+
+int textWidth(const CFontDesc* font, int size, const std::vector<KvOptionMenuEntryInfo>& rows) {
+  cairo_surface_t* const surface = cairo_image_surface_create(CAIRO_FORMAT_RGB24, 1, 1);
+  int widest = 0;
+  {
+    CDrawContext context(surface, {0, 0, 1, 1});
+    context.setFont(font, size);
+    for (const auto& row : rows) widest = std::max(widest, context.getStringWidth(row.text));
+  }
+  cairo_surface_destroy(surface);
+  return widest;
+}
+
+}  // namespace
+
+// Moved in so far that all of it is seen; what is too long is scrolled.
+void KvOptionMenu::layOut(const CPoint* where) {
+  const CRect& room = getFrame().getViewSize();
+  const CRect& size = getViewSize();
+  const CPoint corner =
+      where != nullptr ? *where : CPoint{size.left + listOffsetX, size.top + listOffsetY};
+  int width = 0;
+  int height = 0;
+  if (openBitmap != nullptr) {
+    width = openBitmap->getWidth();
+    height = openBitmap->getHeight();
+    scroll.setRows(getNbEntries(), getNbEntries());
+  } else {
+    const int most = std::max((room.height() - 2) / itemHeight, 1);
+    const int seen = std::min(getNbEntries(), most);
+    scroll.setRows(getNbEntries(), seen);
+    width = textWidth(font, fontSize, entries) + 2 * kTextInset + kMarkWidth +
+            (scroll.isNeeded() ? MenuScroll::kWidth : 0);
+    width = std::min(std::max(width, size.width()), room.width());
+    height = seen * itemHeight + 2;
+  }
+  const int left = std::max(std::min(corner.x, room.right - width), 0);
+  const int top = std::max(std::min(corner.y, room.bottom - height), 0);
+  listRect = {left, top, left + width, top + height};
+  scroll.setBar({listRect.right - MenuScroll::kWidth, listRect.top + 1, listRect.right - 1,
+                 listRect.bottom - 1});
+  scroll.show(selectedEntry, rowsInside());
+}
+
+int KvOptionMenu::rowsInside() const {
+  return std::min(getNbEntries(), std::max(listRect.height() / itemHeight, 0));
+}
+
+int KvOptionMenu::firstVisible() const { return scroll.isNeeded() ? scroll.firstRow() : 0; }
+
+CRect KvOptionMenu::rowRect(int row) const {
+  const int inset = (listRect.height() - rowsInside() * itemHeight) / 2;
+  const int top = listRect.top + inset + (row - firstVisible()) * itemHeight;
+  const int side = openBitmap != nullptr ? 0 : 1;
+  const int bar = scroll.isNeeded() ? MenuScroll::kWidth : 0;
+  return {listRect.left + side, top, listRect.right - side - bar, top + itemHeight};
+}
+
+int KvOptionMenu::rowAt(CPoint where) const {
+  if (!isOpen || !listRect.contains(where)) return -1;
+  const int last = std::min(firstVisible() + rowsInside(), getNbEntries());
+  for (int row = firstVisible(); row < last; ++row) {
+    if (rowRect(row).contains(where)) return row;
+  }
+  return -1;
+}
+
+KvOptionMenu& KvOptionMenu::root() {
+  KvOptionMenu* menu = this;
+  while (menu->parentMenu != nullptr) menu = menu->parentMenu;
+  return *menu;
+}
+
+// The innermost list under the pointer.
+KvOptionMenu* KvOptionMenu::menuAt(CPoint where) {
+  if (childMenu != nullptr) {
+    if (KvOptionMenu* const inner = childMenu->menuAt(where)) return inner;
+  }
+  return isOpen && listRect.contains(where) ? this : nullptr;
+}
+
+void KvOptionMenu::popup(PopupMode mode, const CPoint* where, int popupTag) {
+  if (isOpen || entries.empty()) return;
+  userTag = popupTag;
+  layOut(where);
+  isOpen = true;
+  selectionMade = false;
+  hoveredRow = -1;
+  ignoreNextUp = true;
+  getFrame().addOnTop(this);
+  KvControl::popup(mode, where, popupTag);
+}
+
+void KvOptionMenu::closePopup() {
+  if (!isOpen || closing) return;
+  closing = true;
+  closeChild();
+  KvFrame& frame = getFrame();
+  frame.invalidRect(drawnArea());
+  if (frame.getModalView() == this) frame.setModalView(popupOwner);
+  popupOwner = nullptr;
+  frame.removeFromTop(this);
+  isOpen = ignoreNextUp = openingClick = scroll.dragged = false;
+  hoveredRow = -1;
+  setDirty(true);
+  closing = false;
+}
+
+void KvOptionMenu::closeChild() {
+  if (childMenu != nullptr) childMenu->closePopup();
+  childMenu = nullptr;
+}
+
+// Beside its row, on the right where there is room.
+void KvOptionMenu::openChild(int row) {
+  KvOptionMenu* const menu = entry(row).subMenu.get();
+  const CRect place = rowRect(row);
+  menu->setBounds(listRect.right, place.bottom, listRect.right, place.bottom);
+  menu->popup(PopupMode::none, nullptr, getTag());
+  if (!menu->isOpen) return;
+  childMenu = menu;
+  menu->ignoreNextUp = false;
+  if (menu->listRect.left < listRect.right && menu->listRect.width() <= listRect.left) {
+    getFrame().invalidRect(menu->listRect);
+    menu->listRect = menu->listRect.movedBy(listRect.left - menu->listRect.right, 0);
+    menu->scroll.setBar({menu->listRect.right - MenuScroll::kWidth, menu->listRect.top + 1,
+                         menu->listRect.right - 1, menu->listRect.bottom - 1});
+  }
+  getFrame().invalidRect(menu->listRect);
+}
+
+void KvOptionMenu::hover(int row) {
+  if (row == hoveredRow) return;
+  hoveredRow = row;
+  setDirty(true);
+  closeChild();
+  if (has(row) && entry(row).subMenu) openChild(row);
+}
+
+MouseResult KvOptionMenu::onMouseDown(CPoint& where, int buttons) {
+  KvOptionMenu& top = root();
+  if (!top.isOpen) {
+    if (!isShown() || !getViewSize().contains(where)) return MouseResult::notHandled;
+    if (opensPanel(popupPanel, where, buttons)) return MouseResult::done;
+    showCompanions();
+    popup(PopupMode::none, nullptr, userTag);
+    if (!isOpen) return MouseResult::done;
+    // Where the list was moved under the pointer, this click chooses nothing.
+    ignoreNextUp = listRect.contains(where);
+    openingClick = true;
+    return MouseResult::handled;
+  }
+  top.ignoreNextUp = top.openingClick = false;
+  if (KvOptionMenu* const menu = top.menuAt(where); menu != nullptr && menu->scroll.isOn(where)) {
+    menu->scroll.dragged = true;
+    menu->scroll.drag(where);
+    menu->setDirty(true);
+  }
+  return MouseResult::handled;
+}
+
+MouseResult KvOptionMenu::onMouseMoved(CPoint& where, int /*buttons*/) {
+  KvOptionMenu& top = root();
+  if (!top.isOpen) return MouseResult::notHandled;
+  for (KvOptionMenu* menu = &top; menu != nullptr; menu = menu->childMenu) {
+    if (!menu->scroll.dragged) continue;
+    menu->hover(-1);
+    menu->scroll.drag(where);
+    menu->setDirty(true);
+    return MouseResult::handled;
+  }
+  if (KvOptionMenu* const menu = top.menuAt(where)) menu->hover(menu->rowAt(where));
+  return MouseResult::handled;
+}
+
+MouseResult KvOptionMenu::onMouseUp(CPoint& where, int /*buttons*/) {
+  KvOptionMenu& top = root();
+  if (!top.isOpen) return MouseResult::notHandled;
+  if (top.ignoreNextUp) {
+    top.ignoreNextUp = top.openingClick = false;
+    return MouseResult::handled;
+  }
+  for (KvOptionMenu* menu = &top; menu != nullptr; menu = menu->childMenu) {
+    if (!menu->scroll.dragged) continue;
+    menu->scroll.dragged = false;
+    return MouseResult::handled;
+  }
+  KvOptionMenu* const menu = top.menuAt(where);
+  const int row = menu != nullptr ? menu->rowAt(where) : -1;
+  if (row >= 0) {
+    menu->hover(row);
+    menu->choose(row);
+  } else if (!top.openingClick) {
+    top.closePopup();
+  }
+  top.openingClick = false;
+  return MouseResult::handled;
+}
+
+// A row that is no choice leaves the list as it is.
+void KvOptionMenu::choose(int row) {
+  if (!entry(row).isChoice()) return;
+  remember();
+  const Held<KvOptionMenu> alive(this);  // what listens may fill the menus anew
+  KvOptionMenu& top = root();
+  chosenPath.clear();
+  shownText.clear();
+  setCurrent(row);
+  selectionMade = true;
+  top.closePopup();
+  if (editBracket) beginEdit();
+  reportChoice();
+  if (editBracket) endEdit();
+}
+
+bool KvOptionMenu::onWheel(CPoint& where, float distance, int /*buttons*/) {
+  KvOptionMenu* const menu = root().menuAt(where);
+  if (menu == nullptr) return false;
+  menu->closeChild();
+  menu->hoveredRow = -1;
+  menu->scroll.moveRows(distance > 0.0F ? -3 : 3);
+  menu->setDirty(true);
+  return true;
+}
+
+bool KvOptionMenu::onKeyDown(const WindowKey& key) {
+  if (!isOpen) return false;
+  if (key.virt == keys::kEscape) {
+    closePopup();
+    if (parentMenu != nullptr) parentMenu->childMenu = nullptr;
+  } else if (key.virt == keys::kUp || key.virt == keys::kDown) {
+    const int direction = key.virt == keys::kDown ? 1 : -1;
+    int row = hoveredRow >= 0 ? hoveredRow : selectedEntry;
+    do row += direction;
+    while (has(row) && (entry(row).isHeader || !entry(row).enabled));
+    if (!has(row)) return true;
+    closeChild();
+    hoveredRow = row;
+    scroll.show(row, rowsInside());
+    setDirty(true);
+  } else if (key.virt == keys::kRight && has(hoveredRow) && entry(hoveredRow).subMenu) {
+    openChild(hoveredRow);
+  } else if ((key.virt == keys::kReturn || key.virt == keys::kEnter) && has(hoveredRow)) {
+    choose(hoveredRow);
+  }
+  return true;
+}
+
+void KvOptionMenu::draw(CDrawContext& context) {
+  if (parentMenu == nullptr) drawClosed(context);
+  if (isOpen) drawList(context);
+  KvControl::draw(context);
+}
+
+void KvOptionMenu::drawClosed(CDrawContext& context) const {
+  const CRect& size = getViewSize();
+  if (size.isEmpty()) return;
+  if (closedBitmap != nullptr) {
+    const int row = (style & kPictures) != 0 ? std::max(selectedEntry, 0) : 0;
+    closedBitmap->draw(context, size, {0, row * itemHeight});
+    if ((style & kPictures) != 0) return;
+  }
+  context.setFont(font, fontSize);
+  context.setFontColor(textColor);
+  context.drawString(currentText(),
+                     {size.left + kTextInset, size.top, size.right - kTextInset, size.bottom},
+                     false, TextAlign::left);
+}
+
+void KvOptionMenu::drawList(CDrawContext& context) {
+  if (openBitmap != nullptr) {
+    openBitmap->draw(context, listRect, {0, 0});
+  } else {
+    context.setFillColor(backgroundColor);
+    context.setFrameColor(frameColor);
+    context.drawRect(listRect, DrawStyle::filledAndStroked);
+  }
+  const int last = std::min(firstVisible() + rowsInside(), getNbEntries());
+  for (int row = firstVisible(); row < last; ++row) drawRow(context, row);
+  scroll.draw(context, backgroundColor, selectedBackColor);
+}
+
+void KvOptionMenu::drawRow(CDrawContext& context, int row) const {
+  const CRect place = rowRect(row);
+  const bool lit = row == hoveredRow && !entry(row).isHeader;
+  if (openBitmap != nullptr) {
+    if (lit && rowBitmap != nullptr) {
+      rowBitmap->draw(context, place, {0, row * rowBitmapHeight});
+    } else if (lit) {
+      context.setFrameColor(frameColor);
+      context.drawRect(place, DrawStyle::stroked);
+    }
+    return;
+  }
+  const KvOptionMenuEntryInfo& info = entry(row);
+  if (lit) {
+    context.setFillColor(selectedBackColor);
+    context.drawRect(place, DrawStyle::filled);
+  }
+  const bool off = info.isHeader || !info.enabled;
+  context.setFont(font, fontSize);
+  context.setFontColor(off ? separatorColor : (lit ? selectedTextColor : textColor));
+  context.drawString(info.text,
+                     {place.left + kTextInset, place.top, place.right - kMarkWidth, place.bottom},
+                     false, info.isHeader ? TextAlign::centre : TextAlign::left);
+  const CColor sign = lit ? selectedTextColor : textColor;
+  context.setFrameColor(sign);
+  const int middle = (place.top + place.bottom) / 2;
+  if (info.marked || (row == selectedEntry && info.isChoice())) {
+    context.setFillColor(sign);
+    context.drawRect({place.left + 1, middle - 2, place.left + 4, middle + 1}, DrawStyle::filled);
+  }
+  for (int i = 0; info.subMenu && i < 4; ++i) {
+    context.drawLine({place.right - 8 + i, middle - 3 + i}, {place.right - 8 + i, middle + 3 - i});
+  }
+}
+
+}  // namespace zum

@@ -1,0 +1,229 @@
+#include "toolkit/table_view.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+
+#include "toolkit/control_frame.hpp"
+#include "toolkit/panel.hpp"
+
+namespace zum {
+namespace {
+
+// bits of the table's flags word
+constexpr int kNoGap = 3;
+constexpr int kLayout = 5;
+constexpr int kOnOff = 11;
+constexpr int kCentreLine = 14;
+constexpr int kInteger = 15;
+constexpr int kEditable = 17;
+constexpr int kPlays = 18;
+constexpr int kTells = 20;
+
+constexpr float kSlideStep = -0.002F;  // of the value, for each pixel downwards
+constexpr float kWheelStep = 0.05F;
+constexpr float kFine = 0.1F;
+constexpr int kGap = 2;  // pixels between bars
+
+}  // namespace
+
+void KvTableView::setTable(KvTableXY* stepTable) {
+  table = stepTable;
+  scratchTable.assign(table != nullptr ? static_cast<std::size_t>(table->size()) : 0, 0.0F);
+  setDirty(true);
+}
+
+float KvTableView::xToStep(int x) const {
+  const auto steps = static_cast<float>(table != nullptr ? table->size() : 0);
+  return static_cast<float>(x - bars().left) * steps /
+         static_cast<float>(std::max(bars().width(), 1));
+}
+
+float KvTableView::yToValue(int y) const {
+  return static_cast<float>(bars().bottom - y) / static_cast<float>(std::max(bars().height(), 1));
+}
+
+int KvTableView::stepAt(int x) const {
+  const float step = xToStep(x);
+  return step > 0.0F ? std::min(static_cast<int>(step), table->size() - 1) : 0;
+}
+
+bool KvTableView::takesMouse(CPoint where) const {
+  return table != nullptr && table->size() > 0 && isShown() && has(kEditable) &&
+         getViewSize().contains(where);
+}
+
+void KvTableView::changed() {
+  setDirty(true);
+  if (has(kTells)) report();
+}
+
+void KvTableView::write(int step, float value) {
+  editColumn = step;
+  editValue = std::clamp(value, table->minValue, table->maxValue);
+  table->setValue(step, editValue);
+}
+
+// A fast hand leaves no step out.
+void KvTableView::writeBetween(int fromStep, float fromValue, int toStep, float toValue) {
+  const int count = std::abs(toStep - fromStep);
+  const int direction = toStep > fromStep ? 1 : -1;
+  for (int i = 1; i <= count; ++i) {
+    const float part = static_cast<float>(i) / static_cast<float>(count);
+    write(fromStep + direction * i, fromValue + part * (toValue - fromValue));
+  }
+  if (count == 0) write(toStep, toValue);
+}
+
+MouseResult KvTableView::onMouseDown(CPoint& where, int buttons) {
+  if (!takesMouse(where)) return MouseResult::notHandled;
+  const int step = stepAt(where.x);
+  if (opensPanel(menu, where, buttons)) return MouseResult::done;
+  lastY = where.y;
+  if (has(kOnOff)) {
+    write(step, table->cell(step, 0) != 0.0F ? 0.0F : 1.0F);
+    changed();
+    return MouseResult::done;
+  }
+  showCompanions();
+  pressColumn = step;
+  pressValue = table->cell(step, 0);
+  editColumn = step;
+  editValue = pressValue;
+  if ((buttons & buttons::kAlt) != 0) {
+    stroke = Stroke::offset;
+    dragOffset = 0.0F;
+    scratchTable.resize(static_cast<std::size_t>(table->size()));
+    for (int i = 0; i < table->size(); ++i) {
+      scratchTable[static_cast<std::size_t>(i)] = table->cell(i, 0);
+    }
+  } else if ((buttons & buttons::kShift) != 0) {
+    stroke = Stroke::line;
+  } else if ((buttons & buttons::kControl) != 0) {
+    stroke = Stroke::fine;
+  } else {
+    stroke = Stroke::free;
+    write(step, yToValue(where.y));
+    changed();
+  }
+  return MouseResult::handled;
+}
+
+MouseResult KvTableView::onMouseMoved(CPoint& where, int /*buttons*/) {
+  if (stroke == Stroke::none || table == nullptr || table->size() < 1) {
+    return MouseResult::notHandled;
+  }
+  const int step = stepAt(where.x);
+  const float value = std::clamp(yToValue(where.y), table->minValue, table->maxValue);
+  const int down = where.y - lastY;
+  lastY = where.y;
+  switch (stroke) {
+    case Stroke::offset:
+      dragOffset += static_cast<float>(down) * kSlideStep;
+      slide();
+      break;
+    case Stroke::line: writeBetween(pressColumn, pressValue, step, value); break;
+    case Stroke::fine: {
+      const float moved = static_cast<float>(-down) * kFine / static_cast<float>(bars().height());
+      writeBetween(editColumn, editValue, step, editValue + moved);
+      break;
+    }
+    default: writeBetween(editColumn, editValue, step, value);
+  }
+  changed();
+  return MouseResult::handled;
+}
+
+// Up and down as one; what meets an end comes back with the hand.
+void KvTableView::slide() {
+  const int count = std::min(table->size(), static_cast<std::int32_t>(scratchTable.size()));
+  for (int i = 0; i < count; ++i) {
+    const float value = scratchTable[static_cast<std::size_t>(i)] + dragOffset;
+    table->setValue(i, std::clamp(value, 0.0F, 1.0F));
+  }
+}
+
+MouseResult KvTableView::onMouseUp(CPoint& where, int /*buttons*/) {
+  if (stroke == Stroke::none) return MouseResult::notHandled;
+  stroke = Stroke::none;
+  if (!getViewSize().contains(where)) startExit();
+  setDirty(true);
+  return MouseResult::handled;
+}
+
+bool KvTableView::onWheel(CPoint& where, float distance, int /*buttons*/) {
+  if (!takesMouse(where)) return false;
+  const int step = stepAt(where.x);
+  const float value = table->cell(step, 0);
+  write(step, has(kInteger) ? value - static_cast<float>(static_cast<int>(distance))
+                            : value - distance * kWheelStep);
+  changed();
+  return true;
+}
+
+void KvTableView::idleStep(int /*flag*/) {
+  if (!isShown()) return;
+  companionTick();
+  if (table == nullptr) return;
+  if (has(kLayout) != geometryFlag) {
+    geometryFlag = has(kLayout);
+    setDirty(true);
+  }
+  if (!has(kPlays)) return;
+  const float position = table->lastColumn();
+  if (position == playPosition) return;
+  playPosition = position;
+  changed();
+}
+
+CRect KvTableView::barRect(int step) const {
+  const CRect area = bars();
+  const int steps = table->size();
+  const auto edge = [&](int i) { return area.left + area.width() * i / steps; };
+  const int gap = has(kNoGap) ? 0 : kGap;
+  const float value = std::clamp(table->cell(step, 0), 0.0F, 1.0F);
+  const int height = static_cast<int>(value * static_cast<float>(area.height()) + 0.5F);
+  return {edge(step) + gap / 2, area.bottom - height, edge(step + 1) - gap + gap / 2, area.bottom};
+}
+
+void KvTableView::draw(CDrawContext& context) {
+  if (table == nullptr || table->size() < 1) return;
+  const CRect area = bars();
+  context.setFillColor(backgroundColor);
+  context.drawRect(getViewSize(), DrawStyle::filled);
+  context.setFrameColor(gridColor);
+  const int middle = (area.top + area.bottom) / 2;
+  if (has(kCentreLine)) {
+    context.drawLine({area.left, middle}, {area.right - 1, middle});
+    context.drawLine({area.left, area.bottom - 1}, {area.right - 1, area.bottom - 1});
+  }
+  const int steps = table->size();
+  for (int step = 1; step < steps; ++step) {
+    const int x = area.left + area.width() * step / steps;
+    context.drawLine({x, area.top}, {x, area.bottom - 1});
+  }
+  const int playing = static_cast<int>(playPosition);
+  for (int step = 0; step < steps; ++step) {
+    const CRect bar = barRect(step);
+    context.setFillColor(has(kPlays) && step == playing ? barShade : barColor);
+    context.drawRect(bar, DrawStyle::filled);
+    context.setFillColor(barHighlight);
+    context.drawRect({bar.left, std::max(bar.top - 1, area.top), bar.right, bar.top + 1},
+                     DrawStyle::filled);
+  }
+  if (has(kPlays) && playing >= 0 && playing < steps) {
+    const CRect bar = barRect(playing);
+    context.setFillColor(cursorColor);
+    context.drawRect({bar.left, area.bottom - 3, bar.right, area.bottom}, DrawStyle::filled);
+    std::array<char, 32> label{};
+    (void)std::snprintf(label.data(), label.size(), "%d.%d", table->currentPage() + 1, playing + 1);
+    context.setFont(font, 10);
+    context.setFontColor(barHighlight);
+    context.drawString(label.data(), {area.left + 2, area.top, area.right, area.top + 12}, false,
+                       TextAlign::left);
+  }
+  KvControl::draw(context);
+}
+
+}  // namespace zum

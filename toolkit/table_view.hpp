@@ -1,0 +1,68 @@
+// The step sequencer's pattern as bars that the mouse draws. Each change goes straight into the
+// table and is heard in the next block.
+#pragma once
+
+#include <vector>
+
+#include "state/table_xy.hpp"
+#include "toolkit/base_control.hpp"
+
+namespace zum {
+
+/// [main]
+class KvTableView final : public KvControl {
+ public:
+  using KvControl::KvControl;
+
+  /// The table outlives the view; null for none.
+  void setTable(KvTableXY* stepTable);
+  /// The step under a place, as a fraction from the left edge of the bars.
+  float xToStep(int x) const;
+  /// 0 at the bottom of the bars, 1 at the top.
+  float yToValue(int y) const;
+
+  void draw(CDrawContext& context) override;
+  /// Writes the value under the pointer. With Shift the stroke is a straight line from the step's
+  /// own value; with Control it moves the value a tenth as far; with Alt the whole pattern slides.
+  MouseResult onMouseDown(CPoint& where, int buttons) override;
+  MouseResult onMouseMoved(CPoint& where, int buttons) override;
+  MouseResult onMouseUp(CPoint& where, int buttons) override;
+  bool onWheel(CPoint& where, float distance, int buttons) override;
+  void idleStep(int flag) override;
+  void setPopupPanel(KvViewContainer* panel) override { menu = panel; }
+
+  CColor barColor;
+  CColor barShade;
+  CColor gridColor = kGreyColor;
+  CColor barHighlight;
+  CColor cursorColor = kBlackColor;
+
+ private:
+  ~KvTableView() override = default;
+  enum class Stroke : std::uint8_t { none, free, line, fine, offset };
+
+  bool has(int flagBit) const { return (table->flags >> static_cast<unsigned>(flagBit) & 1U) != 0; }
+  bool takesMouse(CPoint where) const;
+  int stepAt(int x) const;
+  CRect bars() const { return getViewSize().grownBy(-1); }
+  CRect barRect(int step) const;
+  void write(int step, float value);
+  void writeBetween(int fromStep, float fromValue, int toStep, float toValue);
+  void slide();
+  void changed();
+
+  KvTableXY* table = nullptr;
+  std::vector<float> scratchTable;  // all steps as they were when they began to slide
+  int lastY = 0;
+  int editColumn = 0;      // where the last write of the stroke was
+  float editValue = 0.0F;  // and what it wrote
+  int pressColumn = 0;
+  float pressValue = 0.0F;
+  float dragOffset = 0.0F;  // of all steps
+  Stroke stroke = Stroke::none;
+  float playPosition = 0.0F;  // as drawn last
+  bool geometryFlag = false;
+  KvViewContainer* menu = nullptr;
+};
+
+}  // namespace zum

@@ -1,0 +1,104 @@
+#include "toolkit/view/frame.hpp"
+
+#include <cstring>
+
+namespace zum {
+
+CFrame::CFrame(const CRect& rect)
+    : CViewContainer(rect),
+      picture(cairo_image_surface_create(CAIRO_FORMAT_RGB24, rect.width(), rect.height())) {
+  invalidate();
+}
+
+bool CFrame::open(std::uintptr_t parent, const std::string& title, const WindowOpener& opener) {
+  window = opener({parent, getViewSize().width(), getViewSize().height(), title}, *this);
+  return window != nullptr;
+}
+
+void CFrame::idle() {
+  pollWindow();
+  paint();
+}
+
+void CFrame::paint() {
+  gatherDamage(pending);
+  for (const CRect& part : pending.parts()) {
+    CDrawContext context(picture.get(), part);
+    drawRect(context, part);
+    shown.add(part);
+  }
+  pending.clear();
+  if (window && !gone) {
+    for (const CRect& part : shown.parts()) {
+      window->show(picture.get(), part.left, part.top, part.right, part.bottom);
+    }
+  }
+  shown.clear();
+}
+
+std::uint32_t CFrame::pixelAt(CPoint point) const {
+  if (!getViewSize().contains(point)) return 0;
+  cairo_surface_flush(picture.get());
+  const unsigned char* const row =
+      cairo_image_surface_get_data(picture.get()) +
+      std::ptrdiff_t{point.y} * cairo_image_surface_get_stride(picture.get());
+  std::uint32_t pixel = 0;
+  std::memcpy(&pixel, row + std::ptrdiff_t{4} * point.x, sizeof pixel);
+  return pixel & 0xFFFFFFU;
+}
+
+bool CFrame::writePicture(const std::string& path) const {
+  return cairo_surface_write_to_png(picture.get(), path.c_str()) == CAIRO_STATUS_SUCCESS;
+}
+
+// A view that is dragged stays the one under the pointer wherever that goes.
+void CFrame::followPointer(int buttons) {
+  if (captured() != nullptr) return;
+  CView* const under = pointer ? getViewAt(*pointer, buttons) : nullptr;
+  if (under == hovered.get()) return;
+  const Held<CView> left = std::move(hovered);
+  if (under != nullptr) under->remember();
+  hovered = Held<CView>(under);
+  CPoint where = pointer.value_or(CPoint{-1, -1});
+  if (left) left->onMouseExited(where, buttons);
+  if (under != nullptr) under->onMouseEntered(where, buttons);
+}
+
+void CFrame::windowPressed(int x, int y, int buttonWord) {
+  CPoint where{x, y};
+  pointer = where;
+  followPointer(buttonWord);
+  onMouseDown(where, buttonWord);
+}
+
+void CFrame::windowReleased(int x, int y, int buttonWord) {
+  CPoint where{x, y};
+  pointer = where;
+  onMouseUp(where, buttonWord);
+  followPointer(buttonWord);
+}
+
+void CFrame::windowMoved(int x, int y, int buttonWord) {
+  CPoint where{x, y};
+  pointer = where;
+  onMouseMoved(where, buttonWord);
+  followPointer(buttonWord);
+}
+
+void CFrame::windowLeft() {
+  pointer.reset();
+  followPointer(0);
+}
+
+void CFrame::windowScrolled(int x, int y, float distance, int buttonWord) {
+  CPoint where{x, y};
+  pointer = where;
+  followPointer(buttonWord);
+  onWheel(where, distance, buttonWord);
+}
+
+void CFrame::windowExposed(int left, int top, int right, int bottom) {
+  shown.add(CRect{left, top, right, bottom}.meet(getViewSize()));
+}
+
+}  // namespace zum

@@ -1,0 +1,86 @@
+// The root of all views: keeps the picture of the whole window in memory, draws into it what is
+// dirty, and shows those parts. Hands what the user does to its views.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/native_window.hpp"
+#include "toolkit/view/view_container.hpp"
+
+namespace zum {
+
+/// [main]
+class CFrame : public CViewContainer, private WindowEvents {
+ public:
+  using WindowOpener =
+      std::function<std::unique_ptr<NativeWindow>(const WindowRequest&, WindowEvents&)>;
+
+  /// `rect` starts at 0, 0.
+  explicit CFrame(const CRect& rect);
+
+  /// Inside of a host's window, or, for 0, as one of its own. False when the system has none to
+  /// give; the frame then draws for nobody.
+  bool open(std::uintptr_t parent, const std::string& title = {},
+            const WindowOpener& opener = openNativeWindow);
+  /// The user closed it, or it went with its parent.
+  bool isGone() const { return gone; }
+
+  /// Tells the views what the user did, then draws. Called by the host, some thirty times a second.
+  virtual void idle();
+  /// Draws what is dirty, and shows it.
+  void paint();
+  /// To be drawn again.
+  void invalidate() { pending.add(getViewSize()); }
+  void invalidRect(const CRect& rect) { pending.add(rect.meet(getViewSize())); }
+
+  int getCurrentMouseButtons() const { return window ? window->currentButtons() : 0; }
+  /// Nothing while the pointer is elsewhere.
+  std::optional<CPoint> pointerPosition() const { return pointer; }
+  std::uintptr_t nativeHandle() const { return window ? window->handle() : 0; }
+  void setCursor(WindowCursor cursor) {
+    if (window) window->setCursor(cursor);
+  }
+  /// 0xRRGGBB as drawn last.
+  std::uint32_t pixelAt(CPoint point) const;
+  /// As drawn last. False when the file cannot be written.
+  bool writePicture(const std::string& path) const;
+
+ protected:
+  ~CFrame() override = default;
+  /// Tells views that the pointer comes or goes.
+  void followPointer(int buttons);
+  void takeFocus() {
+    if (window && !window->hasFocus()) window->takeFocus();
+  }
+  void pollWindow() {
+    if (window && !gone) window->poll();
+  }
+
+ private:
+  struct Destroy {
+    void operator()(cairo_surface_t* drawn) const { cairo_surface_destroy(drawn); }
+  };
+
+  void windowPressed(int x, int y, int buttonWord) override;
+  void windowReleased(int x, int y, int buttonWord) override;
+  void windowMoved(int x, int y, int buttonWord) override;
+  void windowLeft() override;
+  void windowScrolled(int x, int y, float distance, int buttonWord) override;
+  bool windowKeyPressed(const WindowKey& key) override { return onKeyDown(key); }
+  bool windowKeyReleased(const WindowKey& key) override { return onKeyUp(key); }
+  void windowExposed(int left, int top, int right, int bottom) override;
+  void windowGone() override { gone = true; }
+
+  std::unique_ptr<cairo_surface_t, Destroy> picture;  // of the whole window
+  Damage pending;
+  Damage shown;  // drawn, and to be shown
+  std::optional<CPoint> pointer;
+  Held<CView> hovered;
+  bool gone = false;
+  std::unique_ptr<NativeWindow> window;
+};
+
+}  // namespace zum

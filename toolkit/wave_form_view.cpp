@@ -1,0 +1,53 @@
+#include "toolkit/wave_form_view.hpp"
+
+#include "engine/shared_value.hpp"
+
+namespace zum {
+
+KvWaveFormView::KvWaveFormView(const CRect& rect, CControlListener* controlListener, int controlTag,
+                               KvFrame& owner, const Waves& fiveWaves, const float* styleVariable,
+                               const float* waveVariable)
+    : KvControl(rect, controlListener, controlTag, owner),
+      canvas(rect),
+      waves(fiveWaves),
+      formA(styleVariable),
+      formB(waveVariable) {
+  setMouseEnabled(false);
+}
+
+void KvWaveFormView::draw(CDrawContext& context) {
+  idleStep(0);
+  canvas.picture().blit(context, getViewSize(), {0, 0});
+}
+
+void KvWaveFormView::idleStep(int /*flag*/) {
+  if (!isShown() || frozen) return;
+  const float style = loadShared(*formA);
+  const float wave = loadShared(*formB);
+  if (style == drawnA && wave == drawnB) return;
+  drawnA = style;
+  drawnB = wave;
+  render();
+  setDirty(true);
+}
+
+// A number without a wave leaves the picture as it stands.
+void KvWaveFormView::render() {
+  if (!(drawnB >= 0.0F && drawnB < static_cast<float>(waves.size()))) return;
+  const float* const wave = waves[static_cast<std::size_t>(drawnB)];
+  std::vector<float>& columns = canvas.columns();
+  const float step = static_cast<float>(kPoints) / static_cast<float>(columns.size());
+  for (std::size_t x = 0; x < columns.size(); ++x) {
+    columns[x] = 0.5F + 0.5F * wave[static_cast<std::size_t>(static_cast<float>(x) * step)];
+  }
+  canvas.setBackground(backgroundColor);
+  canvas.render(KvBufferDraw::Style::outline);
+}
+
+void KvWaveFormView::setBounds(int left, int top, int right, int bottom) {
+  KvControl::setBounds(left, top, right, bottom);
+  canvas.setBounds(getViewSize());
+  drawnB = -1.0F;
+}
+
+}  // namespace zum

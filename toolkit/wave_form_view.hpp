@@ -1,0 +1,48 @@
+// The wave that is chosen, as a picture that is drawn when the choice changes.
+#pragma once
+
+#include <array>
+
+#include "toolkit/base_control.hpp"
+#include "toolkit/buffer_draw.hpp"
+
+namespace zum {
+
+/// [main] Presses fall through to what lies below.
+class KvWaveFormView final : public KvControl {
+ public:
+  static constexpr int kPoints = 1024;
+  using Waves = std::array<const float*, 5>;  // of so many points from -1 to 1
+
+  /// The variables choose the wave: the style, at whose changes it is drawn anew, and the number of
+  /// the wave. They and the waves outlive the view.
+  KvWaveFormView(const CRect& rect, CControlListener* controlListener, int controlTag,
+                 KvFrame& owner, const Waves& fiveWaves, const float* styleVariable,
+                 const float* waveVariable);
+
+  void setColors(CColor trace, CColor shade, CColor highlight) {
+    canvas.setColors(trace, shade, highlight);
+  }
+
+  void draw(CDrawContext& context) override;
+  MouseResult onMouseDown(CPoint& /*where*/, int /*buttons*/) override {
+    return MouseResult::notHandled;
+  }
+  void idleStep(int flag) override;
+  void setBounds(int left, int top, int right, int bottom) override;
+
+  bool frozen = false;  // keeps its picture
+
+ private:
+  ~KvWaveFormView() override = default;
+  void render();
+
+  KvBufferDraw canvas;
+  Waves waves;
+  const float* formA;  // style
+  const float* formB;  // wave
+  float drawnA = -1.0F;
+  float drawnB = -1.0F;
+};
+
+}  // namespace zum
