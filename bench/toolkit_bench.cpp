@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "platform/offscreen_window.hpp"
+#include "toolkit/control_frame.hpp"
 #include "toolkit/knob.hpp"
 #include "toolkit/scope_view.hpp"
 
