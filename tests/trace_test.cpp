@@ -78,8 +78,8 @@ class Pattern : public testing::Test {
   static int x(int step) { return 16 + 10 * step; }
   static int y(float value) { return 59 - static_cast<int>(value * 48.0F); }
   std::vector<float> values() const {
-    std::vector<float> list;
-    for (int i = 0; i < table.size(); ++i) list.push_back(table.cell(i, 0));
+    std::vector<float> list(static_cast<std::size_t>(table.size()));
+    for (int i = 0; i < table.size(); ++i) list[static_cast<std::size_t>(i)] = table.cell(i, 0);
     return list;
   }
 

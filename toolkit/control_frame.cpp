@@ -50,7 +50,7 @@ void KvFrame::drawRect(CDrawContext& context, const CRect& area) {
     context.setFillColor(kBlackColor);
     context.drawRect(area, DrawStyle::filled);
   }
-  CView::drawRect(context, area);
+  drawBackground(context, area);
   const auto drawPart = [&](KvControl* view) {
     if (view->isVisible() && view->drawnArea().intersects(area)) view->drawRect(context, area);
   };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cmath>
 
 #include "toolkit/view/draw_context.hpp"
 
@@ -18,7 +19,9 @@ class MenuScroll {
     position = std::min(position, hidden > 0 ? 1.0F : 0.0F);
   }
   bool isNeeded() const { return hidden > 0; }
-  int firstRow() const { return static_cast<int>(position * static_cast<float>(hidden) + 0.5F); }
+  int firstRow() const {
+    return static_cast<int>(std::lround(position * static_cast<float>(hidden)));
+  }
   void moveRows(int rows) {
     if (hidden > 0) moveTo(position + static_cast<float>(rows) / static_cast<float>(hidden));
   }

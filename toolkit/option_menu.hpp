@@ -75,7 +75,7 @@ class KvOptionMenu final : public KvControl, public CControlListener {
   std::string currentText() const;
 
   // Files
-  void setFolder(std::string path, std::string extension);
+  void setFolder(const std::string& path, std::string extension);
   /// Reads the folder anew; null keeps it, another path replaces it.
   void rescan(const char* folder) override;
   /// The path of the selected file. False when the row is none.

@@ -26,7 +26,7 @@ constexpr FixedRow kFixedRows[] = {
 
 }  // namespace
 
-void KvOptionMenu::setFolder(std::string path, std::string extension) {
+void KvOptionMenu::setFolder(const std::string& path, std::string extension) {
   fileExtension = std::move(extension);
   rescan(path.c_str());
 }

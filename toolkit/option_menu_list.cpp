@@ -1,6 +1,7 @@
 // The open list of a menu: where it lies, how it looks, and what the mouse does to it.
 
 #include <algorithm>
+#include <utility>
 
 #include "toolkit/control_frame.hpp"
 #include "toolkit/option_menu.hpp"
@@ -199,13 +200,13 @@ MouseResult KvOptionMenu::onMouseUp(CPoint& where, int /*buttons*/) {
   }
   KvOptionMenu* const menu = top.menuAt(where);
   const int row = menu != nullptr ? menu->rowAt(where) : -1;
+  const bool opening = std::exchange(top.openingClick, false);
   if (row >= 0) {
     menu->hover(row);
     menu->choose(row);
-  } else if (!top.openingClick) {
+  } else if (!opening) {
     top.closePopup();
   }
-  top.openingClick = false;
   return MouseResult::handled;
 }
 

@@ -1,7 +1,6 @@
 #include "toolkit/panel.hpp"
 
 #include <algorithm>
-#include <ranges>
 
 #include "toolkit/control_frame.hpp"
 
@@ -25,10 +24,9 @@ void KvViewContainer::addView(KvControl* fresh, int left, int top) {
 }
 
 KvControl* KvViewContainer::getViewAt(CPoint where, int buttons) const {
-  for (const auto& view : std::views::reverse(views)) {
-    if (view->hitTest(where, buttons)) return view.get();
-  }
-  return nullptr;
+  const auto view = std::find_if(views.rbegin(), views.rend(),
+                                 [&](const auto& child) { return child->hitTest(where, buttons); });
+  return view != views.rend() ? view->get() : nullptr;
 }
 
 void KvViewContainer::drawRect(CDrawContext& context, const CRect& area) {
@@ -113,8 +111,8 @@ bool KvViewContainer::onWheel(CPoint& where, float distance, int buttons) {
 }
 
 bool KvViewContainer::onKeyDown(const WindowKey& key) {
-  return std::ranges::any_of(std::views::reverse(views),
-                             [&key](const auto& view) { return view->onKeyDown(key); });
+  return std::any_of(views.rbegin(), views.rend(),
+                     [&key](const auto& view) { return view->onKeyDown(key); });
 }
 
 void KvViewContainer::popup(PopupMode mode, const CPoint* where, int popupTag) {

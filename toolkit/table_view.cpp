@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 
@@ -183,7 +184,7 @@ CRect KvTableView::barRect(int step) const {
   const auto edge = [&](int i) { return area.left + area.width() * i / steps; };
   const int gap = has(kNoGap) ? 0 : kGap;
   const float value = std::clamp(table->cell(step, 0), 0.0F, 1.0F);
-  const int height = static_cast<int>(value * static_cast<float>(area.height()) + 0.5F);
+  const int height = static_cast<int>(std::lround(value * static_cast<float>(area.height())));
   return {edge(step) + gap / 2, area.bottom - height, edge(step + 1) - gap + gap / 2, area.bottom};
 }
 

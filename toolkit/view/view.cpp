@@ -7,7 +7,7 @@ void CView::draw(CDrawContext& context) {
   setDirty(false);
 }
 
-void CView::drawRect(CDrawContext& context, const CRect& area) {
+void CView::drawBackground(CDrawContext& context, const CRect& area) const {
   const CRect part = area.meet(viewSize);
   if (!background || part.isEmpty()) return;
   const CPoint offset{part.left - viewSize.left, part.top - viewSize.top};

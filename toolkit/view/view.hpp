@@ -50,7 +50,7 @@ class CView : public CBaseObject {
 
   virtual void draw(CDrawContext& context);
   /// The part inside `area`.
-  virtual void drawRect(CDrawContext& context, const CRect& area);
+  virtual void drawRect(CDrawContext& context, const CRect& area) { drawBackground(context, area); }
 
   virtual MouseResult onMouseDown(CPoint& /*where*/, int /*buttons*/) {
     return MouseResult::notHandled;
@@ -74,6 +74,7 @@ class CView : public CBaseObject {
 
  protected:
   ~CView() override = default;
+  void drawBackground(CDrawContext& context, const CRect& area) const;
 
  private:
   CRect viewSize;

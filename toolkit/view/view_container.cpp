@@ -1,7 +1,6 @@
 #include "toolkit/view/view_container.hpp"
 
 #include <algorithm>
-#include <ranges>
 
 namespace zum {
 
@@ -66,20 +65,19 @@ bool CViewContainer::onWheel(CPoint& where, float distance, int buttons) {
 }
 
 bool CViewContainer::onKeyDown(const WindowKey& key) {
-  return std::ranges::any_of(std::views::reverse(views),
-                             [&key](const auto& view) { return view->onKeyDown(key); });
+  return std::any_of(views.rbegin(), views.rend(),
+                     [&key](const auto& view) { return view->onKeyDown(key); });
 }
 
 bool CViewContainer::onKeyUp(const WindowKey& key) {
-  return std::ranges::any_of(std::views::reverse(views),
-                             [&key](const auto& view) { return view->onKeyUp(key); });
+  return std::any_of(views.rbegin(), views.rend(),
+                     [&key](const auto& view) { return view->onKeyUp(key); });
 }
 
 CView* CViewContainer::getViewAt(CPoint where, int buttons) const {
-  for (const Held<CView>& view : std::views::reverse(views)) {
-    if (view->hitTest(where, buttons)) return view.get();
-  }
-  return nullptr;
+  const auto view = std::find_if(views.rbegin(), views.rend(),
+                                 [&](const auto& child) { return child->hitTest(where, buttons); });
+  return view != views.rend() ? view->get() : nullptr;
 }
 
 }  // namespace zum
