@@ -9,6 +9,8 @@
 
 #include "core/create_effect.hpp"
 #include "core/host_text.hpp"
+#include "platform/file_dialogs.hpp"
+#include "platform/message_box.hpp"
 
 namespace zum {
 namespace {
@@ -48,6 +50,11 @@ KvUniClient::KvUniClient(audioMasterCallback host)
   recomputeEngine(false);
   loadDefaults();
   setNumPrograms(kPrograms);
+}
+
+KvUniClient::~KvUniClient() {
+  cancelFileQuestions(this);
+  cancelMessages(this);
 }
 
 void KvUniClient::constructRecords() {

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -67,7 +68,8 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   static constexpr int kIsolateMap = 1;
 
   explicit KvUniClient(audioMasterCallback host);
-  ~KvUniClient() override = default;
+  /// What it asked the user is dropped.
+  ~KvUniClient() override;
 
   // [main] the host's operations
   void suspend() override;
@@ -112,9 +114,11 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   bool writePreset(KvChunk& chunk, int slot);
   /// Takes a state over, in silence. False when it is refused.
   bool loadPreset(const KvChunk& preset, int slot, LoadFlags flags);
-  /// A null path asks the user, a null extension is that of presets. `notify` tells the host.
+  /// A null path asks the user and goes on with the answer, a null extension is that of presets.
+  /// `notify` tells the host, `done` is called when the file is written.
   void loadPresetFile(const char* path, int slot, const char* extension, bool notify);
-  void savePreset(const char* path, int slot, const char* extension, bool notify);
+  void savePreset(const char* path, int slot, const char* extension, bool notify,
+                  const std::function<void()>& done = {});
   /// The neighbours of the current file in its folder, around its ends.
   void nextPreset(int slot) { stepPreset(slot, 1); }
   void previousPreset(int slot) { stepPreset(slot, -1); }
@@ -140,7 +144,7 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   /// What was learned of the parameter, by controllers; pressure keeps it.
   void clearBindings(std::int32_t tag);
   void clearAllBindings();
-  /// A null path asks the user.
+  /// A null path asks the user and goes on with the answer.
   void saveCcMap(const char* path);
   void loadCcMap(const char* path);
 
@@ -222,6 +226,9 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   bool silenceBlocks();
   template <class Edit>
   bool editSteps(const Edit& edit);
+  void askWhereToSave(int slot, const std::string& extension, bool notify,
+                      const std::function<void()>& done);
+  bool writePresetFile(const std::string& file, int slot);
   void stepPreset(int slot, int direction);
   /// Path and folder of a slot after a file, or after where a search finds it.
   void takeOrigin(int slot, const std::string& file);

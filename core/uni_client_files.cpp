@@ -1,6 +1,7 @@
 // Preset files: loading and saving with and without a dialog, the neighbours of the current file,
 // and where a state's file lies.
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -24,9 +25,9 @@ std::string extensionOr(const char* extension) {
 
 void tell(const std::string& text) { showMessage(libraryRecord().product, text.c_str()); }
 
-bool askReplace(const std::string& file) {
+void askReplace(void* owner, const std::string& file, MessageAnswer answer) {
   const std::string text = "The file " + file + " exists.\nDo you want to replace it ?";
-  return askMessage(libraryRecord().product, text.c_str());
+  askMessage(owner, libraryRecord().product, text.c_str(), std::move(answer));
 }
 
 }  // namespace
@@ -40,10 +41,13 @@ std::string KvUniClient::presetRoot() {
 
 void KvUniClient::loadPresetFile(const char* path, int slot, const char* extension, bool notify) {
   if (!isSlot(slot)) return;
-  std::string file = path != nullptr ? path : "";
-  if (path == nullptr && !KvFileChooser(this).chooseLoad(file, extensionOr(extension))) {
-    return;
+  if (path == nullptr) {
+    const auto load = [this, slot, notify](const std::string& chosen) {
+      loadPresetFile(chosen.c_str(), slot, nullptr, notify);
+    };
+    return KvFileChooser(this).chooseLoad(extensionOr(extension), load);
   }
+  const std::string file = path;
   KvChunk preset;
   if (!readChunkFile(file, preset)) return;
   if (!preset.readHeader(false)) return;
@@ -66,30 +70,44 @@ void KvUniClient::loadPresetFile(const char* path, int slot, const char* extensi
   if (notify) updateDisplay();
 }
 
-void KvUniClient::savePreset(const char* path, int slot, const char* extension, bool notify) {
+void KvUniClient::savePreset(const char* path, int slot, const char* extension, bool notify,
+                             const std::function<void()>& done) {
   if (!isSlot(slot)) return;
-  const std::string ending = "." + extensionOr(extension);
-  std::string file = path != nullptr ? path : "";
-  if (path == nullptr) {
-    const std::string folder = readSettingString(kPresetSavePath).value_or("");
-    if (!KvFileChooser(this).chooseSave(file, extensionOr(extension), folder)) return;
-    // The dialog asked about the name as it was typed.
-    if (!file.ends_with(ending) && fileExists(file += ending) && !askReplace(file)) return;
-  }
-  bool saved = false;
-  {
-    const std::lock_guard turn(loadTurn);
-    KvChunk preset;
-    saved =
-        writePreset(preset, slot) &&
-        KvFileio::writeFile(file.c_str(), preset.data(), 4 * std::size_t{preset.dataWords()}) != 0;
-    if (saved) {
-      slots[static_cast<std::size_t>(slot)].name.set(baseName(file));
-      takeOrigin(slot, file);
-    }
-  }
-  if (!saved) return tell("saving preset to " + file + " failed");
+  if (path == nullptr) return askWhereToSave(slot, extensionOr(extension), notify, done);
+  const std::string file = path;
+  if (!writePresetFile(file, slot)) return tell("saving preset to " + file + " failed");
   if (notify) updateDisplay();
+  if (done) done();
+}
+
+// The dialog asked about the name as it was typed; with its ending it may be that of another file.
+void KvUniClient::askWhereToSave(int slot, const std::string& extension, bool notify,
+                                 const std::function<void()>& done) {
+  const auto save = [this, slot, notify, done](const std::string& file) {
+    savePreset(file.c_str(), slot, nullptr, notify, done);
+  };
+  const auto complete = [this, ending = "." + extension, save](const std::string& chosen) {
+    if (chosen.ends_with(ending)) return save(chosen);
+    const std::string file = chosen + ending;
+    if (!fileExists(file)) return save(file);
+    askReplace(this, file, [file, save](bool yes) {
+      if (yes) save(file);
+    });
+  };
+  KvFileChooser(this).chooseSave(extension, readSettingString(kPresetSavePath).value_or(""),
+                                 complete);
+}
+
+bool KvUniClient::writePresetFile(const std::string& file, int slot) {
+  const std::lock_guard turn(loadTurn);
+  KvChunk preset;
+  if (!writePreset(preset, slot) ||
+      KvFileio::writeFile(file.c_str(), preset.data(), 4 * std::size_t{preset.dataWords()}) == 0) {
+    return false;
+  }
+  slots[static_cast<std::size_t>(slot)].name.set(baseName(file));
+  takeOrigin(slot, file);
+  return true;
 }
 
 // The name is set where the state is: it goes with what is heard.

@@ -160,8 +160,11 @@ void KvUniClient::clearAllBindings() {
 // ---- maps as files
 
 void KvUniClient::saveCcMap(const char* path) {
-  const std::string file =
-      path != nullptr ? path : mapChooser(this).save("Save File", kControllerMapPath);
+  if (path == nullptr) {
+    const auto save = [this](const std::string& chosen) { saveCcMap(chosen.c_str()); };
+    return mapChooser(this).save("Save File", kControllerMapPath, save);
+  }
+  const std::string file = path;
   if (file == KvFileChooser::kNothing || file.size() < 2) return;
   bool saved = false;
   {
@@ -174,8 +177,11 @@ void KvUniClient::saveCcMap(const char* path) {
 }
 
 void KvUniClient::loadCcMap(const char* path) {
-  const std::string file =
-      path != nullptr ? path : mapChooser(this).load("Load File", kControllerMapPath);
+  if (path == nullptr) {
+    const auto load = [this](const std::string& chosen) { loadCcMap(chosen.c_str()); };
+    return mapChooser(this).load("Load File", kControllerMapPath, load);
+  }
+  const std::string file = path;
   if (file == KvFileChooser::kNothing) return;
   KvChunk map;
   if (!readChunkFile(file, map) || !map.readHeader()) return;

@@ -283,10 +283,10 @@ bool KvUniClient::accepts(const KvChunk& preset, int slot, bool quiet, PresetNee
 bool KvUniClient::replaceState(const KvChunk& preset, int slot, const PresetNeeds& needs,
                                bool restoreAll, bool quiet, std::string_view title) {
   const bool room = hasRoomFor(needs);
+  MissingFiles missing(this, quiet);
   silenceBlocks();
   const bool taken = room || reserve(needs);
   if (taken) {
-    MissingFiles missing(quiet);
     takePreset(preset, slot, restoreAll, &missing);
     if (!title.empty()) slots[static_cast<std::size_t>(slot)].name.set(title);
     clock.controlCounter = clock.controlFrames;  // the next block starts with a control pass

@@ -1,7 +1,9 @@
-// The dialogs that ask a user for a file or a folder, as the window build supplies them. Without
-// one, everything is answered as cancelled.
+// The dialogs that ask a user for a file or a folder, as the window build supplies them. Nobody
+// waits for a user: the answer comes by a call. Without dialogs everything is answered as
+// cancelled.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -20,6 +22,9 @@ struct FileQuestion {
   void* owner = nullptr;    // the object that asks, so that a window can tell which is in front
 };
 
+/// The chosen path in the internal form, nothing when the user cancelled.
+using FileAnswer = std::function<void(std::optional<std::string>)>;
+
 class FileDialogs {
  public:
   FileDialogs() = default;
@@ -27,14 +32,22 @@ class FileDialogs {
   FileDialogs& operator=(const FileDialogs&) = delete;
   virtual ~FileDialogs() = default;
 
-  // [main] The chosen path in the internal form, nothing when the user cancelled.
-  virtual std::optional<std::string> load(const FileQuestion& question) = 0;
-  virtual std::optional<std::string> save(const FileQuestion& question) = 0;
-  virtual std::optional<std::string> folder(const FileQuestion& question) = 0;
+  // [main] Each question is answered exactly once, on the main thread: at once, or later from a
+  // poll. One dialog at a time: what is asked while one is open is answered as cancelled.
+  virtual void load(const FileQuestion& question, FileAnswer answer) = 0;
+  virtual void save(const FileQuestion& question, FileAnswer answer) = 0;
+  virtual void folder(const FileQuestion& question, FileAnswer answer) = 0;
+  /// [main] The owner goes: its dialog is closed and never answered.
+  virtual void cancel(void* owner) = 0;
 };
 
 /// [main] Of this process; null for none. They stay with their owner.
 void setFileDialogs(FileDialogs* dialogs);
 FileDialogs* fileDialogs();
+
+// [main] The same questions to the dialogs of this process, if there are any.
+using FileOperation = void (FileDialogs::*)(const FileQuestion&, FileAnswer);
+void askForFile(FileOperation operation, const FileQuestion& question, FileAnswer answer);
+void cancelFileQuestions(void* owner);
 
 }  // namespace zum

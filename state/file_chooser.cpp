@@ -1,5 +1,7 @@
 #include "state/file_chooser.hpp"
 
+#include <utility>
+
 #include "state/path_text.hpp"
 #include "state/settings.hpp"
 
@@ -13,68 +15,72 @@ constexpr const char* kPresetFolderTitle = "Choose Preset Directory";
 constexpr const char* kPresetLabel = "Preset file";
 constexpr const char* kSound = "wav";
 
-using Answer = std::optional<std::string>;
-using Dialog = Answer (FileDialogs::*)(const FileQuestion&);
+using Then = KvFileChooser::Then;
 
-Answer ask(Dialog dialog, const FileQuestion& question) {
-  if (fileDialogs() == nullptr) return std::nullopt;
-  Answer chosen = (fileDialogs()->*dialog)(question);
-  if (chosen && (chosen->empty() || chosen->size() >= KvFileChooser::kPathBytes)) return {};
-  return chosen;
+void ask(FileOperation operation, const FileQuestion& question, Then then,
+         std::function<void()> otherwise = {}) {
+  askForFile(operation, question,
+             [then = std::move(then),
+              otherwise = std::move(otherwise)](const std::optional<std::string>& chosen) {
+               if (chosen && !chosen->empty() && chosen->size() < KvFileChooser::kPathBytes) {
+                 then(*chosen);
+               } else if (otherwise) {
+                 otherwise();
+               }
+             });
 }
 
-bool take(const Answer& chosen, std::string& path) {
-  if (chosen) path = *chosen;
-  return chosen.has_value();
-}
-
-std::string askWithSetting(Dialog dialog, FileQuestion question, const char* setting) {
-  question.startFolder = readSettingString(setting).value_or("");
-  const Answer chosen = ask(dialog, question);
-  if (!chosen) return KvFileChooser::kNothing;
-  std::string folder = *chosen;
-  cutToFolder(folder);
-  writeSettingString(setting, folder);
-  return *chosen;
+void askWithSetting(FileOperation operation, FileQuestion question, const std::string& setting,
+                    const Then& then) {
+  question.startFolder = readSettingString(setting.c_str()).value_or("");
+  const auto keepFolder = [setting, then](const std::string& chosen) {
+    std::string folder = chosen;
+    cutToFolder(folder);
+    writeSettingString(setting.c_str(), folder);
+    then(chosen);
+  };
+  ask(operation, question, keepFolder, [then] { then(KvFileChooser::kNothing); });
 }
 
 }  // namespace
 
-bool KvFileChooser::chooseLoad(std::string& path, const std::string& extension) {
+void KvFileChooser::chooseLoad(const std::string& extension, Then then,
+                               std::function<void()> otherwise) {
   FileQuestion question{kLoadTitle, {{kPresetLabel, extension}}, "", owner};
   if (extension == kSound) {
     question.filters = {
         {"Audio IFF file", "aif"}, {"Audio IFF file", "aiff"}, {"Audio file", kSound}};
   }
-  return take(ask(&FileDialogs::load, question), path);
+  ask(&FileDialogs::load, question, std::move(then), std::move(otherwise));
 }
 
-bool KvFileChooser::chooseSave(std::string& path, const std::string& extension,
-                               const std::string& startFolder) {
+void KvFileChooser::chooseSave(const std::string& extension, const std::string& startFolder,
+                               Then then) {
   FileQuestion question{kSaveTitle, {{kPresetLabel, extension}}, startFolder, owner};
   if (extension == kSound) question.filters = {{"Audio file", kSound}, {"Audio IFF file", "aif"}};
-  return take(ask(&FileDialogs::save, question), path);
+  ask(&FileDialogs::save, question, std::move(then));
 }
 
-bool KvFileChooser::chooseFolder(std::string& path, const char* title) {
-  return take(ask(&FileDialogs::folder, {title != nullptr ? title : kFolderTitle, {}, path, owner}),
-              path);
+void KvFileChooser::chooseFolder(const std::string& startPath, const char* title, Then then) {
+  ask(&FileDialogs::folder, {title != nullptr ? title : kFolderTitle, {}, startPath, owner},
+      std::move(then));
 }
 
 void KvFileChooser::addFilter(const std::string& name, const std::string& extension) {
   filters.push_back({name, extension});
 }
 
-std::string KvFileChooser::load(const std::string& title, const char* folderSetting) {
-  return askWithSetting(&FileDialogs::load, {title, filters, "", owner}, folderSetting);
+void KvFileChooser::load(const std::string& title, const char* folderSetting, const Then& then) {
+  askWithSetting(&FileDialogs::load, {title, filters, "", owner}, folderSetting, then);
 }
 
-std::string KvFileChooser::save(const std::string& title, const char* folderSetting) {
-  return askWithSetting(&FileDialogs::save, {title, filters, "", owner}, folderSetting);
+void KvFileChooser::save(const std::string& title, const char* folderSetting, const Then& then) {
+  askWithSetting(&FileDialogs::save, {title, filters, "", owner}, folderSetting, then);
 }
 
-std::string KvFileChooser::folder(const std::string& startPath) {
-  return ask(&FileDialogs::folder, {kPresetFolderTitle, {}, startPath, owner}).value_or(kNothing);
+void KvFileChooser::folder(const std::string& startPath, const Then& then) {
+  ask(&FileDialogs::folder, {kPresetFolderTitle, {}, startPath, owner}, then,
+      [then] { then(kNothing); });
 }
 
 }  // namespace zum

@@ -1,6 +1,7 @@
 // Asks the user for a path. Used by everything that loads or saves without one.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -8,8 +9,12 @@
 
 namespace zum {
 
+/// A temporary: the answer may come long after it went. The owner lives on until then, or cancels
+/// its questions.
 class KvFileChooser {
  public:
+  using Then = std::function<void(const std::string& path)>;
+
   /// Longest path, terminator included; a longer one counts as cancelled.
   static constexpr std::size_t kPathBytes = 256;
   /// What the forms by text answer when nothing was chosen.
@@ -18,19 +23,19 @@ class KvFileChooser {
   /// `ownerObject` is whom the dialog is for.
   explicit KvFileChooser(void* ownerObject) : owner(ownerObject) {}
 
-  // True when a file was chosen; otherwise the path stays as it was. The filters follow the
+  // `then` is called when a path was chosen, `otherwise` when none was. The filters follow the
   // extension.
-  bool chooseLoad(std::string& path, const std::string& extension);
-  bool chooseSave(std::string& path, const std::string& extension, const std::string& startFolder);
+  void chooseLoad(const std::string& extension, Then then, std::function<void()> otherwise = {});
+  void chooseSave(const std::string& extension, const std::string& startFolder, Then then);
   /// A null title is "Select Directory".
-  bool chooseFolder(std::string& path, const char* title);
+  void chooseFolder(const std::string& startPath, const char* title, Then then);
 
-  // By the chooser's own filters. The folder of what was chosen is kept in a setting, and the next
-  // dialog starts there.
+  // By the chooser's own filters; `then` is called in any case. The folder of what was chosen is
+  // kept in a setting, and the next dialog starts there.
   void addFilter(const std::string& name, const std::string& extension);
-  std::string load(const std::string& title, const char* folderSetting);
-  std::string save(const std::string& title, const char* folderSetting);
-  std::string folder(const std::string& startPath);
+  void load(const std::string& title, const char* folderSetting, const Then& then);
+  void save(const std::string& title, const char* folderSetting, const Then& then);
+  void folder(const std::string& startPath, const Then& then);
 
  private:
   void* owner;

@@ -1,6 +1,7 @@
 // The search for files that objects in presets name and do not find. Used by the preset loader.
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "state/chunkable.hpp"
@@ -13,21 +14,23 @@ class KvFileObject : public KvChunkableClass {
   KvFileObject() : KvChunkableClass(kFile) {}
   /// As the chunk named it.
   virtual std::string path() const = 0;
-  /// False when that file does not serve.
+  /// False when that file does not serve. Also called long after the load, while blocks run.
   virtual bool takeFile(const std::string& path) = 0;
 };
 
-/// [main] One load's searches: a folder in which the user found a file serves for the next one.
+/// [main] One load's searches: a folder in which the user found a file serves for the others. The
+/// user is asked about one after the other and answers when this may be gone; the objects live as
+/// long as the owner of the questions, who cancels them.
 class MissingFiles {
  public:
-  explicit MissingFiles(bool asksNobody) : quiet(asksNobody) {}
+  MissingFiles(void* owner, bool asksNobody);
   /// In the factory's samples, where the last one was found, and where the user says. The object
   /// stays without its file when it is nowhere.
   void search(KvFileObject& object);
 
  private:
-  bool quiet;
-  std::string lastFolder;
+  struct Search;
+  std::shared_ptr<Search> shared;  // with the questions
 };
 
 }  // namespace zum

@@ -1,0 +1,433 @@
+// What the system asks a user: the box of messages, file dialogs by a child process, and what
+// presets, maps and missing files make of the answers.
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <optional>
+#include <thread>
+#include <vector>
+
+#include "platform/message_box.hpp"
+#include "platform/zenity_dialogs.hpp"
+#include "state/file_chooser.hpp"
+#include "state/missing_files.hpp"
+#include "support/settings_user.hpp"
+#include "support/test_host.hpp"
+
+namespace zum::test {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using Path = std::optional<std::string>;
+
+/// What standard error gets meanwhile.
+template <class Work>
+std::string toldBy(const Work& work) {
+  testing::internal::CaptureStderr();
+  work();
+  return testing::internal::GetCapturedStderr();
+}
+
+/// As a window polls: "caption: text", and a question mark behind a question.
+std::string shown(std::optional<Message>& message) {
+  message = nextMessage();
+  if (!message) return "";
+  return message->caption + ": " + message->text + (message->answer ? "?" : "");
+}
+
+/// Questions whose answers come into a text, "1" for yes.
+struct Asker {
+  std::string answers;
+  void ask(const char* text) {
+    askMessage(this, "Q", text, [this](bool yes) { answers += yes ? '1' : '0'; });
+  }
+};
+
+TEST(Messages, WithoutAWindowTheyAreTextAndTheLastOneWaits) {
+  Asker asker;
+  EXPECT_EQ(toldBy([&] {
+              showMessage("A", "first");
+              showMessage("A", "last");
+              asker.ask("sure");
+            }),
+            "A: first\nA: last\nQ: sure\n");
+  EXPECT_EQ(asker.answers, "0");
+  attachMessages();
+  std::optional<Message> message;
+  EXPECT_EQ(shown(message), "A: last");
+  messageClosed();
+  EXPECT_EQ(shown(message), "");
+  detachMessages();
+}
+
+TEST(Messages, ASecondBoxIsNeverOpenedWhileOneShows) {
+  Asker asker;
+  std::optional<Message> message;
+  attachMessages();
+  attachMessages();  // two windows: either takes it
+  EXPECT_EQ(toldBy([] { showMessage("A", "seen"); }), "");
+  EXPECT_EQ(toldBy([&] { asker.ask("while one waits"); }), "Q: while one waits\n");
+  EXPECT_EQ(shown(message), "A: seen");
+  EXPECT_EQ(toldBy([] { showMessage("A", "while one shows"); }), "A: while one shows\n");
+  EXPECT_EQ(shown(message), "");
+  EXPECT_EQ(asker.answers, "0");
+  messageClosed();
+
+  // What an asker says to the answer is seen, whichever the window does first.
+  for (const bool closesFirst : {true, false}) {
+    askMessage(&asker, "Q", "sure", [](bool yes) { showMessage("A", yes ? "yes" : "no"); });
+    EXPECT_EQ(shown(message), "Q: sure?");
+    const MessageAnswer answer = message->answer;
+    if (closesFirst) messageClosed();
+    EXPECT_EQ(toldBy([&] { answer(true); }), "");
+    if (!closesFirst) messageClosed();
+    answer(true);  // once
+    EXPECT_EQ(shown(message), "A: yes");
+    messageClosed();
+  }
+  asker.ask("still there");
+  detachMessages();
+  EXPECT_EQ(asker.answers, "0");
+  EXPECT_EQ(toldBy([] { detachMessages(); }), "Q: still there\n");
+  EXPECT_EQ(asker.answers, "00");
+  attachMessages();
+  asker.ask("shown");
+  EXPECT_EQ(shown(message), "Q: shown?");
+  detachMessages();  // with the box open
+  EXPECT_EQ(asker.answers, "000");
+}
+
+TEST(Messages, AnOwnerThatGoesHearsNothing) {
+  Asker asker;
+  Asker other;
+  std::optional<Message> message;
+  attachMessages();
+  asker.ask("waits");
+  cancelMessages(&other);
+  EXPECT_EQ(shown(message), "Q: waits?");
+  cancelMessages(&asker);
+  message->answer(true);
+  other.ask("next");  // the box of the one that went was closed
+  cancelMessages(&other);
+  EXPECT_EQ(shown(message), "");
+  EXPECT_EQ(toldBy([] { detachMessages(); }), "");
+  EXPECT_EQ(asker.answers + other.answers, "");
+}
+
+/// A script in place of the real program.
+class ZenityTest : public SettingsTest {
+ protected:
+  void SetUp() override {
+    SettingsTest::SetUp();
+    oldPath = std::getenv("PATH");
+    setenv("PATH", ((folder / "bin").string() + ":" + oldPath).c_str(), 1);
+    setenv("FOLDER", folder.c_str(), 1);
+  }
+  void TearDown() override {
+    setenv("PATH", oldPath.c_str(), 1);
+    SettingsTest::TearDown();
+  }
+  void putProgram(const std::string& lines) const {
+    const fs::path file = folder / "bin/zenity";
+    putText(file, "#!/bin/sh\nprintf '%s\\n' \"$@\" >$FOLDER/arguments\n" + lines + "\n");
+    fs::permissions(file, fs::perms::owner_all);
+  }
+  void ask(ZenityDialogs& dialogs) {
+    dialogs.load({"", {}, "", this}, [this](Path path) { answers.push_back(std::move(path)); });
+  }
+  /// The longest that one poll took.
+  static Clock::duration settle(ZenityDialogs& dialogs) {
+    Clock::duration longest{};
+    for (int i = 0; dialogs.isOpen() && i < 5000; ++i) {
+      const auto start = Clock::now();
+      dialogs.poll();
+      longest = std::max(longest, Clock::now() - start);
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return longest;
+  }
+  /// The script that wrote its number is gone, and so is its memory in this process.
+  bool isGone() const {
+    return kill(std::stoi(textIn(folder / "number")), 0) != 0 && waitpid(-1, nullptr, WNOHANG) < 0;
+  }
+  void waitForNumber() const {
+    for (int i = 0; i < 5000 && textIn(folder / "number").empty(); ++i) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+  }
+
+  std::vector<Path> answers;
+  std::string oldPath;
+};
+
+TEST_F(ZenityTest, ItsEndAndItsOutputAreTheAnswer) {
+  const struct {
+    const char* lines;
+    Path answer;
+    Path unseen;  // where the host ignores its children, so that no status is left
+  } cases[] = {
+      {"printf '/a b/\\303\\274.kvz\\n'", "\\a b\\\xC3\xBC.kvz", "\\a b\\\xC3\xBC.kvz"},
+      {"printf /a", "\\a", "\\a"},
+      {"sleep 0.3; printf /a; sleep 0.1; echo /b", "\\a\\b", "\\a\\b"},
+      {"sleep 4 & echo /a", "\\a", "\\a"},  // what it started holds the pipe open
+      {"echo /a; exit 1", {}, "\\a"},
+      {"echo /a; kill -9 $$", {}, "\\a"},
+      {"exit 1", {}, {}},
+      {"exit 0", {}, {}},
+      {"echo", {}, {}},
+      {"echo a", {}, {}},
+      {"printf '/a\\\\b'", {}, {}},
+      {"printf '/a\\000b'", {}, {}},
+      {"while :; do echo /aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa; done", {}, {}},
+  };
+  for (const bool ignores : {false, true}) {
+    (void)std::signal(SIGCHLD, ignores ? SIG_IGN : SIG_DFL);
+    for (const auto& c : cases) {
+      SCOPED_TRACE(c.lines);
+      putProgram(c.lines);
+      answers.clear();
+      ZenityDialogs dialogs;
+      ask(dialogs);
+      EXPECT_TRUE(dialogs.isOpen() && answers.empty());
+      EXPECT_LT(settle(dialogs), std::chrono::milliseconds(200));
+      EXPECT_EQ(answers, std::vector<Path>{ignores ? c.unseen : c.answer});
+      EXPECT_LT(waitpid(-1, nullptr, WNOHANG), 0);
+    }
+  }
+  (void)std::signal(SIGCHLD, SIG_DFL);
+}
+
+TEST_F(ZenityTest, AsksByArgumentsOfAnyBytes) {
+  putProgram("exit 1");
+  ZenityDialogs dialogs;
+  const auto asked = [&](FileOperation operation, const FileQuestion& question) {
+    (dialogs.*operation)(question, [](const Path&) {});
+    settle(dialogs);
+    return textIn(folder / "arguments");
+  };
+  EXPECT_EQ(asked(&FileDialogs::load,
+                  {"-t $(exit) `x` \"'\n\xFF", {{"A", "kvz"}, {"B c", "wav"}}, "\\a $b\\", this}),
+            "--file-selection\n--title=-t $(exit) `x` \"'\n\xFF\n--filename=/a $b/\n"
+            "--file-filter=A (*.kvz) | *.kvz\n--file-filter=B c (*.wav) | *.wav\n"
+            "--file-filter=All files | *\n");
+  EXPECT_EQ(asked(&FileDialogs::save, {"t", {{"A", "kvz"}}, "\\a", this}),
+            "--file-selection\n--save\n--confirm-overwrite\n--title=t\n--filename=/a/\n"
+            "--file-filter=A (*.kvz) | *.kvz\n--file-filter=All files | *\n");
+  EXPECT_EQ(asked(&FileDialogs::folder, {"t", {}, "c:\\x", this}),
+            "--file-selection\n--directory\n--title=t\n");
+}
+
+TEST_F(ZenityTest, TheChildGetsNothingThatIsTheHostsAlone) {
+  putProgram(
+      "[ -e /proc/$$/fd/77 ] || [ -n \"$LD_PRELOAD\" ] || [ \"$KEPT\" != yes ] ||\n"
+      "grep -q '^SigIgn:.*[1-9a-f].\\{0,6\\}$' /proc/$$/status || echo /clean");
+  const int file = dup2(STDERR_FILENO, 77);
+  setenv("LD_PRELOAD", "/none.so", 1);
+  setenv("KEPT", "yes", 1);
+  (void)std::signal(SIGPIPE, SIG_IGN);
+  sigset_t term;
+  sigemptyset(&term);
+  sigaddset(&term, SIGTERM);
+  pthread_sigmask(SIG_BLOCK, &term, nullptr);
+  ZenityDialogs dialogs;
+  ask(dialogs);
+  ChildProgram plain;  // a shell sets its mask anew
+  EXPECT_TRUE(plain.start("/bin/grep", {"grep", "^SigBlk", "/proc/self/status"}));
+  unsetenv("LD_PRELOAD");
+  pthread_sigmask(SIG_UNBLOCK, &term, nullptr);
+  (void)std::signal(SIGPIPE, SIG_DFL);
+  settle(dialogs);
+  std::optional<std::string> said;
+  while (plain.isRunning() && !said) said = plain.poll();
+  EXPECT_EQ(said, "SigBlk:\t0000000000000000\n");
+  close(file);
+  EXPECT_EQ(answers, std::vector<Path>{"\\clean"});
+}
+
+TEST_F(ZenityTest, OneDialogAtATimeThatItsOwnerCloses) {
+  for (const char* manners : {"", "trap '' TERM; "}) {
+    SCOPED_TRACE(manners);
+    fs::remove(folder / "number");
+    putProgram(manners + "echo /a; echo $$ >$FOLDER/number; while :; do sleep 0.05; done"s);
+    answers.clear();
+    auto dialogs = std::make_unique<ZenityDialogs>();
+    ask(*dialogs);
+    waitForNumber();
+    ask(*dialogs);
+    EXPECT_EQ(answers, std::vector<Path>{std::nullopt});  // of the second
+    dialogs->cancel(nullptr);
+    dialogs->poll();
+    EXPECT_TRUE(dialogs->isOpen());
+    const auto start = Clock::now();
+    dialogs->cancel(this);
+    EXPECT_LT(Clock::now() - start, std::chrono::milliseconds(500));
+    EXPECT_TRUE(isGone() && !dialogs->isOpen());
+    EXPECT_EQ(answers.size(), 1U);
+
+    fs::remove(folder / "number");
+    ask(*dialogs);
+    waitForNumber();
+    dialogs.reset();
+    EXPECT_TRUE(isGone());
+    EXPECT_EQ(answers, std::vector<Path>(2));
+  }
+}
+
+TEST_F(ZenityTest, IsFoundOnThePathAlone) {
+  setenv("PATH", (":bin:" + (folder / "bin").string()).c_str(), 1);
+  const fs::path before = fs::current_path();
+  fs::current_path(folder);
+  EXPECT_FALSE(ZenityDialogs::isInstalled());
+  putText(folder / "bin/zenity", "");
+  fs::copy_file("/bin/sh", folder / "zenity");  // where the host happens to run
+  EXPECT_FALSE(ZenityDialogs::isInstalled());
+  ZenityDialogs dialogs;
+  ask(dialogs);
+  EXPECT_EQ(answers, std::vector<Path>{std::nullopt});
+  fs::permissions(folder / "bin/zenity", fs::perms::owner_all);
+  EXPECT_TRUE(ZenityDialogs::isInstalled());
+  fs::current_path(before);
+}
+
+/// Dialogs of this process that a test answers, and a window that shows messages.
+class AnswersTest : public SettingsTest, public FileDialogs {
+ protected:
+  void SetUp() override {
+    SettingsTest::SetUp();
+    initSettings(ignoreSwitch);
+    setFileDialogs(this);
+    attachMessages();
+  }
+  void TearDown() override {
+    detachMessages();
+    setFileDialogs(nullptr);
+    SettingsTest::TearDown();
+  }
+  void load(const FileQuestion& question, FileAnswer answer) override {
+    ASSERT_FALSE(pending);
+    asked = question;
+    pending = std::move(answer);
+  }
+  void save(const FileQuestion& question, FileAnswer answer) override {
+    load(question, std::move(answer));
+  }
+  void folder(const FileQuestion& question, FileAnswer answer) override {
+    load(question, std::move(answer));
+  }
+  void cancel(void* owner) override {
+    if (asked.owner == owner) pending = nullptr;
+  }
+  void choose(const Path& path) { std::exchange(pending, nullptr)(path); }
+  /// Answers the box whose text holds this.
+  static void say(const std::string& part, bool yes) {
+    std::optional<Message> message = nextMessage();
+    ASSERT_TRUE(message && message->answer) << part;
+    EXPECT_NE(message->text.find(part), std::string::npos) << message->text;
+    message->answer(yes);
+    messageClosed();
+  }
+  bool isThere(const std::string& name) const { return fs::exists(SettingsTest::folder / name); }
+
+  FileQuestion asked;
+  FileAnswer pending;
+};
+
+TEST_F(AnswersTest, PresetsGoOnWhereTheUserAnswers) {
+  TestHost host;
+  KvUniClient& client = host.client();
+  int saves = 0;
+  const auto save = [&] { client.savePreset(nullptr, 0, nullptr, false, [&] { ++saves; }); };
+  writeSettingString(kPresetSavePath, internal("start"));
+  host.set(3, 0.875F);
+  save();
+  EXPECT_EQ(asked.title + asked.filters[0].extension, "Choose a file to savekvz");
+  EXPECT_EQ(asked.startFolder, internal("start"));
+  choose(std::nullopt);
+  save();
+  choose(std::string(KvFileChooser::kPathBytes, 'x'));
+  EXPECT_EQ(saves, 0);
+  save();
+  choose(internal("new"));
+  EXPECT_TRUE(isThere("new.kvz") && saves == 1);
+  EXPECT_EQ(client.slot().name.get(), "new");
+
+  // The ending makes it the name of a file that is there.
+  putText(SettingsTest::folder / "old.kvz", "old");
+  for (const bool yes : {false, true}) {
+    save();
+    choose(internal("old"));
+    say(internal("old.kvz"), yes);
+    EXPECT_EQ(textIn(SettingsTest::folder / "old.kvz") == "old", !yes);
+  }
+  save();
+  choose(internal("old.kvz"));  // the dialog itself has asked
+  EXPECT_EQ(saves, 3);
+
+  host.set(3, 0.0F);
+  client.loadPresetFile(nullptr, 0, nullptr, false);
+  choose(internal("new.kvz"));
+  EXPECT_EQ(host.get(3), 0.875F);
+
+  client.saveCcMap(nullptr);
+  choose(internal("maps/a.kvm"));  // no such folder: the failure is seen
+  EXPECT_EQ(readSettingString(kControllerMapPath), internal("maps/"));
+  EXPECT_NE(nextMessage().value_or(Message{}).text.find("saving cc map to "), std::string::npos);
+  messageClosed();
+  client.loadCcMap(nullptr);
+  EXPECT_EQ(asked.startFolder, internal("maps/"));
+  choose(std::nullopt);
+  EXPECT_FALSE(nextMessage());
+}
+
+TEST_F(AnswersTest, AnEffectThatGoesTakesItsQuestionsAlong) {
+  auto host = std::make_unique<TestHost>();
+  putText(SettingsTest::folder / "old.kvz", "old");
+  host->client().savePreset(nullptr, 0, nullptr, false);
+  choose(internal("old"));
+  host->client().loadPresetFile(nullptr, 0, nullptr, false);
+  EXPECT_TRUE(pending);
+  host.reset();
+  EXPECT_FALSE(pending);
+  EXPECT_FALSE(nextMessage());
+}
+
+/// An object whose file is not where its chunk says.
+struct LostFile final : KvFileObject {
+  std::int32_t readChunk(KvChunk* /*chunk*/, bool /*discard*/) ZUM_REALTIME override { return 0; }
+  void writeChunk(KvChunk* /*chunk*/) const override {}
+  std::string path() const override { return named; }
+  bool takeFile(const std::string& path) override {
+    taken = path;
+    return true;
+  }
+  std::string named, taken;
+};
+
+TEST_F(AnswersTest, OneFoundFolderServesForTheOtherFiles) {
+  LostFile files[5];
+  const char* const names[] = {"a.wav", "b.wav", "c.wav", "d.wav", "e.wav"};
+  for (int i = 0; i < 5; ++i) files[i].named = "\\lost\\"s + names[i];
+  putText(SettingsTest::folder / "found/c.wav", "");
+  {
+    MissingFiles load(this, false);
+    for (LostFile& file : files) load.search(file);
+  }
+  say("a.wav", false);
+  say("b.wav", true);
+  EXPECT_EQ(asked.filters.size(), 3U);  // of sounds
+  files[3].named = "of another preset";
+  choose(internal("found/b.wav"));
+  say("e.wav", true);
+  choose(std::nullopt);
+  EXPECT_FALSE(nextMessage());
+  const std::string expected[] = {"", internal("found/b.wav"), internal("found/c.wav"), "", ""};
+  for (int i = 0; i < 5; ++i) EXPECT_EQ(files[i].taken, expected[i]) << i;
+  MissingFiles(this, true).search(files[0]);  // in silence
+  EXPECT_FALSE(nextMessage());
+}
+
+}  // namespace
+}  // namespace zum::test
