@@ -6,6 +6,7 @@
 
 #include "platform/offscreen_window.hpp"
 #include "toolkit/editor_base.hpp"
+#include "toolkit/knob.hpp"
 
 namespace zum::test {
 namespace {
@@ -26,7 +27,7 @@ std::string redDot() {
   return file;
 }
 
-class Editor final : public KvEditorBase {
+class Editor final : public KvEditorBase, public CControlListener {
  public:
   Editor(GroupMask& mask, const std::string& file)
       : KvEditorBase({0, 0, 50, 40}, mask, [&file](int id) {
@@ -42,12 +43,24 @@ class Editor final : public KvEditorBase {
                                 return opened;
                               });
   }
+  /// A knob with that picture at 0, 0. The host closes the window at whatever is told.
+  KvKnob* addKnob(int picture) {
+    auto* const knob =
+        new KvKnob({0, 0, 20, 20}, this, 3, *getFrame(), getBitmap(picture), 1, 1, 1.0F);
+    getFrame()->addView(knob);
+    return knob;
+  }
+  void valueChanged(CControl& /*control*/) override {
+    ++told;
+    close();
+  }
   void raiseAbout() override {}
   void openManual() override {}
   bool aboutIsOpen() const override { return false; }
   bool keyPressed(const WindowKey& key) override { return key.virt == keys::kF1 + 1; }
 
   OffscreenWindow* window = nullptr;
+  int told = 0;
 };
 
 TEST(EditorBase, OpensAgainSharesItsPicturesAndLosesNoRequest) {
@@ -85,6 +98,22 @@ TEST(EditorBase, OpensAgainSharesItsPicturesAndLosesNoRequest) {
     two.close();
     EXPECT_EQ(two.getBitmap(1058), nullptr);
   }
+}
+
+TEST(EditorBase, MayBeClosedByTheHostFromInsideOfWhatAControlTells) {
+  GroupMask mask;
+  const std::string dot = redDot();
+  Editor editor(mask, dot);
+  int parent = 0;
+  ASSERT_TRUE(editor.open(&parent));
+  editor.addKnob(1058);
+  editor.window->press(10, 10);
+  editor.window->move(10, 5, buttons::kLeft);
+  editor.window->move(10, 0, buttons::kLeft);
+  editor.idle();
+  EXPECT_FALSE(editor.isOpen());
+  EXPECT_EQ(editor.told, 1);
+  editor.idle();
 }
 
 TEST(EditorBase, HandsKeysThatNobodyWantsToTheHost) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "support/desk.hpp"
+#include "toolkit/panel.hpp"
 #include "toolkit/scope_view.hpp"
 #include "toolkit/table_view.hpp"
 #include "toolkit/wave_form_view.hpp"
@@ -146,6 +147,12 @@ TEST_F(Pattern, ListensToItsTablesFlagsAndShowsThePlayingStep) {
   desk.click(x(3), y(0.75F));
   EXPECT_EQ(values()[3], 0.75F);
   EXPECT_EQ(desk.taken().size(), 1U);
+  auto* const panel = desk.add<KvViewContainer>(CRect{0, 0, 20, 20}, 1);
+  panel->setVisible(false);
+  view->setPopupPanel(panel);
+  desk.click(x(3), 30, buttons::kRight);
+  EXPECT_EQ(std::pair(panel->getTag(), panel->getPopupTag()), std::pair(68, 3));
+  desk.click(200, 150);
   view->setTable(nullptr);
   desk.click(x(3), 30);
   desk.ticks(2);

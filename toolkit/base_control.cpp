@@ -62,6 +62,7 @@ void KvControl::popup(PopupMode /*mode*/, const CPoint* /*where*/, int /*popupTa
   KvControl* const before = ownerFrame.getModalView();
   if (before != nullptr && before != this) popupOwner = before;
   ownerFrame.setModalView(this);
+  ownerFrame.addOnTop(this);
   CRect area = drawnArea();
   if ((flags & kHasShadow) != 0) {
     area.right += shadowSize;
@@ -69,6 +70,13 @@ void KvControl::popup(PopupMode /*mode*/, const CPoint* /*where*/, int /*popupTa
   }
   ownerFrame.invalidRect(area);
   setDirty(true);
+}
+
+void KvControl::closePopup() {
+  if (ownerFrame.getModalView() == this) ownerFrame.setModalView(nullptr);
+  if (popupOwner != nullptr) ownerFrame.setModalView(popupOwner);
+  popupOwner = nullptr;
+  ownerFrame.removeFromTop(this);
 }
 
 void KvControl::idleStep(int /*flag*/) { companionTick(); }
@@ -127,10 +135,10 @@ void KvControl::hideCompanions() {
   companionsOut = false;
 }
 
-bool KvControl::opensPanel(KvViewContainer* panel, CPoint where, int buttons) {
+bool KvControl::opensPanel(KvViewContainer* panel, CPoint where, int buttons, int popupTag) {
   if (panel == nullptr || (buttons & (buttons::kRight | buttons::kCommand)) == 0) return false;
   panel->setTag(getTag());
-  panel->popup(PopupMode::closesOutside, &where, getTag());
+  panel->popup(PopupMode::closesOutside, &where, popupTag);
   return true;
 }
 

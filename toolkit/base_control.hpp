@@ -54,15 +54,15 @@ class KvControl : public CControl {
   // Files that are dragged onto the window.
   virtual bool acceptsDrop(int /*x*/, int /*y*/, int /*count*/, int /*kind*/) { return false; }
   virtual void notifyDropped(int /*count*/) {}
-  /// Becomes the view that takes all input, until closePopup(). At `where`, or, for null, where it
-  /// is. `popupTag` tells it for whom.
+  /// Becomes the view that takes all input and lies on top, until closePopup(). At `where`, or, for
+  /// null, where it is. `popupTag` tells it for whom, or for which part.
   virtual void popup(PopupMode mode, const CPoint* where, int popupTag);
-  virtual void closePopup() {}
+  /// Gives the input back to what had it before.
+  virtual void closePopup();
   virtual const CRect& getViewBounds() const { return getViewSize(); }
   virtual std::string getInfoString() const { return "no info"; }
   virtual bool isContainer() const { return false; }
-  /// Every tick: one look at each bound variable.
-  virtual void idleStep(int flag);
+  void idleStep(int flag) override;
   virtual void setBounds(int left, int top, int right, int bottom);
   virtual void setBoundsAndArea(int left, int top, int right, int bottom);
   /// What a press with the right button opens.
@@ -111,8 +111,12 @@ class KvControl : public CControl {
   void hideCompanions();
   /// After a drag that ended outside.
   void startExit();
-  /// The panel at the pointer if the press asks for it, by the right button or by Command.
-  bool opensPanel(KvViewContainer* panel, CPoint where, int buttons);
+  /// The panel at the pointer if the press asks for it, by the right button or by Command. It gets
+  /// the control's tag, and `popupTag`.
+  bool opensPanel(KvViewContainer* panel, CPoint where, int buttons, int popupTag);
+  bool opensPanel(KvViewContainer* panel, CPoint where, int buttons) {
+    return opensPanel(panel, where, buttons, getTag());
+  }
   /// The value as it stands, to the listener, as one edit.
   void reportEdit();
   void take(float newValue) {

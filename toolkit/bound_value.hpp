@@ -12,7 +12,11 @@ struct BoundValue {
   float min = 0.0F;
 
   explicit operator bool() const { return variable != nullptr; }
-  float raw() const { return loadShared(*variable); }
+  /// What is no number reads as the lower end: it would differ from itself at every tick.
+  float raw() const {
+    const float value = loadShared(*variable);
+    return value == value ? value : min;
+  }
   /// 0 at the lower end, 1 at the upper one; beyond where the variable is.
   float position() const {
     const float range = max - min;

@@ -34,7 +34,8 @@ float KvButton::shownState() const {
 
 // A button that is held shows what the user does.
 void KvButton::refresh() {
-  if (!held) setValue(shownState());
+  drawnState = shownState();
+  if (!held) setValue(drawnState);
 }
 
 void KvButton::draw(CDrawContext& context) {
@@ -148,7 +149,7 @@ void KvButton::onMouseExited(CPoint& where, int buttons) {
 }
 
 void KvButton::idleStep(int /*flag*/) {
-  if (isShown() && !held && shownState() != getValue()) setDirty(true);
+  if (isShown() && shownState() != drawnState) setDirty(true);
   companionTick();
 }
 

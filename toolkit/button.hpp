@@ -69,6 +69,7 @@ class KvButton : public KvControl, public KvOptionMenuExtraCallBack {
   int stateCount = 2;
   BoundValue boundValue;
   std::unique_ptr<KvCondition> condition;
+  float drawnState = 0.0F;  // which may lie outside of the states
   bool pressed = false;
   bool held = false;  // pressed, but perhaps left by the pointer
   bool hovering = false;

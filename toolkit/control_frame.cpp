@@ -12,9 +12,10 @@ Held<KvControl> hold(KvControl* view) {
 
 }  // namespace
 
-void KvFrame::addView(KvControl* fresh) {
-  controls.push_back(fresh);
-  CFrame::addView(fresh);
+bool KvFrame::removeView(CView* view) {
+  std::erase(onTop, view);
+  if (modalView == view) modalView = nullptr;
+  return CFrame::removeView(view);
 }
 
 void KvFrame::addOnTop(KvControl* view) {
@@ -23,25 +24,31 @@ void KvFrame::addOnTop(KvControl* view) {
 
 void KvFrame::removeFromTop(KvControl* view) { std::erase(onTop, view); }
 
-bool KvFrame::isOnTop(const KvControl* view) const { return std::ranges::count(onTop, view) != 0; }
+bool KvFrame::isOnTop(const CView* view) const {
+  return std::find(onTop.begin(), onTop.end(), view) != onTop.end();
+}
 
 void KvFrame::setDirty(bool state) {
   CFrame::setDirty(state);
   if (state) invalidate();
 }
 
-// A host may call again from inside of what a control tells it.
+// A host may call again from inside of what a control tells it, or close the window there.
 void KvFrame::idle() {
   if (ticking) return;
   ticking = true;
   pollWindow();
+  if (!isGone()) tick();
+  ticking = false;
+}
+
+void KvFrame::tick() {
   if (redrawRequested) invalidate();
   redrawRequested = false;
-  for (std::size_t i = 0; i < controls.size(); ++i) controls[i]->idleStep(0);
+  for (std::size_t i = 0; i < children().size() && !isGone(); ++i) children()[i]->idleStep(0);
   followPointer(0);  // what is under it may have come or gone
   paint();
   if (modalView != nullptr && !isChild(modalView)) modalView->idleStep(0);
-  ticking = false;
 }
 
 void KvFrame::drawRect(CDrawContext& context, const CRect& area) {
@@ -51,11 +58,11 @@ void KvFrame::drawRect(CDrawContext& context, const CRect& area) {
     context.drawRect(area, DrawStyle::filled);
   }
   drawBackground(context, area);
-  const auto drawPart = [&](KvControl* view) {
+  const auto drawPart = [&](CView* view) {
     if (view->isVisible() && view->drawnArea().intersects(area)) view->drawRect(context, area);
   };
-  for (KvControl* control : controls) {
-    if (!isOnTop(control)) drawPart(control);
+  for (const Held<CView>& view : children()) {
+    if (!isOnTop(view.get())) drawPart(view.get());
   }
   for (KvControl* view : onTop) drawPart(view);
 }

@@ -30,8 +30,7 @@ class KvFrame final : public CFrame {
   void setDefaultFont(const CFontDesc* font) { defaultFont = font; }
   const CFontDesc* getDefaultFont() const { return defaultFont; }
 
-  /// Takes over the holder that the control was made with.
-  void addView(KvControl* fresh);
+  bool removeView(CView* view) override;
   /// Drawn after all others, the last one on top. The frame need not hold it.
   void addOnTop(KvControl* view);
   void removeFromTop(KvControl* view);
@@ -61,11 +60,11 @@ class KvFrame final : public CFrame {
 
  private:
   ~KvFrame() override = default;
-  bool isOnTop(const KvControl* view) const;
+  void tick();
+  bool isOnTop(const CView* view) const;
 
   CEditorInterface* editor;
   const CFontDesc* defaultFont = nullptr;
-  std::vector<KvControl*> controls;  // the children, as what they are
   std::vector<KvControl*> onTop;
   KvControl* modalView = nullptr;
   Held<KvControl> gesture;  // took a press while it had all input

@@ -16,7 +16,7 @@ bool AEffGUIEditor::getRect(ERect** answer) {
   return true;
 }
 
-// A host may close the editor from inside of what a control tells it: the frame lasts until then.
+// A host may close the editor from inside of what a control tells it: the frame lasts that long.
 void AEffGUIEditor::idle() {
   const Held<KvFrame> shown = frame;
   if (shown) shown->idle();
@@ -29,6 +29,11 @@ bool AEffGUIEditor::openFrame(void* parent, const CFontDesc* font,
   if (frame->open(reinterpret_cast<std::uintptr_t>(parent), {}, opener)) return true;
   frame = {};
   return false;
+}
+
+void AEffGUIEditor::closeFrame() {
+  if (frame) frame->shut();
+  frame = {};
 }
 
 PictureTable& KvEditorBase::pictures() {

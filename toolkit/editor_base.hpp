@@ -24,7 +24,7 @@ class AEffGUIEditor : public EffectEditor, protected CEditorInterface {
  protected:
   /// False when the system has no window to give; then it stays closed.
   bool openFrame(void* parent, const CFontDesc* font, const CFrame::WindowOpener& opener);
-  void closeFrame() { frame = {}; }
+  void closeFrame();
   KvFrame* getFrame() const { return frame.get(); }
 
  private:

@@ -148,10 +148,10 @@ MouseResult KvKnob::onMouseUp(CPoint& where, int /*buttons*/) {
   if (!dragging) return MouseResult::notHandled;
   if (!getMouseableArea().contains(where)) startExit();
   dragging = false;
+  storeFlag(0.0F);
   if (springBack) {
     moveTo(0.5F);
   } else if (pressFlag != nullptr) {
-    storeFlag(0.0F);
     report();
   }
   endEdit();

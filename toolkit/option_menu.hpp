@@ -106,16 +106,19 @@ class KvOptionMenu final : public KvControl, public CControlListener {
 
   CBitmap* closedBitmap = nullptr;  // rows, one below the other, of which it shows the selected
   CBitmap* openBitmap = nullptr;    // the whole list
-  CBitmap* rowBitmap = nullptr;     // rows as they are under the pointer
-  int rowBitmapHeight = 17;         // pixels
-  int itemHeight = 17;              // of a row, pixels
-  int fontSize = 12;                // pixels
   int listOffsetX = 0;              // of the list from the control, pixels
   int listOffsetY = 17;
-  CColor selectedTextColor = kWhiteColor;
-  CColor selectedBackColor = kGreyColor;
-  CColor frameColor = kGreyColor;
-  CColor separatorColor = kGreyColor;  // of headers and of rows that are off
+  /// What sub-menus share with their root, besides the font and its two colours.
+  struct {
+    CBitmap* rowBitmap = nullptr;  // rows as they are under the pointer
+    int rowBitmapHeight = 17;      // pixels
+    int itemHeight = 17;           // of a row, pixels
+    int fontSize = 12;             // pixels
+    CColor selectedTextColor = kWhiteColor;
+    CColor selectedBackColor = kGreyColor;
+    CColor frameColor = kGreyColor;
+    CColor separatorColor = kGreyColor;  // of headers and of rows that are off
+  } look;
   KvOptionMenuExtraCallBack* onSelect = nullptr;
 
  private:

@@ -39,13 +39,13 @@ void KvOptionMenu::layOut(const CPoint* where) {
     height = openBitmap->getHeight();
     scroll.setRows(getNbEntries(), getNbEntries());
   } else {
-    const int most = std::max((room.height() - 2) / itemHeight, 1);
+    const int most = std::max((room.height() - 2) / look.itemHeight, 1);
     const int seen = std::min(getNbEntries(), most);
     scroll.setRows(getNbEntries(), seen);
-    width = textWidth(font, fontSize, entries) + 2 * kTextInset + kMarkWidth +
+    width = textWidth(font, look.fontSize, entries) + 2 * kTextInset + kMarkWidth +
             (scroll.isNeeded() ? MenuScroll::kWidth : 0);
     width = std::min(std::max(width, size.width()), room.width());
-    height = seen * itemHeight + 2;
+    height = seen * look.itemHeight + 2;
   }
   const int left = std::max(std::min(corner.x, room.right - width), 0);
   const int top = std::max(std::min(corner.y, room.bottom - height), 0);
@@ -56,17 +56,17 @@ void KvOptionMenu::layOut(const CPoint* where) {
 }
 
 int KvOptionMenu::rowsInside() const {
-  return std::min(getNbEntries(), std::max(listRect.height() / itemHeight, 0));
+  return std::min(getNbEntries(), std::max(listRect.height() / look.itemHeight, 0));
 }
 
 int KvOptionMenu::firstVisible() const { return scroll.isNeeded() ? scroll.firstRow() : 0; }
 
 CRect KvOptionMenu::rowRect(int row) const {
-  const int inset = (listRect.height() - rowsInside() * itemHeight) / 2;
-  const int top = listRect.top + inset + (row - firstVisible()) * itemHeight;
+  const int inset = (listRect.height() - rowsInside() * look.itemHeight) / 2;
+  const int top = listRect.top + inset + (row - firstVisible()) * look.itemHeight;
   const int side = openBitmap != nullptr ? 0 : 1;
   const int bar = scroll.isNeeded() ? MenuScroll::kWidth : 0;
-  return {listRect.left + side, top, listRect.right - side - bar, top + itemHeight};
+  return {listRect.left + side, top, listRect.right - side - bar, top + look.itemHeight};
 }
 
 int KvOptionMenu::rowAt(CPoint where) const {
@@ -100,7 +100,6 @@ void KvOptionMenu::popup(PopupMode mode, const CPoint* where, int popupTag) {
   selectionMade = false;
   hoveredRow = -1;
   ignoreNextUp = true;
-  getFrame().addOnTop(this);
   KvControl::popup(mode, where, popupTag);
 }
 
@@ -108,11 +107,8 @@ void KvOptionMenu::closePopup() {
   if (!isOpen || closing) return;
   closing = true;
   closeChild();
-  KvFrame& frame = getFrame();
-  frame.invalidRect(drawnArea());
-  if (frame.getModalView() == this) frame.setModalView(popupOwner);
-  popupOwner = nullptr;
-  frame.removeFromTop(this);
+  getFrame().invalidRect(drawnArea());
+  KvControl::closePopup();
   isOpen = ignoreNextUp = openingClick = scroll.dragged = false;
   hoveredRow = -1;
   setDirty(true);
@@ -270,10 +266,10 @@ void KvOptionMenu::drawClosed(CDrawContext& context) const {
   if (size.isEmpty()) return;
   if (closedBitmap != nullptr) {
     const int row = (style & kPictures) != 0 ? std::max(selectedEntry, 0) : 0;
-    closedBitmap->draw(context, size, {0, row * itemHeight});
+    closedBitmap->draw(context, size, {0, row * look.itemHeight});
     if ((style & kPictures) != 0) return;
   }
-  context.setFont(font, fontSize);
+  context.setFont(font, look.fontSize);
   context.setFontColor(textColor);
   context.drawString(currentText(),
                      {size.left + kTextInset, size.top, size.right - kTextInset, size.bottom},
@@ -285,38 +281,38 @@ void KvOptionMenu::drawList(CDrawContext& context) {
     openBitmap->draw(context, listRect, {0, 0});
   } else {
     context.setFillColor(backgroundColor);
-    context.setFrameColor(frameColor);
+    context.setFrameColor(look.frameColor);
     context.drawRect(listRect, DrawStyle::filledAndStroked);
   }
   const int last = std::min(firstVisible() + rowsInside(), getNbEntries());
   for (int row = firstVisible(); row < last; ++row) drawRow(context, row);
-  scroll.draw(context, backgroundColor, selectedBackColor);
+  scroll.draw(context, backgroundColor, look.selectedBackColor);
 }
 
 void KvOptionMenu::drawRow(CDrawContext& context, int row) const {
   const CRect place = rowRect(row);
   const bool lit = row == hoveredRow && !entry(row).isHeader;
   if (openBitmap != nullptr) {
-    if (lit && rowBitmap != nullptr) {
-      rowBitmap->draw(context, place, {0, row * rowBitmapHeight});
+    if (lit && look.rowBitmap != nullptr) {
+      look.rowBitmap->draw(context, place, {0, row * look.rowBitmapHeight});
     } else if (lit) {
-      context.setFrameColor(frameColor);
+      context.setFrameColor(look.frameColor);
       context.drawRect(place, DrawStyle::stroked);
     }
     return;
   }
   const KvOptionMenuEntryInfo& info = entry(row);
   if (lit) {
-    context.setFillColor(selectedBackColor);
+    context.setFillColor(look.selectedBackColor);
     context.drawRect(place, DrawStyle::filled);
   }
   const bool off = info.isHeader || !info.enabled;
-  context.setFont(font, fontSize);
-  context.setFontColor(off ? separatorColor : (lit ? selectedTextColor : textColor));
+  context.setFont(font, look.fontSize);
+  context.setFontColor(off ? look.separatorColor : (lit ? look.selectedTextColor : textColor));
   context.drawString(info.text,
                      {place.left + kTextInset, place.top, place.right - kMarkWidth, place.bottom},
                      false, info.isHeader ? TextAlign::centre : TextAlign::left);
-  const CColor sign = lit ? selectedTextColor : textColor;
+  const CColor sign = lit ? look.selectedTextColor : textColor;
   context.setFrameColor(sign);
   const int middle = (place.top + place.bottom) / 2;
   if (info.marked || (row == selectedEntry && info.isChoice())) {

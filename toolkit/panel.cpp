@@ -124,22 +124,18 @@ void KvViewContainer::popup(PopupMode mode, const CPoint* where, int popupTag) {
     setBounds(left, top, left + size.width(), top + size.height());
   }
   popupMode = mode;
+  openedFor = popupTag;
   setVisible(true);
-  getFrame().addOnTop(this);
   KvControl::popup(mode, where, popupTag);
 }
 
 void KvViewContainer::closePopup() {
   for (const auto& view : views) view->closePopup();
-  KvFrame& frame = getFrame();
-  if (frame.getModalView() == this) frame.setModalView(nullptr);
-  if (popupOwner != nullptr) frame.setModalView(popupOwner);
-  popupOwner = nullptr;
-  frame.setDirty(true);
-  frame.requestRedraw();
+  KvControl::closePopup();
+  getFrame().setDirty(true);
+  getFrame().requestRedraw();
   hoverOver(nullptr, {-1, -1});
   setVisible(false);
-  frame.removeFromTop(this);
   mouseCapture = {};
 }
 

@@ -23,6 +23,8 @@ class KvViewContainer : public KvControl {
   /// The last child at a place.
   KvControl* getViewAt(CPoint where, int buttons) const;
   PopupMode getPopupMode() const { return popupMode; }
+  /// For whom, or for which part of whom, it was opened.
+  int getPopupTag() const { return openedFor; }
 
   void draw(CDrawContext& context) override { drawRect(context, getViewSize()); }
   void drawRect(CDrawContext& context, const CRect& area) override;
@@ -54,6 +56,7 @@ class KvViewContainer : public KvControl {
   Held<KvControl> mouseCapture;  // took the press
   Held<KvControl> lastHover;
   PopupMode popupMode = PopupMode::none;
+  int openedFor = 0;
 };
 
 }  // namespace zum

@@ -80,7 +80,7 @@ void KvTableView::writeBetween(int fromStep, float fromValue, int toStep, float 
 MouseResult KvTableView::onMouseDown(CPoint& where, int buttons) {
   if (!takesMouse(where)) return MouseResult::notHandled;
   const int step = stepAt(where.x);
-  if (opensPanel(menu, where, buttons)) return MouseResult::done;
+  if (opensPanel(menu, where, buttons, step)) return MouseResult::done;
   lastY = where.y;
   if (has(kOnOff)) {
     write(step, table->cell(step, 0) != 0.0F ? 0.0F : 1.0F);

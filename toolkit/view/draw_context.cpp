@@ -9,7 +9,6 @@
 namespace zum {
 namespace {
 
-constexpr const char* kDefaultFace = "Arial";
 constexpr int kDefaultSize = 12;
 
 }  // namespace
@@ -19,7 +18,6 @@ CDrawContext::CDrawContext(cairo_surface_t* surface, const CRect& clip)
   cairo_rectangle(cairo, area.left, area.top, area.width(), area.height());
   cairo_clip(cairo);
   cairo_set_antialias(cairo, CAIRO_ANTIALIAS_NONE);
-  cairo_select_font_face(cairo, kDefaultFace, CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
   cairo_set_font_size(cairo, kDefaultSize);
 }
 
@@ -33,8 +31,7 @@ void CDrawContext::setSource(CColor color) {
 
 void CDrawContext::setFont(const CFontDesc* font, int size) {
   if (font != nullptr) {
-    cairo_select_font_face(cairo, font->getName().c_str(), CAIRO_FONT_SLANT_NORMAL,
-                           CAIRO_FONT_WEIGHT_NORMAL);
+    cairo_set_font_face(cairo, font->getFace());
     if (size <= 0) size = font->getSize();
   }
   if (size > 0) cairo_set_font_size(cairo, size);

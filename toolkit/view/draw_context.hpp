@@ -28,7 +28,8 @@ class CDrawContext {
   void setFillColor(CColor color) { fillColor = color; }
   void setFrameColor(CColor color) { frameColor = color; }
   void setFontColor(CColor color) { fontColor = color; }
-  /// Null keeps the face that there is. `size` in pixels; 0 takes the font's own.
+  /// Null keeps the face that there is, at first the system's plain one. `size` in pixels; 0 takes
+  /// the font's own.
   void setFont(const CFontDesc* font, int size = 0);
 
   /// The frame lies inside of the rectangle.

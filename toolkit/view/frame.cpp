@@ -21,6 +21,7 @@ void CFrame::idle() {
 }
 
 void CFrame::paint() {
+  if (gone) return;
   gatherDamage(pending);
   for (const CRect& part : pending.parts()) {
     CDrawContext context(picture.get(), part);
@@ -28,7 +29,7 @@ void CFrame::paint() {
     shown.add(part);
   }
   pending.clear();
-  if (window && !gone) {
+  if (window) {
     for (const CRect& part : shown.parts()) {
       window->show(picture.get(), part.left, part.top, part.right, part.bottom);
     }
@@ -53,7 +54,7 @@ bool CFrame::writePicture(const std::string& path) const {
 
 // A view that is dragged stays the one under the pointer wherever that goes.
 void CFrame::followPointer(int buttons) {
-  if (captured() != nullptr) return;
+  if (gone || captured() != nullptr) return;
   CView* const under = pointer ? getViewAt(*pointer, buttons) : nullptr;
   if (under == hovered.get()) return;
   const Held<CView> left = std::move(hovered);
@@ -65,6 +66,7 @@ void CFrame::followPointer(int buttons) {
 }
 
 void CFrame::windowPressed(int x, int y, int buttonWord) {
+  if (gone) return;
   CPoint where{x, y};
   pointer = where;
   followPointer(buttonWord);
@@ -72,6 +74,7 @@ void CFrame::windowPressed(int x, int y, int buttonWord) {
 }
 
 void CFrame::windowReleased(int x, int y, int buttonWord) {
+  if (gone) return;
   CPoint where{x, y};
   pointer = where;
   onMouseUp(where, buttonWord);
@@ -79,6 +82,7 @@ void CFrame::windowReleased(int x, int y, int buttonWord) {
 }
 
 void CFrame::windowMoved(int x, int y, int buttonWord) {
+  if (gone) return;
   CPoint where{x, y};
   pointer = where;
   onMouseMoved(where, buttonWord);
@@ -91,6 +95,7 @@ void CFrame::windowLeft() {
 }
 
 void CFrame::windowScrolled(int x, int y, float distance, int buttonWord) {
+  if (gone) return;
   CPoint where{x, y};
   pointer = where;
   followPointer(buttonWord);

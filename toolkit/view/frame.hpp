@@ -25,7 +25,9 @@ class CFrame : public CViewContainer, private WindowEvents {
   /// give; the frame then draws for nobody.
   bool open(std::uintptr_t parent, const std::string& title = {},
             const WindowOpener& opener = openNativeWindow);
-  /// The user closed it, or it went with its parent.
+  /// From now on nothing is told and drawn: what the views show may go before they do.
+  void shut() { gone = true; }
+  /// Shut, closed by the user, or gone with its parent.
   bool isGone() const { return gone; }
 
   /// Tells the views what the user did, then draws. Called by the host, some thirty times a second.
@@ -69,8 +71,8 @@ class CFrame : public CViewContainer, private WindowEvents {
   void windowMoved(int x, int y, int buttonWord) override;
   void windowLeft() override;
   void windowScrolled(int x, int y, float distance, int buttonWord) override;
-  bool windowKeyPressed(const WindowKey& key) override { return onKeyDown(key); }
-  bool windowKeyReleased(const WindowKey& key) override { return onKeyUp(key); }
+  bool windowKeyPressed(const WindowKey& key) override { return !gone && onKeyDown(key); }
+  bool windowKeyReleased(const WindowKey& key) override { return !gone && onKeyUp(key); }
   void windowExposed(int left, int top, int right, int bottom) override;
   void windowGone() override { gone = true; }
 

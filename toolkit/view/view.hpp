@@ -35,6 +35,8 @@ class CView : public CBaseObject {
   virtual bool isDirty() const { return dirty; }
   /// Where it draws, which may be more than its rectangle.
   virtual CRect drawnArea() const { return viewSize; }
+  /// Every tick: one look at each bound variable.
+  virtual void idleStep(int /*flag*/) {}
   /// Adds what is dirty, and calls it clean.
   virtual void gatherDamage(Damage& damage);
   virtual void setVisible(bool state) { visible = state; }

@@ -16,7 +16,7 @@ class CViewContainer : public CView {
   /// Takes over the holder that the view was made with.
   void addView(CView* fresh) { views.emplace_back(fresh); }
   /// The view goes, unless others hold it. False when it is not one of these.
-  bool removeView(CView* view);
+  virtual bool removeView(CView* view);
   bool isChild(const CView* view) const;
   const std::vector<Held<CView>>& children() const { return views; }
 
