@@ -35,7 +35,7 @@ struct Window {
 
 void idleTick(benchmark::State& state) {
   Window window(170);
-  for (auto _ : state) window.frame->idle();
+  for ([[maybe_unused]] auto _ : state) window.frame->idle();
 }
 BENCHMARK(idleTick)->Unit(benchmark::kMicrosecond);
 
@@ -48,7 +48,7 @@ void scopeTick(benchmark::State& state) {
                                       KvBufferDraw::Style::filled);
   scope->setRing(ring.data(), &next, 2048);
   window.frame->addView(scope);
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     next = (next + 17) % 2048;
     window.frame->idle();
   }
@@ -57,7 +57,7 @@ BENCHMARK(scopeTick)->Unit(benchmark::kMicrosecond);
 
 void allControlsTick(benchmark::State& state) {
   Window window(170);
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     window.value = window.value == 0.5F ? 0.25F : 0.5F;
     window.frame->idle();
   }
