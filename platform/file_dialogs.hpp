@@ -39,6 +39,8 @@ class FileDialogs {
   virtual void folder(const FileQuestion& question, FileAnswer answer) = 0;
   /// [main] The owner goes: its dialog is closed and never answered.
   virtual void cancel(void* owner) = 0;
+  /// [main] Every tick of a window that is open: what was closed meanwhile is answered.
+  virtual void poll() {}
 };
 
 /// [main] Of this process; null for none. They stay with their owner.

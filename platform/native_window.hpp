@@ -69,7 +69,9 @@ struct WindowRequest {
   std::uintptr_t parent = 0;  // the host's window, 0 for a window of its own
   int width = 0;
   int height = 0;
-  std::string title = {};  // of a window of its own
+  // Of a window of its own:
+  std::string title = {};
+  std::uintptr_t inFrontOf = 0;  // a dialog of the program whose window this is or lies in
 };
 
 /// [main] Null where there is no display, or no such parent. `events` outlive the window.

@@ -14,6 +14,31 @@ constexpr long kEvents = ExposureMask | StructureNotifyMask | FocusChangeMask | 
                          KeyReleaseMask | ButtonPressMask | ButtonReleaseMask | PointerMotionMask |
                          EnterWindowMask | LeaveWindowMask;
 
+// The window with a frame that `inner` lies in: the manager marks those with its state. 0 without a
+// manager.
+Window managedWindow(Display* display, Window inner) {
+  const Atom state = XInternAtom(display, "WM_STATE", False);
+  for (Window next = inner; next != 0;) {
+    Atom type = 0;
+    int format = 0;
+    unsigned long count = 0;
+    unsigned long left = 0;
+    unsigned char* data = nullptr;
+    XGetWindowProperty(display, next, state, 0, 0, False, AnyPropertyType, &type, &format, &count,
+                       &left, &data);
+    if (data != nullptr) XFree(data);
+    if (type != 0) return next;
+    Window root = 0;
+    Window above = 0;
+    Window* below = nullptr;
+    unsigned belowCount = 0;
+    if (XQueryTree(display, next, &root, &above, &below, &belowCount) == 0) return 0;
+    if (below != nullptr) XFree(below);
+    next = above == root ? 0 : above;
+  }
+  return 0;
+}
+
 Display* connect() {
   static const bool threads = XInitThreads() != 0;  // the host may run several
   return threads ? XOpenDisplay(nullptr) : nullptr;
@@ -40,10 +65,10 @@ X11Window::X11Window(const WindowRequest& request, WindowEvents& told)
   XSetIOErrorExitHandler(
       display, [](Display*, void* mark) { *static_cast<bool*>(mark) = true; }, &lost);
   X11Guard guard(display);
-  if (!create(request) || guard.failed()) window = 0;
+  if (!create(request, guard) || guard.failed()) window = 0;
 }
 
-bool X11Window::create(const WindowRequest& request) {
+bool X11Window::create(const WindowRequest& request, X11Guard& guard) {
   Window above = DefaultRootWindow(display);
   Screen* screen = DefaultScreenOfDisplay(display);
   if (parent != 0) {
@@ -66,6 +91,11 @@ bool X11Window::create(const WindowRequest& request) {
                     static_cast<unsigned>(height), 0, DefaultDepthOfScreen(screen), InputOutput,
                     visual, CWBackPixmap | CWBorderPixel | CWColormap | CWEventMask, &attributes);
   describe(request);
+  if (parent == 0 && request.inFrontOf != 0) {
+    if (guard.failed()) return false;
+    describeDialog(request.inFrontOf);
+    guard.failed();  // that window may be gone: the dialog comes up all the same
+  }
   surface = cairo_xlib_surface_create(display, window, visual, width, height);
   XkbSetDetectableAutoRepeat(display, True, nullptr);  // no releases between the presses
   XMapWindow(display, window);
@@ -97,6 +127,15 @@ void X11Window::describe(const WindowRequest& request) {
   protocols = XInternAtom(display, "WM_PROTOCOLS", False);
   deleteWindow = XInternAtom(display, "WM_DELETE_WINDOW", False);
   XSetWMProtocols(display, window, &deleteWindow, 1);
+}
+
+/// Kept above its program's window, and shown near it.
+void X11Window::describeDialog(Window inFrontOf) {
+  Atom dialog = XInternAtom(display, "_NET_WM_WINDOW_TYPE_DIALOG", False);
+  XChangeProperty(display, window, XInternAtom(display, "_NET_WM_WINDOW_TYPE", False), XA_ATOM, 32,
+                  PropModeReplace, reinterpret_cast<const unsigned char*>(&dialog), 1);
+  const Window owner = managedWindow(display, inFrontOf);
+  if (owner != 0) XSetTransientForHint(display, window, owner);
 }
 
 X11Window::~X11Window() {

@@ -22,7 +22,9 @@ fs::path fromEnvironment(const char* name) {
   return value != nullptr ? absoluteOrNone(value) : fs::path();
 }
 
-fs::path home() {
+}  // namespace
+
+fs::path userHome() {
   if (fs::path path = fromEnvironment("HOME"); !path.empty()) return path;
   std::array<char, 16384> text{};
   passwd record{};
@@ -34,9 +36,11 @@ fs::path home() {
   return absoluteOrNone(record.pw_dir);
 }
 
+namespace {
+
 fs::path userFolder(const char* name, const char* belowHome) {
   if (fs::path path = fromEnvironment(name); !path.empty()) return path;
-  const fs::path base = home();
+  const fs::path base = userHome();
   return base.empty() ? base : base / belowHome;
 }
 

@@ -7,6 +7,8 @@
 
 namespace zum {
 
+/// [any] Empty for a user without a home.
+std::filesystem::path userHome();
 /// [any] The folder of settings; empty for a user without a home.
 std::filesystem::path configHome();
 /// [any] The folder of a user's own data; empty for a user without a home.

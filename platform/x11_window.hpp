@@ -33,8 +33,9 @@ class X11Window final : public NativeWindow {
   void setCursor(WindowCursor cursor) override;
 
  private:
-  bool create(const WindowRequest& request);
+  bool create(const WindowRequest& request, X11Guard& guard);
   void describe(const WindowRequest& request);
+  void describeDialog(Window inFrontOf);
   void closeSurface();
   void giveFocusBack(X11Guard& guard);
 

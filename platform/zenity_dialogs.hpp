@@ -24,8 +24,7 @@ class ZenityDialogs final : public FileDialogs {
   void folder(const FileQuestion& question, FileAnswer answer) override;
   void cancel(void* owner) override;
 
-  /// [main] Answers when the dialog was closed.
-  void poll();
+  void poll() override;
   bool isOpen() const { return static_cast<bool>(pending); }
 
  private:

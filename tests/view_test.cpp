@@ -14,6 +14,7 @@
 #include "toolkit/view/bitmap.hpp"
 #include "toolkit/view/control.hpp"
 #include "toolkit/view/draw_context.hpp"
+#include "toolkit/view/png_file.hpp"
 #include "toolkit/view/utf8_text.hpp"
 
 namespace zum::test {
@@ -108,6 +109,36 @@ TEST(BitmapFile, IsReadFromEitherEndAndRefusedWhenItDoesNotFit) {
     std::memcpy(file.data() + at, &word, 4);
     EXPECT_FALSE(read(file)) << at << ' ' << word;
   }
+}
+
+TEST(PngFile, IsReadWithWhatIsClearOnBlackAndRefusedWhenItIsDamaged) {
+  cairo_surface_t* drawn = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 2, 1);
+  cairo_t* pen = cairo_create(drawn);
+  cairo_set_source_rgba(pen, 1, 0.2, 0, 0.4);
+  cairo_rectangle(pen, 1, 0, 1, 1);
+  cairo_fill(pen);
+  cairo_destroy(pen);
+  std::string good;
+  cairo_surface_write_to_png_stream(
+      drawn,
+      [](void* file, const unsigned char* bytes, unsigned count) {
+        static_cast<std::string*>(file)->append(reinterpret_cast<const char*>(bytes), count);
+        return CAIRO_STATUS_SUCCESS;
+      },
+      &good);
+  cairo_surface_destroy(drawn);
+  const auto readPng = [](const std::string& file) {
+    return readPngFile(std::as_bytes(std::span(file)));
+  };
+  const auto pixels = readPng(good);
+  ASSERT_TRUE(pixels);
+  EXPECT_EQ(pixels->words, (std::vector<std::uint32_t>{0xFF000000, 0xFF661400}));
+  for (std::size_t bytes = 0; bytes + 12 < good.size(); ++bytes) {  // all but the end's mark
+    EXPECT_FALSE(readPng(good.substr(0, bytes))) << bytes;
+  }
+  std::string vast = good;
+  vast[17] = vast[21] = 1;  // 65538 by 65537 pixels
+  EXPECT_FALSE(readPng(vast));
 }
 
 TEST(Bitmap, DrawsPartsWithAndWithoutItsKeyColour) {

@@ -20,8 +20,11 @@ void KvControl::draw(CDrawContext& context) {
   if (labelText == nullptr) return;
   context.setFont(font, kCaptionHeight);
   context.setFontColor(textColor);
-  CRect line = drawnArea();
-  line.bottom = line.top + kCaptionHeight;
+  // A g reaches a little into the control.
+  constexpr int kDescent = 2;
+  CRect line = KvControl::drawnArea();
+  line.bottom = line.top + kCaptionHeight + kDescent;
+  line.top -= kDescent;
   context.drawString(labelText, line, false, TextAlign::centre);
 }
 

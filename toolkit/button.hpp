@@ -57,6 +57,8 @@ class KvButton : public KvControl, public KvOptionMenuExtraCallBack {
 
  protected:
   ~KvButton() override = default;
+  /// Held by the user, who is still on it.
+  bool isPressed() const { return pressed; }
 
  private:
   float shownState() const;

@@ -74,6 +74,7 @@ void KvFrame::gatherDamage(Damage& damage) {
 
 MouseResult KvFrame::onMouseDown(CPoint& where, int buttons) {
   takeFocus();
+  if (isBlocked()) return MouseResult::done;
   if (gesture || captured() != nullptr) return MouseResult::handled;  // one at a time
   if (modalView == nullptr) return CFrame::onMouseDown(where, buttons);
   const Held<KvControl> view = hold(modalView);
@@ -99,11 +100,13 @@ MouseResult KvFrame::onMouseMoved(CPoint& where, int buttons) {
 }
 
 bool KvFrame::onWheel(CPoint& where, float distance, int buttons) {
+  if (isBlocked()) return false;
   if (modalView == nullptr) return CFrame::onWheel(where, distance, buttons);
   return hold(modalView)->onWheel(where, distance, buttons);
 }
 
 bool KvFrame::onKeyDown(const WindowKey& key) {
+  if (isBlocked()) return false;
   const bool used = modalView != nullptr ? hold(modalView)->onKeyDown(key) : CFrame::onKeyDown(key);
   return used || (editor != nullptr && editor->keyPressed(key));
 }

@@ -19,6 +19,8 @@ class CEditorInterface {
   // A key that no control wanted. False when it is of no use either: the host gets it.
   virtual bool keyPressed(const WindowKey& key) = 0;
   virtual bool keyReleased(const WindowKey& key) = 0;
+  /// A box is open that must be answered first: mouse and keys mean nothing meanwhile.
+  virtual bool isBlocked() const { return false; }
 };
 
 /// [main]
@@ -62,6 +64,7 @@ class KvFrame final : public CFrame {
   ~KvFrame() override = default;
   void tick();
   bool isOnTop(const CView* view) const;
+  bool isBlocked() const { return editor != nullptr && editor->isBlocked(); }
 
   CEditorInterface* editor;
   const CFontDesc* defaultFont = nullptr;

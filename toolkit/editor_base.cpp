@@ -45,6 +45,7 @@ bool KvEditorBase::open(void* parent, const CFontDesc* font, const CFrame::Windo
   if (isOpen()) return false;
   if (!openFrame(parent, font, opener)) return false;
   pictures().open(pictureSource);
+  WindowServices::get().attach({getFrame()->nativeHandle(), opener});
   return true;
 }
 
@@ -52,6 +53,7 @@ void KvEditorBase::close() {
   if (!isOpen()) return;
   closeFrame();
   pictures().close();
+  WindowServices::get().detach();
 }
 
 void KvEditorBase::idle() {
@@ -60,6 +62,7 @@ void KvEditorBase::idle() {
   if (updateWanted.exchange(false)) shown->setDirty(true);
   if (redrawWanted.exchange(false)) shown->requestRedraw();
   AEffGUIEditor::idle();
+  WindowServices::get().poll();  // last: an answer may close this window, and its effect
 }
 
 bool KvEditorBase::onKeyDown(VstKeyCode& key) {

@@ -7,6 +7,7 @@
 #include "core/effect_editor.hpp"
 #include "core/group_mask.hpp"
 #include "toolkit/control_frame.hpp"
+#include "toolkit/dialogs/window_services.hpp"
 #include "toolkit/picture_table.hpp"
 
 namespace zum {
@@ -40,7 +41,7 @@ class KvEditorBase : public AEffGUIEditor {
       : AEffGUIEditor(windowRect), groupMask(mask), pictureSource(std::move(source)) {}
   ~KvEditorBase() override { KvEditorBase::close(); }
 
-  /// Loads the pictures and opens an empty frame.
+  /// Loads the pictures and opens an empty frame; from now on dialogs and messages are shown.
   bool open(void* parent) override { return open(parent, nullptr, openNativeWindow); }
   void close() override;
   void idle() override;
@@ -60,6 +61,7 @@ class KvEditorBase : public AEffGUIEditor {
 
  private:
   static PictureTable& pictures();
+  bool isBlocked() const override { return WindowServices::get().isMessageOpen(); }
 
   GroupMask& groupMask;
   PictureTable::Source pictureSource;

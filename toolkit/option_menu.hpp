@@ -86,7 +86,10 @@ class KvOptionMenu final : public KvControl, public CControlListener {
   int fixedRows() const { return fixedCount; }
 
   void draw(CDrawContext& context) override;
-  CRect drawnArea() const override { return isOpen ? getViewSize().join(listRect) : getViewSize(); }
+  CRect drawnArea() const override {
+    const CRect closed = KvControl::drawnArea();
+    return isOpen ? closed.join(listRect) : closed;
+  }
   MouseResult onMouseDown(CPoint& where, int buttons) override;
   MouseResult onMouseUp(CPoint& where, int buttons) override;
   MouseResult onMouseMoved(CPoint& where, int buttons) override;

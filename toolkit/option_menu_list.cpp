@@ -257,8 +257,8 @@ bool KvOptionMenu::onKeyDown(const WindowKey& key) {
 
 void KvOptionMenu::draw(CDrawContext& context) {
   if (parentMenu == nullptr) drawClosed(context);
-  if (isOpen) drawList(context);
   KvControl::draw(context);
+  if (isOpen) drawList(context);  // over everything, the caption too
 }
 
 void KvOptionMenu::drawClosed(CDrawContext& context) const {

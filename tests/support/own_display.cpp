@@ -149,6 +149,30 @@ std::uintptr_t Robot::focus() {
   return holder;
 }
 
+void Robot::giveFocus(std::uintptr_t window) {
+  XSetInputFocus(display, window, RevertToParent, CurrentTime);
+  XSync(display, False);
+}
+
+std::uintptr_t Robot::findWindow(const std::string& title) {
+  Window root = DefaultRootWindow(display);
+  Window parent = 0;
+  Window* windows = nullptr;
+  unsigned count = 0;
+  XQueryTree(display, root, &root, &parent, &windows, &count);
+  std::uintptr_t found = 0;
+  for (unsigned i = 0; i < count; ++i) {
+    char* name = nullptr;
+    XWindowAttributes state{};
+    XGetWindowAttributes(display, windows[i], &state);
+    if (state.map_state != IsViewable || XFetchName(display, windows[i], &name) == 0) continue;
+    if (title == name) found = windows[i];
+    XFree(name);
+  }
+  if (windows != nullptr) XFree(windows);
+  return found;
+}
+
 void Robot::pushButton(unsigned button, bool down) {
   XTestFakeButtonEvent(display, button, down ? True : False, CurrentTime);
   XSync(display, False);

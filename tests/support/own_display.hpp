@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 struct _XDisplay;  // NOLINT(bugprone-reserved-identifier): X's own name of Display
@@ -64,6 +65,10 @@ class Robot {
   std::uint32_t pixel(std::uintptr_t window, int x, int y) { return screenshot(window).at(x, y); }
   /// The window that has it.
   std::uintptr_t focus();
+
+  void giveFocus(std::uintptr_t window);
+  /// A window of the screen that is to be seen, by its title; 0 for none.
+  std::uintptr_t findWindow(const std::string& title);
 
   _XDisplay* connection() { return display; }
   /// Before the server is stopped; a robot can do no more then.

@@ -10,8 +10,10 @@ CFrame::CFrame(const CRect& rect)
   invalidate();
 }
 
-bool CFrame::open(std::uintptr_t parent, const std::string& title, const WindowOpener& opener) {
-  window = opener({parent, getViewSize().width(), getViewSize().height(), title}, *this);
+bool CFrame::open(std::uintptr_t parent, const std::string& title, const WindowOpener& opener,
+                  std::uintptr_t inFrontOf) {
+  const CRect& size = getViewSize();
+  window = opener({parent, size.width(), size.height(), title, inFrontOf}, *this);
   return window != nullptr;
 }
 

@@ -21,10 +21,10 @@ class CFrame : public CViewContainer, private WindowEvents {
   /// `rect` starts at 0, 0.
   explicit CFrame(const CRect& rect);
 
-  /// Inside of a host's window, or, for 0, as one of its own. False when the system has none to
-  /// give; the frame then draws for nobody.
+  /// Inside of a host's window, or, for 0, as one of its own, which may belong to another. False
+  /// when the system has none to give; the frame then draws for nobody.
   bool open(std::uintptr_t parent, const std::string& title = {},
-            const WindowOpener& opener = openNativeWindow);
+            const WindowOpener& opener = openNativeWindow, std::uintptr_t inFrontOf = 0);
   /// From now on nothing is told and drawn: what the views show may go before they do.
   void shut() { gone = true; }
   /// Shut, closed by the user, or gone with its parent.

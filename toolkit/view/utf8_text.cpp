@@ -39,4 +39,23 @@ std::string drawableText(std::string_view text) {
   return drawable;
 }
 
+std::string utf8Character(char32_t code) {
+  const auto byte = [](char32_t bits) { return static_cast<char>(bits); };
+  const auto following = [&](unsigned shift) { return byte(0x80U | (code >> shift & 0x3FU)); };
+  if (code < 0x80) return {byte(code)};
+  if (code < 0x800) return {byte(0xC0U | code >> 6U), following(0)};
+  if (code >= 0xD800 && code < 0xE000) return "?";
+  if (code < 0x10000) return {byte(0xE0U | code >> 12U), following(6), following(0)};
+  if (code > 0x10FFFF) return "?";
+  return {byte(0xF0U | code >> 18U), following(12), following(6), following(0)};
+}
+
+void dropLastCharacter(std::string& text) {
+  while (!text.empty()) {
+    const bool isFirstByte = (byteAt(text, text.size() - 1) & 0xC0U) != 0x80;
+    text.pop_back();
+    if (isFirstByte) break;
+  }
+}
+
 }  // namespace zum

@@ -11,4 +11,8 @@ namespace zum {
 /// and of every control character.
 std::string drawableText(std::string_view text);
 
+/// Its bytes; a question mark for a number that is no character.
+std::string utf8Character(char32_t code);
+void dropLastCharacter(std::string& text);
+
 }  // namespace zum

@@ -1,0 +1,40 @@
+#include "toolkit/dialogs/message_window.hpp"
+
+#include <utility>
+
+#include "toolkit/dialogs/wrapped_text.hpp"
+
+namespace zum {
+namespace {
+
+constexpr int kWidth = 400;      // pixels
+constexpr int kMostLines = 30;   // a text may come from a file
+constexpr int kTextMargin = 18;  // of the text, pixels
+constexpr int kBelow = 54;       // for the buttons, pixels
+
+std::vector<std::string> linesOf(const Message& message) {
+  const Held<CFontDesc> font(new CFontDesc("Arial", 12));
+  auto lines = wrapText(message.text, font.get(), kWidth - 2 * kTextMargin);
+  if (lines.size() > kMostLines) lines.resize(kMostLines);
+  return lines;
+}
+
+int heightOf(const Message& message) {
+  const auto count = static_cast<int>(linesOf(message).size());
+  return kTextMargin + count * WrappedText::kLineHeight + kBelow;
+}
+
+}  // namespace
+
+MessageWindow::MessageWindow(Message shown, const DialogPlace& place)
+    : DialogWindow({kWidth, heightOf(shown)}), message(std::move(shown)) {
+  const CRect all = getFrame().getViewSize();
+  put(new WrappedText({kTextMargin, kTextMargin, all.right - kTextMargin, all.bottom - kBelow},
+                      linesOf(message), getFont()));
+  const bool isQuestion = static_cast<bool>(message.answer);
+  if (isQuestion) addButton("Cancel", kCancelTag, 0);
+  addButton("OK", kOkTag, isQuestion ? 1 : 0);
+  open(place, message.caption);
+}
+
+}  // namespace zum
