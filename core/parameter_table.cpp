@@ -117,7 +117,7 @@ constexpr std::int16_t kAllAmounts[] = {
 };
 
 constexpr ParameterRow kGlobalTable[] = {
-  {163, -1, "MouseArea",     0.0F, Rule::area},
+  {163, -1, "MouseArea",     0.0F, Rule::area,        0, 0,       &C::areaPosition},
   {199, -1, "Button",        0.0F, Rule::resetButton, 0, kRedraw, nullptr, kAllAmounts},
   {203, -1, "select",        0.0F, Rule::button,      0, kRedraw},
   {205, -1, "reset",         0.0F, Rule::button,      0, kRedraw},

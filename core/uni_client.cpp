@@ -34,8 +34,12 @@ void showValue(char* text, float value, const char* label) {
 KvUniClient::KvUniClient(audioMasterCallback host)
     : KvPluginBase(host, kPrograms, kHostParameters),
       clock(bufferRegistry, tempoListeners),
-      mouseArea({&areaValues[0], &areaValues[1], &areaValues[2], &areaValues[3], &areaValues[4],
-                 &areaValues[5]}) {
+      mouseArea([this] {
+        std::array<float*, KvMouseAreaChunk::kCount> words{};
+        std::transform(engine.controls.mouseArea.begin(), engine.controls.mouseArea.end(),
+                       words.begin(), [](float& word) { return &word; });
+        return words;
+      }()) {
   constructRecords();
   readHostNames();
   timeRecord = std::make_unique<VstTimeInfo>();

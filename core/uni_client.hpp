@@ -11,6 +11,7 @@
 #include <mutex>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "core/controller_map.hpp"
@@ -171,9 +172,15 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   const KvSystemInfo& timing() const { return clock; }
   const EngineControls& controls() const { return engine.controls; }
   const Readouts& readouts() const { return readout; }
-  const GroupMask& groups() const { return groupMask; }
+  GroupMask& groups() { return groupMask; }
   const Engine& signal() const { return engine; }
   KvTableXY& steps() { return stepTable; }
+  /// [any] The stored forms of a row's value; of a tag without one, nothing that ever moves.
+  const ControlValue& value(int tag) const ZUM_REALTIME;
+  /// The tag that learns, -1 for none.
+  const std::atomic<std::int32_t>& learning() const { return learnTarget; }
+  /// [main] The tab strip as it is pressed just now: left and right button, x, y, Shift, Control.
+  void setMouseArea(const std::array<float, KvMouseAreaChunk::kCount>& words);
   ControllerMap& controllers() { return controllerMap; }
   const PresetSlot& slot() const { return slots[0]; }
   const NoteState& played() const { return noteState; }
@@ -239,7 +246,10 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   void setBank(std::unique_ptr<KvProgramBank> newBank);
 
   const KvParameter* hostParameter(std::int32_t index) const ZUM_REALTIME;
-  ControlValue& valueOf(int row) ZUM_REALTIME;
+  const ControlValue& valueOf(int row) const ZUM_REALTIME;
+  ControlValue& valueOf(int row) ZUM_REALTIME {
+    return const_cast<ControlValue&>(std::as_const(*this).valueOf(row));
+  }
   /// Derives the forms of a row's value, which stands as it is.
   void applyValue(int row, float value) ZUM_REALTIME;
   /// Derives the forms of the stored value anew.
@@ -310,7 +320,6 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   GroupMask groupMask;
   Engine engine;
   KvTableXY stepTable;
-  std::array<float, KvMouseAreaChunk::kCount> areaValues{};
   KvMouseAreaChunk mouseArea;
   std::unique_ptr<VstTimeInfo> timeRecord;
 };

@@ -63,7 +63,7 @@ void KvUniClient::buildLinks() {
   }
 }
 
-ControlValue& KvUniClient::valueOf(int row) ZUM_REALTIME {
+const ControlValue& KvUniClient::valueOf(int row) const ZUM_REALTIME {
   ControlValue EngineControls::*const member = parameterRows()[static_cast<std::size_t>(row)].value;
   if (member != nullptr) return engine.controls.*member;
   return windowValues[static_cast<std::size_t>(row - kPresetRows)];
@@ -172,6 +172,20 @@ void KvUniClient::pressReset(int row, float position) ZUM_REALTIME {
   storeShared(last, mark);
   for (const std::int16_t tag : parameterRows()[static_cast<std::size_t>(row)].resets) {
     setParameter(tag, mark);
+  }
+}
+
+const ControlValue& KvUniClient::value(int tag) const ZUM_REALTIME {
+  static constexpr ControlValue kNone;
+  const int row = rowOfTag(tag);
+  return row >= 0 && parameterRows()[static_cast<std::size_t>(row)].rule != Rule::table
+             ? valueOf(row)
+             : kNone;
+}
+
+void KvUniClient::setMouseArea(const std::array<float, KvMouseAreaChunk::kCount>& words) {
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    storeShared(engine.controls.mouseArea[i], words[i]);
   }
 }
 

@@ -2,6 +2,7 @@
 // calls on any thread, read in the control pass; every form is one aligned word.
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 namespace zum {
@@ -49,6 +50,11 @@ struct EngineControls {
   ControlValue vowelType;  // 0 to 9
   ControlValue modChoice;  // page of the editor: 0 follower, 1 LFO, 2 sequencer
   ControlValue bypass;
+
+  // The window's tab strip: left and right button, x, y, Shift, Control, as they are just now, and
+  // where it is held.
+  std::array<float, 6> mouseArea{};
+  ControlValue areaPosition;
 };
 
 }  // namespace zum

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "engine/chain.hpp"
+#include "engine/note_table.hpp"
 #include "engine/shared_value.hpp"
 
 namespace zum {
@@ -10,6 +11,17 @@ namespace {
 
 int indexOf(const ControlValue& choice, int last) ZUM_REALTIME {
   return clampIndex(loadShared(choice.integer), last);
+}
+
+/// Notes a sum for the window on its way.
+float noted(float& word, float sum) ZUM_REALTIME {
+  storeShared(word, sum);
+  return sum;
+}
+
+/// Between the entries of the note table, so that it truncates to the one that plays.
+float notePlace(float sum) ZUM_REALTIME {
+  return sum * static_cast<float>(kNoteTable.size() - 1) + 0.5F;
 }
 
 }  // namespace
@@ -61,15 +73,15 @@ void Engine::controlPass(KvSystemInfo& clock, ControlPassOwner& owner) ZUM_REALT
   const ModulationSums sums(c, modulators);
   modulate(sums, clock, owner);
 
-  overdrive.controlPass(sums.drive(), clock.controlStep);
+  overdrive.controlPass(noted(shown.drive, sums.drive()), clock.controlStep);
 
   const bool vowelBank = selection.bank == 1;
-  const bool cutoffMoved =
-      frequency.controlPass(sums.cutoff(), sums.vowelPosition(), vowelBank, clock.ticksPerMs);
+  const bool cutoffMoved = frequency.controlPass(noted(shown.cutoff, sums.cutoff()),
+                                                 noted(shown.vowelPosition, sums.vowelPosition()),
+                                                 vowelBank, clock.ticksPerMs);
   if (cutoffMoved) multiMode.updateFilterColumns(frequency.cutoffHz(), clock);
 
-  lastResonanceSum = sums.resonance();
-  const float feedback = resonance.of(lastResonanceSum);
+  const float feedback = resonance.of(noted(shown.resonance, sums.resonance()));
   if (vowelBank) {
     vowel.controlPass(selection.type, c.formantsA, c.formantsB, frequency.positionRamped(),
                       feedback, clock);
@@ -77,38 +89,50 @@ void Engine::controlPass(KvSystemInfo& clock, ControlPassOwner& owner) ZUM_REALT
     multiMode.controlPass(selection.type, feedback, clock.ticksPerMs);
   }
 
-  const float mixSum = sums.mix();
-  const float page = static_cast<float>(indexOf(c.modChoice, 2)) * 0.33898306F;
+  const float mixSum = noted(shown.mix, sums.mix());
+  const float page = wantedModPage();
   if (page != modPagePosition) {
     modPagePosition = page;
     owner.modPageMoved(page);
   }
-  output.controlPass(mixSum, sums.master(), clock.controlStep);
+  output.controlPass(mixSum, noted(shown.master, sums.master()), clock.controlStep);
   output.enterMeters(lastLimited);
+}
+
+// The place on the tab strip while it is held, otherwise the page that was chosen last.
+float Engine::wantedModPage() const ZUM_REALTIME {
+  if (loadShared(controls.mouseArea[0]) > 0.0F) return loadShared(controls.areaPosition.raw);
+  return static_cast<float>(indexOf(controls.modChoice, 2)) * 0.33898306F;
 }
 
 // Each modulator reads what stands ahead of it in this pass, and of the others the pass before.
 void Engine::modulate(const ModulationSums& sums, const KvSystemInfo& clock,
                       ControlPassOwner& owner) ZUM_REALTIME {
   const EngineControls& c = controls;
-  if (sequencer.controlPass(sums.seqGlide(), sums.seqTempo(),
+  const float seqTempoSum = noted(shown.seqTempo, sums.seqTempo());
+  storeShared(shown.seqNote, notePlace(seqTempoSum));
+  if (sequencer.controlPass(noted(shown.seqGlide, sums.seqGlide()), seqTempoSum,
                             indexOf(c.seqMode, StepSequencer::kModes - 1), clock, owner)) {
     storeShared(modulators.seqOut, sequencer.seqOut());
     refreshSeqProducts(controls, modulators.seqOut);
   }
-  lfo.controlPass({.rateSum = sums.lfoRate(),
-                   .waveSum = sums.lfoWave(),
-                   .sensSum = sums.lfoSens(),
+  const float lfoRateSum = noted(shown.lfoRate, sums.lfoRate());
+  const float lfoWaveSum = noted(shown.lfoWave, sums.lfoWave());
+  storeShared(shown.lfoNote, notePlace(lfoRateSum));
+  storeShared(shown.lfoWaveSlot, Lfo::slotPlace(lfoWaveSum));
+  lfo.controlPass({.rateSum = lfoRateSum,
+                   .waveSum = lfoWaveSum,
+                   .sensSum = noted(shown.lfoSens, sums.lfoSens()),
                    .sync = indexOf(c.lfoStyle, 1) == 1,
                    .trigEnabled = indexOf(c.lfoTrigOnOff, 1) == 1,
                    .startPulse = sequencer.startPulse(),
                    .trigPeak = detectors.trigPeak()},
                   clock);
   modulators.lfoOut = lfo.lfoOut();
-  follower.controlPass({.gainSum = sums.efGain(),
-                        .attackSum = sums.efAttack(),
-                        .releaseSum = sums.efRelease(),
-                        .rangeSum = sums.efRange()},
+  follower.controlPass({.gainSum = noted(shown.efGain, sums.efGain()),
+                        .attackSum = noted(shown.efAttack, sums.efAttack()),
+                        .releaseSum = noted(shown.efRelease, sums.efRelease()),
+                        .rangeSum = noted(shown.efRange, sums.efRange())},
                        clock, detectors);
   modulators.efOut = follower.efOut();
 }

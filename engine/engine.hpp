@@ -7,6 +7,7 @@
 #include "engine/clock.hpp"
 #include "engine/controls.hpp"
 #include "engine/dc_filter.hpp"
+#include "engine/display_values.hpp"
 #include "engine/envelope_follower.hpp"
 #include "engine/filter_frequency.hpp"
 #include "engine/level_detectors.hpp"
@@ -60,7 +61,9 @@ class Engine {
   /// The last control pass's results. [audio] between blocks
   const ModulatorOutputs& modulation() const { return modulators; }
   float cutoffHz() const { return frequency.cutoffHz(); }
-  float resonanceSum() const { return lastResonanceSum; }
+  float resonanceSum() const { return loadShared(shown.resonance); }
+  /// [any]
+  const DisplayValues& display() const { return shown; }
 
  private:
   /// What the frames play, chosen once a chunk and once a control pass.
@@ -74,6 +77,7 @@ class Engine {
 
   Selection select() const ZUM_REALTIME;
   void controlPass(KvSystemInfo& clock, ControlPassOwner& owner) ZUM_REALTIME;
+  float wantedModPage() const ZUM_REALTIME;
   void modulate(const ModulationSums& sums, const KvSystemInfo& clock, ControlPassOwner& owner)
       ZUM_REALTIME;
   /// Plays `chunk` up to its end, or to a control pass that selects anything else. Frames
@@ -105,7 +109,7 @@ class Engine {
   Selection selection;
   Float4 lastLimited{};  // for the meters
   std::size_t ditherPhase = 0;
-  float lastResonanceSum = 0.0F;
+  DisplayValues shown;
   float modPagePosition = 0.0F;  // of the pass before
 };
 

@@ -57,7 +57,8 @@ void EnvelopeFollower::controlPass(const Inputs& in, const KvSystemInfo& clock,
 void EnvelopeFollower::setRange(float rangeSum, LevelDetectors& detectors) ZUM_REALTIME {
   lastRange = rangeSum;
   const float r = rangeSum * rangeSum * rangeSum;
-  storeShared(efHz, r * 0.8999999761581421F * 8000.0F + 44.0F);
+  const float efHz = r * 0.8999999761581421F * 8000.0F + 44.0F;
+  storeShared(shown.bandHz, efHz);
   // Row 3 of the tables alone.
   constexpr RowPosition kRow{3, 0.0F};
   detectors.setFollowerBand(lookupCoefficients(columnOf(efHz, columnScale), kRow),
@@ -69,8 +70,8 @@ void EnvelopeFollower::setRelease(float releaseSum, const KvSystemInfo& clock,
                                   LevelDetectors& detectors) ZUM_REALTIME {
   lastRelease = releaseSum;
   const float length = noteLength(noteIndexOf(1.0F - releaseSum));
-  storeShared(efReleaseBars, length);
   const auto beatFrames = static_cast<float>(clock.samplesPerBeat);
+  storeShared(shown.releaseMs, length * beatFrames / clock.samplesPerMs);
   detectors.setFollowerDecay(1.0F / (length * beatFrames + 9.999999717180685e-10F));
 }
 
@@ -78,13 +79,9 @@ void EnvelopeFollower::setAttack(float attackSum, const KvSystemInfo& clock,
                                  LevelDetectors& detectors) ZUM_REALTIME {
   lastAttack = attackSum;
   const float position = (1.0F - attackSum * attackSum) * 12.0F + 4.0F;
-  storeShared(efAttackMs, interpolated(kAttackMsTable, position));
+  storeShared(shown.attackMs, interpolated(kAttackMsTable, position));
   const float smoothHz = clampTo(interpolated(kSmoothHzTable, position), 0.0F, clock.sampleRate);
   detectors.setSmoothing(tanApprox(smoothHz * 3.141590118408203F / clock.sampleRate));
 }
-
-float EnvelopeFollower::attackMs() const ZUM_REALTIME { return loadShared(efAttackMs); }
-float EnvelopeFollower::bandHz() const ZUM_REALTIME { return loadShared(efHz); }
-float EnvelopeFollower::releaseBars() const ZUM_REALTIME { return loadShared(efReleaseBars); }
 
 }  // namespace zum

@@ -19,6 +19,13 @@ struct FollowerScope {
   void enter(float point) ZUM_REALTIME;
 };
 
+/// The settings in a player's units. [any] one aligned word each
+struct FollowerReadout {
+  float attackMs = 0.0F;
+  float releaseMs = 0.0F;  // from a peak down to 0
+  float bandHz = 0.0F;
+};
+
 class EnvelopeFollower {
  public:
   /// What a control pass is given, each 0 to 1.
@@ -35,9 +42,7 @@ class EnvelopeFollower {
 
   /// 0 to 1.
   float efOut() const ZUM_REALTIME { return out; }
-  float attackMs() const ZUM_REALTIME;     // [any]
-  float bandHz() const ZUM_REALTIME;       // [any]
-  float releaseBars() const ZUM_REALTIME;  // [any]
+  const FollowerReadout& readout() const { return shown; }
   const FollowerScope& scopeRing() const { return scope; }
 
  private:
@@ -53,9 +58,7 @@ class EnvelopeFollower {
   float lastRelease = -1.0F;
   float lastAttack = -1.0F;
 
-  float efAttackMs = 0.0F;
-  float efHz = 0.0F;
-  float efReleaseBars = 0.0F;
+  FollowerReadout shown;
   float out = 0.0F;
   FollowerScope scope;
 };

@@ -21,7 +21,7 @@ void Lfo::recompute(const KvSystemInfo& clock, LevelDetectors& detectors) ZUM_RE
 
 // What has a memory in either style goes on while the other one sounds.
 void Lfo::controlPass(const Inputs& in, const KvSystemInfo& clock) ZUM_REALTIME {
-  const int slot = clampIndex(truncate(in.waveSum * 4.0F + 0.5F + 1.0000000116860974e-07F), random);
+  const int slot = clampIndex(truncate(slotPlace(in.waveSum)), random);
   if (in.trigEnabled && in.sensSum != thresholdSens) {
     thresholdSens = in.sensSum;
     threshold = std::pow(1.0F - in.sensSum, 0.800000011920929F);
@@ -108,6 +108,5 @@ void Lfo::fadeLamp() ZUM_REALTIME {
 }
 
 float Lfo::triggerValue() const ZUM_REALTIME { return loadShared(trigger); }
-float Lfo::lampLevel() const ZUM_REALTIME { return loadShared(lamp); }
 
 }  // namespace zum

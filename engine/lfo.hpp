@@ -28,10 +28,14 @@ class Lfo {
 
   /// 0 to 1.
   float lfoOut() const ZUM_REALTIME { return out; }
+  /// Between the waves, so that it truncates to the one that plays.
+  static float slotPlace(float waveSum) ZUM_REALTIME {
+    return waveSum * 4.0F + 0.5F + 1.0000000116860974e-07F;
+  }
   /// [any] 0 or 1: the level is above the threshold.
   float triggerValue() const ZUM_REALTIME;
   /// [any] Lights up with a trigger and falls in 50 ms.
-  float lampLevel() const ZUM_REALTIME;
+  const float& lampLevel() const ZUM_REALTIME { return lamp; }
 
  private:
   enum Slot { sine, square, third, triangle, random };

@@ -32,7 +32,7 @@ TEST(Follower, AttackIsAOnePoleOfTheTables) {
     FollowerPasses host;
     host.set(kEfAttack, c.attack);
     host.skip(2);
-    EXPECT_NEAR(host.client().signal().followerDisplay().attackMs(), c.shownMs, 0.01);
+    EXPECT_NEAR(host.client().signal().followerDisplay().readout().attackMs, c.shownMs, 0.01);
     const double timeConstant = 48000.0 / 16.0 / (2.0 * 3.14159265 * c.hz);  // passes
     for (int passes = 0; passes < 3.0 * timeConstant; ++passes) {
       const double heard = static_cast<double>(host.pass(0.5F).efOut);
@@ -54,9 +54,9 @@ TEST(Follower, APeakFallsInItsNoteWhateverItsHeight) {
     host.set(kEfRelease, 1.0F - notePosition(c.note));
     host.skip(60, c.peak);
     ASSERT_NEAR(host.efOut(), c.peak, 1e-3F);
-    EXPECT_EQ(host.client().signal().followerDisplay().releaseBars(),
-              static_cast<float>(kBars[c.note]));
     const double length = host.passesOf(kBars[c.note]);
+    EXPECT_NEAR(host.client().signal().followerDisplay().readout().releaseMs, length / 3.0,
+                length * 1e-5);
     const double lag = 48000.0 / 16.0 / (2.0 * 3.14159265 * 256.0);  // of the smoothing
     for (const float part : {0.75F, 0.5F, 0.25F}) {
       FollowerPasses fresh(c.tempo);
@@ -129,7 +129,7 @@ TEST(Follower, TheRangeSelectsAFrequency) {
         host.in.right = host.in.left;
         host.pass();
       }
-      EXPECT_NEAR(host.client().signal().followerDisplay().bandHz(), centre, centre * 1e-5);
+      EXPECT_NEAR(host.client().signal().followerDisplay().readout().bandHz, centre, centre * 1e-5);
       return host.efOut();
     };
     const float inBand = heard(centre);

@@ -100,9 +100,10 @@ struct RoutingPasses : ControlPasses {
     const Engine& engine = client().signal();
     for (int i = 0; i < passes; ++i) {
       const ModulatorOutputs& m = swell();
-      seen.insert(seen.end(), {m.seqOut, m.lfoOut, m.efOut, engine.cutoffHz(),
-                               engine.resonanceSum(), engine.lfoDisplay().triggerValue(),
-                               engine.followerDisplay().attackMs(), out.left[5], out.right[15]});
+      seen.insert(seen.end(),
+                  {m.seqOut, m.lfoOut, m.efOut, engine.cutoffHz(), engine.resonanceSum(),
+                   engine.lfoDisplay().triggerValue(), engine.followerDisplay().readout().attackMs,
+                   out.left[5], out.right[15]});
     }
     return seen;
   }
@@ -179,6 +180,26 @@ TEST(Routing, AmountsInTheMiddleLeaveTheBase) {
   EXPECT_NE(host.efOut(), other.efOut());
 }
 
+TEST(Routing, ThePageFollowsTheTabStripWhileItIsHeld) {
+  ControlPasses host;
+  host.prepare(4, 0.5F, 0.3F, 0.0F);
+  KvUniClient& client = host.client();
+  const auto pageAt = [&](float held, float x) {
+    client.setMouseArea({held, 0.0F, x, 0.0F, 0.0F, 0.0F});
+    client.setParameter(163, x);
+    host.pass(0.0F);
+    return client.value(165).integer;
+  };
+  EXPECT_EQ(pageAt(0.0F, 0.9F), 0);
+  EXPECT_EQ(pageAt(1.0F, 0.9F), 2);
+  EXPECT_EQ(pageAt(1.0F, 0.4F), 1);  // slid along
+  EXPECT_EQ(pageAt(0.0F, 0.4F), 1);  // and stays
+  client.setParameter(165, 1.0F);
+  host.pass(0.0F);
+  EXPECT_EQ(client.value(165).integer, 2);
+  EXPECT_EQ(pageAt(1.0F, 0.0F), 0);
+}
+
 // Targets behind the modulators read all three of this pass.
 TEST(Routing, TargetsReadTheNewestOutputs) {
   ControlPasses host;
@@ -199,7 +220,7 @@ TEST(Routing, TargetsReadTheNewestOutputs) {
     ASSERT_EQ(host.client().signal().resonanceSum(), reso) << i;
     const float range =
         clamped((2.0F * 0.8F - 1.0F) * m.lfoOut + (2.0F * 0.41F - 1.0F) * m.seqOut + 0.0F);
-    ASSERT_NEAR(host.client().signal().followerDisplay().bandHz(),
+    ASSERT_NEAR(host.client().signal().followerDisplay().readout().bandHz,
                 44.0F + 7200.0F * range * range * range, 0.01F)
         << i;
   }
