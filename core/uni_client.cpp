@@ -31,7 +31,7 @@ void showValue(char* text, float value, const char* label) {
 
 }  // namespace
 
-KvUniClient::KvUniClient(audioMasterCallback host)
+KvUniClient::KvUniClient(audioMasterCallback host, EditorFactory makeEditor)
     : KvPluginBase(host, kPrograms, kHostParameters),
       clock(bufferRegistry, tempoListeners),
       mouseArea([this] {
@@ -51,6 +51,7 @@ KvUniClient::KvUniClient(audioMasterCallback host)
   controllerMap.reserve();
   buildLinks();
   readSettings();
+  if (makeEditor != nullptr) setEditor(makeEditor(*this));
   recomputeEngine(false);
   loadDefaults();
   setNumPrograms(kPrograms);
@@ -59,6 +60,9 @@ KvUniClient::KvUniClient(audioMasterCallback host)
 KvUniClient::~KvUniClient() {
   cancelFileQuestions(this);
   cancelMessages(this);
+  // Not with the base: the window shows what goes here.
+  delete getEditor();
+  setEditor(nullptr);
 }
 
 void KvUniClient::constructRecords() {
@@ -203,9 +207,9 @@ bool KvUniClient::aboutIsOpen() const {
   return shown != nullptr && shown->aboutIsOpen();
 }
 
-AEffect* createEffect(audioMasterCallback host) noexcept {
+AEffect* createEffect(audioMasterCallback host, EditorFactory makeEditor) noexcept {
   try {
-    return (new KvUniClient(host))->getAeffect();
+    return (new KvUniClient(host, makeEditor))->getAeffect();
   } catch (const std::exception&) {
     return nullptr;
   }

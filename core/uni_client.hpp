@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "core/controller_map.hpp"
+#include "core/create_effect.hpp"
 #include "core/effect_editor.hpp"
 #include "core/event_inbox.hpp"
 #include "core/event_queue.hpp"
@@ -43,6 +44,7 @@ struct Readouts {
 };
 
 class MissingFiles;
+class SystemRandom;
 
 /// Where the current state of a slot came from. [any]
 struct PresetSlot {
@@ -68,8 +70,8 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   static constexpr int kIgnoreProgramChanges = 0;
   static constexpr int kIsolateMap = 1;
 
-  explicit KvUniClient(audioMasterCallback host);
-  /// What it asked the user is dropped.
+  KvUniClient(audioMasterCallback host, EditorFactory makeEditor);
+  /// What it asked the user is dropped, and its window closed.
   ~KvUniClient() override;
 
   // [main] the host's operations
@@ -129,6 +131,16 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   void revertToStored();
   /// Reads the bank anew from the folder of the settings.
   void scanBank();
+  /// Root of the preset tree with a backslash at its end; empty for none, and for one that would
+  /// lie in whatever folder the host runs in.
+  static std::string presetRoot();
+  /// Asks for another root of the preset tree, and reads the bank from it. `done` follows also
+  /// when none was chosen.
+  void choosePresetRoot(const std::function<void()>& done);
+  /// Back to the presets that came with the content.
+  void resetPresetRoot();
+  /// Every parameter of the host's moves by chance, as far as its range for that goes.
+  void randomise(SystemRandom& random);
   /// Switch 0 ignores program changes, switch 1 isolates the controller map from presets.
   /// `persist` keeps it in the settings.
   void setOption(int index, int value, bool persist);
@@ -168,6 +180,9 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   std::atomic<bool> inProcess{false};
   /// Set by an adaptor that fills `timeRecord` and feeds events itself.
   std::atomic<bool> adaptorTransport{false};
+
+  /// [any] The last block was left as the host gave it.
+  bool isOffline() const { return offline.load(std::memory_order_relaxed); }
 
   const KvSystemInfo& timing() const { return clock; }
   const EngineControls& controls() const { return engine.controls; }
@@ -240,9 +255,7 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   /// Path and folder of a slot after a file, or after where a search finds it.
   void takeOrigin(int slot, const std::string& file);
   void findOrigin(int slot);
-  /// Root of the preset tree with a backslash at its end; empty for none, and for one that would
-  /// lie in whatever folder the host runs in.
-  static std::string presetRoot();
+  void setPresetRoot(std::string root);
   void setBank(std::unique_ptr<KvProgramBank> newBank);
 
   const KvParameter* hostParameter(std::int32_t index) const ZUM_REALTIME;
@@ -309,6 +322,7 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   std::atomic<const KvProgramBank*> bank{nullptr};
 
   // host flags
+  std::atomic<bool> offline{false};
   bool hostIsFxpansion = false;  // stored, nothing reads it
   bool hostIsOwn = false;
   bool hostIsAcid = false;

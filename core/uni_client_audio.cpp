@@ -34,7 +34,9 @@ void KvUniClient::processReplacing(float** inputs, float** outputs, std::int32_t
   }
   // An offline host gets its buffers back untouched, and the byte stays set: loaders then wait
   // their full time and go on.
-  if (getCurrentProcessLevel() == kVstProcessLevelOffline) return;
+  const bool isLeft = getCurrentProcessLevel() == kVstProcessLevelOffline;
+  offline.store(isLeft, std::memory_order_relaxed);
+  if (isLeft) return;
   readTransport();
   takeInbox();
   if (frames > 0 && complete(inputs) && complete(outputs)) {

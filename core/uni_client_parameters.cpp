@@ -7,6 +7,7 @@
 #include "core/group_selector.hpp"
 #include "core/uni_client.hpp"
 #include "engine/shared_value.hpp"
+#include "platform/random_source.hpp"
 
 namespace zum {
 namespace {
@@ -47,6 +48,7 @@ void KvUniClient::buildLinks() {
     KvParameter& record = records[i];
     allRecords.push_back(&record);
     if (row.id >= 0) presetRecords.push_back(&record);
+    record.randomRange = isAmount(row.rule) ? 0.25F : 1.0F;
     if (row.rule != Rule::table) {
       ControlValue& control = valueOf(static_cast<int>(i));
       control.raw = row.initial;
@@ -196,6 +198,17 @@ float KvUniClient::getParameter(std::int32_t index) ZUM_REALTIME {
 
 void KvUniClient::setParameterAutomated(std::int32_t index, float value) {
   if (index >= 0 && index < kHostParameters) KvPluginBase::setParameterAutomated(index, value);
+}
+
+void KvUniClient::randomise(SystemRandom& random) {
+  for (const KvParameter* record : hostTable) {
+    if (record == nullptr) continue;
+    const float chance = static_cast<float>(random.next()) * 3.051851e-5F * 2.0F - 1.0F;
+    const float moved = loadShared(*record->value) + chance * record->randomRange;
+    beginEdit(record->tag);
+    setParameterAutomated(record->tag, clampUnit(moved));
+    endEdit(record->tag);
+  }
 }
 
 void KvUniClient::requestFullRedraw() ZUM_REALTIME {

@@ -11,6 +11,8 @@
 #include "core/uni_client.hpp"
 #include "platform/files.hpp"
 #include "platform/random_source.hpp"
+#include "state/file_chooser.hpp"
+#include "state/path_text.hpp"
 #include "state/settings.hpp"
 
 namespace zum {
@@ -47,6 +49,30 @@ void KvUniClient::scanBank() {
     return;  // the bank that there is stays
   }
   setBank(std::move(scanned));
+}
+
+// The bank is read anew in any case: presets may have come or gone.
+void KvUniClient::choosePresetRoot(const std::function<void()>& done) {
+  KvFileChooser(this).folder(presetRoot(), [this, done](const std::string& chosen) {
+    if (chosen == KvFileChooser::kNothing) {
+      scanBank();
+    } else {
+      setPresetRoot(chosen);
+    }
+    done();
+  });
+}
+
+void KvUniClient::resetPresetRoot() {
+  const std::string content = readSettingString(kContentPath).value_or("");
+  if (!content.empty()) setPresetRoot(content + kContentTypes[0].name);
+}
+
+void KvUniClient::setPresetRoot(std::string root) {
+  ensureTrailingBackslash(root);
+  writeSettingString(kPresetPath, root);
+  storeShared(curFolder, 0);
+  scanBank();
 }
 
 void KvUniClient::setBank(std::unique_ptr<KvProgramBank> newBank) {

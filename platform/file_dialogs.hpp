@@ -19,7 +19,7 @@ struct FileQuestion {
   std::string title;
   std::vector<FileFilter> filters;
   std::string startFolder;  // internal form; empty for wherever the user was last
-  void* owner = nullptr;    // the object that asks, so that a window can tell which is in front
+  void* owner = nullptr;    // the object that asks, and may cancel
 };
 
 /// The chosen path in the internal form, nothing when the user cancelled.

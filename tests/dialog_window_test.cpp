@@ -157,7 +157,7 @@ class FileWindowTest : public testing::Test {
   }
 
   Screen screen;
-  OwnFileDialogs dialogs{{0, screen.opener()}};
+  OwnFileDialogs dialogs{[this] { return DialogPlace{0, screen.opener()}; }};
   fs::path folder;
   FileQuestion question;
   std::vector<std::string> answers;

@@ -80,6 +80,7 @@ void KvControl::closePopup() {
   if (popupOwner != nullptr) ownerFrame.setModalView(popupOwner);
   popupOwner = nullptr;
   ownerFrame.removeFromTop(this);
+  if (companionsOut) hideCompanions();
 }
 
 void KvControl::idleStep(int /*flag*/) { companionTick(); }

@@ -57,7 +57,7 @@ class KvControl : public CControl {
   /// Becomes the view that takes all input and lies on top, until closePopup(). At `where`, or, for
   /// null, where it is. `popupTag` tells it for whom, or for which part.
   virtual void popup(PopupMode mode, const CPoint* where, int popupTag);
-  /// Gives the input back to what had it before.
+  /// Gives the input back to what had it before. Children of a panel hear that it closes.
   virtual void closePopup();
   virtual const CRect& getViewBounds() const { return getViewSize(); }
   virtual std::string getInfoString() const { return "no info"; }

@@ -54,13 +54,14 @@ void KvBufferDraw::render(Style style) {
   for (std::size_t x = 0; x < values.size(); ++x) {
     const int y = heightOf(x);
     for (int below = y + 1; style == Style::filled && below < height; ++below) put(x, below, 0);
-    put(x, y, kHalf - 1);
+    put(x, y, style == Style::filled ? kHalf - 1 : 0);  // a line alone needs the brighter one
     const auto soften = [&](std::size_t neighbour, std::size_t half) {
       const int distance = y - heightOf(neighbour);
       for (int k = 1; k < distance; ++k) {
         const int left = distance - k;
         put(x, y - k,
-            half + kHalf * static_cast<std::size_t>(left) / static_cast<std::size_t>(distance + 1));
+            half + (kHalf - 1) * static_cast<std::size_t>(left) /
+                       static_cast<std::size_t>(distance + 1));
       }
     };
     if (x + 1 < values.size()) soften(x + 1, 0);
@@ -81,7 +82,7 @@ void KvBufferDrawAuto::fetch() {
   float position = static_cast<float>(loadShared(*next)) + step;
   if (position >= length) position -= length;
   const int grid = static_cast<int>(step);  // the samples that are read stay the same ones
-  if (grid > 1) {
+  if (grid > 0) {
     const int whole = static_cast<int>(position);
     position = static_cast<float>(whole - whole % grid);
   }

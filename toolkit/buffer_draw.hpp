@@ -1,5 +1,5 @@
-// A canvas for traces: one value for each column of pixels, drawn with a soft edge. Used by scopes,
-// wave pictures and the step table.
+// A canvas for traces: one value for each column of pixels, drawn with a soft edge. Used by scopes
+// and wave pictures.
 #pragma once
 
 #include <array>

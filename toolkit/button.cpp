@@ -153,6 +153,14 @@ void KvButton::idleStep(int /*flag*/) {
   companionTick();
 }
 
+void KvButton::closePopup() {
+  KvControl::closePopup();
+  const bool springsBack =
+      mode == ButtonMode::momentary || mode == ButtonMode::untilFree || mode == ButtonMode::pulse;
+  if (held && springsBack) setValue(0.0F);
+  pressed = held = hovering = false;
+}
+
 void KvButton::menuChose(int entry) {
   setMax(std::max(getMax(), static_cast<float>(entry)));
   send(static_cast<float>(entry));

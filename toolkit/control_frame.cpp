@@ -83,8 +83,12 @@ MouseResult KvFrame::onMouseDown(CPoint& where, int buttons) {
   return result;
 }
 
-// What took the press gets the rest of the gesture, whatever has become modal meanwhile.
+// What took the press gets the rest of the gesture, whatever has become modal meanwhile; it lasts
+// until no button is held.
 MouseResult KvFrame::onMouseUp(CPoint& where, int buttons) {
+  constexpr int kAnyButton = buttons::kLeft | buttons::kMiddle | buttons::kRight;
+  const bool holds = gesture || captured() != nullptr;
+  if (holds && (buttons & kAnyButton) != 0) return MouseResult::handled;
   if (gesture) {
     const Held<KvControl> view = std::move(gesture);
     return view->onMouseUp(where, buttons);

@@ -127,7 +127,8 @@ MouseResult KvDisplay::onMouseDown(CPoint& where, int buttons) {
 }
 
 MouseResult KvDisplay::onMouseMoved(CPoint& where, int buttons) {
-  if (!dragging) return MouseResult::notHandled;
+  const bool drags = (buttons & (buttons::kLeft | buttons::kRight)) != 0;
+  if (!dragging || !drags) return MouseResult::notHandled;
   const int movement = horizontal ? lastX - where.x : where.y - lastY;
   lastX = where.x;
   lastY = where.y;

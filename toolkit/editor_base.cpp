@@ -10,21 +10,20 @@ WindowKey keyOf(const VstKeyCode& key) { return {key.character, key.virt, key.mo
 }  // namespace
 
 bool AEffGUIEditor::getRect(ERect** answer) {
-  hostRect = {static_cast<std::int16_t>(rect.top), static_cast<std::int16_t>(rect.left),
-              static_cast<std::int16_t>(rect.bottom), static_cast<std::int16_t>(rect.right)};
+  hostRect = {static_cast<std::int16_t>(bounds.top), static_cast<std::int16_t>(bounds.left),
+              static_cast<std::int16_t>(bounds.bottom), static_cast<std::int16_t>(bounds.right)};
   *answer = &hostRect;
   return true;
 }
 
-// A host may close the editor from inside of what a control tells it: the frame lasts that long.
 void AEffGUIEditor::idle() {
-  const Held<KvFrame> shown = frame;
+  const Held<KvFrame> shown = holdFrame();
   if (shown) shown->idle();
 }
 
 bool AEffGUIEditor::openFrame(void* parent, const CFontDesc* font,
                               const CFrame::WindowOpener& opener) {
-  frame = Held<KvFrame>(new KvFrame(rect, this));
+  frame = Held<KvFrame>(new KvFrame(bounds, this));
   frame->setDefaultFont(font);
   if (frame->open(reinterpret_cast<std::uintptr_t>(parent), {}, opener)) return true;
   frame = {};
@@ -45,7 +44,7 @@ bool KvEditorBase::open(void* parent, const CFontDesc* font, const CFrame::Windo
   if (isOpen()) return false;
   if (!openFrame(parent, font, opener)) return false;
   pictures().open(pictureSource);
-  WindowServices::get().attach({getFrame()->nativeHandle(), opener});
+  WindowServices::get().attach(this, {getFrame()->nativeHandle(), opener});
   return true;
 }
 
@@ -53,7 +52,7 @@ void KvEditorBase::close() {
   if (!isOpen()) return;
   closeFrame();
   pictures().close();
-  WindowServices::get().detach();
+  WindowServices::get().detach(this);
 }
 
 void KvEditorBase::idle() {
@@ -66,11 +65,13 @@ void KvEditorBase::idle() {
 }
 
 bool KvEditorBase::onKeyDown(VstKeyCode& key) {
-  return isOpen() ? getFrame()->onKeyDown(keyOf(key)) : keyPressed(keyOf(key));
+  const Held<KvFrame> shown = holdFrame();
+  return shown ? shown->onKeyDown(keyOf(key)) : keyPressed(keyOf(key));
 }
 
 bool KvEditorBase::onKeyUp(VstKeyCode& key) {
-  return isOpen() ? getFrame()->onKeyUp(keyOf(key)) : keyReleased(keyOf(key));
+  const Held<KvFrame> shown = holdFrame();
+  return shown ? shown->onKeyUp(keyOf(key)) : keyReleased(keyOf(key));
 }
 
 }  // namespace zum

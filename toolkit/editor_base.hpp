@@ -15,7 +15,7 @@ namespace zum {
 /// [main] Open between open() and close() of a subclass, any number of times.
 class AEffGUIEditor : public EffectEditor, protected CEditorInterface {
  public:
-  explicit AEffGUIEditor(const CRect& windowRect) : rect(windowRect) {}
+  explicit AEffGUIEditor(const CRect& windowRect) : bounds(windowRect) {}
   ~AEffGUIEditor() override { closeFrame(); }
 
   bool getRect(ERect** answer) override;
@@ -27,9 +27,12 @@ class AEffGUIEditor : public EffectEditor, protected CEditorInterface {
   bool openFrame(void* parent, const CFontDesc* font, const CFrame::WindowOpener& opener);
   void closeFrame();
   KvFrame* getFrame() const { return frame.get(); }
+  /// For a call in which a control may tell the host something: the host may close the editor
+  /// there, and the frame lasts until the call is over.
+  Held<KvFrame> holdFrame() const { return frame; }
 
  private:
-  CRect rect;
+  CRect bounds;
   ERect hostRect{};
   Held<KvFrame> frame;
 };
@@ -51,6 +54,12 @@ class KvEditorBase : public AEffGUIEditor {
   bool onKeyUp(VstKeyCode& key) override;
 
   CBitmap* getBitmap(int id) const { return pictures().get(id); }
+  /// With one more holder.
+  Held<CBitmap> holdBitmap(int id) const {
+    CBitmap* const bitmap = getBitmap(id);
+    if (bitmap != nullptr) bitmap->remember();
+    return Held<CBitmap>(bitmap);
+  }
   GroupMask& getGroupMask() { return groupMask; }
 
  protected:

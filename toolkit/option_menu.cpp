@@ -27,7 +27,10 @@ bool KvOptionMenu::insert(KvOptionMenuEntryInfo info, int index) {
   if (entries.size() >= kMostRows || index < -1 || index > getNbEntries()) return false;
   if (index < 0) index = getNbEntries();
   entries.insert(entries.begin() + index, std::move(info));
-  if (selectedEntry >= index) ++selectedEntry;
+  if (selectedEntry >= index) {
+    ++selectedEntry;
+    CControl::setValue(static_cast<float>(selectedEntry));
+  }
   setDirty(true);
   return true;
 }
@@ -89,6 +92,7 @@ bool KvOptionMenu::removeEntry(int index) {
   entries.erase(entries.begin() + index);
   if (selectedEntry > index) --selectedEntry;
   if (selectedEntry >= getNbEntries()) selectedEntry = getNbEntries() - 1;
+  CControl::setValue(static_cast<float>(selectedEntry));
   setDirty(true);
   return true;
 }
@@ -115,6 +119,8 @@ const KvOptionMenuUserEntry* KvOptionMenu::getUserEntry(int index) const {
 
 void KvOptionMenu::setCurrent(int index) {
   selectedEntry = has(index) ? index : -1;
+  chosenPath.clear();
+  shownText.clear();
   CControl::setValue(static_cast<float>(selectedEntry));
   setDirty(true);
 }
@@ -148,9 +154,7 @@ void KvOptionMenu::idleStep(int /*flag*/) {
 void KvOptionMenu::valueChanged(CControl& control) {
   if (const auto* const sub = dynamic_cast<KvOptionMenu*>(&control)) {
     std::string path;
-    std::string text;
-    sub->getCurrent(text);
-    if (sub->getFileName(path, sub->fileExtension)) choosePath(path, text);
+    if (sub->getFileName(path, sub->fileExtension)) choosePath(path, sub->currentText());
     return;
   }
   const bool pressed = control.getValue() != 0.0F;

@@ -113,10 +113,11 @@ class KvOptionMenu final : public KvControl, public CControlListener {
   int listOffsetY = 17;
   /// What sub-menus share with their root, besides the font and its two colours.
   struct {
-    CBitmap* rowBitmap = nullptr;  // rows as they are under the pointer
-    int rowBitmapHeight = 17;      // pixels
-    int itemHeight = 17;           // of a row, pixels
-    int fontSize = 12;             // pixels
+    CBitmap* rowBitmap = nullptr;      // rows as they are under the pointer
+    int rowBitmapHeight = 17;          // pixels
+    CBitmap* subMenuBitmap = nullptr;  // sign of a sub-menu: plain and, a row lower, lit
+    int itemHeight = 17;               // of a row, pixels
+    int fontSize = 12;                 // pixels
     CColor selectedTextColor = kWhiteColor;
     CColor selectedBackColor = kGreyColor;
     CColor frameColor = kGreyColor;
@@ -135,15 +136,18 @@ class KvOptionMenu final : public KvControl, public CControlListener {
   bool insert(KvOptionMenuEntryInfo info, int index);
 
   // files
-  void fill(int depth);
+  struct FolderWalk;
+  void fill(FolderWalk& walk);
   void addFixedRows();
-  void addSubFolders(int depth);
+  void addSubFolders(FolderWalk& walk);
   std::string filePath(int row) const;
   void stepInRing(int direction);
   void choosePath(const std::string& path, const std::string& text);
   void reportChoice();
 
   // the open list
+  static constexpr int kTextInset = 6;   // pixels
+  static constexpr int kMarkWidth = 12;  // of the sign of a sub-menu
   void layOut(const CPoint* where);
   int rowsInside() const;
   int firstVisible() const;

@@ -1,6 +1,7 @@
 // A menu over a folder of files: its fixed rows, its sub-folders, and the walk from file to file.
 
 #include <algorithm>
+#include <vector>
 
 #include "platform/files.hpp"
 #include "state/fileio.hpp"
@@ -11,7 +12,8 @@
 namespace zum {
 namespace {
 
-constexpr int kDeepest = 8;  // folders; a link may lead back up
+constexpr std::size_t kDeepest = 8;  // folders in folders
+constexpr int kMostFolders = 1000;   // a user may choose the whole disk
 
 struct FixedRow {
   std::uint32_t bit;
@@ -26,6 +28,12 @@ constexpr FixedRow kFixedRows[] = {
 
 }  // namespace
 
+/// From the root down to where the walk is: a link may lead back up.
+struct KvOptionMenu::FolderWalk {
+  std::vector<FolderId> above;
+  int read = 0;
+};
+
 void KvOptionMenu::setFolder(const std::string& path, std::string extension) {
   fileExtension = std::move(extension);
   rescan(path.c_str());
@@ -33,16 +41,28 @@ void KvOptionMenu::setFolder(const std::string& path, std::string extension) {
 
 void KvOptionMenu::rescan(const char* folder) {
   if ((style & kFolder) == 0) return;
-  if (folder != nullptr) folderPath = folder;
-  fill(0);
+  if (folder != nullptr) {
+    std::string fresh = folder;
+    ensureTrailingBackslash(fresh);
+    if (fresh != folderPath) chosenPath.clear();
+    folderPath = std::move(fresh);
+  }
+  FolderWalk walk;
+  fill(walk);
 }
 
-void KvOptionMenu::fill(int depth) {
+void KvOptionMenu::fill(FolderWalk& walk) {
   ensureTrailingBackslash(folderPath);
   removeAllEntries();
   addFixedRows();
-  if (folderPath.empty()) return;
-  if ((style & kSubFolders) != 0 && depth < kDeepest) addSubFolders(depth);
+  const auto id = folderId(folderPath);
+  const bool isNew = id && std::ranges::find(walk.above, *id) == walk.above.end();
+  if (folderPath.empty() || !isNew || ++walk.read > kMostFolders) return;
+  if ((style & kSubFolders) != 0 && walk.above.size() < kDeepest) {
+    walk.above.push_back(*id);
+    addSubFolders(walk);
+    walk.above.pop_back();
+  }
   KvFileio files;
   int count = 0;
   const KvFileio::Name* const names = files.listFiles(folderPath, count);
@@ -69,7 +89,7 @@ void KvOptionMenu::addFixedRows() {
 }
 
 // A sub-menu holds files alone: the fixed rows are the root's.
-void KvOptionMenu::addSubFolders(int depth) {
+void KvOptionMenu::addSubFolders(FolderWalk& walk) {
   constexpr std::uint32_t kPassedOn =
       kFolder | kSubFolders | kSteps | kStepsThroughSubMenus | kInherited;
   KvFileio files;
@@ -87,7 +107,7 @@ void KvOptionMenu::addSubFolders(int depth) {
     menu->listOffsetY = -look.itemHeight;
     menu->folderPath = folderPath + folder;
     menu->fileExtension = fileExtension;
-    menu->fill(depth + 1);
+    menu->fill(walk);
     if (!addEntry(menu, folder)) return;
   }
 }
@@ -110,6 +130,8 @@ bool KvOptionMenu::getFileName(std::string& path, const std::string& extension) 
 
 // However deep the row lay, who listens to the root hears of one choice.
 void KvOptionMenu::choosePath(const std::string& path, const std::string& text) {
+  remember();
+  const Held<KvOptionMenu> alive(this);  // what listens may fill the menus anew
   chosenPath = path;
   shownText = text;
   selectedEntry = has(fixedCount) ? fixedCount : -1;
@@ -134,8 +156,6 @@ void KvOptionMenu::stepInRing(int direction) {
   for (int i = 1; i <= rows; ++i) {
     const int row = fixedCount + (((from + direction * i) % rows) + rows) % rows;
     if (!entry(row).isChoice()) continue;
-    chosenPath.clear();
-    shownText.clear();
     setCurrent(row);
     return reportChoice();
   }
@@ -166,10 +186,8 @@ void KvOptionMenu::stepPreset(int direction) {
   const int from =
       at != places.end() ? static_cast<int>(at - places.begin()) : (direction > 0 ? -1 : last + 1);
   const Place& to = places[static_cast<std::size_t>(std::clamp(from + direction, 0, last))];
+  if (at != places.end() && &to == &*at) return;
   if (to.menu != this) return choosePath(to.menu->filePath(to.row), to.menu->entry(to.row).text);
-  if (to.row == selectedEntry && chosenPath.empty()) return;
-  chosenPath.clear();
-  shownText.clear();
   setCurrent(to.row);
   reportChoice();
 }

@@ -1,4 +1,4 @@
-// The open list of a menu: where it lies, how it looks, and what the mouse does to it.
+// The open list of a menu: where it lies, and what the mouse and the keys do to it.
 
 #include <algorithm>
 #include <utility>
@@ -8,9 +8,6 @@
 
 namespace zum {
 namespace {
-
-constexpr int kTextInset = 6;   // pixels
-constexpr int kMarkWidth = 12;  // of the sign of a sub-menu
 
 int textWidth(const CFontDesc* font, int size, const std::vector<KvOptionMenuEntryInfo>& rows) {
   cairo_surface_t* const surface = cairo_image_surface_create(CAIRO_FORMAT_RGB24, 1, 1);
@@ -178,7 +175,11 @@ MouseResult KvOptionMenu::onMouseMoved(CPoint& where, int /*buttons*/) {
     menu->setDirty(true);
     return MouseResult::handled;
   }
-  if (KvOptionMenu* const menu = top.menuAt(where)) menu->hover(menu->rowAt(where));
+  if (KvOptionMenu* const menu = top.menuAt(where)) {
+    const int row = menu->rowAt(where);
+    const bool leaves = row < 0 && menu->childMenu != nullptr;  // for the sub-menu beside it
+    if (!leaves) menu->hover(row);
+  }
   return MouseResult::handled;
 }
 
@@ -212,8 +213,6 @@ void KvOptionMenu::choose(int row) {
   remember();
   const Held<KvOptionMenu> alive(this);  // what listens may fill the menus anew
   KvOptionMenu& top = root();
-  chosenPath.clear();
-  shownText.clear();
   setCurrent(row);
   selectionMade = true;
   top.closePopup();
@@ -253,75 +252,6 @@ bool KvOptionMenu::onKeyDown(const WindowKey& key) {
     choose(hoveredRow);
   }
   return true;
-}
-
-void KvOptionMenu::draw(CDrawContext& context) {
-  if (parentMenu == nullptr) drawClosed(context);
-  KvControl::draw(context);
-  if (isOpen) drawList(context);  // over everything, the caption too
-}
-
-void KvOptionMenu::drawClosed(CDrawContext& context) const {
-  const CRect& size = getViewSize();
-  if (size.isEmpty()) return;
-  if (closedBitmap != nullptr) {
-    const int row = (style & kPictures) != 0 ? std::max(selectedEntry, 0) : 0;
-    closedBitmap->draw(context, size, {0, row * look.itemHeight});
-    if ((style & kPictures) != 0) return;
-  }
-  context.setFont(font, look.fontSize);
-  context.setFontColor(textColor);
-  context.drawString(currentText(),
-                     {size.left + kTextInset, size.top, size.right - kTextInset, size.bottom},
-                     false, TextAlign::left);
-}
-
-void KvOptionMenu::drawList(CDrawContext& context) {
-  if (openBitmap != nullptr) {
-    openBitmap->draw(context, listRect, {0, 0});
-  } else {
-    context.setFillColor(backgroundColor);
-    context.setFrameColor(look.frameColor);
-    context.drawRect(listRect, DrawStyle::filledAndStroked);
-  }
-  const int last = std::min(firstVisible() + rowsInside(), getNbEntries());
-  for (int row = firstVisible(); row < last; ++row) drawRow(context, row);
-  scroll.draw(context, backgroundColor, look.selectedBackColor);
-}
-
-void KvOptionMenu::drawRow(CDrawContext& context, int row) const {
-  const CRect place = rowRect(row);
-  const bool lit = row == hoveredRow && !entry(row).isHeader;
-  if (openBitmap != nullptr) {
-    if (lit && look.rowBitmap != nullptr) {
-      look.rowBitmap->draw(context, place, {0, row * look.rowBitmapHeight});
-    } else if (lit) {
-      context.setFrameColor(look.frameColor);
-      context.drawRect(place, DrawStyle::stroked);
-    }
-    return;
-  }
-  const KvOptionMenuEntryInfo& info = entry(row);
-  if (lit) {
-    context.setFillColor(look.selectedBackColor);
-    context.drawRect(place, DrawStyle::filled);
-  }
-  const bool off = info.isHeader || !info.enabled;
-  context.setFont(font, look.fontSize);
-  context.setFontColor(off ? look.separatorColor : (lit ? look.selectedTextColor : textColor));
-  context.drawString(info.text,
-                     {place.left + kTextInset, place.top, place.right - kMarkWidth, place.bottom},
-                     false, info.isHeader ? TextAlign::centre : TextAlign::left);
-  const CColor sign = lit ? look.selectedTextColor : textColor;
-  context.setFrameColor(sign);
-  const int middle = (place.top + place.bottom) / 2;
-  if (info.marked || (row == selectedEntry && info.isChoice())) {
-    context.setFillColor(sign);
-    context.drawRect({place.left + 1, middle - 2, place.left + 4, middle + 1}, DrawStyle::filled);
-  }
-  for (int i = 0; info.subMenu && i < 4; ++i) {
-    context.drawLine({place.right - 8 + i, middle - 3 + i}, {place.right - 8 + i, middle + 3 - i});
-  }
 }
 
 }  // namespace zum

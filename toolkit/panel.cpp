@@ -82,7 +82,8 @@ MouseResult KvViewContainer::onMouseDown(CPoint& where, int buttons) {
   for (std::size_t i = 0; i < views.size(); ++i) {
     const Held<KvControl> view = views[i];
     const MouseResult result = view->onMouseDown(where, buttons);
-    if (result == MouseResult::handled) mouseCapture = view;
+    // A press may close the panel.
+    if (result == MouseResult::handled && isShown()) mouseCapture = view;
     if (result != MouseResult::notHandled) return result;
   }
   const bool inside = getViewSize().contains(where);
@@ -111,8 +112,10 @@ bool KvViewContainer::onWheel(CPoint& where, float distance, int buttons) {
 }
 
 bool KvViewContainer::onKeyDown(const WindowKey& key) {
-  return std::any_of(views.rbegin(), views.rend(),
-                     [&key](const auto& view) { return view->onKeyDown(key); });
+  for (std::size_t i = views.size(); i-- > 0;) {
+    if (i < views.size() && Held<KvControl>(views[i])->onKeyDown(key)) return true;
+  }
+  return false;
 }
 
 void KvViewContainer::popup(PopupMode mode, const CPoint* where, int popupTag) {
@@ -145,7 +148,8 @@ void KvViewContainer::idleStep(int flag) {
   for (const auto& view : views) view->idleStep(flag);
   if (mouseCapture) return;
   const auto pointer = getFrame().pointerPosition();
-  const bool hasInput = getFrame().getModalView() == this;
+  const KvControl* const modal = getFrame().getModalView();
+  const bool hasInput = modal == nullptr || modal == this;
   hoverOver(pointer && hasInput ? getViewAt(*pointer, 0) : nullptr,
             pointer.value_or(CPoint{-1, -1}));
 }

@@ -33,8 +33,9 @@ class PictureTable {
   }
   /// Null for an id that there is not, and while nothing is open.
   CBitmap* get(int id) const {
-    const auto index = static_cast<std::size_t>(id - kFirstId);
-    return id >= kFirstId && index < kPictures ? pictures[index].get() : nullptr;
+    constexpr int kEnd = kFirstId + static_cast<int>(kPictures);
+    if (id < kFirstId || id >= kEnd) return nullptr;
+    return pictures[static_cast<std::size_t>(id - kFirstId)].get();
   }
 
  private:

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "engine/shared_value.hpp"
 #include "toolkit/control_frame.hpp"
 #include "toolkit/panel.hpp"
 
@@ -62,8 +63,14 @@ void KvTableView::changed() {
 
 void KvTableView::write(int step, float value) {
   editColumn = step;
-  editValue = std::clamp(value, table->minValue, table->maxValue);
+  editValue = inside(value);
   table->setValue(step, editValue);
+}
+
+float KvTableView::inside(float value) const {
+  const float low = loadShared(table->minValue);
+  const float high = loadShared(table->maxValue);
+  return low <= high ? std::clamp(value, low, high) : std::clamp(value, 0.0F, 1.0F);
 }
 
 // A fast hand leaves no step out.
@@ -88,24 +95,20 @@ MouseResult KvTableView::onMouseDown(CPoint& where, int buttons) {
     return MouseResult::done;
   }
   showCompanions();
-  pressColumn = step;
-  pressValue = table->cell(step, 0);
-  editColumn = step;
-  editValue = pressValue;
+  drawLine = (buttons & buttons::kShift) != 0;
+  fineEdit = (buttons & buttons::kControl) != 0;
   if ((buttons & buttons::kAlt) != 0) {
-    stroke = Stroke::offset;
+    stroke = Stroke::slides;
     dragOffset = 0.0F;
     scratchTable.resize(static_cast<std::size_t>(table->size()));
     for (int i = 0; i < table->size(); ++i) {
       scratchTable[static_cast<std::size_t>(i)] = table->cell(i, 0);
     }
-  } else if ((buttons & buttons::kShift) != 0) {
-    stroke = Stroke::line;
-  } else if ((buttons & buttons::kControl) != 0) {
-    stroke = Stroke::fine;
   } else {
-    stroke = Stroke::free;
+    stroke = Stroke::draws;
     write(step, yToValue(where.y));
+    pressColumn = step;
+    pressValue = editValue;
     changed();
   }
   return MouseResult::handled;
@@ -116,21 +119,17 @@ MouseResult KvTableView::onMouseMoved(CPoint& where, int /*buttons*/) {
     return MouseResult::notHandled;
   }
   const int step = stepAt(where.x);
-  const float value = std::clamp(yToValue(where.y), table->minValue, table->maxValue);
   const int down = where.y - lastY;
   lastY = where.y;
-  switch (stroke) {
-    case Stroke::offset:
-      dragOffset += static_cast<float>(down) * kSlideStep;
-      slide();
-      break;
-    case Stroke::line: writeBetween(pressColumn, pressValue, step, value); break;
-    case Stroke::fine: {
-      const float moved = static_cast<float>(-down) * kFine / static_cast<float>(bars().height());
-      writeBetween(editColumn, editValue, step, editValue + moved);
-      break;
-    }
-    default: writeBetween(editColumn, editValue, step, value);
+  if (stroke == Stroke::slides) {
+    dragOffset += static_cast<float>(down) * kSlideStep;
+    slide();
+  } else {
+    const float moved = static_cast<float>(-down) * kFine / static_cast<float>(bars().height());
+    const float value = fineEdit ? editValue + moved : yToValue(where.y);
+    const bool isLine = drawLine && pressColumn < table->size();
+    writeBetween(isLine ? pressColumn : editColumn, isLine ? pressValue : editValue, step,
+                 inside(value));
   }
   changed();
   return MouseResult::handled;
@@ -178,34 +177,34 @@ void KvTableView::idleStep(int /*flag*/) {
   changed();
 }
 
+int KvTableView::edgeOf(int step) const {
+  const CRect area = bars();
+  return area.left + static_cast<int>(std::int64_t{area.width()} * step / table->size());
+}
+
+/// A file may hold more steps than there are pixels.
+int KvTableView::stepsApart() const {
+  return std::max((table->size() + bars().width() - 1) / std::max(bars().width(), 1), 1);
+}
+
 CRect KvTableView::barRect(int step) const {
   const CRect area = bars();
-  const int steps = table->size();
-  const auto edge = [&](int i) { return area.left + area.width() * i / steps; };
-  const int gap = has(kNoGap) ? 0 : kGap;
+  const bool isNarrow = edgeOf(step + 1) - edgeOf(step) <= kGap;
+  const int gap = has(kNoGap) || isNarrow ? 0 : kGap;
   const float value = std::clamp(table->cell(step, 0), 0.0F, 1.0F);
   const int height = static_cast<int>(std::lround(value * static_cast<float>(area.height())));
-  return {edge(step) + gap / 2, area.bottom - height, edge(step + 1) - gap + gap / 2, area.bottom};
+  return {edgeOf(step) + gap / 2, area.bottom - height, edgeOf(step + 1) - gap + gap / 2,
+          area.bottom};
 }
 
 void KvTableView::draw(CDrawContext& context) {
   if (table == nullptr || table->size() < 1) return;
-  const CRect area = bars();
   context.setFillColor(backgroundColor);
   context.drawRect(getViewSize(), DrawStyle::filled);
-  context.setFrameColor(gridColor);
-  const int middle = (area.top + area.bottom) / 2;
-  if (has(kCentreLine)) {
-    context.drawLine({area.left, middle}, {area.right - 1, middle});
-    context.drawLine({area.left, area.bottom - 1}, {area.right - 1, area.bottom - 1});
-  }
-  const int steps = table->size();
-  for (int step = 1; step < steps; ++step) {
-    const int x = area.left + area.width() * step / steps;
-    context.drawLine({x, area.top}, {x, area.bottom - 1});
-  }
+  drawGrid(context);
+  const CRect area = bars();
   const int playing = static_cast<int>(playPosition);
-  for (int step = 0; step < steps; ++step) {
+  for (int step = 0; step < table->size(); step += stepsApart()) {
     const CRect bar = barRect(step);
     context.setFillColor(has(kPlays) && step == playing ? barShade : barColor);
     context.drawRect(bar, DrawStyle::filled);
@@ -213,18 +212,34 @@ void KvTableView::draw(CDrawContext& context) {
     context.drawRect({bar.left, std::max(bar.top - 1, area.top), bar.right, bar.top + 1},
                      DrawStyle::filled);
   }
-  if (has(kPlays) && playing >= 0 && playing < steps) {
-    const CRect bar = barRect(playing);
-    context.setFillColor(cursorColor);
-    context.drawRect({bar.left, area.bottom - 3, bar.right, area.bottom}, DrawStyle::filled);
-    std::array<char, 32> label{};
-    (void)std::snprintf(label.data(), label.size(), "%d.%d", table->currentPage() + 1, playing + 1);
-    context.setFont(font, 10);
-    context.setFontColor(barHighlight);
-    context.drawString(label.data(), {area.left + 2, area.top, area.right, area.top + 12}, false,
-                       TextAlign::left);
-  }
+  if (has(kPlays) && playing >= 0 && playing < table->size()) drawCursor(context, playing);
   KvControl::draw(context);
+}
+
+void KvTableView::drawGrid(CDrawContext& context) const {
+  const CRect area = bars();
+  context.setFrameColor(gridColor);
+  if (has(kCentreLine)) {
+    const int middle = (area.top + area.bottom) / 2;
+    context.drawLine({area.left, middle}, {area.right - 1, middle});
+    context.drawLine({area.left, area.bottom - 1}, {area.right - 1, area.bottom - 1});
+  }
+  for (int step = stepsApart(); step < table->size(); step += stepsApart()) {
+    context.drawLine({edgeOf(step), area.top}, {edgeOf(step), area.bottom - 1});
+  }
+}
+
+void KvTableView::drawCursor(CDrawContext& context, int playing) const {
+  const CRect area = bars();
+  const CRect bar = barRect(playing);
+  context.setFillColor(cursorColor);
+  context.drawRect({bar.left, area.bottom - 3, bar.right, area.bottom}, DrawStyle::filled);
+  std::array<char, 32> label{};
+  (void)std::snprintf(label.data(), label.size(), "%d.%d", table->currentPage() + 1, playing + 1);
+  context.setFont(font, 10);
+  context.setFontColor(barHighlight);
+  context.drawString(label.data(), {area.left + 2, area.top, area.right, area.top + 12}, false,
+                     TextAlign::left);
 }
 
 }  // namespace zum

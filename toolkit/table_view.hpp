@@ -22,8 +22,8 @@ class KvTableView final : public KvControl {
   float yToValue(int y) const;
 
   void draw(CDrawContext& context) override;
-  /// Writes the value under the pointer. With Shift the stroke is a straight line from the step's
-  /// own value; with Control it moves the value a tenth as far; with Alt the whole pattern slides.
+  /// Writes the value under the pointer. With Shift the stroke is a straight line from there; with
+  /// Control it moves the value a tenth as far; with Alt the whole pattern slides instead.
   MouseResult onMouseDown(CPoint& where, int buttons) override;
   MouseResult onMouseMoved(CPoint& where, int buttons) override;
   MouseResult onMouseUp(CPoint& where, int buttons) override;
@@ -39,13 +39,20 @@ class KvTableView final : public KvControl {
 
  private:
   ~KvTableView() override = default;
-  enum class Stroke : std::uint8_t { none, free, line, fine, offset };
+  enum class Stroke : std::uint8_t { none, draws, slides };
 
   bool has(int flagBit) const { return (table->flags >> static_cast<unsigned>(flagBit) & 1U) != 0; }
   bool takesMouse(CPoint where) const;
   int stepAt(int x) const;
   CRect bars() const { return getViewSize().grownBy(-1); }
   CRect barRect(int step) const;
+  /// The first pixel of a step, or, for their number, the first one outside.
+  int edgeOf(int step) const;
+  /// Held inside of the table's ends, which come from a file.
+  float inside(float value) const;
+  int stepsApart() const;
+  void drawGrid(CDrawContext& context) const;
+  void drawCursor(CDrawContext& context, int playing) const;
   void write(int step, float value);
   void writeBetween(int fromStep, float fromValue, int toStep, float toValue);
   void slide();
@@ -60,6 +67,8 @@ class KvTableView final : public KvControl {
   float pressValue = 0.0F;
   float dragOffset = 0.0F;  // of all steps
   Stroke stroke = Stroke::none;
+  bool drawLine = false;
+  bool fineEdit = false;
   float playPosition = 0.0F;  // as drawn last
   bool geometryFlag = false;
   KvViewContainer* menu = nullptr;

@@ -1,7 +1,5 @@
 #include "toolkit/wave_form_view.hpp"
 
-#include "engine/shared_value.hpp"
-
 namespace zum {
 
 KvWaveFormView::KvWaveFormView(const CRect& rect, CControlListener* controlListener, int controlTag,
@@ -10,8 +8,8 @@ KvWaveFormView::KvWaveFormView(const CRect& rect, CControlListener* controlListe
     : KvControl(rect, controlListener, controlTag, owner),
       canvas(rect),
       waves(fiveWaves),
-      formA(styleVariable),
-      formB(waveVariable) {
+      formA{styleVariable, 1.0F, -1.0F},
+      formB{waveVariable, 1.0F, -1.0F} {
   setMouseEnabled(false);
 }
 
@@ -22,8 +20,8 @@ void KvWaveFormView::draw(CDrawContext& context) {
 
 void KvWaveFormView::idleStep(int /*flag*/) {
   if (!isShown() || frozen) return;
-  const float style = loadShared(*formA);
-  const float wave = loadShared(*formB);
+  const float style = formA.raw();
+  const float wave = formB.raw();
   if (style == drawnA && wave == drawnB) return;
   drawnA = style;
   drawnB = wave;

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "toolkit/base_control.hpp"
+#include "toolkit/bound_value.hpp"
 #include "toolkit/buffer_draw.hpp"
 
 namespace zum {
@@ -39,8 +40,9 @@ class KvWaveFormView final : public KvControl {
 
   KvBufferDraw canvas;
   Waves waves;
-  const float* formA;  // style
-  const float* formB;  // wave
+  // What is no number reads as -1, which is no wave.
+  BoundValue formA;  // style
+  BoundValue formB;  // wave
   float drawnA = -1.0F;
   float drawnB = -1.0F;
 };

@@ -2,11 +2,12 @@
 // look for, the same once more.
 
 #include "core/create_effect.hpp"
+#include "editor/create_editor.hpp"
 
 extern "C" {
 
 __attribute__((visibility("default"))) zum::AEffect* VSTPluginMain(zum::audioMasterCallback host) {
-  return zum::createEffect(host);
+  return zum::createEffect(host, zum::createEditor);
 }
 
 // A C++ function cannot be called main and take this argument, but its symbol can.

@@ -8,15 +8,12 @@ namespace zum {
 namespace {
 
 constexpr int kWidth = 400;      // pixels
-constexpr int kMostLines = 30;   // a text may come from a file
 constexpr int kTextMargin = 18;  // of the text, pixels
 constexpr int kBelow = 54;       // for the buttons, pixels
 
 std::vector<std::string> linesOf(const Message& message) {
   const Held<CFontDesc> font(new CFontDesc("Arial", 12));
-  auto lines = wrapText(message.text, font.get(), kWidth - 2 * kTextMargin);
-  if (lines.size() > kMostLines) lines.resize(kMostLines);
-  return lines;
+  return wrapText(message.text, font.get(), kWidth - 2 * kTextMargin);
 }
 
 int heightOf(const Message& message) {

@@ -11,7 +11,7 @@ OwnFileDialogs::~OwnFileDialogs() {
 
 void OwnFileDialogs::open(FileChoice choice, const FileQuestion& question, FileAnswer answer) {
   if (window != nullptr) return answer(std::nullopt);
-  auto opened = std::make_unique<FileWindow>(choice, question, place);
+  auto opened = std::make_unique<FileWindow>(choice, question, place());
   if (!opened->isOpen()) return answer(std::nullopt);
   window = std::move(opened);
   pending = std::move(answer);

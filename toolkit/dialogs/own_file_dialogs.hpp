@@ -1,6 +1,7 @@
 // File dialogs that this program draws itself, where the system has none.
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "toolkit/dialogs/file_window.hpp"
@@ -10,7 +11,10 @@ namespace zum {
 /// [main]
 class OwnFileDialogs final : public FileDialogs {
  public:
-  explicit OwnFileDialogs(DialogPlace shownAt) : place(std::move(shownAt)) {}
+  /// Asked for each dialog.
+  using Place = std::function<DialogPlace()>;
+
+  explicit OwnFileDialogs(Place shownAt) : place(std::move(shownAt)) {}
   /// Closes a dialog that is open and answers it as cancelled.
   ~OwnFileDialogs() override;
 
@@ -31,7 +35,7 @@ class OwnFileDialogs final : public FileDialogs {
  private:
   void open(FileChoice choice, const FileQuestion& question, FileAnswer answer);
 
-  DialogPlace place;
+  Place place;
   std::unique_ptr<FileWindow> window;  // null while none is open
   FileAnswer pending;
   void* asker = nullptr;

@@ -3,45 +3,54 @@
 #include <iostream>
 #include <utility>
 
+#include "platform/files.hpp"
 #include "platform/zenity_dialogs.hpp"
+#include "state/library_record.hpp"
 #include "toolkit/dialogs/own_file_dialogs.hpp"
 
 namespace zum {
-namespace {
-
-std::unique_ptr<FileDialogs> makeDialogs(const DialogPlace& place) {
-  if (ZenityDialogs::isInstalled()) return std::make_unique<ZenityDialogs>();
-  return std::make_unique<OwnFileDialogs>(place);
-}
-
-}  // namespace
 
 WindowServices& WindowServices::get() {
   static WindowServices services;
   return services;
 }
 
-void WindowServices::attach(const DialogPlace& shownAt) {
+std::unique_ptr<FileDialogs> WindowServices::makeDialogs() {
+  if (ZenityDialogs::isInstalled()) return std::make_unique<ZenityDialogs>();
+  return std::make_unique<OwnFileDialogs>([this] { return place(); });
+}
+
+void WindowServices::attach(const void* window, const DialogPlace& shownAt) {
   attachMessages();
-  if (windows++ > 0) return;
-  place = shownAt;
+  windows.emplace_back(window, shownAt);
   if (fileDialogs() != nullptr) return;
-  dialogs = makeDialogs(place);
+  dialogs = makeDialogs();
   setFileDialogs(dialogs.get());
 }
 
 // What is answered here may open a window again.
-void WindowServices::detach() {
-  if (--windows > 0) return detachMessages();
+void WindowServices::detach(const void* window) {
+  std::erase_if(windows, [window](const auto& each) { return each.first == window; });
+  if (!windows.empty()) return detachMessages();
   box.reset();
   if (dialogs != nullptr) setFileDialogs(nullptr);
   const std::unique_ptr<FileDialogs> ended = std::move(dialogs);
   detachMessages();
 }
 
+void WindowServices::showFile(const std::string& internalPath) {
+  const std::string path = toSystemPath(internalPath);
+  if (!fileExists(internalPath)) {
+    showMessage(libraryRecord().product, ("The file " + path + " is not there.").c_str());
+  } else if (!desktop.open(internalPath)) {
+    showMessage(libraryRecord().product, ("Open this file in your browser:\n" + path).c_str());
+  }
+}
+
 void WindowServices::poll() {
+  desktop.poll();
   if (FileDialogs* const asked = fileDialogs(); asked != nullptr) asked->poll();
-  if (windows > 0) pollMessages();
+  if (!windows.empty()) pollMessages();
 }
 
 void WindowServices::pollMessages() {
@@ -57,7 +66,7 @@ void WindowServices::pollMessages() {
 void WindowServices::showNext() {
   std::optional<Message> message = nextMessage();
   if (!message) return;
-  box = std::make_unique<MessageWindow>(*message, place);
+  box = std::make_unique<MessageWindow>(*message, place());
   if (box->isOpen()) return;
   box.reset();
   std::cerr << message->caption << ": " << message->text << std::endl;

@@ -1,9 +1,12 @@
-// What all windows of a process share: the dialogs that ask for files, and the box with a message.
-// There from the first window that opens to the last one that closes.
+// What all windows of a process share: the dialogs that ask for files, the box with a message, and
+// the way to the desktop. There from the first window that opens to the last one that closes.
 #pragma once
 
 #include <memory>
+#include <utility>
+#include <vector>
 
+#include "platform/desktop_opener.hpp"
 #include "platform/file_dialogs.hpp"
 #include "toolkit/dialogs/message_window.hpp"
 
@@ -14,25 +17,31 @@ class WindowServices {
  public:
   static WindowServices& get();
 
-  /// A window opened. Dialogs come up in front of the first one.
-  void attach(const DialogPlace& place);
+  /// A window opened. Dialogs come up in front of the newest one.
+  void attach(const void* window, const DialogPlace& place);
   /// It closed. With the last one everything that is open is closed, and answered as cancelled.
-  void detach();
+  void detach(const void* window);
   /// Every tick of every window. What is answered here may close windows.
   void poll();
+
+  /// In the desktop's own program; a message tells when there is none.
+  void showFile(const std::string& internalPath);
 
   /// Windows take no input meanwhile.
   bool isMessageOpen() const { return box != nullptr; }
   MessageWindow* getMessageWindow() const { return box.get(); }
 
  private:
+  /// Of the newest window.
+  DialogPlace place() const { return windows.empty() ? DialogPlace{} : windows.back().second; }
+  std::unique_ptr<FileDialogs> makeDialogs();
   void pollMessages();
   void showNext();
 
-  int windows = 0;
-  DialogPlace place;
+  std::vector<std::pair<const void*, DialogPlace>> windows;
   std::unique_ptr<FileDialogs> dialogs;  // null where the process has others
   std::unique_ptr<MessageWindow> box;
+  DesktopOpener desktop;
 };
 
 }  // namespace zum

@@ -20,7 +20,7 @@ std::size_t fittingBytes(std::string_view word, const CDrawContext& context, int
 void wrapLine(std::string_view line, const CDrawContext& context, int width,
               std::vector<std::string>& lines) {
   std::string filled;
-  while (!line.empty()) {
+  while (!line.empty() && lines.size() < kMostLines) {
     const std::size_t end = std::min(line.find(' '), line.size());
     const std::string_view word = line.substr(0, end);
     line.remove_prefix(std::min(end + 1, line.size()));
@@ -31,7 +31,7 @@ void wrapLine(std::string_view line, const CDrawContext& context, int width,
       lines.push_back(std::move(filled));
       longer = word;
     }
-    while (context.getStringWidth(longer) > width) {
+    while (lines.size() < kMostLines && context.getStringWidth(longer) > width) {
       const std::size_t fitting = fittingBytes(longer, context, width);
       if (fitting == longer.size()) break;
       lines.push_back(longer.substr(0, fitting));
@@ -47,10 +47,12 @@ void wrapLine(std::string_view line, const CDrawContext& context, int width,
 std::vector<std::string> wrapText(std::string_view text, const CFontDesc* font, int width) {
   cairo_surface_t* const ruler = cairo_image_surface_create(CAIRO_FORMAT_RGB24, 1, 1);
   std::vector<std::string> lines;
+  constexpr std::size_t kMostBytes = 8192;
+  text = text.substr(0, kMostBytes);
   {
     CDrawContext context(ruler, {0, 0, 1, 1});
     context.setFont(font);
-    for (bool more = true; more;) {
+    for (bool more = true; more && lines.size() < kMostLines;) {
       const std::size_t end = text.find('\n');
       more = end != std::string_view::npos;
       wrapLine(text.substr(0, end), context, width, lines);

@@ -65,13 +65,17 @@ bool CViewContainer::onWheel(CPoint& where, float distance, int buttons) {
 }
 
 bool CViewContainer::onKeyDown(const WindowKey& key) {
-  return std::any_of(views.rbegin(), views.rend(),
-                     [&key](const auto& view) { return view->onKeyDown(key); });
+  for (std::size_t i = views.size(); i-- > 0;) {
+    if (i < views.size() && Held<CView>(views[i])->onKeyDown(key)) return true;
+  }
+  return false;
 }
 
 bool CViewContainer::onKeyUp(const WindowKey& key) {
-  return std::any_of(views.rbegin(), views.rend(),
-                     [&key](const auto& view) { return view->onKeyUp(key); });
+  for (std::size_t i = views.size(); i-- > 0;) {
+    if (i < views.size() && Held<CView>(views[i])->onKeyUp(key)) return true;
+  }
+  return false;
 }
 
 CView* CViewContainer::getViewAt(CPoint where, int buttons) const {

@@ -1,0 +1,108 @@
+// The panels that pop up over the window: each main knob's amounts, and what is told about the
+// program.
+
+#include "editor/making.hpp"
+#include "toolkit/button.hpp"
+#include "toolkit/knob.hpp"
+#include "toolkit/option_menu.hpp"
+#include "toolkit/panel.hpp"
+
+namespace zum {
+namespace {
+
+constexpr int kSliderPicture = 1031;
+constexpr int kAboutPicture = 1001;
+constexpr int kSliderTops[] = {36, 75, 114};  // pixels from the panel's corner, as all here
+constexpr int kSliderWidth = 146;
+constexpr int kSliderHeight = 13;
+
+struct PanelButton {
+  CRect rect;  // in a panel of two sliders
+  int picture;
+  int lower;  // in one of three
+};
+constexpr PanelButton kReset{{111, 4, 150, 15}, 1040, 0};
+constexpr PanelButton kClose{{155, 4, 167, 15}, 1030, 0};
+constexpr PanelButton kLearn{{85, 107, 125, 118}, 1027, 38};
+constexpr PanelButton kClear{{128, 107, 168, 118}, 1026, 38};
+
+}  // namespace
+
+void KvUniClientEditor::addLearnMenu() {
+  learnMenu = make<KvOptionMenu>({}, kLearnMenuTag, "", KvOptionMenu::kPlain);
+  learnMenu->addEntry("midi Learn", -1, false);
+  learnMenu->addEntry("clear", -1, false);
+  getFrame()->addView(learnMenu);
+}
+
+KvViewContainer* KvUniClientEditor::makePanel(const CRect& rect, int picture) {
+  auto* const panel = make<KvViewContainer>(rect, -1);
+  panel->setBackground(holdBitmap(picture));
+  panel->flags = KvControl::kDrawsBitmap;
+  panel->setVisible(false);
+  panel->backgroundColor = kBlackColor;
+  getFrame()->addView(panel);
+  return panel;
+}
+
+void KvUniClientEditor::addPanels() {
+  for (const layout::Panel& row : layout::kPanels) {
+    panels.push_back(makePanel(row.rect, row.picture));
+  }
+  aboutPanel = makePanel({33, 70, 474, 258}, kAboutPicture);
+}
+
+void KvUniClientEditor::addSlider(KvViewContainer& panel, int tag, const CRect& rect) {
+  constexpr int kFrames = 75;
+  constexpr float kSensitivity = 0.65F;
+  auto* const slider =
+      make<KvKnob>({0, 0, rect.width(), rect.height()}, tag, getBitmap(kSliderPicture),
+                   kSliderHeight, kFrames, kSensitivity);
+  slider->horizontal = true;
+  slider->setDefaultValue(0.5F);
+  slider->bind(&effect.value(tag).bipolar, 1.0F, -1.0F);
+  panel.addView(slider, rect.left, rect.top);
+}
+
+void KvUniClientEditor::addPanelControls() {
+  for (std::size_t i = 0; i < panels.size(); ++i) {
+    const layout::Panel& row = layout::kPanels[i];
+    KvViewContainer& panel = *panels[i];
+    const bool isTall = row.sliders[2] >= 0;
+    for (int slider = 0; slider < (isTall ? 3 : 2); ++slider) {
+      const int left = slider == 0 ? row.firstLeft : 12;
+      const int top = kSliderTops[slider];
+      addSlider(panel, row.sliders[slider], {left, top, left + kSliderWidth, top + kSliderHeight});
+    }
+    const auto button = [&](const PanelButton& look, int tag, ButtonMode mode) {
+      const CRect rect = look.rect.movedBy(0, isTall ? look.lower : 0);
+      auto* const made =
+          make<KvButton>({0, 0, rect.width(), rect.height()}, tag, nullptr, 0.0F, mode);
+      made->setBackground(holdBitmap(look.picture));
+      panel.addView(made, rect.left, rect.top);
+      return made;
+    };
+    button(kReset, row.reset, ButtonMode::momentary)->bind(&effect.value(row.reset).stepped);
+    button(kClose, row.close, ButtonMode::momentary);
+    KvButton* const learn = button(kLearn, row.learn, ButtonMode::cycle);
+    const ParameterRow& learns = parameterRows()[static_cast<std::size_t>(rowOfTag(row.learn))];
+    learn->setCondition(
+        std::make_unique<KvIntEqualCondition>(effect.learning(), learns.learnTarget));
+    button(kClear, row.clear, ButtonMode::momentary);
+  }
+}
+
+void KvUniClientEditor::addAboutButtons() {
+  const struct {
+    int tag;
+    CPoint place;
+    int picture;
+  } rows[] = {{203, {140, 98}, 1045}, {205, {257, 98}, 1016}};
+  for (const auto& [tag, place, picture] : rows) {
+    auto* const button = make<KvButton>({0, 0, 100, 17}, tag, nullptr, 0.0F, ButtonMode::momentary);
+    button->setBackground(holdBitmap(picture));
+    aboutPanel->addView(button, place.x, place.y);
+  }
+}
+
+}  // namespace zum

@@ -1,0 +1,26 @@
+// How the window's controls are made: each is known by its tag, belongs to a group, and goes to the
+// frame.
+#pragma once
+
+#include "editor/layout.hpp"
+#include "editor/uni_client_editor.hpp"
+#include "toolkit/control_frame.hpp"
+
+namespace zum {
+
+template <class Control, class... More>
+Control* KvUniClientEditor::make(const CRect& rect, int tag, const More&... more) {
+  auto* const control = new Control(rect, this, tag, *getFrame(), more...);
+  if (tag >= 0 && tag <= kLastTag) controls[static_cast<std::size_t>(tag)] = control;
+  return control;
+}
+
+template <class Control>
+Control* KvUniClientEditor::add(Control* control, layout::Group group) {
+  control->group = group;
+  control->groupMask = &getGroupMask();
+  getFrame()->addView(control);
+  return control;
+}
+
+}  // namespace zum

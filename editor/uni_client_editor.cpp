@@ -1,0 +1,115 @@
+#include "editor/uni_client_editor.hpp"
+
+#include <string_view>
+
+#include "editor/create_editor.hpp"
+#include "editor/layout.hpp"
+#include "platform/files.hpp"
+#include "resources/pictures.hpp"
+#include "state/path_text.hpp"
+#include "toolkit/dialogs/window_services.hpp"
+#include "toolkit/option_menu.hpp"
+#include "toolkit/panel.hpp"
+
+namespace zum {
+namespace {
+
+constexpr int kBackgroundPicture = 1000;
+
+}  // namespace
+
+EffectEditor* createEditor(KvUniClient& effect) { return new KvUniClientEditor(effect); }
+
+KvUniClientEditor::KvUniClientEditor(KvUniClient& owner)
+    : KvEditorBase(layout::kWindow, owner.groups(), pictureBytes),
+      effect(owner),
+      editorFont(new CFontDesc("Arial", 12)) {}
+
+bool KvUniClientEditor::open(void* parent, const CFrame::WindowOpener& opener) {
+  if (!KvEditorBase::open(parent, editorFont.get(), opener)) return false;
+  getFrame()->setBackground(holdBitmap(kBackgroundPicture));
+  addLearnMenu();
+  addPanels();
+  addPages();
+  addUpperControls();
+  addLowerControls();
+  addPanelControls();
+  addReadouts();
+  addGlobalControls();
+  addAboutButtons();
+  resendPages();
+  getFrame()->enterTicks = 2;
+  getFrame()->exitTicks = 5;
+  cutOutRings();
+  linkKnobs();
+  for (CView* view : topViews) getFrame()->addView(view);
+  topViews.clear();
+  getFrame()->setDirty(true);
+  return true;
+}
+
+// A strip that was held when the window went would hold its page for ever.
+void KvUniClientEditor::close() {
+  if (!isOpen()) return;
+  effect.setMouseArea({});
+  presetMenus.clear();
+  panels.clear();
+  controls = {};
+  aboutPanel = nullptr;
+  learnMenu = nullptr;
+  KvEditorBase::close();
+}
+
+void KvUniClientEditor::idle() {
+  if (!isOpen()) return;
+  showPresetName();
+  showStatus();
+  KvEditorBase::idle();
+}
+
+KvControl* KvUniClientEditor::getControl(int tag) const {
+  return tag >= 0 && tag <= kLastTag ? controls[static_cast<std::size_t>(tag)] : nullptr;
+}
+
+void KvUniClientEditor::showPresetName() {
+  std::array<char, 64> name{};
+  effect.slot().name.copyTo(name.data(), name.size());
+  if (name == shownName) return;
+  shownName = name;
+  for (KvOptionMenu* menu : presetMenus) menu->setShownText(name.data());
+}
+
+// What keeps a user from hearing what he set comes first.
+void KvUniClientEditor::showStatus() {
+  enum Picture { ready, learning, bypassed, loading, offline };
+  Picture picture = ready;
+  if (effect.value(222).integer != 0) picture = bypassed;
+  if (effect.learning().load(std::memory_order_relaxed) >= 0) picture = learning;
+  if (effect.isOffline()) picture = offline;
+  if (effect.muteRequest.load(std::memory_order_relaxed)) picture = loading;
+  status = static_cast<float>(picture);
+}
+
+void KvUniClientEditor::raiseAbout() {
+  if (aboutPanel != nullptr && !aboutIsOpen()) {
+    aboutPanel->popup(PopupMode::closesInside, nullptr, 0);
+  }
+}
+
+bool KvUniClientEditor::aboutIsOpen() const {
+  return aboutPanel != nullptr && aboutPanel->isVisible();
+}
+
+void KvUniClientEditor::openManual() {
+  std::string file = readSettingString(kInstallPath).value_or("");
+  ensureTrailingBackslash(file);
+  WindowServices::get().showFile(file + "Manual\\Manual.htm");
+}
+
+void KvUniClientEditor::refreshPresetMenus() {
+  const std::string root = KvUniClient::presetRoot();
+  for (KvOptionMenu* menu : presetMenus) menu->rescan(root.c_str());
+  shownName = {};
+}
+
+}  // namespace zum

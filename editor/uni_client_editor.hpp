@@ -1,0 +1,106 @@
+// The window of this effect: one picture with some 170 controls on it, two pages above that share
+// a place and three below, and a panel behind each main knob. It is built anew at each open; what
+// it shows lives in the effect.
+#pragma once
+
+#include <array>
+#include <vector>
+
+#include "core/parameter_table.hpp"
+#include "core/uni_client.hpp"
+#include "toolkit/editor_base.hpp"
+
+namespace zum {
+
+class KvMouseArea;
+class KvOptionMenu;
+
+namespace layout {
+enum Group : std::uint8_t;
+struct Knob;
+struct Panel;
+}  // namespace layout
+
+/// [main] The effect outlives it.
+class KvUniClientEditor final : public KvEditorBase, public CControlListener {
+ public:
+  explicit KvUniClientEditor(KvUniClient& owner);
+  ~KvUniClientEditor() override { KvUniClientEditor::close(); }
+
+  bool open(void* parent) override { return open(parent, openNativeWindow); }
+  /// With windows of another kind, in tests and in a program of its own.
+  bool open(void* parent, const CFrame::WindowOpener& opener);
+  void close() override;
+  void idle() override;
+
+  void valueChanged(CControl& control) override;
+  void controlBeginEdit(CControl& control) override { effect.beginEdit(control.getTag()); }
+  void controlEndEdit(CControl& control) override { effect.endEdit(control.getTag()); }
+
+  void raiseAbout() override;
+  void openManual() override;
+  bool aboutIsOpen() const override;
+  /// Their files may have come or gone.
+  void refreshPresetMenus();
+
+  KvFrame* shownFrame() const { return getFrame(); }
+  /// While it is open; null for a tag that nothing has.
+  KvControl* getControl(int tag) const;
+  KvViewContainer* getAboutPanel() const { return aboutPanel; }
+
+  static constexpr int kLearnMenuTag = 1000000;
+
+ private:
+  // The steps of open(), in its order. Each adds to the frame.
+  void addLearnMenu();
+  void addPanels();
+  void addPages();
+  void addUpperControls();
+  void addLowerControls();
+  void addTraces();
+  void addPanelControls();
+  void addReadouts();
+  void addGlobalControls();
+  void addAboutButtons();
+  void resendPages();
+  void cutOutRings();
+  void linkKnobs();
+
+  template <class Control, class... More>
+  Control* make(const CRect& rect, int tag, const More&... more);
+  template <class Control>
+  Control* add(Control* control, layout::Group group);
+  void addKnob(const layout::Knob& row);
+  void addRings(bool upper);
+  void addSwitch(int tag);
+  void addMenu(int tag);
+  void addButton(int tag, const CRect& rect, int picture);
+  void addSlider(KvViewContainer& panel, int tag, const CRect& rect);
+  void addPresetMenu();
+  KvViewContainer* makePanel(const CRect& rect, int picture);
+
+  // events
+  void send(int tag, float value);
+  void choosePreset(KvOptionMenu& menu);
+  void stepProgram(int direction);
+  void learnOrClear(const ParameterRow& row, float value);
+  void chooseFromLearnMenu(CControl& menu);
+  void closePanel(int closeTag);
+  void pressTabs(const KvMouseArea& area);
+  bool keyPressed(const WindowKey& key) override;
+  void showPresetName();
+  void showStatus();
+
+  KvUniClient& effect;
+  Held<CFontDesc> editorFont;
+  std::array<KvControl*, kLastTag + 1> controls{};  // by tag
+  std::vector<KvViewContainer*> panels;             // in the order of their table
+  KvViewContainer* aboutPanel = nullptr;
+  KvOptionMenu* learnMenu = nullptr;
+  std::vector<KvOptionMenu*> presetMenus;
+  std::vector<CView*> topViews;  // to lie above all pages, until they are added
+  std::array<char, 64> shownName{};
+  float status = 0.0F;  // picture of the status strip
+};
+
+}  // namespace zum

@@ -1,0 +1,140 @@
+#include "resources/knobs.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+#include "resources/lettering.hpp"
+#include "resources/row_of.hpp"
+#include "resources/scene.hpp"
+#include "resources/shapes.hpp"
+
+namespace zum::pictures {
+namespace {
+
+struct KnobRow {
+  int id;
+  Scene scene;  // that lies behind it
+  int x, y;     // of the picture in the window
+  KnobPlace place;
+};
+// clang-format off
+constexpr KnobRow kKnobs[] = {
+  {1008, Scene::filter,    211, 144, kCutoff},  // and the vowel page, one pixel to the right
+  {1011, Scene::follower,   99, 323, kSecondSmall},
+  {1012, Scene::follower,  148, 323, kThirdSmall},
+  {1013, Scene::follower,   49, 323, kFirstSmall},
+  {1014, Scene::follower,  197, 323, kFourthSmall},
+  {1022, Scene::lfo,        49, 323, kFirstSmall},
+  {1023, Scene::lfo,       197, 323, kFourthSmall},
+  {1024, Scene::lfo,        99, 322, kSecondSmall},
+  {1025, Scene::base,      395, 399, kMaster},
+  {1028, Scene::base,       67, 398, kMix},
+  {1039, Scene::base,       67, 156, kOverdrive},
+  {1042, Scene::base,      393, 153, kResonance},
+  {1050, Scene::sequencer, 148, 324, kThirdSmall},
+  {1051, Scene::sequencer,  49, 324, kFirstSmall},
+};
+// clang-format on
+
+constexpr double kLastFrame = 127.0;
+constexpr double kTurn = 2.0 * 3.14159265358979323846;
+
+// Two bright sectors, as turned metal shows them; they stay where they are while the knob turns.
+void sheen(cairo_t* cr, double x, double y, double radius) {
+  constexpr int kSectors = 180;
+  cairo_save(cr);
+  cairo_arc(cr, x, y, radius, 0.0, kTurn);
+  cairo_clip(cr);
+  cairo_set_antialias(cr, CAIRO_ANTIALIAS_NONE);
+  for (int i = 0; i < kSectors; ++i) {
+    const double angle = kTurn * i / kSectors;
+    const double light = std::pow(std::abs(std::cos(angle - 0.7)), 6.0);
+    if (light < 0.02) continue;
+    cairo_move_to(cr, x, y);
+    cairo_arc(cr, x, y, radius + 1.0, angle, angle + kTurn / kSectors);
+    setColor(cr, kHighlight.withAlpha(0.15 * light));
+    cairo_fill(cr);
+  }
+  cairo_restore(cr);
+}
+
+// The grip on the edge turns with the knob.
+void grip(cairo_t* cr, double x, double y, double radius, double depth, double angle) {
+  const int teeth = static_cast<int>(radius * 1.3);
+  for (int i = 0; i < teeth; ++i) {
+    const double a = angle + kTurn * i / teeth;
+    const double c = std::cos(a);
+    const double s = std::sin(a);
+    line(cr, x + (radius - depth) * c, y + (radius - depth) * s, x + (radius - 0.4) * c,
+         y + (radius - 0.4) * s, 0.9, kBlack.withAlpha(0.55));
+  }
+}
+
+void pointer(cairo_t* cr, double x, double y, double from, double to, double width, double angle) {
+  const double c = std::cos(angle);
+  const double s = std::sin(angle);
+  line(cr, x + from * c, y + from * s, x + to * c, y + to * s, width + 1.4, kBlack.withAlpha(0.7));
+  line(cr, x + from * c, y + from * s, x + to * c, y + to * s, width, kPaper);
+}
+
+void knob(cairo_t* cr, double x, double y, double radius, double position) {
+  const double angle = knobAngle(position);
+  const double top = radius * (radius > 12.0 ? 0.78 : 0.82);
+  disc(cr, x, y, radius + 0.6, rgb(8, 6, 6));
+  ball(cr, x, y, radius, rgb(92, 86, 83), rgb(24, 21, 21));
+  if (radius > 12.0) grip(cr, x, y, radius, radius * 0.17, angle);
+  disc(cr, x, y + 0.6, top + 0.8, rgb(9, 8, 8));
+  ball(cr, x, y, top, rgb(98, 91, 88), rgb(40, 36, 35));
+  sheen(cr, x, y, top);
+  cairo_save(cr);
+  cairo_rectangle(cr, x - radius, y - radius, 2.0 * radius, radius * 0.9);
+  cairo_clip(cr);
+  circle(cr, x, y, top - 0.5, 0.9, kHighlight.withAlpha(0.22));
+  cairo_restore(cr);
+  const double width = std::max(1.9, radius * 0.095);
+  pointer(cr, x, y, radius * (radius > 12.0 ? 0.42 : 0.25), radius * 0.88, width, angle);
+}
+
+}  // namespace
+
+void drawKnob(cairo_t* cr, int id, int frame) {
+  const KnobRow& row = rowOf(kKnobs, id);
+  paintScene(cr, row.scene, row.x, row.y);
+  knob(cr, row.place.x - row.x, row.place.y - row.y, row.place.capRadius, frame / kLastFrame);
+}
+
+// The middle frame is an amount of zero; a bar grows from there to either side.
+void drawAmountSlider(cairo_t* cr, int /*id*/, int frame) {
+  constexpr Rect kGround{0, 0, 146, 13};
+  constexpr Rect kTrack{0, 3, 146, 7};
+  constexpr int kHandle = 9;
+  constexpr int kMiddle = 73;
+  constexpr int kLast = 74;
+  fill(cr, kGround, kPanel);
+  fillRound(cr, kTrack, 3.0, kBlack, rgb(22, 19, 19));
+  outlineRound(cr, kTrack, 3.0, kBlack, kHighlight.withAlpha(0.14));
+  const int left =
+      static_cast<int>(std::lround((kGround.w - kHandle) * static_cast<double>(frame) / kLast));
+  const int x = left + kHandle / 2;
+  const Rect bar = x < kMiddle ? Rect{x, 5, kMiddle - x, 3} : Rect{kMiddle, 5, x - kMiddle, 3};
+  if (bar.w > 0) fillRound(cr, bar, 0.0, kRose, kRed);
+  vertical(cr, kMiddle - 1, 4, 5, kLettering.withAlpha(0.8));
+  const Rect handle{left, 0, kHandle, kGround.h};
+  fillRound(cr, handle, 2.0, rgb(10, 8, 8));
+  fillRound(cr, handle.inset(1), 1.5, rgb(122, 114, 110), rgb(56, 51, 49));
+  horizontal(cr, left + 2, 1, kHandle - 4, kHighlight.withAlpha(0.35));
+  vertical(cr, x, 3, 7, frame * 2 == kLast ? kPaper : kRose);
+}
+
+void drawVowelSelector(cairo_t* cr, int /*id*/, int frame) {
+  // The vowels that have the formants of the nine positions.
+  constexpr const char* kVowels[] = {"U",      "O",      "\u00C5", "A", "\u00D6",
+                                     "\u00DC", "\u00C4", "E",      "I"};
+  constexpr Rect kView{0, 0, 17, 17};
+  fill(cr, kView, kGlass);
+  const char* const vowel = kVowels[frame];
+  const bool accented = vowel[1] != '\0';  // takes room above the capital
+  textIn(cr, accented ? kView.movedBy(0, 1) : kView, vowel, {12.0, true, 0.0}, kReadoutGreen);
+}
+
+}  // namespace zum::pictures

@@ -1,0 +1,47 @@
+// zum-draw-pictures: draws the window's pictures, at build time.
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <string>
+
+#include "resources/bitmap_writer.hpp"
+#include "resources/picture_rows.hpp"
+#include "resources/sheet.hpp"
+
+namespace {
+
+constexpr const char* kUsage =
+    "usage: zum-draw-pictures FOLDER                          bitmap files 1000.bmp to 1058.bmp\n"
+    "       zum-draw-pictures --sheet FILE.png                all pictures on one sheet\n"
+    "       zum-draw-pictures --preview FILE.png PAGE [0..1]  the window; PAGE is filter, vowel,\n"
+    "                                                         lfo, sync, sequencer, panels, "
+    "about\n";
+
+int run(int count, char** words) {
+  using namespace zum::pictures;
+  const std::string first = count > 1 ? words[1] : "";
+  if (first == "--sheet" && count == 3) {
+    writeSheet(words[2]);
+  } else if (first == "--preview" && (count == 4 || count == 5)) {
+    writePreview(words[2], words[3], count == 5 ? std::strtod(words[4], nullptr) : 0.6);
+  } else if (count == 2 && !first.empty() && first[0] != '-') {
+    for (const PictureRow& row : pictureRows()) {
+      writeBitmap(makePicture(row), first + '/' + std::to_string(row.id) + ".bmp");
+    }
+  } else {
+    (void)std::fputs(kUsage, stderr);
+    return 2;
+  }
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return run(argc, argv);
+  } catch (const std::exception& error) {
+    (void)std::fprintf(stderr, "zum-draw-pictures: %s\n", error.what());
+    return 1;
+  }
+}

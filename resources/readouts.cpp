@@ -1,0 +1,73 @@
+#include "resources/readouts.hpp"
+
+#include "resources/lettering.hpp"
+#include "resources/scene.hpp"
+#include "resources/shapes.hpp"
+
+namespace zum::pictures {
+namespace {
+
+constexpr Rect kReadout{0, 0, 64, 19};
+constexpr Type kReadoutType{11.0, false, 0.0};
+
+// D is dotted, T a triplet; in the order of the engine's note lengths.
+constexpr const char* kNotes[] = {
+    "4 bars", "3 bars",  "2 bars",           //
+    "1/1 D",  "1/1",     "1/2 D",  "1/1 T",  //
+    "1/2",    "1/4 D",   "1/2 T",            //
+    "1/4",    "1/8 D",   "1/4 T",            //
+    "1/8",    "1/16 D",  "1/8 T",            //
+    "1/16",   "1/32 D",  "1/16 T",           //
+    "1/32",   "1/64 D",  "1/32 T",           //
+    "1/64",   "1/128 D", "1/64 T",           //
+    "1/128",  "1/128 T",
+};
+constexpr const char* kWaves[] = {"Sine", "Square", "Saw", "Triangle", "Random"};
+
+void glass(cairo_t* cr, const Rect& rect) {
+  fill(cr, rect, kBlack);
+  outlineRound(cr, rect, 2.0, rgb(92, 84, 80), rgb(58, 52, 50));
+  fillRound(cr, rect.inset(1), 1.5, rgb(8, 7, 7), rgb(19, 17, 16));
+}
+
+void word(cairo_t* cr, const char* name) {
+  glass(cr, kReadout);
+  textIn(cr, kReadout, name, kReadoutType, kReadoutGreen);
+}
+
+}  // namespace
+
+void drawNumberGround(cairo_t* cr, int /*id*/, int /*frame*/) { glass(cr, kReadout); }
+
+void drawNoteName(cairo_t* cr, int /*id*/, int frame) { word(cr, kNotes[frame]); }
+
+void drawWaveName(cairo_t* cr, int /*id*/, int frame) { word(cr, kWaves[frame]); }
+
+void drawStatusStrip(cairo_t* cr, int /*id*/, int frame) {
+  constexpr Rect kStrip{0, 0, 138, 19};
+  constexpr struct {
+    const char* text;
+    Color color;
+  } kStates[] = {{"READY", kReadoutGreen.towards(kBlack, 0.55)},
+                 {"MOVE A CONTROLLER", kReadoutGreen},
+                 {"BYPASSED", kRose},
+                 {"LOADING", kRose},
+                 {"HOST IS OFFLINE", kRose}};
+  glass(cr, kStrip);
+  textIn(cr, kStrip, kStates[frame].text, kSmallType, kStates[frame].color);
+}
+
+void drawLamp(cairo_t* cr, int /*id*/, int frame) {
+  constexpr double kMiddle = 7.5;
+  const double light = frame / 31.0;
+  paintScene(cr, Scene::lfo, kLfoLamp.x, kLfoLamp.y);
+  disc(cr, kMiddle, kMiddle + 0.7, 6.0, kHighlight.withAlpha(0.14));
+  disc(cr, kMiddle, kMiddle, 5.8, rgb(8, 6, 6));
+  const Color off = kLfoTint.towards(kBlack, 0.8);
+  ball(cr, kMiddle, kMiddle, 4.6, off.towards(kLfoTint.towards(kPaper, 0.65), light),
+       off.towards(kLfoTint.towards(kBlack, 0.25), light));
+  glow(cr, kMiddle, kMiddle, 7.4, kLfoTint.withAlpha(0.45 * light));
+  disc(cr, kMiddle - 1.4, kMiddle - 1.8, 1.1, kHighlight.withAlpha(0.3));
+}
+
+}  // namespace zum::pictures

@@ -1,0 +1,86 @@
+// How a menu looks, closed and open.
+
+#include <algorithm>
+
+#include "toolkit/option_menu.hpp"
+
+namespace zum {
+
+void KvOptionMenu::draw(CDrawContext& context) {
+  if (parentMenu == nullptr) drawClosed(context);
+  KvControl::draw(context);
+  if (isOpen) drawList(context);  // over everything, the caption too
+}
+
+void KvOptionMenu::drawClosed(CDrawContext& context) const {
+  const CRect& size = getViewSize();
+  if (size.isEmpty()) return;
+  if (closedBitmap != nullptr) {
+    const int row = (style & kPictures) != 0 ? std::max(selectedEntry, 0) : 0;
+    closedBitmap->draw(context, size, {0, row * look.itemHeight});
+    if ((style & kPictures) != 0) return;
+  }
+  context.setFont(font, look.fontSize);
+  context.setFontColor(textColor);
+  context.drawString(currentText(),
+                     {size.left + kTextInset, size.top, size.right - kTextInset, size.bottom},
+                     false, TextAlign::left);
+}
+
+void KvOptionMenu::drawList(CDrawContext& context) {
+  if (openBitmap != nullptr) {
+    openBitmap->draw(context, listRect, {0, 0});
+  } else {
+    context.setFillColor(backgroundColor);
+    context.setFrameColor(look.frameColor);
+    context.drawRect(listRect, DrawStyle::filledAndStroked);
+  }
+  const int last = std::min(firstVisible() + rowsInside(), getNbEntries());
+  for (int row = firstVisible(); row < last; ++row) drawRow(context, row);
+  scroll.draw(context, backgroundColor, look.selectedBackColor);
+}
+
+void KvOptionMenu::drawRow(CDrawContext& context, int row) const {
+  const CRect place = rowRect(row);
+  const bool lit = row == hoveredRow && !entry(row).isHeader;
+  if (openBitmap != nullptr) {
+    if (lit && look.rowBitmap != nullptr) {
+      look.rowBitmap->draw(context, place, {0, row * look.rowBitmapHeight});
+    } else if (lit) {
+      context.setFrameColor(look.frameColor);
+      context.drawRect(place, DrawStyle::stroked);
+    }
+    return;
+  }
+  const KvOptionMenuEntryInfo& info = entry(row);
+  if (lit) {
+    context.setFillColor(look.selectedBackColor);
+    context.drawRect(place, DrawStyle::filled);
+  }
+  const bool off = info.isHeader || !info.enabled;
+  context.setFont(font, look.fontSize);
+  context.setFontColor(off ? look.separatorColor : (lit ? look.selectedTextColor : textColor));
+  context.drawString(info.text,
+                     {place.left + kTextInset, place.top, place.right - kMarkWidth, place.bottom},
+                     false, info.isHeader ? TextAlign::centre : TextAlign::left);
+  const CColor sign = lit ? look.selectedTextColor : textColor;
+  context.setFrameColor(sign);
+  const int middle = (place.top + place.bottom) / 2;
+  if (info.marked || (row == selectedEntry && info.isChoice())) {
+    context.setFillColor(sign);
+    context.drawRect({place.left + 1, middle - 2, place.left + 4, middle + 1}, DrawStyle::filled);
+  }
+  if (info.subMenu && look.subMenuBitmap != nullptr) {
+    const CBitmap& bitmap = *look.subMenuBitmap;
+    const int height = bitmap.getHeight() / 2;
+    bitmap.draw(context,
+                {place.right - bitmap.getWidth(), place.top, place.right, place.top + height},
+                {0, lit ? height : 0});
+    return;
+  }
+  for (int i = 0; info.subMenu && i < 4; ++i) {
+    context.drawLine({place.right - 8 + i, middle - 3 + i}, {place.right - 8 + i, middle + 3 - i});
+  }
+}
+
+}  // namespace zum
