@@ -20,6 +20,8 @@ constexpr std::array<float, 10> formantOne = {320.0F,  500.0F,  700.0F,  1000.0F
 constexpr std::array<float, 10> formantTwo = {800.0F, 1000.0F, 1150.0F, 1400.0F, 500.0F,
                                               320.0F, 700.0F,  500.0F,  320.0F,  320.0F};
 
+constexpr ControlValue kNoValue;
+
 int stepPosition(const ParameterRow& row, float value) ZUM_REALTIME {
   const int last = row.positions - 1;
   const float offset = row.rule == Rule::stepExact ? 0.0F : 0.001F;
@@ -178,11 +180,10 @@ void KvUniClient::pressReset(int row, float position) ZUM_REALTIME {
 }
 
 const ControlValue& KvUniClient::value(int tag) const ZUM_REALTIME {
-  static constexpr ControlValue kNone;
   const int row = rowOfTag(tag);
   return row >= 0 && parameterRows()[static_cast<std::size_t>(row)].rule != Rule::table
              ? valueOf(row)
-             : kNone;
+             : kNoValue;
 }
 
 void KvUniClient::setMouseArea(const std::array<float, KvMouseAreaChunk::kCount>& words) {

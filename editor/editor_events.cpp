@@ -156,6 +156,7 @@ void KvUniClientEditor::choosePreset(KvOptionMenu& menu) {
   if (!menu.getFileName(file, preset::kExtension)) return;
   effect.loadPresetFile(file.c_str(), 0, preset::kExtension, true);
   shownName = {};  // the menu shows what was chosen, which may have been refused
+  showPresetName();
   if (isOpen()) getFrame()->setDirty(true);
 }
 

@@ -110,6 +110,7 @@ void KvUniClientEditor::refreshPresetMenus() {
   const std::string root = KvUniClient::presetRoot();
   for (KvOptionMenu* menu : presetMenus) menu->rescan(root.c_str());
   shownName = {};
+  showPresetName();
 }
 
 }  // namespace zum

@@ -45,9 +45,10 @@ std::intptr_t callback(AEffect* effect, std::int32_t opcode, std::int32_t index,
 
 }  // namespace
 
-TestHost::TestHost(float sampleRate, HostState state) : host(std::move(state)) {
+TestHost::TestHost(float sampleRate, HostState state, EditorFactory makeEditor)
+    : host(std::move(state)) {
   beingMade = &host;
-  effect = createEffect(callback);
+  effect = createEffect(callback, makeEditor);
   effect->user = &host;
   dispatch(effOpen);
   dispatch(effSetSampleRate, 0, 0, nullptr, sampleRate);

@@ -38,7 +38,8 @@ struct HostState {
 
 class TestHost {
  public:
-  explicit TestHost(float sampleRate = 44100.0F, HostState state = {});
+  explicit TestHost(float sampleRate = 44100.0F, HostState state = {},
+                    EditorFactory makeEditor = nullptr);
   TestHost(const TestHost&) = delete;
   TestHost& operator=(const TestHost&) = delete;
   ~TestHost() { dispatch(effClose); }

@@ -1,0 +1,275 @@
+// The window: each control at its place does what it says, and nothing else.
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "editor/layout.hpp"
+#include "support/editor_desk.hpp"
+#include "support/settings_user.hpp"
+#include "toolkit/display.hpp"
+#include "toolkit/option_menu.hpp"
+
+namespace zum::test {
+namespace {
+
+using Tags = std::vector<int>;
+
+TEST(Editor, EachKnobMovesItsOwnParameterAndTheHostHearsOfIt) {
+  EditorDesk desk;
+  for (const auto& table : {layout::kUpperKnobs, layout::kLowerKnobs}) {
+    for (const layout::Knob& knob : table) {
+      desk.showGroup(knob.group);
+      desk.host.set(knob.tag, 0.5F);
+      desk.tick();
+      const auto before = desk.values();
+      desk.host.host.calls.clear();
+      desk.drag(knob.tag, 0, -20);
+      EXPECT_EQ(desk.changedSince(before), Tags{knob.tag});
+      EXPECT_NEAR(desk.values()[knob.tag], 0.5F + 0.2F * knob.sensitivity, 1e-5F) << knob.tag;
+      std::vector<std::intptr_t> heard;
+      for (const auto& call : desk.host.host.calls) {
+        EXPECT_EQ(call[1], knob.tag);
+        heard.push_back(call[0]);
+      }
+      EXPECT_EQ(heard, (std::vector<std::intptr_t>{audioMasterBeginEdit, audioMasterAutomate,
+                                                   audioMasterEndEdit}));
+      desk.click(desk.middleOf(knob.tag), buttons::kLeft | buttons::kControl);
+      EXPECT_EQ(desk.values()[knob.tag], knob.initial) << knob.tag;
+      // Just outside of its picture it can still be taken, beyond its border not.
+      const CRect area = knob.rect.grownBy(knob.border);
+      EXPECT_EQ(desk.editor().getControl(knob.tag)->getMouseableArea(), area);
+    }
+  }
+}
+
+TEST(Editor, EachPanelHoldsItsKnobsAmountsAndLearns) {
+  EditorDesk desk;
+  for (const layout::Panel& panel : layout::kPanels) {
+    for (const auto& table : {layout::kUpperKnobs, layout::kLowerKnobs}) {
+      for (const layout::Knob& knob : table) {
+        if (knob.tag == panel.knob) desk.showGroup(knob.group);
+      }
+    }
+    desk.click(desk.middleOf(panel.knob), buttons::kRight);
+    KvControl* const opened = desk.editor().shownFrame()->getModalView();
+    ASSERT_NE(opened, nullptr) << panel.knob;
+    EXPECT_EQ(opened->getViewSize().width(), panel.rect.width());
+    EXPECT_EQ(opened->getViewSize().height(), panel.rect.height());
+    for (const int slider : panel.sliders) {
+      if (slider < 0) continue;
+      const auto before = desk.values();
+      desk.drag(slider, 20, 0);
+      EXPECT_EQ(desk.changedSince(before), Tags{slider});
+      EXPECT_NEAR(desk.values()[slider], 0.5F + 0.13F, 1e-5F);
+    }
+    desk.click(panel.reset);
+    for (const int slider : panel.sliders) {
+      EXPECT_TRUE(slider < 0 || desk.values()[slider] == 0.5F);
+    }
+    const int target = parameterRows()[static_cast<std::size_t>(rowOfTag(panel.learn))].learnTarget;
+    desk.click(panel.learn);
+    EXPECT_EQ(desk.effect().learning(), target);
+    desk.click(panel.learn);
+    EXPECT_EQ(desk.effect().learning(), -1);
+    desk.click(panel.learn);
+    desk.click(panel.clear);  // nothing to clear yet, and still learning
+    auto before = desk.values();
+    desk.controller(20, 30);
+    EXPECT_EQ(desk.changedSince(before), Tags{target});
+    desk.controller(20, 90);
+    EXPECT_NEAR(desk.values()[target], 90.0F / 127.0F, 1e-6F);
+    before = desk.values();
+    desk.click(panel.clear);
+    desk.controller(20, 10);
+    EXPECT_EQ(desk.changedSince(before), Tags{});
+    desk.click(panel.close);
+    EXPECT_EQ(desk.editor().shownFrame()->getModalView(), nullptr);
+  }
+  desk.host.set(17, 0.9F);
+  desk.host.set(50, 0.1F);
+  desk.click(199);
+  EXPECT_EQ(desk.values()[17], 0.5F);
+  EXPECT_EQ(desk.values()[50], 0.5F);
+}
+
+TEST(Editor, PagesFollowTheEffectAndSwitchesTheMouse) {
+  EditorDesk desk;
+  desk.host.set(62, 1.0F);
+  desk.host.set(165, 0.5F);
+  desk.reopen();
+  const auto shown = [&](int tag) { return desk.editor().getControl(tag)->isShown(); };
+  EXPECT_TRUE(shown(0) && shown(60) && shown(10) && shown(12));
+  EXPECT_FALSE(shown(3) || shown(61) || shown(6) || shown(66) || shown(165));
+  desk.click(65);
+  EXPECT_TRUE(shown(66));
+  EXPECT_FALSE(shown(13));
+  const CPoint strip = desk.middleOf(164);
+  desk.click({strip.x + 80, strip.y});
+  EXPECT_TRUE(shown(68));
+  desk.press({strip.x - 80, strip.y});
+  EXPECT_TRUE(shown(67));
+  desk.move(strip);
+  EXPECT_TRUE(shown(64));
+  desk.editor().close();  // with the strip held
+  desk.host.set(165, 1.0F);
+  desk.reopen();
+  EXPECT_TRUE(shown(68));
+  desk.click(62);
+  EXPECT_TRUE(shown(3));
+  for (const int on : {1, 0}) {
+    desk.click(222);
+    EXPECT_EQ(desk.effect().value(222).integer, on);
+  }
+  const struct {
+    int tag;
+    int row;
+    int group;
+  } menus[] = {{61, 5, 1}, {60, 9, 2}, {15, 3, 5}, {15, 4, 5}};
+  for (const auto& [tag, row, group] : menus) {
+    desk.showGroup(group);
+    desk.click(tag);
+    auto* const menu = static_cast<KvOptionMenu*>(desk.editor().getControl(tag));
+    const CRect list = menu->getListRect();
+    desk.click({list.left + 10, list.top + 17 * row + 9});
+    EXPECT_EQ(desk.effect().value(tag).integer, row) << tag;
+  }
+}
+
+TEST(Editor, ReadoutsComeUpWithATouchAndSayTheSetting) {
+  EditorDesk desk;
+  const struct {
+    int knob, readout, group;
+    float value;
+    const char* text;
+  } cases[] = {{6, 147, 3, 0.0F, "OFF"},      {6, 147, 3, 1.0F, "7244Hz"},
+               {7, 145, 3, 1.0F, "1150.0ms"}, {9, 144, 3, 0.5F, "0.0db"},
+               {8, 146, 3, 0.0F, "2.6ms"},    {13, 150, 6, 0.5F, "-12.0db"},
+               {14, 152, 5, 0.25F, "25.0%"}};
+  for (const auto& c : cases) {
+    desk.showGroup(c.group);
+    desk.host.set(c.knob, c.value);
+    auto* const readout = static_cast<KvDisplay*>(desk.editor().getControl(c.readout));
+    for (int i = 0; i < 10; ++i) desk.tick();
+    EXPECT_FALSE(readout->isVisible());
+    desk.press(desk.middleOf(c.knob));
+    EXPECT_TRUE(readout->isVisible());
+    EXPECT_EQ(readout->text(), c.text);
+    desk.release(desk.middleOf(c.knob));
+    desk.window->leave();
+  }
+}
+
+/// Answers at once with what a test has chosen.
+struct Chooser final : FileDialogs {
+  Chooser() { setFileDialogs(this); }
+  ~Chooser() override { setFileDialogs(nullptr); }
+  void load(const FileQuestion& /*question*/, FileAnswer answer) override { answer(chosen); }
+  void save(const FileQuestion& /*question*/, FileAnswer answer) override { answer(chosen); }
+  void folder(const FileQuestion& /*question*/, FileAnswer answer) override { answer(chosen); }
+  void cancel(void* /*owner*/) override {}
+  std::optional<std::string> chosen;
+};
+
+class EditorPresets : public SettingsTest {
+ protected:
+  void SetUp() override {
+    SettingsTest::SetUp();
+    writeSettingString(kContentPath, internal("content/"));
+    fs::create_directories(folder / "one/deep");
+    fs::create_directories(folder / "content/Presets");
+    EditorDesk writer;  // the first one there is fills in the settings
+    writeSettingString(kPresetPath, internal("one"));
+    for (const auto& [file, cutoff] : {std::pair{"one/a.kvz", 0.1F},
+                                       {"one/b.kvz", 0.2F},
+                                       {"one/deep/c.kvz", 0.3F},
+                                       {"one/deep/e.kvz", 0.5F},
+                                       {"content/Presets/d.kvz", 0.4F}}) {
+      writer.host.set(3, cutoff);
+      writer.effect().savePreset(internal(file).c_str(), 0, nullptr, false);
+    }
+  }
+};
+
+TEST_F(EditorPresets, AreChosenSavedAndLookedForFromTheWindow) {
+  Chooser dialogs;
+  EditorDesk desk;
+  auto& menu = static_cast<KvOptionMenu&>(*desk.editor().getControl(162));
+  const auto choose = [&](int row) {
+    desk.click(162);
+    const CRect list = menu.getListRect();
+    desk.click({list.left + 10, list.top + 1 + 17 * row + 8});
+  };
+  const auto rows = [&menu] {
+    std::string all;
+    std::string text;
+    for (int i = 0; menu.getEntry(i, text); ++i) all += text + ' ';
+    return all;
+  };
+  EXPECT_EQ(rows(), "Save Preset --Presets-- deep a b ");
+  desk.host.host.calls.clear();
+  choose(4);
+  EXPECT_EQ(desk.values()[3], 0.2F);
+  EXPECT_EQ(desk.host.host.calls.back()[0], audioMasterUpdateDisplay);
+  desk.tick();
+  EXPECT_EQ(menu.currentText(), "b");
+  desk.click(209);
+  EXPECT_EQ(menu.currentText(), "e");
+  desk.click(210);
+  EXPECT_EQ(desk.values()[3], 0.3F);
+
+  desk.host.set(3, 0.9F);
+  choose(0);  // and cancel
+  EXPECT_EQ(rows(), "Save Preset --Presets-- deep a b ");
+  dialogs.chosen = internal("one/mine");
+  choose(0);
+  EXPECT_EQ(rows(), "Save Preset --Presets-- deep a b mine ");
+  EXPECT_EQ(menu.currentText(), "mine");
+  choose(3);
+  EXPECT_EQ(desk.values()[3], 0.1F);
+  putText(folder / "one/b.kvz", "damaged");
+  choose(4);
+  EXPECT_EQ(desk.values()[3], 0.1F);
+  EXPECT_TRUE(WindowServices::get().isMessageOpen());
+  WindowServices::get().getMessageWindow()->getFrame().onKeyDown({0, keys::kReturn, 0});
+  desk.tick();
+  EXPECT_EQ(menu.currentText(), "a");
+
+  desk.click(221);
+  EXPECT_TRUE(desk.editor().aboutIsOpen());
+  dialogs.chosen = internal("content/Presets");
+  desk.click(203);
+  EXPECT_EQ(rows(), "Save Preset --Presets-- d ");
+  dialogs.chosen = internal("one");
+  desk.click(203);
+  desk.click(205);
+  EXPECT_EQ(rows(), "Save Preset --Presets-- d ");
+  EXPECT_EQ(readSettingString(kPresetPath), internal("content/Presets/"));
+  desk.click(desk.middleOf(62));  // the panel lies over it
+  EXPECT_FALSE(desk.editor().aboutIsOpen());
+  EXPECT_EQ(desk.effect().value(62).integer, 0);
+}
+
+TEST(Editor, TwoWindowsShareThePicturesAndKeysRollTheDice) {
+  EditorDesk one;
+  EditorDesk two;
+  CBitmap* const strip = one.editor().getBitmap(1008);
+  ASSERT_NE(strip, nullptr);
+  EXPECT_EQ(strip, two.editor().getBitmap(1008));
+  one.editor().close();
+  two.reopen();
+  EXPECT_NE(two.editor().getBitmap(1008), nullptr);
+  EXPECT_EQ(two.editor().getBitmap(1059), nullptr);
+  const auto before = two.values();
+  two.key(keys::kF1);
+  EXPECT_EQ(two.changedSince(before), Tags{});
+  two.key(keys::kF1 + 1);
+  EXPECT_GT(two.changedSince(before).size(), 40U);
+  for (const auto& [tag, value] : two.values()) {
+    EXPECT_TRUE(value >= 0.0F && value <= 1.0F);
+    const auto& row = parameterRows()[static_cast<std::size_t>(rowOfTag(tag))];
+    EXPECT_TRUE(!isAmount(row.rule) || std::abs(value - 0.5F) <= 0.25F) << tag;
+  }
+}
+
+}  // namespace
+}  // namespace zum::test
