@@ -45,8 +45,9 @@ int heightOf(const Cell& cell) { return cell.height + kCaption + kGap; }
 // Tall ones first, in shelves. Beside the first picture of a shelf lower shelves are stacked up to
 // its height. Gives the height of all.
 int arrange(std::vector<Cell>& cells) {
-  std::stable_sort(cells.begin(), cells.end(),
-                   [](const Cell& a, const Cell& b) { return a.height > b.height; });
+  std::sort(cells.begin(), cells.end(), [](const Cell& a, const Cell& b) {
+    return a.height != b.height ? a.height > b.height : a.row->id < b.row->id;
+  });
   int top = kGap;
   for (std::size_t i = 0; i < cells.size();) {
     const int bottom = top + heightOf(cells[i]);
