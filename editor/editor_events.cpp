@@ -90,12 +90,13 @@ void KvUniClientEditor::valueChanged(CControl& control) {
       return learnOrClear(parameterRows()[static_cast<std::size_t>(rowOfTag(tag))], value);
     case Act::choosesPreset: return choosePreset(static_cast<KvOptionMenu&>(control));
     case Act::choosesFolder:
-      if (value == 0.0F) effect.choosePresetRoot([this] { refreshPresetMenus(); });
+      if (value == 0.0F)
+        effect.choosePresetRoot([this] { refreshPresetMenus(preset::kExtension); });
       return;
     case Act::resetsFolder:
       if (value != 0.0F) return;
       effect.resetPresetRoot();
-      return refreshPresetMenus();
+      return refreshPresetMenus(preset::kExtension);
     case Act::nextProgram:
       if (value == 1.0F) stepProgram(1);
       return;
@@ -148,7 +149,7 @@ void KvUniClientEditor::chooseFromLearnMenu(CControl& menu) {
 void KvUniClientEditor::choosePreset(KvOptionMenu& menu) {
   if (menu.getValue() == 0.0F) {
     return effect.savePreset(nullptr, 0, preset::kExtension, true, [this] {
-      refreshPresetMenus();
+      refreshPresetMenus(preset::kExtension);
       if (isOpen()) getFrame()->setDirty(true);
     });
   }

@@ -180,14 +180,15 @@ void KvUniClientEditor::addGlobalControls() {
   addButton(209, {157, 36, 168, 51}, 1005);
   addButton(210, {35, 36, 46, 51}, 1003);
   addButton(221, {338, 35, 400, 52}, 1002);
-  addButton(199, {197, 265, 242, 276}, 1041);
+  addButton(199, {197, 265, 242, 276}, 1041)->bind(&effect.value(199).stepped);
   addSwitch(222);
 }
 
-void KvUniClientEditor::addButton(int tag, const CRect& rect, int picture) {
+KvButton* KvUniClientEditor::addButton(int tag, const CRect& rect, int picture) {
   auto* const button = make<KvButton>(rect, tag, nullptr, 0.0F, ButtonMode::momentary);
   button->setBackground(holdBitmap(picture));
   add(button, layout::always);
+  return button;
 }
 
 void KvUniClientEditor::addPresetMenu() {

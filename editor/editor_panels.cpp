@@ -75,9 +75,10 @@ void KvUniClientEditor::addPanelControls() {
       addSlider(panel, row.sliders[slider], {left, top, left + kSliderWidth, top + kSliderHeight});
     }
     const auto button = [&](const PanelButton& look, int tag, ButtonMode mode) {
+      const float initial = 2.0F * parameterRows()[static_cast<std::size_t>(rowOfTag(tag))].initial;
       const CRect rect = look.rect.movedBy(0, isTall ? look.lower : 0);
       auto* const made =
-          make<KvButton>({0, 0, rect.width(), rect.height()}, tag, nullptr, 0.0F, mode);
+          make<KvButton>({0, 0, rect.width(), rect.height()}, tag, nullptr, initial, mode);
       made->setBackground(holdBitmap(look.picture));
       panel.addView(made, rect.left, rect.top);
       return made;

@@ -106,9 +106,9 @@ void KvUniClientEditor::openManual() {
   WindowServices::get().showFile(file + "Manual\\Manual.htm");
 }
 
-void KvUniClientEditor::refreshPresetMenus() {
+void KvUniClientEditor::refreshPresetMenus(const char* extension) {
   const std::string root = KvUniClient::presetRoot();
-  for (KvOptionMenu* menu : presetMenus) menu->rescan(root.c_str());
+  for (KvOptionMenu* menu : presetMenus) menu->setFolder(root, extension);
   shownName = {};
   showPresetName();
 }

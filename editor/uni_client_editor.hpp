@@ -12,6 +12,7 @@
 
 namespace zum {
 
+class KvButton;
 class KvMouseArea;
 class KvOptionMenu;
 
@@ -40,8 +41,8 @@ class KvUniClientEditor final : public KvEditorBase, public CControlListener {
   void raiseAbout() override;
   void openManual() override;
   bool aboutIsOpen() const override;
-  /// Their files may have come or gone.
-  void refreshPresetMenus();
+  /// Their files may have come or gone, or lie in another folder.
+  void refreshPresetMenus(const char* extension);
 
   KvFrame* shownFrame() const { return getFrame(); }
   /// While it is open; null for a tag that nothing has.
@@ -74,7 +75,7 @@ class KvUniClientEditor final : public KvEditorBase, public CControlListener {
   void addRings(bool upper);
   void addSwitch(int tag);
   void addMenu(int tag);
-  void addButton(int tag, const CRect& rect, int picture);
+  KvButton* addButton(int tag, const CRect& rect, int picture);
   void addSlider(KvViewContainer& panel, int tag, const CRect& rect);
   void addPresetMenu();
   KvViewContainer* makePanel(const CRect& rect, int picture);
