@@ -18,13 +18,15 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Windows by their titles; that of the editor has none.
+constexpr int kEditorWidth = 50;
+
+/// Windows by their titles; the editor's by none.
 class Screen {
  public:
   CFrame::WindowOpener opener() {
     return [this](const WindowRequest& request, WindowEvents& events) {
       auto opened = std::make_unique<OffscreenWindow>(request, events);
-      windows[request.title] = opened.get();
+      windows[request.width == kEditorWidth ? "" : request.title] = opened.get();
       belongsTo = request.inFrontOf;
       return opened;
     };
@@ -38,7 +40,7 @@ class Screen {
 class Editor final : public KvEditorBase {
  public:
   Editor(GroupMask& mask, Screen& screen)
-      : KvEditorBase({0, 0, 50, 40}, mask, [](int) { return std::span<const std::byte>(); }),
+      : KvEditorBase({0, 0, kEditorWidth, 40}, mask, [](int) { return std::span<const std::byte>(); }),
         opener(screen.opener()) {}
   bool open(void* /*parent*/) override { return KvEditorBase::open(nullptr, nullptr, opener); }
   bool keyPressed(const WindowKey& /*key*/) override { return true; }

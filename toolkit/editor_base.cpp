@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "state/library_record.hpp"
+
 namespace zum {
 namespace {
 
@@ -25,7 +27,9 @@ bool AEffGUIEditor::openFrame(void* parent, const CFontDesc* font,
                               const CFrame::WindowOpener& opener) {
   frame = Held<KvFrame>(new KvFrame(bounds, this));
   frame->setDefaultFont(font);
-  if (frame->open(reinterpret_cast<std::uintptr_t>(parent), {}, opener)) return true;
+  // The title is for a window of its own; inside of a host's nobody sees it.
+  const char* const title = libraryRecord().product;
+  if (frame->open(reinterpret_cast<std::uintptr_t>(parent), title, opener)) return true;
   frame = {};
   return false;
 }

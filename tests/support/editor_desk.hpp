@@ -26,7 +26,7 @@ class EditorDesk {
     editor().close();
     editor().open(nullptr, [this](const WindowRequest& request, WindowEvents& events) {
       auto opened = std::make_unique<OffscreenWindow>(request, events);
-      if (request.title.empty()) window = opened.get();
+      if (request.inFrontOf == 0) window = opened.get();
       return opened;
     });
     tick();
