@@ -21,6 +21,8 @@ class AEffEditor {
   virtual void close() = 0;
   virtual bool isOpen() = 0;
   virtual void idle() = 0;
+  /// A part of the window, which was lost, is shown again.
+  virtual void draw(ERect* /*rect*/) {}
   virtual bool onKeyDown(VstKeyCode& key) = 0;
   virtual bool onKeyUp(VstKeyCode& key) = 0;
 };

@@ -147,6 +147,8 @@ void KvUniClientEditor::chooseFromLearnMenu(CControl& menu) {
 }
 
 void KvUniClientEditor::choosePreset(KvOptionMenu& menu) {
+  shownName = {};  // the menu shows what was chosen, which may be refused or cancelled
+  showPresetName();
   if (menu.getValue() == 0.0F) {
     return effect.savePreset(nullptr, 0, preset::kExtension, true, [this] {
       refreshPresetMenus(preset::kExtension);
@@ -156,7 +158,7 @@ void KvUniClientEditor::choosePreset(KvOptionMenu& menu) {
   std::string file;
   if (!menu.getFileName(file, preset::kExtension)) return;
   effect.loadPresetFile(file.c_str(), 0, preset::kExtension, true);
-  shownName = {};  // the menu shows what was chosen, which may have been refused
+  shownName = {};
   showPresetName();
   if (isOpen()) getFrame()->setDirty(true);
 }

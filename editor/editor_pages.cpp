@@ -119,7 +119,7 @@ void KvUniClientEditor::addLowerControls() {
   auto* const cover = make<KvDisplay>({133, 280, 244, 358}, 66, getBitmap(1019), 78, 1);
   cover->group = layout::syncedLfo;
   cover->groupMask = &getGroupMask();
-  topViews.push_back(cover);
+  topViews.emplace_back(cover);
 }
 
 void KvUniClientEditor::addTraces() {
@@ -223,7 +223,7 @@ void KvUniClientEditor::addReadouts() {
   const auto place = [this](KvDisplay* readout, layout::Group group) {
     readout->group = group;
     readout->groupMask = &getGroupMask();
-    topViews.push_back(readout);
+    topViews.emplace_back(readout);
   };
   for (const layout::NumberReadout& row : layout::kNumberReadouts) {
     auto* const readout = make<KvDisplay>(row.rect, row.tag, getBitmap(layout::kReadoutPicture),

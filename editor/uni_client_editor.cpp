@@ -4,6 +4,7 @@
 
 #include "editor/create_editor.hpp"
 #include "editor/layout.hpp"
+#include "platform/content_folder.hpp"
 #include "platform/files.hpp"
 #include "resources/pictures.hpp"
 #include "state/path_text.hpp"
@@ -42,16 +43,22 @@ bool KvUniClientEditor::open(void* parent, const CFrame::WindowOpener& opener) {
   getFrame()->exitTicks = 5;
   cutOutRings();
   linkKnobs();
-  for (CView* view : topViews) getFrame()->addView(view);
+  for (const Held<CView>& view : topViews) {
+    view->remember();
+    getFrame()->addView(view.get());
+  }
   topViews.clear();
   getFrame()->setDirty(true);
   return true;
 }
 
-// A strip that was held when the window went would hold its page for ever.
+// What is held while the window goes would be held for ever: a gesture in the host's ears, a button
+// that is lit, a strip with its page. The host may close once more from inside of what it hears.
 void KvUniClientEditor::close() {
+  if (isOpen()) holdFrame()->letGo();
   if (!isOpen()) return;
   effect.setMouseArea({});
+  topViews.clear();
   presetMenus.clear();
   panels.clear();
   controls = {};
@@ -83,7 +90,7 @@ void KvUniClientEditor::showPresetName() {
 void KvUniClientEditor::showStatus() {
   enum Picture { ready, learning, bypassed, loading, offline };
   Picture picture = ready;
-  if (effect.value(222).integer != 0) picture = bypassed;
+  if (loadShared(effect.value(222).integer) != 0) picture = bypassed;
   if (effect.learning().load(std::memory_order_relaxed) >= 0) picture = learning;
   if (effect.isOffline()) picture = offline;
   if (effect.muteRequest.load(std::memory_order_relaxed)) picture = loading;
@@ -103,6 +110,8 @@ bool KvUniClientEditor::aboutIsOpen() const {
 void KvUniClientEditor::openManual() {
   std::string file = readSettingString(kInstallPath).value_or("");
   ensureTrailingBackslash(file);
+  // Another system's folder, or none, would be looked for where the host happens to run.
+  if (!isAbsolutePath(file)) file = installedContentFolder();
   WindowServices::get().showFile(file + "Manual\\Manual.htm");
 }
 

@@ -99,7 +99,7 @@ class KvUniClientEditor final : public KvEditorBase, public CControlListener {
   KvViewContainer* aboutPanel = nullptr;
   KvOptionMenu* learnMenu = nullptr;
   std::vector<KvOptionMenu*> presetMenus;
-  std::vector<CView*> topViews;  // to lie above all pages, until they are added
+  std::vector<Held<CView>> topViews;  // to lie above all pages, until they are added
   std::array<char, 64> shownName{};
   float status = 0.0F;  // picture of the status strip
 };

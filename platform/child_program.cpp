@@ -40,7 +40,11 @@ class SpawnSettings {
   explicit SpawnSettings(int output) {
     posix_spawn_file_actions_init(&files);
     // The pipe first: a host may have closed its own streams, so that it lies in their place.
-    posix_spawn_file_actions_adddup2(&files, output, STDOUT_FILENO);
+    if (output >= 0) {
+      posix_spawn_file_actions_adddup2(&files, output, STDOUT_FILENO);
+    } else {
+      posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    }
     posix_spawn_file_actions_addopen(&files, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
     posix_spawn_file_actions_addopen(&files, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
     posix_spawn_file_actions_addclosefrom_np(&files, STDERR_FILENO + 1);
@@ -80,20 +84,21 @@ std::string findProgram(const std::string& name) {
   return {};
 }
 
-bool ChildProgram::start(const std::string& file, std::vector<std::string> arguments) {
+bool ChildProgram::start(const std::string& file, std::vector<std::string> arguments,
+                         bool listens) {
   if (isRunning()) return false;
   std::vector<char*> texts;
   texts.reserve(arguments.size() + 1);
   for (std::string& argument : arguments) texts.push_back(argument.data());
   texts.push_back(nullptr);
   std::vector<char*> environment = environmentOfChild();
-  std::array<int, 2> ends{};
-  if (pipe2(ends.data(), O_CLOEXEC) != 0) return false;
+  std::array<int, 2> ends{-1, -1};
+  if (listens && pipe2(ends.data(), O_CLOEXEC) != 0) return false;
   const SpawnSettings settings(ends[1]);
-  const bool runs = fcntl(ends[0], F_SETFL, O_NONBLOCK) == 0 &&
+  const bool runs = (!listens || fcntl(ends[0], F_SETFL, O_NONBLOCK) == 0) &&
                     posix_spawn(&child, file.c_str(), &settings.files, &settings.attributes,
                                 texts.data(), environment.data()) == 0;
-  ::close(ends[1]);
+  if (listens) ::close(ends[1]);
   pipeEnd = ends[0];
   if (!runs) close();
   return runs;

@@ -27,8 +27,9 @@ class ChildProgram {
   ~ChildProgram() { stop(); }
 
   /// By its file; the first argument is its name. It gets this process' environment, but neither
-  /// its descriptors, nor its signals, nor a preloaded library. False when it cannot run.
-  bool start(const std::string& file, std::vector<std::string> arguments);
+  /// its descriptors, nor its signals, nor a preloaded library. One that nobody listens to may go
+  /// on speaking when this object is gone. False when it cannot run.
+  bool start(const std::string& file, std::vector<std::string> arguments, bool listens = true);
   bool isRunning() const { return child > 0; }
   /// What it said, once it has ended well. Nothing while it isRunning(), when it failed, and when
   /// it was stopped because it said too much.

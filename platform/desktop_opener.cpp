@@ -8,8 +8,9 @@ namespace zum {
 bool DesktopOpener::open(const std::string& internalPath) {
   const std::string opener = findProgram("xdg-open");
   if (opener.empty()) return false;
+  poll();
   return starter.start(findProgram("setsid"),
-                       {"setsid", "--fork", opener, toSystemPath(internalPath)});
+                       {"setsid", "--fork", opener, toSystemPath(internalPath)}, false);
 }
 
 }  // namespace zum

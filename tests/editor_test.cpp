@@ -219,6 +219,7 @@ TEST_F(EditorPresets, AreChosenSavedAndLookedForFromTheWindow) {
 
   desk.host.set(3, 0.9F);
   choose(0);  // and cancel
+  EXPECT_EQ(menu.currentText(), "c");
   EXPECT_EQ(rows(), "Save Preset --Presets-- deep a b ");
   dialogs.chosen = internal("one/mine");
   choose(0);

@@ -97,6 +97,11 @@ MouseResult KvFrame::onMouseUp(CPoint& where, int buttons) {
   return hold(modalView)->onMouseUp(where, buttons);
 }
 
+void KvFrame::letGo() {
+  CPoint outside{-1, -1};
+  if (gesture || captured() != nullptr) onMouseUp(outside, 0);
+}
+
 MouseResult KvFrame::onMouseMoved(CPoint& where, int buttons) {
   if (gesture) return Held<KvControl>(gesture)->onMouseMoved(where, buttons);
   if (captured() != nullptr || modalView == nullptr) return CFrame::onMouseMoved(where, buttons);

@@ -41,6 +41,9 @@ class KvFrame final : public CFrame {
   void setModalView(KvControl* view) { modalView = view; }
   KvControl* getModalView() const { return modalView; }
 
+  /// Ends what the mouse holds, as a release outside does.
+  void letGo();
+
   void setDirty(bool state) override;
   /// The next idle step draws everything.
   void requestRedraw() { redrawRequested = true; }

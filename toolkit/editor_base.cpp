@@ -23,6 +23,10 @@ void AEffGUIEditor::idle() {
   if (shown) shown->idle();
 }
 
+void AEffGUIEditor::draw(ERect* rect) {
+  if (frame) frame->invalidRect({rect->left, rect->top, rect->right, rect->bottom});
+}
+
 bool AEffGUIEditor::openFrame(void* parent, const CFontDesc* font,
                               const CFrame::WindowOpener& opener) {
   frame = Held<KvFrame>(new KvFrame(bounds, this));

@@ -21,6 +21,7 @@ class AEffGUIEditor : public EffectEditor, protected CEditorInterface {
   bool getRect(ERect** answer) override;
   bool isOpen() override { return static_cast<bool>(frame); }
   void idle() override;
+  void draw(ERect* rect) override;
 
  protected:
   /// False when the system has no window to give; then it stays closed.

@@ -120,6 +120,7 @@ MouseResult KvKnob::onMouseDown(CPoint& where, int buttons) {
     return MouseResult::done;
   }
   showCompanions();
+  follow();
   dragging = true;
   lastX = where.x;
   lastY = where.y;
@@ -162,6 +163,7 @@ MouseResult KvKnob::onMouseUp(CPoint& where, int /*buttons*/) {
 bool KvKnob::onWheel(CPoint& where, float distance, int buttons) {
   if (!takesMouse(where) || springBack) return false;
   const float step = (buttons & buttons::kShift) != 0 ? kFineWheelStep : kWheelStep;
+  follow();
   take(getValue() + distance * step);
   beginEdit();
   report();
@@ -169,14 +171,17 @@ bool KvKnob::onWheel(CPoint& where, float distance, int buttons) {
   return true;
 }
 
-// What the user holds is not fought by a slower engine.
+// What the user holds is not fought by a slower engine. A hand may come ahead of the first tick.
+void KvKnob::follow() {
+  if (!boundValue || dragging) return;
+  const float before = getValue();
+  setValue(boundValue.position());
+  if (getValue() != before) setDirty(true);
+}
+
 void KvKnob::idleStep(int /*flag*/) {
   if (!isShown()) return companionTick();
-  if (boundValue && !dragging) {
-    const float before = getValue();
-    setValue(boundValue.position());
-    if (getValue() != before) setDirty(true);
-  }
+  follow();
   if (overlayValue != nullptr) {
     const float position = loadShared(*overlayValue);
     if (position != overlayLast) setDirty(true);

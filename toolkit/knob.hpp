@@ -59,6 +59,7 @@ class KvKnob : public KvControl {
   void drawFallback(CDrawContext& context) const;
   void drawOverlay(CDrawContext& context) const;
   CRect movedPicture(const CBitmap& bitmap, float position) const;
+  void follow();
   void jumpTo(CPoint where);
   void moveTo(float newValue);
   void storeFlag(float held) const;
