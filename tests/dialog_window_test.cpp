@@ -159,10 +159,10 @@ class FileWindowTest : public testing::Test {
   }
 
   Screen screen;
-  OwnFileDialogs dialogs{[this] { return DialogPlace{0, screen.opener()}; }};
   fs::path folder;
   FileQuestion question;
   std::vector<std::string> answers;
+  OwnFileDialogs dialogs{[this] { return DialogPlace{0, screen.opener()}; }};
 };
 
 TEST_F(FileWindowTest, LoadsByDoubleClicksAndByKeys) {
