@@ -7,7 +7,6 @@
 #include <string>
 
 #include "apps/zum/failure.hpp"
-#include "core/create_effect.hpp"
 #include "core/event_queue.hpp"
 
 namespace zum {
@@ -24,8 +23,9 @@ std::intptr_t giveText(void* ptr, std::size_t room, const char* text) {
 
 }  // namespace
 
-EffectHost::EffectHost(double sampleRate, int blockSize, double tempo, bool plays)
-    : framesPerBlock(blockSize), effect(createEffect(&EffectHost::answer)) {
+EffectHost::EffectHost(double sampleRate, int blockSize, double tempo, bool plays,
+                       EditorFactory makeEditor)
+    : framesPerBlock(blockSize), effect(createEffect(&EffectHost::answer, makeEditor)) {
   if (effect == nullptr || effect->magic != kEffectMagic) {
     throw Failure("the effect could not be made; close other programs to free memory");
   }
@@ -45,6 +45,12 @@ EffectHost::EffectHost(double sampleRate, int blockSize, double tempo, bool play
 EffectHost::~EffectHost() {
   dispatch(effMainsChanged, 0);
   dispatch(effClose);  // the effect deletes itself
+}
+
+// Hosts ask for the size first, to make a window around it.
+bool EffectHost::openEditor() {
+  ERect* size = nullptr;
+  return dispatch(effEditGetRect, 0, 0.0F, &size) != 0 && dispatch(effEditOpen) != 0;
 }
 
 void EffectHost::send(std::span<const MidiMessage> messages, std::int64_t start) {

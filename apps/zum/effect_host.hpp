@@ -8,14 +8,17 @@
 
 #include "apps/zum/midi_file.hpp"
 #include "core/aeffect.hpp"
+#include "core/create_effect.hpp"
 
 namespace zum {
 
 class EffectHost {
  public:
   /// An open effect that is switched on; throws Failure when there is none to be had. `tempo` in
-  /// beats per minute; the transport plays from position 0 or stands still.
-  EffectHost(double sampleRate, int blockSize, double tempo, bool plays);
+  /// beats per minute; the transport plays from position 0 or stands still. Without a factory it
+  /// has no window.
+  EffectHost(double sampleRate, int blockSize, double tempo, bool plays,
+             EditorFactory makeEditor = nullptr);
   ~EffectHost();
   EffectHost(const EffectHost&) = delete;
   EffectHost& operator=(const EffectHost&) = delete;
@@ -25,6 +28,12 @@ class EffectHost {
   void process(float** inputs, float** outputs, int frames);
   /// MIDI of the next block, which starts with frame `start`.
   void send(std::span<const MidiMessage> messages, std::int64_t start);
+  // [main] The effect's window, not inside of another one; a thread may process meanwhile.
+  /// False when there is none to be had.
+  bool openEditor();
+  /// Some thirty times a second.
+  void idleEditor() { dispatch(effEditIdle); }
+  void closeEditor() { dispatch(effEditClose); }
   /// For what no host can see.
   const AEffect& record() const { return *effect; }
 

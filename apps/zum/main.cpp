@@ -26,6 +26,7 @@ int run(int argc, char** argv) {
   zum::addCcMapCommand(app);
   zum::addSettingsCommand(app);
   zum::addInstallContentCommand(app);
+  zum::addEditCommand(app);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
