@@ -29,6 +29,25 @@ bool join(XEvent& last, const XEvent& next) {
   return true;
 }
 
+/// Where the server ends an event's way from `inner` up: at the first window that somebody listens
+/// to such events at. 0 for none below the screen's own.
+Window listenerFrom(Display* display, Window inner, long mask) {
+  for (Window next = inner; next != 0;) {
+    XWindowAttributes attributes{};
+    if (XGetWindowAttributes(display, next, &attributes) == 0) return 0;
+    if ((attributes.all_event_masks & mask) != 0) return next;
+    if ((attributes.do_not_propagate_mask & mask) != 0) return 0;
+    Window root = 0;
+    Window above = 0;
+    Window* below = nullptr;
+    unsigned count = 0;
+    if (XQueryTree(display, next, &root, &above, &below, &count) == 0) return 0;
+    if (below != nullptr) XFree(below);
+    next = above == root ? 0 : above;
+  }
+  return 0;
+}
+
 }  // namespace
 
 /// Takes everything that has come before telling any of it: a slow answer to a move does not keep
@@ -183,11 +202,15 @@ void X11Window::tellKey(XEvent& event) {
         event.type == KeyPress ? events.windowKeyPressed(key) : events.windowKeyReleased(key);
     if (wanted || alive.expired()) return;
   }
-  // The host gets it, but not back what it sent: the two would play ball with it.
+  // The host gets it, but not back what it sent: the two would play ball with it. It may listen at
+  // a window around the one that it gave us, and its toolkit knows only that one by name.
   if (handle() == 0 || parent == 0 || event.xkey.send_event != 0) return;
   const X11Guard guard(display);
-  event.xkey.window = parent;
-  XSendEvent(display, parent, True, event.type == KeyPress ? KeyPressMask : KeyReleaseMask, &event);
+  const long mask = event.type == KeyPress ? KeyPressMask : KeyReleaseMask;
+  const Window listener = listenerFrom(display, parent, mask);
+  if (listener == 0) return;
+  event.xkey.window = listener;
+  XSendEvent(display, listener, False, mask, &event);
   XFlush(display);
 }
 

@@ -1,5 +1,5 @@
 #!/bin/bash
-# The hosting code of JUCE: scan, instances, sound at several rates and block sizes, programs,
+# The hosting code of JUCE: scan, instances, sound at several rates and block sizes, editor, programs,
 # a learned controller, state.
 # JUCE_HOST is the host that all.sh has built; without it one is built for this run alone.
 . "$(dirname "$0")/lib.sh"
@@ -13,6 +13,7 @@ if [ ! -x "${JUCE_HOST:-}" ]; then
   JUCE_HOST=$work/juce/juce_host
 fi
 make_bank
+start_display
 timeout 50 "$JUCE_HOST" "$plugin" "$work/sound.wav" >"$work/host.txt" 2>"$work/host.log"
 check "the host ended well" [ $? = 0 ]
 while read -r verdict claim; do

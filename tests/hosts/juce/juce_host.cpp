@@ -1,10 +1,15 @@
-// The effect in JUCE's hosting code: scan, instances, sound, programs, MIDI and state. Run by
+// The effect in JUCE's hosting code: scan, instances, sound, editor, programs, MIDI and state. Run by
 // juce.sh as `juce_host PLUGIN OUT.wav`; prints "ok …" and "WRONG …" lines, and "done" at the end.
 #include <juce_audio_formats/juce_audio_formats.h>
 #include <juce_audio_processors/juce_audio_processors.h>
 
 #include <cstdio>
 #include <memory>
+
+#include "support/own_display.hpp"
+
+// Without X's headers, whose names do not agree with JUCE's.
+extern "C" int (*XSetErrorHandler(int (*)(void*, void*)))(void*, void*);
 
 using namespace juce;
 using Instance = std::unique_ptr<AudioPluginInstance>;
@@ -57,6 +62,35 @@ static int differing(AudioPluginInstance& a, AudioPluginInstance& b) {
   return count;
 }
 
+// The editor in a window of its own; its largest knob is dragged by the mouse. The screen's rows of
+// pixels are those of the component: no scale without a desktop.
+static void showEditor(AudioPluginInstance& effect, zum::test::Robot& user) {
+  const auto idle = [](int ms) { MessageManager::getInstance()->runDispatchLoopUntil(ms); };
+  auto* const cutoff = effect.getParameters()[3];
+  cutoff->setValue(0.5f);
+  std::unique_ptr<AudioProcessorEditor> editor(effect.createEditorIfNeeded());
+  if (!editor) return check(false, "it has an editor");
+  editor->setTopLeftPosition(100, 80);
+  editor->addToDesktop(0);
+  editor->setVisible(true);
+  idle(700);
+  check(editor->getWidth() == 508 && editor->getHeight() == 470,
+        "an editor of " + String(editor->getWidth()) + " x " + String(editor->getHeight()));
+  const Point<int> corner = editor->getScreenPosition();
+  const auto at = [&](int x, int y) {
+    user.moveTo(0, corner.x + x, corner.y + y);
+    idle(150);
+  };
+  at(252, 180);
+  user.press();
+  at(252, 160);
+  at(252, 130);
+  user.release();
+  idle(300);
+  check(std::abs(cutoff->getValue() - 0.7f) < 0.001f,
+        "the mouse turns a knob in it: " + String(cutoff->getValue()));
+}
+
 int main(int argc, char** argv) {
   if (argc != 3) return std::fprintf(stderr, "usage: juce_host PLUGIN OUT.wav\n"), 2;
   ScopedJuceInitialiser_GUI messages;
@@ -86,6 +120,14 @@ int main(int argc, char** argv) {
     const auto sound = render(*first, rate, block, 1.0);
     check(sane(sound), "sound at " + String(rate) + " Hz in blocks of " + String(block));
     if (block == 256) write(sound, rate, File(String(argv[2])));
+  }
+
+  {
+    // Outside of an application JUCE leaves the handler that ends the process, and sets properties
+    // that do not exist without a window manager.
+    XSetErrorHandler([](void*, void*) { return 0; });
+    zum::test::Robot user;
+    for (auto* effect : {first.get(), second.get(), first.get()}) showEditor(*effect, user);
   }
 
   first->setCurrentProgram(1);
