@@ -1,0 +1,29 @@
+// One of the effect's parameters as a control of the host.
+#pragma once
+
+#include "adaptor/hostlib/plugin_control.hpp"
+
+namespace zum {
+
+class KvRTASWrapperProcess;
+
+/// [main] The process owns it.
+class KvRTASWrapperPluginControl final : public CPluginControl {
+ public:
+  KvRTASWrapperPluginControl(KvRTASWrapperProcess& owner, std::int32_t parameter);
+
+  std::int32_t getIndex() const override;
+  std::int32_t getSteps() const override { return isSwitch ? 2 : -1; }
+  /// A decimal number of 0 to 1.
+  std::int32_t textToValue(const char* text) const override;
+  void getName(char* text, std::int32_t room) const override;
+  /// On and Off, or a percentage; without its digits where the room is short.
+  void valueToText(std::int32_t controlValue, char* text, std::int32_t room) const override;
+
+ private:
+  KvRTASWrapperProcess& process;
+  std::int32_t parameterIndex;
+  bool isSwitch;
+};
+
+}  // namespace zum

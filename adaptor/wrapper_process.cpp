@@ -1,0 +1,152 @@
+#include "adaptor/wrapper_process.hpp"
+
+#include <algorithm>
+#include <cstring>
+
+#include "adaptor/control_value.hpp"
+#include "adaptor/process_table.hpp"
+#include "adaptor/wrapper_control.hpp"
+#include "editor/create_editor.hpp"
+
+namespace zum {
+namespace {
+
+constexpr const char* kHostName = "KvRTAS";
+constexpr double kTicksPerQuarter = 1.0416666666666667e-6;  // 1 / 960000
+constexpr std::int32_t kAnswerVersion = 2;
+
+bool isKnownAbility(const void* text) {
+  const char* const word = static_cast<const char*>(text);
+  const char* const known[] = {"sendVstMidiEvent", "receiveVstMidiEvent", "sizeWindow"};
+  return word != nullptr && std::any_of(std::begin(known), std::end(known),
+                                        [word](auto each) { return std::strcmp(word, each) == 0; });
+}
+
+}  // namespace
+
+KvRTASWrapperProcess::KvRTASWrapperProcess(const HostRoutines& hostRoutines, float rate,
+                                           bool stereo)
+    : CEffectProcess(hostRoutines),
+      CEffectProcessMIDI(hostRoutines),
+      CEffectProcessRTAS(hostRoutines),
+      isStereo(stereo),
+      sampleRate(rate) {
+  std::memcpy(&chunkId, "kvzm", sizeof chunkId);
+  addChunkType(chunkId, "Zelvane Audio Plugin Data", -152);
+  effect.reset(new (std::nothrow) KvUniClient(audioMaster, createEditor));
+  if (effect == nullptr) return;
+  aeffect = effect->getAeffect();
+  if (!enterProcess(aeffect, this)) throw std::bad_alloc();
+  timeInfo.tempo = 120.0;
+  call(effSetSampleRate, 0, nullptr, sampleRate);
+}
+
+// The pair goes first: what the effect still says is not for anybody.
+KvRTASWrapperProcess::~KvRTASWrapperProcess() {
+  if (aeffect != nullptr) removeProcess(aeffect);
+  if (effect != nullptr) effect->close();
+}
+
+ZUM_TRUSTED_BEGIN
+std::intptr_t KvRTASWrapperProcess::call(std::int32_t opcode, std::intptr_t value, void* ptr,
+                                         float opt) ZUM_REALTIME {
+  return aeffect->dispatcher(aeffect, opcode, 0, value, ptr, opt);
+}
+ZUM_TRUSTED_END
+
+std::int32_t KvRTASWrapperProcess::EffectInit() {
+  addControl(std::make_unique<CPluginControl_OnOff>(kBypassControl, fourCharacters("bypa"),
+                                                    "Master Bypass\nMastrByp\nMByp\nByp"));
+  setMasterBypass(kBypassControl);
+  for (std::int32_t i = 0; aeffect != nullptr && i < aeffect->numParams; ++i) {
+    addControl(std::make_unique<KvRTASWrapperPluginControl>(*this, i));
+  }
+  if (const std::int32_t error = CEffectProcess::EffectInit(); error != kNoError) return error;
+  midiInNode =
+      addNode(std::make_unique<CEffectMIDIDirectDeliveryNode>(getMidiNodeName(), midiIn, this));
+  midiInNode->activate();
+  transport = std::make_unique<TransportAccess>(getHost());
+  return kNoError;
+}
+
+void KvRTASWrapperProcess::SetControl(std::int32_t index, std::int32_t value) {
+  if (index == kBypassControl) {
+    bypassed.store(value > 0, std::memory_order_relaxed);
+  } else if (aeffect != nullptr) {
+    aeffect->setParameter(aeffect, index - kFirstParameter, normalisedOf(value));
+  }
+  CEffectProcess::SetControl(index, value);
+}
+
+void KvRTASWrapperProcess::RenderAudio(float** inputs, float** outputs, std::int32_t sampleCount)
+    ZUM_REALTIME {
+  if (aeffect == nullptr) return;
+  if (VstEvents* const came = events.take()) call(effProcessEvents, 0, came);
+  float* in[] = {inputs[0], isStereo ? inputs[1] : inputs[0]};
+  float* out[] = {outputs[0], isStereo ? outputs[1] : outputs[0]};
+  if (bypassed.load(std::memory_order_relaxed)) {
+    for (int channel = 0; channel < 2 && sampleCount > 0; ++channel) {
+      std::memmove(out[channel], in[channel],
+                   static_cast<std::size_t>(sampleCount) * sizeof(float));
+    }
+    return;
+  }
+  ZUM_TRUSTED_BEGIN
+  aeffect->processReplacing(aeffect, in, out, sampleCount);
+  ZUM_TRUSTED_END
+}
+
+// ---- what the effect asks its host
+
+std::intptr_t KvRTASWrapperProcess::audioMaster(AEffect* record, std::int32_t opcode,
+                                                std::int32_t index, std::intptr_t /*value*/,
+                                                void* ptr, float opt) {
+  KvRTASWrapperProcess* const process = findProcess(record);
+  return process != nullptr ? process->answer(opcode, index, ptr, opt) : 0;
+}
+
+std::intptr_t KvRTASWrapperProcess::answer(std::int32_t opcode, std::int32_t index, void* ptr,
+                                           float opt) {
+  switch (opcode) {
+    case audioMasterAutomate:
+      controlChanged(index + kFirstParameter, controlValueOf(opt));
+      return 0;
+    case audioMasterVersion: return kAnswerVersion;
+    case audioMasterGetTime: return reinterpret_cast<std::intptr_t>(fillTime());
+    case audioMasterGetSampleRate: return static_cast<std::intptr_t>(sampleRate);
+    case audioMasterGetVendorString:
+    case audioMasterGetProductString: std::strcpy(static_cast<char*>(ptr), kHostName); return 1;
+    case audioMasterCanDo: return isKnownAbility(ptr) ? 1 : 0;
+    case audioMasterBeginEdit: touchControl(index + kFirstParameter); return 0;
+    case audioMasterEndEdit: releaseControl(index + kFirstParameter); return 0;
+    default: return 0;  // also events: the effect's own have nowhere to go
+  }
+}
+
+VstTimeInfo* KvRTASWrapperProcess::fillTime() {
+  timeInfo.tempo = 120.0;
+  timeInfo.timeSigNumerator = timeInfo.timeSigDenominator = 4;
+  bool isRunning = false;
+  std::int64_t ticks = 0;
+  if (transport != nullptr) {
+    timeInfo.tempo = transport->getCurrentTempo();
+    isRunning = transport->isTransportRunning();
+    transport->getCurrentMeter(timeInfo.timeSigNumerator, timeInfo.timeSigDenominator);
+    ticks = transport->samplesToTicks(isRunning ? transport->getRealTimeSampleLocation()
+                                                : transport->getTimelinePosition());
+  }
+  timeInfo.ppqPos = ticks > 0 ? static_cast<double>(ticks) * kTicksPerQuarter : 0.0;
+  if (isRunning) {
+    timeInfo.flags |= kVstTransportPlaying;
+  } else {
+    timeInfo.flags &= ~kVstTransportPlaying;
+  }
+  return &timeInfo;
+}
+
+void KvRTASWrapperProcess::midiIn(std::int32_t timestampFlag, const ShortMessage& message,
+                                  void* process) {
+  if (timestampFlag == 0) static_cast<KvRTASWrapperProcess*>(process)->events.add(message);
+}
+
+}  // namespace zum

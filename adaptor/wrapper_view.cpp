@@ -1,0 +1,60 @@
+// The effect's editor in the host's plug-in window.
+
+#include "adaptor/custom_view.hpp"
+#include "adaptor/wrapper_process.hpp"
+#include "core/effect_editor.hpp"
+#include "state/library_record.hpp"
+
+namespace zum {
+namespace {
+
+ERect editorRect(AEffEditor& editor) {
+  ERect* rect = nullptr;
+  return editor.getRect(&rect) && rect != nullptr ? *rect : ERect{};
+}
+
+}  // namespace
+
+void KvRTASWrapperProcess::GetViewRect(ViewRect& rect) {
+  AEffEditor* const editor = getEditor();
+  if (editor == nullptr) return;
+  const ERect size = editorRect(*editor);
+  rect = {0, 0, size.bottom, size.right};
+}
+
+void KvRTASWrapperProcess::SetViewPort(const ViewPort* port) {
+  CEffectProcess::SetViewPort(port);
+  AEffEditor* const editor = getEditor();
+  if (editor == nullptr) return;
+  editor->close();
+  editorWindow.reset();
+  if (port == nullptr || port->nativeWindow == 0) return;
+  // A port that begins beyond the window's corner has its origin below 0.
+  const bool isInside = port->originX > 0 || port->originY > 0;
+  const ERect size = editorRect(*editor);
+  editorWindow = openChildWindow({.parent = port->nativeWindow,
+                                  .left = isInside ? 0 : -port->originX,
+                                  .top = isInside ? 0 : -port->originY,
+                                  .width = size.right,
+                                  .height = size.bottom,
+                                  .title = libraryRecord().product});
+  if (editorWindow != nullptr) editor->open(reinterpret_cast<void*>(editorWindow->handle()));
+}
+
+void KvRTASWrapperProcess::ViewIdle() {
+  if (AEffEditor* const editor = getEditor()) editor->idle();
+}
+
+std::unique_ptr<CCustomView> KvRTASWrapperProcess::MakeCustomView() {
+  return std::make_unique<KvRTASWrapperCustomView>(*this);
+}
+
+void KvRTASWrapperProcess::drawEditor(const ViewRect* part) {
+  AEffEditor* const editor = getEditor();
+  if (editor == nullptr) return;
+  ERect rect = editorRect(*editor);
+  if (part != nullptr) rect = {part->top, part->left, part->bottom, part->right};
+  editor->draw(&rect);
+}
+
+}  // namespace zum

@@ -1,0 +1,37 @@
+// The host's MIDI thread: hands over what belongs to a block while the audio thread waits for it,
+// so that two runs give the same.
+#pragma once
+
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+#include "apps/daehost/plug_in_file.hpp"
+#include "apps/zum/midi_file.hpp"
+
+namespace zum {
+
+class MidiFeeder {
+ public:
+  MidiFeeder(HostedProcess& fed, MidiFile messages);
+  ~MidiFeeder();
+  MidiFeeder(const MidiFeeder&) = delete;
+  MidiFeeder& operator=(const MidiFeeder&) = delete;
+
+  /// All messages before that frame are with the process when it returns.
+  void deliverUntil(std::int64_t frame);
+
+ private:
+  void run();
+
+  HostedProcess& process;
+  MidiFile file;
+  std::mutex guard;
+  std::condition_variable changed;
+  std::int64_t wanted = 0;     // frame
+  std::int64_t delivered = 0;  // frame
+  bool ending = false;
+  std::thread thread;
+};
+
+}  // namespace zum

@@ -1,0 +1,161 @@
+#include "apps/daehost/plug_in_file.hpp"
+
+#include <dlfcn.h>
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cmath>
+#include <cstring>
+#include <system_error>
+
+#include "apps/zum/failure.hpp"
+
+namespace zum {
+namespace {
+
+constexpr std::int32_t kFirstControl = 1;
+constexpr double kTicks = 960000.0;  // to the quarter note
+
+std::int32_t chunkId() {
+  std::int32_t id = 0;
+  std::memcpy(&id, "kvzm", sizeof id);
+  return id;
+}
+
+template <class Routine>
+Routine exportOf(void* library, const char* name, const std::filesystem::path& path) {
+  void* const found = dlsym(library, name);
+  if (found == nullptr) {
+    throw Failure(path.string() + " has no entry " + name + "; choose a plug-in file of ZUM's");
+  }
+  return reinterpret_cast<Routine>(found);
+}
+
+std::string lower(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return text;
+}
+
+}  // namespace
+
+PlugInFile::PlugInFile(const std::filesystem::path& path)
+    : library(dlopen(std::filesystem::absolute(path).c_str(), RTLD_NOW | RTLD_LOCAL)) {
+  if (library == nullptr) {
+    throw Failure("cannot load " + path.string() + " (" + dlerror() +
+                  "); build it or name another");
+  }
+  const auto open = exportOf<std::int32_t (*)(std::int32_t)>(library, "WinPlugInOpen", path);
+  close = exportOf<std::int32_t (*)(std::int32_t)>(library, "WinPlugInClose", path);
+  const auto describe =
+      exportOf<const PlugInRoutines* (*)()>(library, "_PI_GetRoutineDescriptor", path);
+  const std::int32_t error = open(kInterfaceVersion);
+  table = describe();
+  if (error != 0 || table == nullptr || table->version != kInterfaceVersion) {
+    throw Failure(path.string() + " does not open (" + std::to_string(error) +
+                  "); use a plug-in file of the same version");
+  }
+}
+
+// The library stays: windows and fonts may have left threads and handlers behind.
+PlugInFile::~PlugInFile() { close(0); }
+
+HostedProcess::HostedProcess(const PlugInFile& plugIn, Type type, float sampleRate,
+                             double beatsPerMinute)
+    : tempo(beatsPerMinute),
+      file(plugIn),
+      rate(sampleRate),
+      host(hostRoutines(*this)),
+      process(nullptr, {&plugIn.routines()}) {
+  routines().setSampleRate(sampleRate);
+  process.reset(routines().createProcess(type == Type::stereo ? 0 : 1, &host));
+  if (process == nullptr) throw Failure("the plug-in made no process; free memory and try again");
+}
+
+HostRoutines HostedProcess::hostRoutines(HostedProcess& self) {
+  return {.context = &self,
+          .tempo = [](void* c) { return static_cast<HostedProcess*>(c)->tempo; },
+          .isRunning =
+              [](void* c) {
+                return static_cast<std::int32_t>(static_cast<HostedProcess*>(c)->isRunning);
+              },
+          .meter = [](void*, std::int32_t* numerator,
+                      std::int32_t* denominator) { *numerator = *denominator = 4; },
+          .realTimeSample = [](void* c) { return static_cast<HostedProcess*>(c)->position; },
+          .timelineSample = [](void* c) { return static_cast<HostedProcess*>(c)->position; },
+          .samplesToTicks =
+              [](void* c, std::int64_t samples) {
+                const auto& me = *static_cast<HostedProcess*>(c);
+                const double quarters =
+                    static_cast<double>(samples) * me.tempo / 60.0 / static_cast<double>(me.rate);
+                return static_cast<std::int64_t>(std::llround(quarters * kTicks));
+              },
+          .controlChanged = [](void*, std::int32_t, std::int32_t) {},
+          .touched = [](void*, std::int32_t) {},
+          .released = [](void*, std::int32_t) {}};
+}
+
+std::string HostedProcess::controlName(std::int32_t index) const {
+  std::array<char, 64> name{};
+  routines().controlName(get(), index, name.data(), static_cast<std::int32_t>(name.size()));
+  return name.data();
+}
+
+std::string HostedProcess::controlText(std::int32_t index) const {
+  std::array<char, 32> text{};
+  routines().valueToText(get(), index, routines().getControl(get(), index), text.data(),
+                         static_cast<std::int32_t>(text.size()));
+  return text.data();
+}
+
+std::int32_t HostedProcess::findControl(const std::string& text) const {
+  const std::int32_t count = routines().controlCount(get());
+  for (std::int32_t index = kFirstControl; index < kFirstControl + count; ++index) {
+    if (lower(controlName(index)) == lower(text) || std::to_string(index) == text) return index;
+  }
+  throw Failure("there is no control " + text + "; daehost list names them all", kExitWrongUsage);
+}
+
+void HostedProcess::set(const std::string& setting) {
+  const std::size_t end = setting.find('=');
+  if (end == std::string::npos) {
+    throw Failure(setting + " sets nothing; write it as NAME=VALUE", kExitWrongUsage);
+  }
+  const std::int32_t index = findControl(setting.substr(0, end));
+  const std::string value = setting.substr(end + 1);
+  routines().setControl(get(), index, routines().textToValue(get(), index, value.c_str()));
+}
+
+std::vector<char> HostedProcess::save() const {
+  std::int32_t size = 0;
+  if (routines().reportChunkSize(get(), chunkId(), &size) != 0 || size < kSessionHeader) {
+    throw Failure("the plug-in has no state to save; this should not happen, please report it");
+  }
+  std::vector<char> bytes(static_cast<std::size_t>(size));
+  auto* const record = reinterpret_cast<SessionRecord*>(bytes.data());
+  if (routines().readChunk(get(), chunkId(), record, size) != 0) {
+    throw Failure("the state grew while it was saved; save it again");
+  }
+  return bytes;
+}
+
+void HostedProcess::load(const std::vector<char>& bytes) {
+  if (bytes.size() < sizeof(SessionRecord) || bytes.size() > INT32_MAX) {
+    throw Failure("that is no session record; make one with daehost save");
+  }
+  std::vector<char> copy = bytes;  // on a boundary of its own
+  const auto* const record = reinterpret_cast<const SessionRecord*>(copy.data());
+  const auto room = static_cast<std::int32_t>(copy.size());
+  if (routines().writeChunk(get(), chunkId(), record, room) != 0) {
+    throw Failure("that is no session record; make one with daehost save");
+  }
+}
+
+std::filesystem::path plugInBesideProgram() {
+  std::error_code none;
+  const auto program = std::filesystem::read_symlink("/proc/self/exe", none);
+  return program.parent_path() / "ZUM32.dpm";
+}
+
+}  // namespace zum

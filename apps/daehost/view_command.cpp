@@ -1,0 +1,86 @@
+// `daehost view`: the plug-in's editor in a window of the host's.
+#include <chrono>
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include "apps/daehost/commands.hpp"
+#include "apps/zum/failure.hpp"
+#include "apps/zum/interruption.hpp"
+#include "apps/zum/option_checks.hpp"
+#include "platform/native_window.hpp"
+
+namespace zum {
+namespace {
+
+constexpr auto kTick = std::chrono::milliseconds(33);
+
+struct ViewOptions : HostOptions {
+  double seconds = 0.0;  // 0: until the window is closed
+};
+
+/// An empty window: all that happens in it happens in the plug-in's view.
+class HostWindow final : public WindowEvents {
+ public:
+  HostWindow(int width, int height) : window(openNativeWindow({0, width, height, "ZUM"}, *this)) {
+    if (window == nullptr) {
+      throw Failure("No display: start it on a desktop, or under xvfb-run.");
+    }
+  }
+  std::uintptr_t handle() const { return window->handle(); }
+  bool isGone() const { return gone; }
+  void poll() { window->poll(); }
+
+ private:
+  void windowPressed(int /*x*/, int /*y*/, int /*word*/) override {}
+  void windowReleased(int /*x*/, int /*y*/, int /*word*/) override {}
+  void windowMoved(int /*x*/, int /*y*/, int /*word*/) override {}
+  void windowLeft() override {}
+  void windowScrolled(int /*x*/, int /*y*/, float /*distance*/, int /*word*/) override {}
+  bool windowKeyPressed(const WindowKey& /*key*/) override { return false; }
+  bool windowKeyReleased(const WindowKey& /*key*/) override { return false; }
+  void windowExposed(int /*left*/, int /*top*/, int /*right*/, int /*bottom*/) override {}
+  void windowGone() override { gone = true; }
+
+  bool gone = false;
+  std::unique_ptr<NativeWindow> window;
+};
+
+void view(const ViewOptions& options) {
+  const PlugInFile file(options.plugIn);
+  HostedProcess process(file, options.type(), 44100.0F, options.tempo);
+  options.apply(process);
+  ViewRect rect{};
+  process.routines().viewRect(process.get(), &rect);
+  HostWindow window(rect.right, rect.bottom);
+  const ViewPort port{0, 0, window.handle()};
+  holdSignals();
+  process.routines().setViewPort(process.get(), &port);
+  std::vector<float> silence(1024);
+  float* channels[] = {silence.data(), silence.data()};
+  const auto start = std::chrono::steady_clock::now();
+  while (!window.isGone()) {
+    throwIfInterrupted();
+    window.poll();
+    process.routines().render(process.get(), channels, channels, 1024);
+    process.position += 1024;
+    process.routines().viewIdle(process.get());
+    const std::chrono::duration<double> shown = std::chrono::steady_clock::now() - start;
+    if (options.seconds > 0.0 && shown.count() >= options.seconds) break;
+    std::this_thread::sleep_for(kTick);
+  }
+  process.routines().setViewPort(process.get(), nullptr);
+}
+
+}  // namespace
+
+void addViewCommand(CLI::App& app) {
+  auto options = std::make_shared<ViewOptions>();
+  CLI::App* const command = app.add_subcommand("view", "Show the plug-in's editor");
+  addHostOptions(*command, *options);
+  command->add_option("--seconds", options->seconds, "Close the window after so long")
+      ->check(between(1, 86400));
+  command->callback([options] { view(*options); });
+}
+
+}  // namespace zum
