@@ -29,8 +29,11 @@ struct RenderOptions : HostOptions {
 
 void render(const RenderOptions& options) {
   std::error_code none;
-  if (std::filesystem::equivalent(options.input, options.output, none)) {
-    throw Failure("the output would overwrite the input; give it another name", kExitWrongUsage);
+  for (const auto& read : {options.input, options.midi, options.session}) {
+    if (std::filesystem::equivalent(read, options.output, none)) {
+      throw Failure("the output would overwrite " + read.string() + "; give it another name",
+                    kExitWrongUsage);
+    }
   }
   const PlugInFile file(options.plugIn);
   AudioInput input(options.input);
