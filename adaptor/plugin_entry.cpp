@@ -64,6 +64,7 @@ __attribute__((visibility("default"))) std::int32_t WinPlugInClose(std::int32_t 
   return zum::kNoError;
 }
 
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the name that hosts look for
 __attribute__((visibility("default"))) const zum::PlugInRoutines* _PI_GetRoutineDescriptor() {
   return &zum::routineTable();
 }

@@ -6,6 +6,7 @@
 #include "adaptor/control_value.hpp"
 #include "adaptor/process_table.hpp"
 #include "adaptor/wrapper_control.hpp"
+#include "core/host_text.hpp"
 #include "editor/create_editor.hpp"
 
 namespace zum {
@@ -115,7 +116,9 @@ std::intptr_t KvRTASWrapperProcess::answer(std::int32_t opcode, std::int32_t ind
     case audioMasterGetTime: return reinterpret_cast<std::intptr_t>(fillTime());
     case audioMasterGetSampleRate: return static_cast<std::intptr_t>(sampleRate);
     case audioMasterGetVendorString:
-    case audioMasterGetProductString: std::strcpy(static_cast<char*>(ptr), kHostName); return 1;
+    case audioMasterGetProductString:
+      copyText(static_cast<char*>(ptr), kHostName, kVstMaxVendorStrLen);
+      return 1;
     case audioMasterCanDo: return isKnownAbility(ptr) ? 1 : 0;
     case audioMasterBeginEdit: touchControl(index + kFirstParameter); return 0;
     case audioMasterEndEdit: releaseControl(index + kFirstParameter); return 0;

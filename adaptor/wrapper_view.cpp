@@ -38,7 +38,9 @@ void KvRTASWrapperProcess::SetViewPort(const ViewPort* port) {
                                   .width = size.right,
                                   .height = size.bottom,
                                   .title = libraryRecord().product});
-  if (editorWindow != nullptr) editor->open(reinterpret_cast<void*>(editorWindow->handle()));
+  if (editorWindow == nullptr) return;
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): editors take the system's number as a pointer
+  editor->open(reinterpret_cast<void*>(editorWindow->handle()));
 }
 
 void KvRTASWrapperProcess::ViewIdle() {

@@ -18,7 +18,7 @@ struct KvParameter {
   KvChunkableClass* object = nullptr;  // in place of a plain value
   const char* name = "";               // towards the host
   const char* label = "";              // unit
-  float randomRange = 1.0F;              // how far chance moves it, at most
+  float randomRange = 1.0F;            // how far chance moves it, at most
   std::int32_t flags = kPlain;         // kPlain or kSwitch
   std::int32_t option = -1;            // none
   bool excluded = false;               // presets leave it alone, a host's state does not

@@ -57,9 +57,7 @@ int rowOfTag(int tag) ZUM_REALTIME;
 /// The same for a preset's identifier.
 int rowOfId(int id) ZUM_REALTIME;
 
-constexpr bool isAmount(Rule rule) {
-  return rule == Rule::amount || rule == Rule::sequencedAmount;
-}
+constexpr bool isAmount(Rule rule) { return rule == Rule::amount || rule == Rule::sequencedAmount; }
 
 /// A step, selector or button: what a host shows as a switch.
 constexpr bool isSwitch(Rule rule) {

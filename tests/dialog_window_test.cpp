@@ -40,7 +40,8 @@ class Screen {
 class Editor final : public KvEditorBase {
  public:
   Editor(GroupMask& mask, Screen& screen)
-      : KvEditorBase({0, 0, kEditorWidth, 40}, mask, [](int) { return std::span<const std::byte>(); }),
+      : KvEditorBase({0, 0, kEditorWidth, 40}, mask,
+                     [](int) { return std::span<const std::byte>(); }),
         opener(screen.opener()) {}
   bool open(void* /*parent*/) override { return KvEditorBase::open(nullptr, nullptr, opener); }
   bool keyPressed(const WindowKey& /*key*/) override { return true; }

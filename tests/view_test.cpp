@@ -278,7 +278,7 @@ TEST(BufferDraw, FillsBelowTheTraceAndSoftensItsEdges) {
   Canvas canvas;
   CDrawContext context(canvas.get(), Canvas::kAll);
   draw.picture().blit(context, {10, 0, 12, 20}, {1, 0});
-  EXPECT_EQ(canvas.at(10, 2), kRed);  // a line alone is bright
+  EXPECT_EQ(canvas.at(10, 2), kRed);             // a line alone is bright
   draw.columns() = {-1e30F, 1e30F, 0.0F, 0.0F};  // stays inside
   draw.render(KvBufferDraw::Style::filled);
 }

@@ -1,5 +1,6 @@
-// The effect in JUCE's hosting code: scan, instances, sound, editor, programs, MIDI and state. Run by
-// juce.sh as `juce_host PLUGIN OUT.wav`; prints "ok …" and "WRONG …" lines, and "done" at the end.
+// The effect in JUCE's hosting code: scan, instances, sound, editor, programs, MIDI and state. Run
+// by juce.sh as `juce_host PLUGIN OUT.wav`; prints "ok …" and "WRONG …" lines, and "done" at the
+// end.
 #include <juce_audio_formats/juce_audio_formats.h>
 #include <juce_audio_processors/juce_audio_processors.h>
 
