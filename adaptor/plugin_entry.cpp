@@ -3,9 +3,11 @@
 
 #include <dlfcn.h>
 
+#include <array>
 #include <cstdint>
-#include <new>
-#include <string>
+#include <cstdio>
+#include <exception>
+#include <memory>
 
 #include "adaptor/hostlib/routine_table.hpp"
 #include "adaptor/wrapper_group.hpp"
@@ -19,17 +21,18 @@ constexpr std::int32_t kRefused = -1;
 /// The file, as long as it is open. [main]
 struct Module {
   int opens = 0;
-  bool isOpen = false;
-  std::string file;
-  std::string resourceFile;
+  std::int32_t error = kNoError;  // of the first opening
+  std::array<char, 4096> file{};
+  std::array<char, 4096> resourceFile{};
 };
 Module module;
 
 void findModule() {
   Dl_info about{};
   if (dladdr(&module, &about) == 0 || about.dli_fname == nullptr) return;
-  module.file = about.dli_fname;
-  module.resourceFile = module.file + ".rsr";
+  (void)std::snprintf(module.file.data(), module.file.size(), "%s", about.dli_fname);
+  (void)std::snprintf(module.resourceFile.data(), module.resourceFile.size(), "%s.rsr",
+                      about.dli_fname);
 }
 
 bool isFailure(std::int32_t result) { return (result & 0xFFFF) != 0; }
@@ -40,26 +43,29 @@ bool isFailure(std::int32_t result) { return (result & 0xFFFF) != 0; }
 extern "C" {
 
 __attribute__((visibility("default"))) std::int32_t NewPlugIn(std::int32_t /*reserved*/) {
-  std::unique_ptr<zum::CEffectGroup> group(new (std::nothrow) zum::KvRTASWrapperGroup);
-  if (group == nullptr) return zum::kNoMemory;
-  const std::int32_t result = group->Initialize();
-  zum::setProcessGroup(std::move(group));
-  return result & ~0xFFFF;
+  try {
+    std::unique_ptr<zum::CEffectGroup> group = std::make_unique<zum::KvRTASWrapperGroup>();
+    const std::int32_t result = group->Initialize();
+    zum::setProcessGroup(std::move(group));
+    return result & ~0xFFFF;
+  } catch (const std::exception&) {
+    return zum::kNoMemory;
+  }
 }
 
+// Every opening wants a close, also one that failed.
 __attribute__((visibility("default"))) std::int32_t WinPlugInOpen(std::int32_t version) {
   if (version != zum::kInterfaceVersion) return zum::kRefused;
-  if (zum::module.opens++ > 0) return zum::kNoError;
+  if (zum::module.opens++ > 0) return zum::module.error;
   zum::findModule();
   const std::int32_t result = NewPlugIn(0);
-  zum::module.isOpen = !zum::isFailure(result);
-  if (!zum::module.isOpen) zum::setProcessGroup(nullptr);
-  return zum::module.isOpen ? zum::kNoError : result;
+  zum::module.error = zum::isFailure(result) ? result : zum::kNoError;
+  if (zum::module.error != zum::kNoError) zum::setProcessGroup(nullptr);
+  return zum::module.error;
 }
 
 __attribute__((visibility("default"))) std::int32_t WinPlugInClose(std::int32_t /*reserved*/) {
   if (zum::module.opens < 1 || --zum::module.opens > 0) return zum::kNoError;
-  zum::module.isOpen = false;
   zum::setProcessGroup(nullptr);
   return zum::kNoError;
 }

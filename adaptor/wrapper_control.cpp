@@ -24,11 +24,7 @@ std::int32_t KvRTASWrapperPluginControl::getIndex() const {
 }
 
 std::int32_t KvRTASWrapperPluginControl::textToValue(const char* text) const {
-  float number = 0.0F;
-  if (text == nullptr) return controlValueOf(number);
-  while (*text == ' ') ++text;
-  std::from_chars(text, text + std::strlen(text), number);
-  return controlValueOf(number);
+  return controlValueOf(decimalNumber(text));
 }
 
 void KvRTASWrapperPluginControl::getName(char* text, std::int32_t room) const {

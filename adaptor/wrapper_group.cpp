@@ -1,7 +1,6 @@
 #include "adaptor/wrapper_group.hpp"
 
-#include <cstring>
-
+#include "adaptor/hostlib/identifier.hpp"
 #include "adaptor/wrapper_process.hpp"
 
 namespace zum {
@@ -10,13 +9,6 @@ namespace {
 constexpr const char* kProduct = "ZUM\nZUM\nZUM";  // in full, short, in four characters
 constexpr std::int32_t kVersion = 0x10200;
 constexpr std::int32_t kCategory = 14;
-
-/// In memory the four characters stand in this order.
-std::int32_t identifier(const char (&text)[5]) {
-  std::int32_t word = 0;
-  std::memcpy(&word, text, sizeof word);
-  return word;
-}
 
 template <bool stereo>
 std::unique_ptr<CEffectProcess> makeProcess(const HostRoutines& host) {

@@ -4,6 +4,8 @@
 #include <cstring>
 
 #include "adaptor/control_value.hpp"
+#include "adaptor/hostlib/effect_group.hpp"
+#include "adaptor/hostlib/identifier.hpp"
 #include "adaptor/process_table.hpp"
 #include "adaptor/wrapper_control.hpp"
 #include "core/host_text.hpp"
@@ -31,8 +33,8 @@ KvRTASWrapperProcess::KvRTASWrapperProcess(const HostRoutines& hostRoutines, flo
       CEffectProcessMIDI(hostRoutines),
       CEffectProcessRTAS(hostRoutines),
       isStereo(stereo),
-      sampleRate(rate) {
-  std::memcpy(&chunkId, "kvzm", sizeof chunkId);
+      sampleRate(rate),
+      chunkId(identifier("kvzm")) {
   addChunkType(chunkId, "Zelvane Audio Plugin Data", -152);
   effect.reset(new (std::nothrow) KvUniClient(audioMaster, createEditor));
   if (effect == nullptr) return;
@@ -56,7 +58,7 @@ std::intptr_t KvRTASWrapperProcess::call(std::int32_t opcode, std::intptr_t valu
 ZUM_TRUSTED_END
 
 std::int32_t KvRTASWrapperProcess::EffectInit() {
-  addControl(std::make_unique<CPluginControl_OnOff>(kBypassControl, fourCharacters("bypa"),
+  addControl(std::make_unique<CPluginControl_OnOff>(kBypassControl, identifier("bypa"),
                                                     "Master Bypass\nMastrByp\nMByp\nByp"));
   setMasterBypass(kBypassControl);
   for (std::int32_t i = 0; aeffect != nullptr && i < aeffect->numParams; ++i) {
@@ -73,10 +75,18 @@ std::int32_t KvRTASWrapperProcess::EffectInit() {
 void KvRTASWrapperProcess::SetControl(std::int32_t index, std::int32_t value) {
   if (index == kBypassControl) {
     bypassed.store(value > 0, std::memory_order_relaxed);
-  } else if (aeffect != nullptr) {
+  } else if (aeffect != nullptr && index >= kFirstParameter) {
     aeffect->setParameter(aeffect, index - kFirstParameter, normalisedOf(value));
   }
   CEffectProcess::SetControl(index, value);
+}
+
+// States and learned controllers move parameters without a word: the effect itself is asked.
+std::int32_t KvRTASWrapperProcess::GetControl(std::int32_t index) const {
+  const bool isParameter = aeffect != nullptr && index >= kFirstParameter &&
+                           index - kFirstParameter < aeffect->numParams;
+  if (!isParameter) return CEffectProcess::GetControl(index);
+  return controlValueOf(aeffect->getParameter(aeffect, index - kFirstParameter));
 }
 
 void KvRTASWrapperProcess::RenderAudio(float** inputs, float** outputs, std::int32_t sampleCount)
@@ -114,7 +124,10 @@ std::intptr_t KvRTASWrapperProcess::answer(std::int32_t opcode, std::int32_t ind
       return 0;
     case audioMasterVersion: return kAnswerVersion;
     case audioMasterGetTime: return reinterpret_cast<std::intptr_t>(fillTime());
-    case audioMasterGetSampleRate: return static_cast<std::intptr_t>(sampleRate);
+    case audioMasterGetSampleRate: {
+      const CEffectGroup* const group = processGroup();
+      return static_cast<std::intptr_t>(group != nullptr ? group->getSampleRate() : sampleRate);
+    }
     case audioMasterGetVendorString:
     case audioMasterGetProductString:
       copyText(static_cast<char*>(ptr), kHostName, kVstMaxVendorStrLen);

@@ -25,6 +25,7 @@ class KvRTASWrapperProcess final : public CEffectProcessMIDI, public CEffectProc
   // [main]
   std::int32_t EffectInit() override;
   void SetControl(std::int32_t index, std::int32_t value) override;
+  std::int32_t GetControl(std::int32_t index) const override;
   std::int32_t ReportChunkSize(std::int32_t id, std::int32_t& size) override;
   std::int32_t ReadChunk(std::int32_t id, SessionRecord& record, std::int32_t room) override;
   std::int32_t WriteChunk(std::int32_t id, const SessionRecord& record, std::int32_t room) override;

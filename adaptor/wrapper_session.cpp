@@ -41,6 +41,7 @@ std::int32_t KvRTASWrapperProcess::ReadChunk(std::int32_t id, SessionRecord& rec
 std::int32_t KvRTASWrapperProcess::WriteChunk(std::int32_t id, const SessionRecord& record,
                                               std::int32_t room) {
   if (id != chunkId || aeffect == nullptr) return CEffectProcess::WriteChunk(id, record, room);
+  if (room < kSessionHeader) return kBadChunk;
   if (record.size == kSessionHeader) return kNoError;  // nothing was saved
   if (record.size < kSessionHeader || record.size > room) return kBadChunk;
   call(effSetChunk, record.size - kSessionHeader,

@@ -1,5 +1,8 @@
 // The effect's editor in the host's plug-in window.
 
+#include <algorithm>
+#include <cstdint>
+
 #include "adaptor/custom_view.hpp"
 #include "adaptor/wrapper_process.hpp"
 #include "core/effect_editor.hpp"
@@ -24,6 +27,8 @@ void KvRTASWrapperProcess::GetViewRect(ViewRect& rect) {
 
 void KvRTASWrapperProcess::SetViewPort(const ViewPort* port) {
   CEffectProcess::SetViewPort(port);
+  // What a window system can place.
+  constexpr std::int32_t kFarthest = INT16_MAX;
   AEffEditor* const editor = getEditor();
   if (editor == nullptr) return;
   editor->close();
@@ -31,10 +36,13 @@ void KvRTASWrapperProcess::SetViewPort(const ViewPort* port) {
   if (port == nullptr || port->nativeWindow == 0) return;
   // A port that begins beyond the window's corner has its origin below 0.
   const bool isInside = port->originX > 0 || port->originY > 0;
+  const auto behind = [isInside](std::int32_t origin) {
+    return isInside ? 0 : -std::max(origin, -kFarthest);
+  };
   const ERect size = editorRect(*editor);
   editorWindow = openChildWindow({.parent = port->nativeWindow,
-                                  .left = isInside ? 0 : -port->originX,
-                                  .top = isInside ? 0 : -port->originY,
+                                  .left = behind(port->originX),
+                                  .top = behind(port->originY),
                                   .width = size.right,
                                   .height = size.bottom,
                                   .title = libraryRecord().product});

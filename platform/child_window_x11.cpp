@@ -13,6 +13,9 @@ class X11ChildWindow final : public ChildWindow {
  public:
   explicit X11ChildWindow(const ChildWindowRequest& request) : display(XOpenDisplay(nullptr)) {
     if (display == nullptr) return;
+    // Without it a lost connection ends the process.
+    XSetIOErrorExitHandler(
+        display, [](Display*, void* mark) { *static_cast<bool*>(mark) = true; }, &lost);
     X11Guard guard(display);
     XWindowAttributes parent{};
     if (XGetWindowAttributes(display, request.parent, &parent) == 0) return;
@@ -29,17 +32,16 @@ class X11ChildWindow final : public ChildWindow {
   }
   ~X11ChildWindow() override {
     if (display == nullptr) return;
-    {
-      X11Guard guard(display);
-      if (window != 0) XDestroyWindow(display, window);
-      guard.failed();  // it may have gone with its parent
-    }
+    X11Guard guard(display);
+    if (window != 0 && !lost) XDestroyWindow(display, window);
+    if (!lost) guard.failed();  // it may have gone with its parent
     XCloseDisplay(display);
   }
 
   std::uintptr_t handle() const override { return window; }
 
  private:
+  bool lost = false;  // the server went
   Display* display;
   Window window = 0;
 };

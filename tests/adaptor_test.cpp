@@ -106,6 +106,12 @@ TEST(Adaptor, ValuesAndTextsMeetAtBothEnds) {
   EXPECT_EQ(adaptor.process.getControl(5)->getSteps(), -1);
   EXPECT_EQ(adaptor.process.getControl(5)->textToValue(" 0.25x"), controlValueOf(0.25F));
   EXPECT_EQ(adaptor.process.getControl(5)->textToValue("loud"), kLowest);
+  EXPECT_EQ(adaptor.process.getControl(5)->textToValue("+1e99"), kHighest);
+  EXPECT_EQ(adaptor.process.getControl(1)->textToValue("1.0"), kHighest);
+  for (const std::int32_t index : {kLowest, kLowest + 1, -1, 0, 62, kHighest}) {
+    adaptor.process.SetControl(index, kHighest);
+    EXPECT_EQ(adaptor.process.GetControl(index), kLowest);
+  }
   std::array<char, 8> name{};
   adaptor.process.getControl(1)->getName(name.data(), 5);
   EXPECT_STREQ(name.data(), "MByp");
@@ -116,6 +122,7 @@ TEST(Adaptor, ValuesAndTextsMeetAtBothEnds) {
 TEST(Adaptor, AnswersTheEffectAsItsHost) {
   Adaptor adaptor;
   const auto time = [&] {
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): as the interface has it
     return *reinterpret_cast<const VstTimeInfo*>(adaptor.ask(audioMasterGetTime));
   };
   EXPECT_EQ(time().ppqPos, 2.0);
@@ -220,7 +227,7 @@ TEST(Adaptor, ThreadsOfAHostDoNotDisturbEachOther) {
   run([] { const Adaptor passing; });
   const char* const wanted = std::getenv("ZUM_THREAD_SECONDS");
   const auto end = std::chrono::steady_clock::now() +
-                   std::chrono::seconds(wanted != nullptr ? std::atoi(wanted) : 2);
+                   std::chrono::seconds(wanted != nullptr ? std::strtol(wanted, nullptr, 10) : 2);
   std::int32_t id = 0;
   std::memcpy(&id, "kvzm", 4);
   SystemRandom random(1);
@@ -268,6 +275,8 @@ TEST_F(AdaptorFiles, SessionRecordsHoldAPresetBehindTheirHeader) {
   }
   EXPECT_EQ(other.process.WriteChunk(id, record, size), kNoError);
   EXPECT_EQ(other.process.getEffect()->getParameter(3), 0.5F);
+  EXPECT_EQ(other.process.GetControl(5), 0);
+  EXPECT_EQ(other.process.WriteChunk(id, record, 0), kBadChunk);
 
   putText(folder / "s.kvz",
           std::string(reinterpret_cast<const char*>(words.data()) + kSessionHeader,
@@ -306,6 +315,7 @@ TEST(AdaptorFile, CountsItsOpeningsAndRefusesOtherVersions) {
   Host host;
   EXPECT_EQ(table->createProcess(0, &host.routines), nullptr);
   EXPECT_EQ(dlsym(file, "VSTPluginMain"), nullptr);
+  EXPECT_NE(dlsym(file, "NewPlugIn"), nullptr);
 }
 
 }  // namespace

@@ -82,6 +82,8 @@ TEST_F(DaehostTest, SaysWhatToDoNext) {
       {"list --plug-in in.wav", 1, "cannot load in.wav"},
       {"list --session short", 1, "that is no session record"},
       {"list --session long", 1, "that is no session record"},
+      {"list --session .", 1, "cannot read ."},
+      {"list --set Cutoff=loud", 2, "loud is not a number from 0 to 1"},
       {"list --set Cutof=1", 2, "there is no control Cutof"},
       {"list --set Cutoff", 2, "write it as NAME=VALUE"},
       {"view --seconds 1", 1, "No display"},
@@ -93,6 +95,8 @@ TEST_F(DaehostTest, SaysWhatToDoNext) {
     EXPECT_NE(text.find(c.words), std::string::npos) << text;
   }
   EXPECT_FALSE(fs::exists(folder / "out.wav"));
+  EXPECT_EQ(run("save --set Cutoff=0.25 a.session").first, 0);
+  EXPECT_NE(run("list --session a.session").second.find("\tCutoff\t25.00 %\n"), std::string::npos);
   const std::string list = run("list --set Cutoff=0.25").second;
   EXPECT_NE(list.find("5\tCutoff\t25.00 %\n"), std::string::npos) << list;
   EXPECT_NE(list.find("14\tLFO_TrigOnOff\tOff\tswitch\n"), std::string::npos) << list;

@@ -57,7 +57,9 @@ class Pictures : public testing::Test {
     for (int y = 0; y < part.height(); ++y) {
       for (int x = 0; x < part.width(); ++x) {
         const std::uint32_t now = desk.window->pixel(part.left + x, part.top + y);
-        const auto at = static_cast<std::size_t>(y * part.width() + x);
+        const std::size_t at =
+            static_cast<std::size_t>(y) * static_cast<std::size_t>(part.width()) +
+            static_cast<std::size_t>(x);
         if (distance(now, kept->words[at]) > kTolerance) ++different;
       }
     }

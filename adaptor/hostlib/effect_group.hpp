@@ -1,6 +1,7 @@
 // What a plug-in file offers: who made it, its name, and its types.
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -31,17 +32,20 @@ class CProcessGroup {
   CProcessGroup() = default;
   CProcessGroup(const CProcessGroup&) = delete;
   CProcessGroup& operator=(const CProcessGroup&) = delete;
-  virtual ~CProcessGroup() = default;
 
-  /// Starts it. Not 0 for an error.
+  /// Starts it, by its first operation. Not 0 for an error.
   virtual std::int32_t Initialize() = 0;
+  virtual ~CProcessGroup() = default;
 };
 
 class CDSPProcessGroup : public CProcessGroup {
  public:
   /// Of the host, in Hz.
   float getSampleRate() const { return sampleRate; }
-  void setSampleRate(float rate) { sampleRate = rate; }
+  /// A rate that is none is left out.
+  void setSampleRate(float rate) {
+    if (std::isfinite(rate) && rate > 0.0F) sampleRate = rate;
+  }
 
  private:
   float sampleRate = 44100.0F;

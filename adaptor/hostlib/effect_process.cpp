@@ -17,6 +17,11 @@ void CProcess::SetControl(std::int32_t index, std::int32_t value) {
   if (CPluginControl* const control = getControl(index)) storeShared(control->value, value);
 }
 
+std::int32_t CProcess::GetControl(std::int32_t index) const {
+  const CPluginControl* const control = getControl(index);
+  return control != nullptr ? loadShared(control->value) : INT32_MIN;
+}
+
 void CProcess::controlChanged(std::int32_t index, std::int32_t value) {
   CPluginControl* const control = getControl(index);
   if (control == nullptr) return;

@@ -32,11 +32,14 @@ class CProcess {
   const std::vector<std::unique_ptr<CPluginControl>>& getControls() const { return controls; }
   /// Null for an index that there is not.
   CPluginControl* getControl(std::int32_t index) const;
+  /// 0 for none.
   std::int32_t getMasterBypass() const { return masterBypass; }
   const HostRoutines& getHost() const { return host; }
 
   /// The host moved a control.
   virtual void SetControl(std::int32_t index, std::int32_t value);
+  /// The lower end for one that there is not.
+  virtual std::int32_t GetControl(std::int32_t index) const;
 
   // [any] The plug-in moved a control, or the user has a hand on it.
   void controlChanged(std::int32_t index, std::int32_t value);
@@ -51,7 +54,7 @@ class CProcess {
                                   std::int32_t room);
 
   virtual void GetViewRect(ViewRect& /*rect*/) {}
-  virtual void SetViewPort(const ViewPort* port) { hasPort = port != nullptr; }
+  virtual void SetViewPort(const ViewPort* /*port*/) {}
   virtual void ViewIdle() {}
   virtual std::unique_ptr<CCustomView> MakeCustomView() { return nullptr; }
 
@@ -60,13 +63,11 @@ class CProcess {
     controls.push_back(std::move(control));
   }
   void setMasterBypass(std::int32_t index) { masterBypass = index; }
-  bool isShown() const { return hasPort; }
 
  private:
   const HostRoutines& host;
   std::vector<std::unique_ptr<CPluginControl>> controls;
-  std::int32_t masterBypass = 0;  // 0 for none
-  bool hasPort = false;
+  std::int32_t masterBypass = 0;
 };
 
 class CDSPProcess : public CProcess {
@@ -82,12 +83,14 @@ class CEffectProcess : public CDSPProcess {
   /// Not 0 for an error.
   virtual std::int32_t EffectInit();
 
- protected:
   struct ChunkType {
     std::int32_t id;
     std::string name;
     std::int32_t size;
   };
+  const std::vector<ChunkType>& getChunkTypes() const { return chunkTypes; }
+
+ protected:
   void addChunkType(std::int32_t id, std::string name, std::int32_t size) {
     chunkTypes.push_back({id, std::move(name), size});
   }
@@ -109,6 +112,9 @@ class CEffectProcessRTAS : public virtual CEffectProcess {
 class CEffectProcessMIDI : public virtual CEffectProcess {
  public:
   explicit CEffectProcessMIDI(const HostRoutines& hostRoutines) : CEffectProcess(hostRoutines) {}
+  const std::vector<std::unique_ptr<CEffectMIDIDirectDeliveryNode>>& getNodes() const {
+    return nodes;
+  }
   /// [midi]
   void deliverMidi(std::int32_t timestampFlag, const ShortMessage& message) const {
     for (const auto& node : nodes) node->deliver(timestampFlag, message);
@@ -116,6 +122,7 @@ class CEffectProcessMIDI : public virtual CEffectProcess {
 
  protected:
   std::string getMidiNodeName() const;
+  /// It lives as long as the process.
   CEffectMIDIDirectDeliveryNode* addNode(std::unique_ptr<CEffectMIDIDirectDeliveryNode> node) {
     nodes.push_back(std::move(node));
     return nodes.back().get();

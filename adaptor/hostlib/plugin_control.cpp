@@ -1,8 +1,12 @@
 #include "adaptor/hostlib/plugin_control.hpp"
 
+#include <strings.h>
+
 #include <algorithm>
+#include <charconv>
 #include <cstring>
 #include <string_view>
+#include <system_error>
 
 namespace zum {
 
@@ -13,9 +17,22 @@ void copyToRoom(std::string_view from, char* text, std::int32_t room) {
   text[length] = '\0';
 }
 
+// A number that is too large for a float has a sign all the same.
+float decimalNumber(const char* text) {
+  if (text == nullptr) return 0.0F;
+  while (*text == ' ' || *text == '+') ++text;
+  float number = 0.0F;
+  const auto end = std::from_chars(text, text + std::strlen(text), number);
+  if (end.ec == std::errc::result_out_of_range) {
+    const bool isTiny = std::strstr(text, "e-") != nullptr || std::strstr(text, "E-") != nullptr;
+    number = isTiny ? 0.0F : (*text == '-' ? -1e30F : 1e30F);
+  }
+  return number;
+}
+
 std::int32_t CPluginControl_OnOff::textToValue(const char* text) const {
-  const std::string_view word = text != nullptr ? text : "";
-  return word == "On" || word == "on" || word == "1" ? INT32_MAX : INT32_MIN;
+  const bool isOn = text != nullptr && (strcasecmp(text, "on") == 0 || decimalNumber(text) > 0.5F);
+  return isOn ? INT32_MAX : INT32_MIN;
 }
 
 void CPluginControl_OnOff::getName(char* text, std::int32_t room) const {

@@ -53,6 +53,9 @@ class CPluginControl_OnOff final : public CPluginControl {
   std::string names;
 };
 
+/// The decimal number that a text begins with, 0 for none.
+float decimalNumber(const char* text);
+
 /// Cuts a text to `room` bytes, terminator included.
 void copyToRoom(std::string_view from, char* text, std::int32_t room);
 

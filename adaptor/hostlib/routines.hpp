@@ -67,6 +67,12 @@ struct TypeDescription {
   std::int32_t features[2];
 };
 
+struct ChunkDescription {
+  std::int32_t id;
+  const char* name;  // lives as long as the process
+  std::int32_t size;
+};
+
 struct ProcessHandle;
 
 /// Given by a plug-in file. Routines that can fail answer 0 for success.
@@ -88,10 +94,13 @@ struct PlugInRoutines {
   void (*valueToText)(ProcessHandle* process, std::int32_t index, std::int32_t value, char* text,
                       std::int32_t room);
   std::int32_t (*textToValue)(ProcessHandle* process, std::int32_t index, const char* text);
+  std::int32_t (*masterBypass)(ProcessHandle* process);  // index of that control, 0 for none
   std::int32_t (*getControl)(ProcessHandle* process, std::int32_t index);
   void (*setControl)(ProcessHandle* process, std::int32_t index, std::int32_t value);
 
   // [main] session records
+  std::int32_t (*describeChunkType)(ProcessHandle* process, std::int32_t index,
+                                    ChunkDescription* type);
   std::int32_t (*reportChunkSize)(ProcessHandle* process, std::int32_t chunkId, std::int32_t* size);
   /// `room` bytes are there for the record.
   std::int32_t (*readChunk)(ProcessHandle* process, std::int32_t chunkId, SessionRecord* record,
@@ -104,6 +113,7 @@ struct PlugInRoutines {
   void (*setViewPort)(ProcessHandle* process, const ViewPort* port);
   void (*viewIdle)(ProcessHandle* process);
 
+  const char* (*midiNodeName)(ProcessHandle* process);
   // [midi] a short message; a flag of 0 means now
   void (*deliverMidi)(ProcessHandle* process, std::int32_t timestampFlag,
                       const unsigned char* message);

@@ -12,9 +12,15 @@ void HostOptions::apply(HostedProcess& process) const {
   for (const std::string& setting : settings) process.set(setting);
 }
 
+// A folder, a pipe or a device has no size, and is never waited for.
 std::vector<char> readBytes(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  if (!file) throw Failure("cannot read " + path.string() + "; check its name and its rights");
+  constexpr std::uintmax_t kMostBytes = 64U << 20U;
+  std::error_code error;
+  const std::uintmax_t size = std::filesystem::file_size(path, error);
+  std::ifstream file;
+  if (!error && size <= kMostBytes) file.open(path, std::ios::binary);
+  if (!file.is_open())
+    throw Failure("cannot read " + path.string() + "; check its name and its rights");
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
@@ -28,7 +34,8 @@ void addHostOptions(CLI::App& command, HostOptions& options) {
       ->type_name("FILE")
       ->check(notEmpty());
   command.add_option("--set", options.settings, "Control to set, from 0 to 1 (repeatable)")
-      ->type_name("NAME=VALUE");
+      ->type_name("NAME=VALUE")
+      ->allow_extra_args(false);
   command.add_option("--tempo", options.tempo, "Of the transport, in beats per minute")
       ->check(between(45, 500))
       ->capture_default_str();

@@ -33,11 +33,19 @@ void list(const HostOptions& options) {
   }
   HostedProcess process(file, options.type(), 44100.0F, options.tempo);
   options.apply(process);
+  std::cout << "MIDI: " << process.routines().midiNodeName(process.get()) << '\n';
+  ChunkDescription chunk{};
+  for (std::int32_t i = 0; process.routines().describeChunkType(process.get(), i, &chunk) == 0;
+       ++i) {
+    std::cout << "session record " << identifierText(chunk.id) << ": " << chunk.name << '\n';
+  }
+  const std::int32_t bypass = process.routines().masterBypass(process.get());
   const std::int32_t count = process.routines().controlCount(process.get());
   for (std::int32_t index = 1; index <= count; ++index) {
     const std::int32_t steps = process.routines().controlSteps(process.get(), index);
     std::cout << index << '\t' << process.controlName(index) << '\t' << process.controlText(index)
-              << (steps > 0 ? "\tswitch" : "") << '\n';
+              << (steps > 0 ? "\tswitch" : "") << (index == bypass ? "\tmaster bypass" : "")
+              << '\n';
   }
 }
 

@@ -2,6 +2,8 @@
 
 #include <dlfcn.h>
 
+#include <CLI/CLI.hpp>
+
 #include <algorithm>
 #include <array>
 #include <cctype>
@@ -124,6 +126,10 @@ void HostedProcess::set(const std::string& setting) {
   }
   const std::int32_t index = findControl(setting.substr(0, end));
   const std::string value = setting.substr(end + 1);
+  float number = 0.0F;
+  if (!CLI::detail::lexical_cast(value, number) || !(number >= 0.0F && number <= 1.0F)) {
+    throw Failure(value + " is not a number from 0 to 1", kExitWrongUsage);
+  }
   routines().setControl(get(), index, routines().textToValue(get(), index, value.c_str()));
 }
 

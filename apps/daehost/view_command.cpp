@@ -1,4 +1,6 @@
 // `daehost view`: the plug-in's editor in a window of the host's.
+#include <algorithm>
+#include <array>
 #include <chrono>
 #include <memory>
 #include <thread>
@@ -14,6 +16,8 @@ namespace zum {
 namespace {
 
 constexpr auto kTick = std::chrono::milliseconds(33);
+constexpr double kRate = 44100.0;  // Hz
+constexpr std::int64_t kMostFrames = 16384;
 
 struct ViewOptions : HostOptions {
   double seconds = 0.0;  // 0: until the window is closed
@@ -46,9 +50,21 @@ class HostWindow final : public WindowEvents {
   std::unique_ptr<NativeWindow> window;
 };
 
+/// As much as has gone by; less after a halt.
+void playSilence(HostedProcess& process, std::array<std::vector<float>, 3>& channels,
+                 std::int64_t until) {
+  const std::int64_t due = until - process.position;
+  const auto count = static_cast<std::int32_t>(std::clamp<std::int64_t>(due, 0, kMostFrames));
+  for (std::vector<float>& channel : channels) channel.assign(static_cast<std::size_t>(count), 0);
+  float* inputs[] = {channels[0].data(), channels[0].data()};
+  float* outputs[] = {channels[1].data(), channels[2].data()};
+  process.routines().render(process.get(), inputs, outputs, count);
+  process.position = until;
+}
+
 void view(const ViewOptions& options) {
   const PlugInFile file(options.plugIn);
-  HostedProcess process(file, options.type(), 44100.0F, options.tempo);
+  HostedProcess process(file, options.type(), static_cast<float>(kRate), options.tempo);
   options.apply(process);
   ViewRect rect{};
   process.routines().viewRect(process.get(), &rect);
@@ -56,16 +72,14 @@ void view(const ViewOptions& options) {
   const ViewPort port{0, 0, window.handle()};
   holdSignals();
   process.routines().setViewPort(process.get(), &port);
-  std::vector<float> silence(1024);
-  float* channels[] = {silence.data(), silence.data()};
+  std::array<std::vector<float>, 3> channels;
   const auto start = std::chrono::steady_clock::now();
   while (!window.isGone()) {
     throwIfInterrupted();
     window.poll();
-    process.routines().render(process.get(), channels, channels, 1024);
-    process.position += 1024;
-    process.routines().viewIdle(process.get());
     const std::chrono::duration<double> shown = std::chrono::steady_clock::now() - start;
+    playSilence(process, channels, static_cast<std::int64_t>(shown.count() * kRate));
+    process.routines().viewIdle(process.get());
     if (options.seconds > 0.0 && shown.count() >= options.seconds) break;
     std::this_thread::sleep_for(kTick);
   }
