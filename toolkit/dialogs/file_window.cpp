@@ -104,7 +104,7 @@ void FileWindow::accept() {
 }
 
 void FileWindow::acceptName() {
-  if (name->getText().empty()) return enterSelected();
+  if (name == nullptr || name->getText().empty()) return enterSelected();
   const std::string file = pathOf(name->getText());
   if (isFolder(file)) {
     name->setText({});
