@@ -256,7 +256,7 @@ TEST_F(PluginWindow, KeysThatItDoesNotKnowAndTheFocusGoBackToTheHost) {
     effect.click(kCorner);
     EXPECT_NE(robot.focus(), other.window);
     const Values before = effect.values();
-    for (const KeySym key : {XK_x, XK_space}) robot.type(key), effect.settle();
+    for (const KeySym key : {KeySym{XK_x}, KeySym{XK_space}}) robot.type(key), effect.settle();
     EXPECT_EQ(place.keys(), (std::vector<KeySym>{XK_x, XK_space}));
     EXPECT_EQ(effect.changedSince(before), Tags{});
     robot.type(XK_F2);  // the dice
