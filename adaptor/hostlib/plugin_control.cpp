@@ -13,7 +13,7 @@ namespace zum {
 void copyToRoom(std::string_view from, char* text, std::int32_t room) {
   if (text == nullptr || room < 1) return;
   const std::size_t length = std::min(from.size(), static_cast<std::size_t>(room) - 1);
-  std::memcpy(text, from.data(), length);
+  std::copy_n(from.begin(), length, text);  // also of no text at all
   text[length] = '\0';
 }
 
