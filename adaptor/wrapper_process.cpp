@@ -50,12 +50,10 @@ KvRTASWrapperProcess::~KvRTASWrapperProcess() {
   if (effect != nullptr) effect->close();
 }
 
-ZUM_TRUSTED_BEGIN
 std::intptr_t KvRTASWrapperProcess::call(std::int32_t opcode, std::intptr_t value, void* ptr,
-                                         float opt) ZUM_REALTIME {
+                                         float opt) {
   return aeffect->dispatcher(aeffect, opcode, 0, value, ptr, opt);
 }
-ZUM_TRUSTED_END
 
 std::int32_t KvRTASWrapperProcess::EffectInit() {
   addControl(std::make_unique<CPluginControl_OnOff>(kBypassControl, identifier("bypa"),
@@ -92,7 +90,11 @@ std::int32_t KvRTASWrapperProcess::GetControl(std::int32_t index) const {
 void KvRTASWrapperProcess::RenderAudio(float** inputs, float** outputs, std::int32_t sampleCount)
     ZUM_REALTIME {
   if (aeffect == nullptr) return;
-  if (VstEvents* const came = events.take()) call(effProcessEvents, 0, came);
+  ZUM_TRUSTED_BEGIN  // this opcode keeps the promise
+      if (VstEvents* const came = events.take()) {
+    aeffect->dispatcher(aeffect, effProcessEvents, 0, 0, came, 0.0F);
+  }
+  ZUM_TRUSTED_END
   float* in[] = {inputs[0], isStereo ? inputs[1] : inputs[0]};
   float* out[] = {outputs[0], isStereo ? outputs[1] : outputs[0]};
   if (bypassed.load(std::memory_order_relaxed)) {

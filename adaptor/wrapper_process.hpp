@@ -53,7 +53,7 @@ class KvRTASWrapperProcess final : public CEffectProcessMIDI, public CEffectProc
   std::intptr_t answer(std::int32_t opcode, std::int32_t index, void* ptr, float opt);
   VstTimeInfo* fillTime();
   std::intptr_t call(std::int32_t opcode, std::intptr_t value = 0, void* ptr = nullptr,
-                     float opt = 0.0F) ZUM_REALTIME;
+                     float opt = 0.0F);
   AEffEditor* getEditor() const { return effect != nullptr ? effect->getEditor() : nullptr; }
 
   std::unique_ptr<KvUniClient> effect;
