@@ -2,6 +2,7 @@
 #include <X11/Xutil.h>
 
 #include "platform/child_window.hpp"
+#include "platform/x11_connection.hpp"
 #include "platform/x11_errors.hpp"
 
 namespace zum {
@@ -11,11 +12,8 @@ constexpr const char* kClass = "RTASWRAPPERCLASS";
 
 class X11ChildWindow final : public ChildWindow {
  public:
-  explicit X11ChildWindow(const ChildWindowRequest& request) : display(XOpenDisplay(nullptr)) {
+  explicit X11ChildWindow(const ChildWindowRequest& request) : display(connectToServer(lost)) {
     if (display == nullptr) return;
-    // Without it a lost connection ends the process.
-    XSetIOErrorExitHandler(
-        display, [](Display*, void* mark) { *static_cast<bool*>(mark) = true; }, &lost);
     X11Guard guard(display);
     XWindowAttributes parent{};
     if (XGetWindowAttributes(display, request.parent, &parent) == 0) return;

@@ -41,6 +41,20 @@ class WindowEvents {
   virtual void windowGone() = 0;
 };
 
+/// Of a window in which nothing but another one's view lies.
+class PassiveWindowEvents : public WindowEvents {
+ public:
+  void windowPressed(int /*x*/, int /*y*/, int /*buttonWord*/) override {}
+  void windowReleased(int /*x*/, int /*y*/, int /*buttonWord*/) override {}
+  void windowMoved(int /*x*/, int /*y*/, int /*buttonWord*/) override {}
+  void windowLeft() override {}
+  void windowScrolled(int /*x*/, int /*y*/, float /*distance*/, int /*buttonWord*/) override {}
+  bool windowKeyPressed(const WindowKey& /*key*/) override { return false; }
+  bool windowKeyReleased(const WindowKey& /*key*/) override { return false; }
+  void windowExposed(int /*left*/, int /*top*/, int /*right*/, int /*bottom*/) override {}
+  void windowGone() override {}
+};
+
 enum class WindowCursor : std::uint8_t { arrow, hourglass, resizeHorizontally };
 
 class NativeWindow {

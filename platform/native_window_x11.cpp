@@ -4,6 +4,7 @@
 #include <X11/cursorfont.h>
 #include <cairo-xlib.h>
 
+#include "platform/x11_connection.hpp"
 #include "platform/x11_errors.hpp"
 #include "platform/x11_window.hpp"
 
@@ -28,20 +29,9 @@ Window managedWindow(Display* display, Window inner) {
                        &left, &data);
     if (data != nullptr) XFree(data);
     if (type != 0) return next;
-    Window root = 0;
-    Window above = 0;
-    Window* below = nullptr;
-    unsigned belowCount = 0;
-    if (XQueryTree(display, next, &root, &above, &below, &belowCount) == 0) return 0;
-    if (below != nullptr) XFree(below);
-    next = above == root ? 0 : above;
+    next = windowAbove(display, next);
   }
   return 0;
-}
-
-Display* connect() {
-  static const bool threads = XInitThreads() != 0;  // the host may run several
-  return threads ? XOpenDisplay(nullptr) : nullptr;
 }
 
 }  // namespace
@@ -55,15 +45,12 @@ std::unique_ptr<NativeWindow> openNativeWindow(const WindowRequest& request, Win
 
 X11Window::X11Window(const WindowRequest& request, WindowEvents& told)
     : events(told),
-      display(connect()),
+      display(connectToServer(lost)),
       parent(request.parent),
       width(request.width),
       height(request.height),
       focusBefore(request.parent) {
   if (display == nullptr) return;
-  // Without it a lost connection ends the process.
-  XSetIOErrorExitHandler(
-      display, [](Display*, void* mark) { *static_cast<bool*>(mark) = true; }, &lost);
   X11Guard guard(display);
   if (!create(request, guard) || guard.failed()) window = 0;
 }

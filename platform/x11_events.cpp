@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/x11_connection.hpp"
 #include "platform/x11_errors.hpp"
 #include "platform/x11_window.hpp"
 
@@ -37,13 +38,7 @@ Window listenerFrom(Display* display, Window inner, long mask) {
     if (XGetWindowAttributes(display, next, &attributes) == 0) return 0;
     if ((attributes.all_event_masks & mask) != 0) return next;
     if ((attributes.do_not_propagate_mask & mask) != 0) return 0;
-    Window root = 0;
-    Window above = 0;
-    Window* below = nullptr;
-    unsigned count = 0;
-    if (XQueryTree(display, next, &root, &above, &below, &count) == 0) return 0;
-    if (below != nullptr) XFree(below);
-    next = above == root ? 0 : above;
+    next = windowAbove(display, next);
   }
   return 0;
 }

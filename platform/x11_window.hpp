@@ -55,9 +55,9 @@ class X11Window final : public NativeWindow {
   WindowEvents& events;
   // Empties with the window: what is told may close it.
   std::shared_ptr<bool> life = std::make_shared<bool>(true);
-  Display* display = nullptr;
   bool lost = false;  // the server went: nothing can be said to it any more
-  Window parent;      // 0 when the screen is
+  Display* display = nullptr;
+  Window parent;  // 0 when the screen is
   Window window = 0;
   int width;
   int height;

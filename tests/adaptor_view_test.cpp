@@ -13,17 +13,8 @@ namespace {
 const OwnHome ownHome;
 
 /// The host's window, in which nothing of its own happens.
-struct HostWindow final : WindowEvents {
+struct HostWindow final : PassiveWindowEvents {
   HostWindow() : window(openNativeWindow({0, 600, 600, "host"}, *this)) {}
-  void windowPressed(int /*x*/, int /*y*/, int /*word*/) override {}
-  void windowReleased(int /*x*/, int /*y*/, int /*word*/) override {}
-  void windowMoved(int /*x*/, int /*y*/, int /*word*/) override {}
-  void windowLeft() override {}
-  void windowScrolled(int /*x*/, int /*y*/, float /*distance*/, int /*word*/) override {}
-  bool windowKeyPressed(const WindowKey& /*key*/) override { return false; }
-  bool windowKeyReleased(const WindowKey& /*key*/) override { return false; }
-  void windowExposed(int /*left*/, int /*top*/, int /*right*/, int /*bottom*/) override {}
-  void windowGone() override {}
   std::unique_ptr<NativeWindow> window;
 };
 

@@ -73,7 +73,7 @@ TEST_F(DaehostTest, SaysWhatToDoNext) {
     const char* words;
   } cases[] = {
       {"", 2, "no command is given; run daehost --help"},
-      {"render in.wav", 2, "output is required; run daehost --help"},
+      {"render in.wav", 2, "output is required; run daehost render --help"},
       {"render in.wav in.wav", 2, "would overwrite in.wav; give it another name"},
       {"render in.wav song.mid --midi song.mid", 2, "would overwrite song.mid"},
       {"render none.wav out.wav", 1, "none.wav"},

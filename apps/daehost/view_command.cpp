@@ -24,7 +24,7 @@ struct ViewOptions : HostOptions {
 };
 
 /// An empty window: all that happens in it happens in the plug-in's view.
-class HostWindow final : public WindowEvents {
+class HostWindow final : public PassiveWindowEvents {
  public:
   HostWindow(int width, int height) : window(openNativeWindow({0, width, height, "ZUM"}, *this)) {
     if (window == nullptr) {
@@ -36,14 +36,6 @@ class HostWindow final : public WindowEvents {
   void poll() { window->poll(); }
 
  private:
-  void windowPressed(int /*x*/, int /*y*/, int /*word*/) override {}
-  void windowReleased(int /*x*/, int /*y*/, int /*word*/) override {}
-  void windowMoved(int /*x*/, int /*y*/, int /*word*/) override {}
-  void windowLeft() override {}
-  void windowScrolled(int /*x*/, int /*y*/, float /*distance*/, int /*word*/) override {}
-  bool windowKeyPressed(const WindowKey& /*key*/) override { return false; }
-  bool windowKeyReleased(const WindowKey& /*key*/) override { return false; }
-  void windowExposed(int /*left*/, int /*top*/, int /*right*/, int /*bottom*/) override {}
   void windowGone() override { gone = true; }
 
   bool gone = false;

@@ -1,4 +1,4 @@
-// How a command ends early, and how it warns; main prints the one and sets the exit code.
+// How a command ends early, and how it warns; runCommandLine prints the one and sets the exit code.
 #pragma once
 
 #include <iostream>
@@ -10,14 +10,19 @@ namespace zum {
 inline constexpr int kExitFailed = 1;
 inline constexpr int kExitWrongUsage = 2;
 
-/// The text says what is wrong and what to do next, without "zum:" in front and without a full
-/// stop.
+/// The text says what is wrong and what to do next, without the program's name in front and without
+/// a full stop.
 struct Failure : std::runtime_error {
   explicit Failure(const std::string& text, int code = kExitFailed)
       : std::runtime_error(text), exitCode(code) {}
   int exitCode;
 };
 
-inline void warn(const std::string& text) { std::cerr << "zum: warning: " << text << '\n'; }
+/// As its messages begin; set once, at the program's start.
+inline const char* programName = "zum";
+
+inline void warn(const std::string& text) {
+  std::cerr << programName << ": warning: " << text << '\n';
+}
 
 }  // namespace zum

@@ -1,0 +1,58 @@
+#include "apps/zum/command_line.hpp"
+
+#include <exception>
+#include <iostream>
+#include <string>
+
+#include "apps/zum/failure.hpp"
+#include "apps/zum/interruption.hpp"
+
+namespace zum {
+namespace {
+
+int report(const std::string& text, int exitCode) {
+  std::cerr << programName << ": " << text << '\n';
+  return exitCode;
+}
+
+int parse(CLI::App& app, int argc, char** argv) {
+  const std::string program = programName;
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() == 0) return app.exit(error);  // --help and --version
+    const auto chosen = app.get_subcommands();
+    const std::string command = chosen.empty() ? "" : " " + chosen.front()->get_name();
+    return report(
+        std::string(error.what()) + "; run " + program + command + " --help to see what it takes",
+        kExitWrongUsage);
+  } catch (const Failure& failure) {
+    return report(failure.what(), failure.exitCode);
+  }
+  if (app.get_subcommands().empty()) {
+    return report("no command is given; run " + program + " --help to see them all",
+                  kExitWrongUsage);
+  }
+  if (!std::cout.flush()) {
+    return report("cannot write to standard output; check where it goes", kExitFailed);
+  }
+  return 0;
+}
+
+}  // namespace
+
+int runCommandLine(CLI::App& app, int argc, char** argv) {
+  static const std::string name = app.get_name();
+  programName = name.c_str();
+  app.require_subcommand(0, 1);  // none is reported behind what else is wrong
+  try {
+    return parse(app, argc, argv);
+  } catch (const Interruption& interruption) {
+    endBy(interruption);
+  } catch (const std::exception& error) {
+    return report(std::string(error.what()) + "; this should not happen, please report it",
+                  kExitFailed);
+  }
+}
+
+}  // namespace zum
