@@ -28,6 +28,8 @@ namespace {
 namespace fs = std::filesystem;
 using Lines = std::vector<std::string>;
 const std::string kProgram = "'" ZUM_GALLERY_PROGRAM "'";
+constexpr unsigned long kShiftKey = 0xFFE1;
+constexpr unsigned long kControlKey = 0xFFE3;
 constexpr unsigned long kAltKey = 0xFFE9;
 constexpr CRect kBars{21, 401, 419, 463};  // of the steps
 constexpr CPoint kNowhere{600, 100};       // no control is there
@@ -104,7 +106,7 @@ class GalleryTest : public testing::Test {
 
 TEST_F(GalleryTest, EachGestureReportsWhatItMeans) {
   Visit visit(robot);
-  enum Hand { click, twice, right, wheel, drag, choose };
+  enum Hand { click, twice, right, wheel, drag, fine, reset, choose };
   // clang-format off
   const struct {
     const char* name;
@@ -112,7 +114,9 @@ TEST_F(GalleryTest, EachGestureReportsWhatItMeans) {
     int x, y;  // pixels of a drag; y also notches of the wheel and rows of a menu
     Lines reports;
   } cases[] = {
+      {"knob", fine, 0, -20, {"knob 0.5100"}},
       {"knob", twice, 0, 0, {"knob 0.2500"}},
+      {"fader", reset, 0, 0, {"fader 0.2500"}},
       {"jump", twice, 0, 0, {"jump 0.5000", "jump 0.5000"}},
       {"slider", wheel, 0, 2, {"slider 0.4175", "slider 0.4350"}},
       {"spring", wheel, 0, 2, {}},
@@ -140,7 +144,12 @@ TEST_F(GalleryTest, EachGestureReportsWhatItMeans) {
     visit.at(place);
     if (hand == twice) robot.click(), robot.click(), visit.tick();
     if (hand == wheel) robot.wheel(y), visit.tick();
-    if (hand == drag) visit.drag(place, x, y);
+    if (hand == fine) robot.keyDown(kShiftKey);
+    if (hand == reset) robot.keyDown(kControlKey);
+    if (hand == drag || hand == fine) visit.drag(place, x, y);
+    if (hand == reset) visit.click(place);
+    if (hand == fine) robot.keyUp(kShiftKey);
+    if (hand == reset) robot.keyUp(kControlKey);
     if (hand == click || hand == choose) visit.click(place);
     if (hand == right) visit.click(place, 3);
     if (hand == choose) visit.click(visit.row(name, y));
