@@ -47,6 +47,7 @@ KvRTASWrapperProcess::KvRTASWrapperProcess(const HostRoutines& hostRoutines, flo
 // The pair goes first: what the effect still says is not for anybody.
 KvRTASWrapperProcess::~KvRTASWrapperProcess() {
   if (aeffect != nullptr) removeProcess(aeffect);
+  if (AEffEditor* const editor = getEditor()) editor->close();  // ahead of its window
   if (effect != nullptr) effect->close();
 }
 
@@ -90,11 +91,11 @@ std::int32_t KvRTASWrapperProcess::GetControl(std::int32_t index) const {
 void KvRTASWrapperProcess::RenderAudio(float** inputs, float** outputs, std::int32_t sampleCount)
     ZUM_REALTIME {
   if (aeffect == nullptr) return;
-  ZUM_TRUSTED_BEGIN  // this opcode keeps the promise
-      if (VstEvents* const came = events.take()) {
+  if (VstEvents* const came = events.take()) {
+    ZUM_TRUSTED_BEGIN
     aeffect->dispatcher(aeffect, effProcessEvents, 0, 0, came, 0.0F);
+    ZUM_TRUSTED_END
   }
-  ZUM_TRUSTED_END
   float* in[] = {inputs[0], isStereo ? inputs[1] : inputs[0]};
   float* out[] = {outputs[0], isStereo ? outputs[1] : outputs[0]};
   if (bypassed.load(std::memory_order_relaxed)) {

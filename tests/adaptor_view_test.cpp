@@ -76,6 +76,13 @@ TEST(AdaptorView, LiesWhereThePortSaysAndComesBack) {
   process.ViewIdle();
   const ViewPort port{0, 0, host->window->handle()};
   process.SetViewPort(&port);
+  {
+    KvRTASWrapperProcess ending(routines, 44100.0F, false);
+    ASSERT_EQ(ending.EffectInit(), kNoError);
+    ending.SetViewPort(&port);
+    ending.ViewIdle();
+  }  // with its view open
+  process.ViewIdle();
   host.reset();  // before the view
   process.ViewIdle();
   process.SetViewPort(nullptr);

@@ -3,10 +3,7 @@
 #include "apps/zum/command_line.hpp"
 
 int main(int argc, char** argv) {
-  CLI::App app("A host for ZUM32.dpm", "daehost");
-  zum::addListCommand(app);
-  zum::addRenderCommand(app);
-  zum::addSaveCommand(app);
-  zum::addViewCommand(app);
-  return zum::runCommandLine(app, argc, argv);
+  return zum::runCommandLine(
+      argc, argv, "daehost", "A host for ZUM32.dpm",
+      {zum::addListCommand, zum::addRenderCommand, zum::addSaveCommand, zum::addViewCommand});
 }

@@ -41,11 +41,13 @@ int parse(CLI::App& app, int argc, char** argv) {
 
 }  // namespace
 
-int runCommandLine(CLI::App& app, int argc, char** argv) {
-  static const std::string name = app.get_name();
-  programName = name.c_str();
-  app.require_subcommand(0, 1);  // none is reported behind what else is wrong
+int runCommandLine(int argc, char** argv, const char* name, const char* description,
+                   std::initializer_list<AddToCommandLine> commands) {
+  programName = name;
   try {
+    CLI::App app(description, name);
+    for (const AddToCommandLine add : commands) add(app);
+    app.require_subcommand(0, 1);  // none is reported behind what else is wrong
     return parse(app, argc, argv);
   } catch (const Interruption& interruption) {
     endBy(interruption);

@@ -2,16 +2,16 @@
 #include "apps/zum/command_line.hpp"
 #include "apps/zum/commands.hpp"
 
+namespace {
+
+void addVersionFlag(CLI::App& app) { app.set_version_flag("--version", "zum " ZUM_VERSION); }
+
+}  // namespace
+
 int main(int argc, char** argv) {
-  CLI::App app("ZUM, a stereo filter effect for music", "zum");
-  app.set_version_flag("--version", "zum " ZUM_VERSION);
-  zum::addRenderCommand(app);
-  zum::addPlotCommand(app);
-  zum::addParametersCommand(app);
-  zum::addPresetsCommand(app);
-  zum::addCcMapCommand(app);
-  zum::addSettingsCommand(app);
-  zum::addInstallContentCommand(app);
-  zum::addEditCommand(app);
-  return zum::runCommandLine(app, argc, argv);
+  return zum::runCommandLine(
+      argc, argv, "zum", "ZUM, a stereo filter effect for music",
+      {addVersionFlag, zum::addRenderCommand, zum::addPlotCommand, zum::addParametersCommand,
+       zum::addPresetsCommand, zum::addCcMapCommand, zum::addSettingsCommand,
+       zum::addInstallContentCommand, zum::addEditCommand});
 }
