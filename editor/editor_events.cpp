@@ -147,8 +147,7 @@ void KvUniClientEditor::chooseFromLearnMenu(CControl& menu) {
 }
 
 void KvUniClientEditor::choosePreset(KvOptionMenu& menu) {
-  shownName = {};  // the menu shows what was chosen, which may be refused or cancelled
-  showPresetName();
+  showPresetNameAnew();  // the menu shows what was chosen, which may be refused or cancelled
   if (menu.getValue() == 0.0F) {
     return effect.savePreset(nullptr, 0, preset::kExtension, true, [this] {
       refreshPresetMenus(preset::kExtension);
@@ -158,8 +157,7 @@ void KvUniClientEditor::choosePreset(KvOptionMenu& menu) {
   std::string file;
   if (!menu.getFileName(file, preset::kExtension)) return;
   effect.loadPresetFile(file.c_str(), 0, preset::kExtension, true);
-  shownName = {};
-  showPresetName();
+  showPresetNameAnew();
   if (isOpen()) getFrame()->setDirty(true);
 }
 

@@ -86,6 +86,11 @@ void KvUniClientEditor::showPresetName() {
   for (KvOptionMenu* menu : presetMenus) menu->setShownText(name.data());
 }
 
+void KvUniClientEditor::showPresetNameAnew() {
+  shownName = {};
+  showPresetName();
+}
+
 // What keeps a user from hearing what he set comes first.
 void KvUniClientEditor::showStatus() {
   enum Picture { ready, learning, bypassed, loading, offline };
@@ -118,8 +123,7 @@ void KvUniClientEditor::openManual() {
 void KvUniClientEditor::refreshPresetMenus(const char* extension) {
   const std::string root = KvUniClient::presetRoot();
   for (KvOptionMenu* menu : presetMenus) menu->setFolder(root, extension);
-  shownName = {};
-  showPresetName();
+  showPresetNameAnew();
 }
 
 }  // namespace zum

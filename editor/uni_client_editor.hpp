@@ -90,6 +90,8 @@ class KvUniClientEditor final : public KvEditorBase, public CControlListener {
   void pressTabs(const KvMouseArea& area);
   bool keyPressed(const WindowKey& key) override;
   void showPresetName();
+  /// Also when the menus show something else meanwhile.
+  void showPresetNameAnew();
   void showStatus();
 
   KvUniClient& effect;
