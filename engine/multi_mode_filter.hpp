@@ -11,6 +11,7 @@ namespace zum {
 
 /// The comb of this bank: both sides hear the left input.
 struct LeftFedComb : Comb<1, 500> {
+  // NOLINTNEXTLINE(bugprone-derived-*): the bank calls it by its own type
   Float4 next(State& state, const Coeffs& c, Float4 in) ZUM_REALTIME {
     return Comb::next(state, c, firstLane(in));
   }

@@ -26,7 +26,7 @@ struct MessageBoard {
 MessageBoard board;
 
 void tell(const std::string& caption, const std::string& text) {
-  std::cerr << caption << ": " << text << std::endl;
+  std::cerr << caption << ": " << text << '\n';
 }
 
 // Closed before the call, so that what the asker has to say next is seen.
@@ -100,10 +100,11 @@ void detachMessages() {
 std::optional<Message> nextMessage() {
   const std::lock_guard lock(board.guard);
   if (board.open != nullptr || !board.pending) return std::nullopt;
-  std::optional<Message> message = std::exchange(board.pending, std::nullopt);
-  board.open = std::make_shared<Box>(Box{std::exchange(message->answer, nullptr), message->owner});
+  Message message = *std::move(board.pending);
+  board.pending.reset();
+  board.open = std::make_shared<Box>(Box{std::exchange(message.answer, nullptr), message.owner});
   if (board.open->answer) {
-    message->answer = [box = board.open](bool yes) { reply(box, yes); };
+    message.answer = [box = board.open](bool yes) { reply(box, yes); };
   }
   return message;
 }

@@ -16,5 +16,4 @@ clang-format --dry-run --Werror "${sources[@]}" || {
   exit 1
 }
 mapfile -t units < <(printf '%s\n' "${sources[@]}" | grep '\.cpp$' | grep -v '^tests/hosts/juce/')
-printf '%s\n' "${units[@]}" | xargs -P 2 -n 4 clang-tidy -p build --quiet \
-  --extra-arg=-Wno-ignored-optimization-argument 2>/dev/null
+printf '%s\n' "${units[@]}" | xargs -P 2 -n 4 clang-tidy-22 -p build --quiet 2>/dev/null

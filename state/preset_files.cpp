@@ -28,8 +28,8 @@ std::unique_ptr<std::uint32_t[]> firstWords(const std::string& path, std::uint32
 bool readChunkFile(const std::string& path, KvChunk& chunk) {
   constexpr auto kHeader = static_cast<std::uint32_t>(KvChunk::kHeaderWords);
   const auto size = fileSize(path);
-  if (size > kMostBytes) return false;
-  auto words = size ? firstWords(path, kHeader) : nullptr;
+  if (!size || *size > kMostBytes) return false;
+  auto words = firstWords(path, kHeader);
   if (words == nullptr) return false;
   chunk.adopt(std::move(words), kHeader);
   if (*size / 4 < kHeader || !chunk.readHeader()) return true;

@@ -219,7 +219,7 @@ TEST(SampleHold, TakesTheInputAsACellBegins) {
     const Float4 held = apart.next<false>(splat(x), steps);
     const auto second =
         static_cast<float>(static_cast<int>(std::ceil(std::floor(x * 0.3125F) / 0.3125F)));
-    ASSERT_EQ(held[0], static_cast<float>(frame / 4 * 4)) << frame;
+    ASSERT_EQ(held[0], static_cast<float>(frame - frame % 4)) << frame;
     ASSERT_EQ(held[2], frame < 52 ? second : held[2]) << frame;  // up to the wrap at 16
     const Float4 both = series.next<true>(splat(x), steps);
     ASSERT_EQ(both[0], held[0]) << frame;

@@ -3,8 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <climits>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <limits>
 #include <set>
@@ -50,7 +52,8 @@ TEST(Parameter, HostileValuesOnAnyTagStayInsideTheTables) {
       const bool stored = (tag >= 0 && tag <= 52) || tag == 58 || tag == 59;
       const float back = host.get(tag);
       const float expected = stored ? value : 0.0F;
-      EXPECT_EQ(std::memcmp(&back, &expected, sizeof back), 0) << "tag " << tag << ": " << back;
+      EXPECT_EQ(std::bit_cast<std::uint32_t>(back), std::bit_cast<std::uint32_t>(expected))
+          << "tag " << tag << ": " << back;
     }
     for (int type = 0; type < 20; ++type) {
       host.selectFilter(type);

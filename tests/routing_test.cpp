@@ -270,7 +270,7 @@ TEST(Routing, TheSequencerReadsThePassBefore) {
     const auto advance = [](const ModulatorOutputs& m) {
       const float sum = clamped((2.0F * (0.5F - 3.0F / 52.0F) - 1.0F) * m.efOut +
                                 (2.0F * (0.5F + 8.0F / 52.0F) - 1.0F) * m.lfoOut + 17.0F / 26.0F);
-      return 16.0 / (kBars[static_cast<int>(sum * 26.0F + 0.5F)] * 4.0 * 24000.0);
+      return 16.0 / (kBars[std::lround(sum * 26.0F)] * 4.0 * 24000.0);
     };
     const auto move = [](double& at, double by) { at = at + by < 8.0 ? at + by : 0.0; };
     const ModulatorOutputs m = host.pass(i / 37 % 2 == 0 ? 1.0F : 0.0F);

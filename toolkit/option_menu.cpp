@@ -174,8 +174,7 @@ void KvOptionMenu::valueChanged(CControl& control) {
       if (control.getTag() == kSaveTag) rescan(nullptr);
       return;
     default:
-      std::cerr << "unknown value in KvOptionMenu::valueChanged : val:" << control.getTag()
-                << std::endl;
+      std::cerr << "unknown value in KvOptionMenu::valueChanged : val:" << control.getTag() << '\n';
   }
 }
 

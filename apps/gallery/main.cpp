@@ -29,9 +29,10 @@ int fail(const std::string& text, int exitCode) {
 }
 
 int show(const Options& options) {
-  zum::Gallery gallery(
-      [](const std::string& name, float value) { std::cout << name << ' ' << value << std::endl; },
-      options.folder);
+  zum::Gallery gallery([](const std::string& name,
+                          float value) { std::cout << name << ' ' << value << '\n'
+                                                   << std::flush; },
+                       options.folder);
   if (!gallery.open()) {
     return fail("No display: start it on a desktop, or under xvfb-run.", kFailed);
   }

@@ -63,8 +63,11 @@ bool parse(const std::string& bytes, double sampleRate, int pipe) {
 [[noreturn]] void runChild(const std::string& bytes, double sampleRate, int pipe) {
   constexpr unsigned kLongestRead = 60;  // seconds
   alarm(kLongestRead);
-  dup2(open("/dev/null", O_WRONLY), STDERR_FILENO);
-  dup2(STDERR_FILENO, STDOUT_FILENO);
+  const int silence = open("/dev/null", O_WRONLY);
+  if (silence >= 0) {
+    dup2(silence, STDERR_FILENO);
+    dup2(silence, STDOUT_FILENO);
+  }
   bool whole = false;
   try {
     whole = parse(bytes, sampleRate, pipe);

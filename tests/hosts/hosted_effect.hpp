@@ -119,7 +119,7 @@ class HostedEffect {
     if (wiggled >= 0) set(wiggled, std::fabs(input[0]));
     effect->processReplacing(effect, in, out, frames);
     if (realtimeLeave) realtimeLeave();
-    for (int i = 0; i < frames + kGuard; ++i)
+    for (int i = 0; i < frames + kGuard; ++i) {
       for (const float* channel : out) {
         if (i >= frames) {
           if (channel[i] != kUntouched) overrun = true;
@@ -128,6 +128,7 @@ class HostedEffect {
           hash = (hash ^ std::bit_cast<std::uint32_t>(channel[i])) * 0x100000001b3U;
         }
       }
+    }
   }
 
   AEffect* const effect;

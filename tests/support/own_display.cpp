@@ -21,7 +21,7 @@ namespace {
 constexpr int kStartTime = 20000;  // ms, on a busy machine
 
 [[noreturn]] void giveUp(const char* what) {
-  std::cerr << what << std::endl;
+  std::cerr << what << '\n';
   std::abort();
 }
 

@@ -69,7 +69,7 @@ void WindowServices::showNext() {
   box = std::make_unique<MessageWindow>(*message, place());
   if (box->isOpen()) return;
   box.reset();
-  std::cerr << message->caption << ": " << message->text << std::endl;
+  std::cerr << message->caption << ": " << message->text << '\n';
   messageClosed();
   if (message->answer) message->answer(false);
 }
