@@ -45,6 +45,10 @@ std::intptr_t AudioEffect::dispatcher(std::int32_t opcode, std::int32_t index, s
     case effEditClose:
       if (editor != nullptr) editor->close();
       return 0;
+    // effEditMouse and effEditKey: the window hears of both itself.
+    case effEditDraw:
+      if (editor != nullptr && ptr != nullptr) editor->draw(static_cast<ERect*>(ptr));
+      return 0;
     case effEditIdle:
       if (editor != nullptr) editor->idle();
       return 0;

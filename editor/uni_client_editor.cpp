@@ -7,6 +7,7 @@
 #include "platform/content_folder.hpp"
 #include "platform/files.hpp"
 #include "resources/pictures.hpp"
+#include "state/library_record.hpp"
 #include "state/path_text.hpp"
 #include "toolkit/dialogs/window_services.hpp"
 #include "toolkit/option_menu.hpp"
@@ -117,6 +118,10 @@ void KvUniClientEditor::openManual() {
   ensureTrailingBackslash(file);
   // Another system's folder, or none, would be looked for where the host happens to run.
   if (!isAbsolutePath(file)) file = installedContentFolder();
+  if (file.empty()) {
+    return showMessage(libraryRecord().product,
+                       "The manual is not installed. Run zum install-content.");
+  }
   WindowServices::get().showFile(file + "Manual\\Manual.htm");
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 
 #include "engine/realtime.hpp"
@@ -26,6 +27,16 @@ class DcFilter {
   bool isFading() const ZUM_REALTIME {
     constexpr double kFading = 1e-36;
     return std::fabs(out[0]) < kFading || std::fabs(out[1]) < kFading;
+  }
+
+  /// One side's samples in place, with the state of the first lane.
+  void filter(float* samples, std::size_t frames) ZUM_REALTIME {
+    const bool fading = isFading();
+    for (std::size_t i = 0; i < frames; ++i) {
+      const Float4 before = in;
+      in = splat(samples[i]);
+      samples[i] = (fading ? nextFading(out, in, before) : next(out, in, before))[0];
+    }
   }
 
   /// `out` is `lastOut` of a run; `before` is the input of the frame before `x`.

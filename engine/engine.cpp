@@ -52,7 +52,10 @@ void Engine::process(const float* const* inputs, float* const* outputs, std::int
                       .outLeft = outputs[0] + done,
                       .outRight = outputs[1] + done,
                       .frames = std::min(all - done, kChunkFrames)};
-    done += play(chunk, clock, owner);
+    const std::size_t played = play(chunk, clock, owner);
+    // One buffer for both sides holds the right one, and is filtered once for each.
+    if (chunk.outLeft == chunk.outRight) sharedDcFilter.filter(chunk.outLeft, played);
+    done += played;
   }
 }
 

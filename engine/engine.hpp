@@ -43,11 +43,15 @@ class Engine {
 
   /// Everything that depends on sample rate or tempo. The caller re-applies the parameters.
   void recompute(const KvSystemInfo& clock, bool keepBuffers) ZUM_REALTIME;
-  /// Forgets what the block DC filter has heard. [main] between blocks
-  void resetOutput() ZUM_REALTIME { dcFilter.reset(); }
+  /// Forgets what the block DC filters have heard. [main] between blocks
+  void resetOutput() ZUM_REALTIME {
+    dcFilter.reset();
+    sharedDcFilter.reset();
+  }
 
   /// One block, any number of frames. A frame's inputs are read before its outputs are written, so
-  /// the buffers may be the same ones, also crossed; not shifted against each other.
+  /// the buffers may be the same ones, also crossed; not shifted against each other. Of two outputs
+  /// in one buffer the right one stays, and passes the DC filter twice.
   void process(const float* const* inputs, float* const* outputs, std::int32_t frames,
                KvSystemInfo& clock, ControlPassOwner& owner) ZUM_REALTIME;
 
@@ -106,6 +110,7 @@ class Engine {
   VowelFilter vowel;
   OutputStage output;
   DcFilter dcFilter;
+  DcFilter sharedDcFilter;  // where both sides go into one buffer
   Selection selection;
   Float4 lastLimited{};  // for the meters
   std::size_t ditherPhase = 0;

@@ -65,7 +65,7 @@ void drawLfoPage(cairo_t* cr) {
        kSmallType, kLettering);
   slot(cr, kTriggerButton);
   small(cr, kFourthSmall, "SENS");
-  text(cr, kLfoLamp.x - 6, kLfoLamp.y + 10, Align::right, "OUT", kSmallType, kLettering);
+  text(cr, kLfoLamp.x - 6, kLfoLamp.y + 10, Align::right, "TRIG", kSmallType, kLettering);
 }
 
 // Nothing triggers a wave that the song's position drives.

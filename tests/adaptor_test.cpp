@@ -6,7 +6,6 @@
 #include <atomic>
 #include <chrono>
 #include <cmath>
-#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <thread>
@@ -18,6 +17,10 @@
 #include "platform/random_source.hpp"
 #include "support/settings_user.hpp"
 #include "support/test_host.hpp"
+
+#ifndef ZUM_THREAD_SECONDS
+#define ZUM_THREAD_SECONDS 2
+#endif
 
 namespace zum::test {
 namespace {
@@ -107,6 +110,11 @@ TEST(Adaptor, ValuesAndTextsMeetAtBothEnds) {
   EXPECT_EQ(adaptor.process.getControl(5)->textToValue(" 0.25x"), controlValueOf(0.25F));
   EXPECT_EQ(adaptor.process.getControl(5)->textToValue("loud"), kLowest);
   EXPECT_EQ(adaptor.process.getControl(5)->textToValue("+1e99"), kHighest);
+  EXPECT_EQ(adaptor.process.getControl(5)->textToValue("1e999 re-"), kHighest);
+  EXPECT_EQ(adaptor.process.getControl(5)->textToValue("2e-999"), kLowest);
+  EXPECT_EQ(
+      adaptor.process.getControl(5)->textToValue(("0." + std::string(400, '0') + "1").c_str()),
+      kLowest);
   EXPECT_EQ(adaptor.process.getControl(1)->textToValue("1.0"), kHighest);
   for (const std::int32_t index : {kLowest, kLowest + 1, -1, 0, 62, kHighest}) {
     adaptor.process.SetControl(index, kHighest);
@@ -206,7 +214,7 @@ TEST(Adaptor, MidiWaitsForTheNextBlockAndNoLonger) {
 }
 
 // The host's audio, MIDI and main threads, and one that makes and ends other processes: the
-// callback finds its process among those that come and go. ZUM_THREAD_SECONDS makes it last.
+// callback finds its process among those that come and go. Longer where races are looked for.
 TEST(Adaptor, ThreadsOfAHostDoNotDisturbEachOther) {
   Adaptor adaptor;
   std::atomic<bool> ending{false};
@@ -225,9 +233,7 @@ TEST(Adaptor, ThreadsOfAHostDoNotDisturbEachOther) {
     std::this_thread::sleep_for(std::chrono::microseconds(100));
   });
   run([] { const Adaptor passing; });
-  const char* const wanted = std::getenv("ZUM_THREAD_SECONDS");
-  const auto end = std::chrono::steady_clock::now() +
-                   std::chrono::seconds(wanted != nullptr ? std::strtol(wanted, nullptr, 10) : 2);
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(ZUM_THREAD_SECONDS);
   std::int32_t id = 0;
   std::memcpy(&id, "kvzm", 4);
   SystemRandom random(1);
@@ -241,6 +247,10 @@ TEST(Adaptor, ThreadsOfAHostDoNotDisturbEachOther) {
     }
     EXPECT_EQ(adaptor.process.ReadChunk(id, record, room), kNoError);
     EXPECT_EQ(adaptor.process.WriteChunk(id, record, room), kNoError);
+    AudioEffectX& effect = *adaptor.process.getEffect();  // as from its window
+    effect.beginEdit(3);
+    effect.setParameterAutomated(3, 0.5F);
+    effect.endEdit(3);
     std::this_thread::sleep_for(std::chrono::milliseconds(2));  // or there would be silence alone
   }
   ending.store(true);

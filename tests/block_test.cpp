@@ -65,6 +65,31 @@ TEST_P(BlockOfType, BuffersMayBeTheSameOrCrossed) {
   }
 }
 
+// As hosts of one channel do it.
+TEST_P(BlockOfType, OutputsInOneBufferKeepTheRightSideFilteredTwice) {
+  const Stereo in = noise(1000);
+  TestHost apart;
+  apart.prepare(GetParam(), 0.4F, 0.7F, 0.5F);
+  std::vector<float> wanted = apart.render(in).right;
+  float lastIn = 0.0F;
+  float lastOut = 0.0F;
+  for (float& sample : wanted) {
+    const float x = sample;
+    sample = static_cast<float>((x - lastIn) + lastOut * 0.998);
+    lastIn = x;
+    lastOut = sample;
+  }
+  TestHost host;
+  host.prepare(GetParam(), 0.4F, 0.7F, 0.5F);
+  Stereo shared = in;
+  for (std::size_t at = 0; at < 1000; at += 125) {
+    std::array<float*, 2> from = {shared.left.data() + at, shared.right.data() + at};
+    std::array<float*, 2> to = {from[0], from[0]};
+    host.effect->processReplacing(host.effect, from.data(), to.data(), 125);
+  }
+  EXPECT_TRUE(shared.left == wanted);
+}
+
 // The host's position moves where all block sizes have a border.
 TEST_P(BlockOfType, BlockSizeDoesNotMatterUnderModulation) {
   const std::vector<std::vector<std::int32_t>> sizes = {{512}, {1}, {17}, {3, 31, 480}, {65536}};

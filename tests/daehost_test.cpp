@@ -3,6 +3,7 @@
 
 #include <cstring>
 
+#include "support/own_display.hpp"
 #include "support/settings_user.hpp"
 
 namespace zum::test {
@@ -86,7 +87,7 @@ TEST_F(DaehostTest, SaysWhatToDoNext) {
       {"list --set Cutoff=loud", 2, "loud is not a number from 0 to 1"},
       {"list --set Cutof=1", 2, "there is no control Cutof"},
       {"list --set Cutoff", 2, "write it as NAME=VALUE"},
-      {"view --seconds 1", 1, "No display"},
+      {"view --seconds 1", 1, "no display"},
   };
   unsetenv("DISPLAY");
   for (const auto& c : cases) {
@@ -95,6 +96,8 @@ TEST_F(DaehostTest, SaysWhatToDoNext) {
     EXPECT_NE(text.find(c.words), std::string::npos) << text;
   }
   EXPECT_FALSE(fs::exists(folder / "out.wav"));
+  const OwnDisplay display;
+  EXPECT_EQ(run("view --seconds 1").first, 0);
   EXPECT_EQ(run("save --set Cutoff=0.25 a.session").first, 0);
   EXPECT_NE(run("list --session a.session").second.find("\tCutoff\t25.00 %\n"), std::string::npos);
   const std::string list = run("list --set Cutoff=0.25").second;

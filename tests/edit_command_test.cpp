@@ -110,7 +110,7 @@ TEST_F(EditCommandTest, WhatCannotBeIsToldWithTheWayOut) {
     int exitCode;
     const char* advice;
   } cases[] = {
-      {"env -u DISPLAY " + kEdit, 1, "No display: start it on a desktop, or under xvfb-run.\n"},
+      {"env -u DISPLAY " + kEdit, 1, "no display; start it on a desktop, or under xvfb-run\n"},
       {kEdit + "--loop /nowhere.wav", 1, "check the name"},
       {kEdit + "--preset /nowhere.kvz", 1, "zum presets check"},
       {kEdit + "--picture /nowhere/a.png", 1, "choose a folder that exists"},

@@ -159,6 +159,33 @@ TEST(OptionMenu, OverAFolderListsFilesSubFoldersAndFixedRows) {
   EXPECT_EQ(toSystemPath(text), (folder / "Bass" / "Deep" / "Low.kvz").string());
   EXPECT_EQ(nested->currentText(), "Low");
   EXPECT_EQ(desk.window->cursor(), WindowCursor::arrow);
+
+  // Who listens may read the folders anew, while a list two levels down still tells.
+  struct Rereader : CControlListener {
+    void valueChanged(CControl& control) override {
+      dynamic_cast<KvOptionMenu&>(control).setFolder(folder, "kvz");
+      ++told;
+    }
+    std::string folder;
+    int told = 0;
+  } rereader;
+  fs::create_directories(folder / "Tree" / "A" / "B");
+  std::ofstream(folder / "Tree" / "A" / "B" / "Low.kvz") << 1;
+  rereader.folder = toInternalPath((folder / "Tree").string());
+  KvOptionMenu* const outer = addMenu(desk, 488);
+  outer->setListener(&rereader);
+  outer->setFolder(rereader.folder, "kvz");
+  desk.click(20, 15);
+  const KvOptionMenu* list = outer;
+  for (const char* name : {"A", "B", "Low"}) {
+    ASSERT_NE(list, nullptr) << name;
+    const CPoint row = middleOf(*list, list->getEntryIndex(name));
+    desk.window->move(row.x, row.y);
+    desk.ticks(1);
+    if (list->openSubMenu() == nullptr) desk.click(row.x, row.y);
+    list = list->openSubMenu();
+  }
+  EXPECT_EQ(rereader.told, 1);
   fs::remove_all(folder);
 }
 

@@ -5,6 +5,8 @@
 namespace zum {
 namespace {
 
+constexpr int kAnyButton = buttons::kLeft | buttons::kMiddle | buttons::kRight;
+
 Held<KvControl> hold(KvControl* view) {
   view->remember();
   return Held<KvControl>(view);
@@ -78,15 +80,15 @@ MouseResult KvFrame::onMouseDown(CPoint& where, int buttons) {
   if (gesture || captured() != nullptr) return MouseResult::handled;  // one at a time
   if (modalView == nullptr) return CFrame::onMouseDown(where, buttons);
   const Held<KvControl> view = hold(modalView);
+  gesture = view;  // ahead of the press, which may let go of all
   const MouseResult result = view->onMouseDown(where, buttons);
-  if (result == MouseResult::handled) gesture = view;
+  if (result != MouseResult::handled) gesture = {};
   return result;
 }
 
 // What took the press gets the rest of the gesture, whatever has become modal meanwhile; it lasts
 // until no button is held.
 MouseResult KvFrame::onMouseUp(CPoint& where, int buttons) {
-  constexpr int kAnyButton = buttons::kLeft | buttons::kMiddle | buttons::kRight;
   const bool holds = gesture || captured() != nullptr;
   if (holds && (buttons & kAnyButton) != 0) return MouseResult::handled;
   if (gesture) {
@@ -103,6 +105,12 @@ void KvFrame::letGo() {
 }
 
 MouseResult KvFrame::onMouseMoved(CPoint& where, int buttons) {
+  const bool holds = gesture || captured() != nullptr;
+  if (holds &&
+      (buttons & kAnyButton) == 0) {  // the release was lost, as when a host hid the window
+    letGo();
+    return MouseResult::handled;
+  }
   if (gesture) return Held<KvControl>(gesture)->onMouseMoved(where, buttons);
   if (captured() != nullptr || modalView == nullptr) return CFrame::onMouseMoved(where, buttons);
   return hold(modalView)->onMouseMoved(where, buttons);

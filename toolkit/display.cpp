@@ -19,7 +19,7 @@ std::string number(float value, int width, int decimals, bool whole) {
   width = std::clamp(width, 0, kWidestNumber);
   decimals = std::clamp(decimals, 0, kWidestNumber);
   if (whole) {
-    value = std::trunc(value);
+    value = std::trunc(value) + 0.0F;  // not -0
     decimals = 0;
   }
   (void)std::snprintf(text.data(), text.size(), "%*.*f", width, decimals,

@@ -23,6 +23,20 @@ KvOptionMenu::KvOptionMenu(const CRect& rect, CControlListener* controlListener,
   setMax(kLargestValue);
 }
 
+KvOptionMenu::~KvOptionMenu() { removeRows(); }
+
+// A list whose rows go may live on for a while, held by what it is just telling.
+void KvOptionMenu::removeRows() {
+  for (const KvOptionMenuEntryInfo& info : entries) orphan(info);
+  entries.clear();
+}
+
+void KvOptionMenu::orphan(const KvOptionMenuEntryInfo& info) {
+  if (!info.subMenu) return;
+  info.subMenu->parentMenu = nullptr;
+  info.subMenu->setListener(nullptr);
+}
+
 bool KvOptionMenu::insert(KvOptionMenuEntryInfo info, int index) {
   if (entries.size() >= kMostRows || index < -1 || index > getNbEntries()) return false;
   if (index < 0) index = getNbEntries();
@@ -89,6 +103,7 @@ bool KvOptionMenu::setEntry(int index, const std::string& text) {
 bool KvOptionMenu::removeEntry(int index) {
   if (!has(index)) return false;
   closePopup();  // what is open may go with the row
+  orphan(entry(index));
   entries.erase(entries.begin() + index);
   if (selectedEntry > index) --selectedEntry;
   if (selectedEntry >= getNbEntries()) selectedEntry = getNbEntries() - 1;
@@ -99,7 +114,7 @@ bool KvOptionMenu::removeEntry(int index) {
 
 void KvOptionMenu::removeAllEntries() {
   closePopup();
-  entries.clear();
+  removeRows();
   selectedEntry = -1;
   fixedCount = 0;
   setDirty(true);

@@ -126,7 +126,7 @@ class KvOptionMenu final : public KvControl, public CControlListener {
   KvOptionMenuExtraCallBack* onSelect = nullptr;
 
  private:
-  ~KvOptionMenu() override = default;
+  ~KvOptionMenu() override;
 
   bool has(int index) const { return index >= 0 && index < getNbEntries(); }
   KvOptionMenuEntryInfo& entry(int index) { return entries[static_cast<std::size_t>(index)]; }
@@ -134,6 +134,8 @@ class KvOptionMenu final : public KvControl, public CControlListener {
     return entries[static_cast<std::size_t>(index)];
   }
   bool insert(KvOptionMenuEntryInfo info, int index);
+  void removeRows();
+  static void orphan(const KvOptionMenuEntryInfo& info);
 
   // files
   struct FolderWalk;

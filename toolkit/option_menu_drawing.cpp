@@ -66,7 +66,9 @@ void KvOptionMenu::drawRow(CDrawContext& context, int row) const {
   const CColor sign = lit ? look.selectedTextColor : textColor;
   context.setFrameColor(sign);
   const int middle = (place.top + place.bottom) / 2;
-  if (info.marked || (row == selectedEntry && info.isChoice())) {
+  // Of files nobody knows here which one is in use: arrows and hosts load them, too.
+  const bool isInUse = (style & kFolder) == 0 && row == selectedEntry && info.isChoice();
+  if (info.marked || isInUse) {
     context.setFillColor(sign);
     context.drawRect({place.left + 1, middle - 2, place.left + 4, middle + 1}, DrawStyle::filled);
   }

@@ -143,10 +143,13 @@ void KvOptionMenu::choosePath(const std::string& path, const std::string& text) 
 void KvOptionMenu::reportChoice() {
   const bool isFile = parentMenu == nullptr && (style & kFolder) != 0 &&
                       getValue() >= static_cast<float>(fixedCount);
+  const bool brackets = editBracket && parentMenu == nullptr;
+  if (brackets) beginEdit();
   if (isFile) getFrame().setCursor(WindowCursor::hourglass);
   report();
   if (onSelect != nullptr) onSelect->menuChose(static_cast<int>(getValue()));
   if (isFile) getFrame().setCursor(WindowCursor::arrow);
+  if (brackets) endEdit();
 }
 
 void KvOptionMenu::stepInRing(int direction) {

@@ -70,7 +70,8 @@ int KvOptionMenu::rowAt(CPoint where) const {
   if (!isOpen || !listRect.contains(where)) return -1;
   const int last = std::min(firstVisible() + rowsInside(), getNbEntries());
   for (int row = firstVisible(); row < last; ++row) {
-    if (rowRect(row).contains(where)) return row;
+    const CRect place = rowRect(row);
+    if (where.y >= place.top && where.y < place.bottom) return row;
   }
   return -1;
 }
@@ -216,9 +217,7 @@ void KvOptionMenu::choose(int row) {
   setCurrent(row);
   selectionMade = true;
   top.closePopup();
-  if (editBracket) beginEdit();
   reportChoice();
-  if (editBracket) endEdit();
 }
 
 bool KvOptionMenu::onWheel(CPoint& where, float distance, int /*buttons*/) {

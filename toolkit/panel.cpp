@@ -81,9 +81,9 @@ MouseResult KvViewContainer::onMouseDown(CPoint& where, int buttons) {
   if (!isShown()) return MouseResult::notHandled;
   for (std::size_t i = 0; i < views.size(); ++i) {
     const Held<KvControl> view = views[i];
+    mouseCapture = view;  // ahead of the press, which may close the panel
     const MouseResult result = view->onMouseDown(where, buttons);
-    // A press may close the panel.
-    if (result == MouseResult::handled && isShown()) mouseCapture = view;
+    if (result != MouseResult::handled || !isShown()) mouseCapture = {};
     if (result != MouseResult::notHandled) return result;
   }
   const bool inside = getViewSize().contains(where);

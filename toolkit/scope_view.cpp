@@ -20,6 +20,7 @@ void KvScopeView::drawRect(CDrawContext& context, const CRect& area) {
 
 // A frame that paints slowly renders no faster.
 void KvScopeView::idleStep(int /*flag*/) {
+  pending &= isShown();  // a page comes back with a trace of its own time
   if (!isShown() || pending) return;
   canvas.setBackground(backgroundColor);
   canvas.fetch();

@@ -114,8 +114,9 @@ MouseResult KvTableView::onMouseDown(CPoint& where, int buttons) {
   return MouseResult::handled;
 }
 
-MouseResult KvTableView::onMouseMoved(CPoint& where, int /*buttons*/) {
-  if (stroke == Stroke::none || table == nullptr || table->size() < 1) {
+MouseResult KvTableView::onMouseMoved(CPoint& where, int buttons) {
+  const bool isHeld = (buttons & (buttons::kLeft | buttons::kRight)) != 0;
+  if (!isHeld || stroke == Stroke::none || table == nullptr || table->size() < 1) {
     return MouseResult::notHandled;
   }
   const int step = stepAt(where.x);
@@ -179,7 +180,8 @@ void KvTableView::idleStep(int /*flag*/) {
 
 int KvTableView::edgeOf(int step) const {
   const CRect area = bars();
-  return area.left + static_cast<int>(std::int64_t{area.width()} * step / table->size());
+  const int count = std::max(table->size(), 1);  // another thread may just have emptied it
+  return area.left + static_cast<int>(std::int64_t{area.width()} * step / count);
 }
 
 /// A file may hold more steps than there are pixels.

@@ -17,17 +17,19 @@ void copyToRoom(std::string_view from, char* text, std::int32_t room) {
   text[length] = '\0';
 }
 
-// A number that is too large for a float has a sign all the same.
+// What no float can hold is held at the ends; beyond the doubles its own characters tell which.
 float decimalNumber(const char* text) {
   if (text == nullptr) return 0.0F;
   while (*text == ' ' || *text == '+') ++text;
-  float number = 0.0F;
+  constexpr double kMost = 1e30;
+  double number = 0.0;
   const auto end = std::from_chars(text, text + std::strlen(text), number);
   if (end.ec == std::errc::result_out_of_range) {
-    const bool isTiny = std::strstr(text, "e-") != nullptr || std::strstr(text, "E-") != nullptr;
-    number = isTiny ? 0.0F : (*text == '-' ? -1e30F : 1e30F);
+    const std::string_view read(text, static_cast<std::size_t>(end.ptr - text));
+    const bool isTiny = read.find("0.") <= 1 || read.find_first_of("eE") + 1 == read.rfind('-');
+    number = isTiny ? 0.0 : (read.front() == '-' ? -kMost : kMost);
   }
-  return number;
+  return static_cast<float>(std::clamp(number, -kMost, kMost));
 }
 
 std::int32_t CPluginControl_OnOff::textToValue(const char* text) const {

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <charconv>
 #include <cmath>
 #include <cstring>
 #include <system_error>
@@ -55,6 +56,7 @@ PlugInFile::PlugInFile(const std::filesystem::path& path)
   const std::int32_t error = open(kInterfaceVersion);
   table = describe();
   if (error != 0 || table == nullptr || table->version != kInterfaceVersion) {
+    close(0);  // a failed opening counts too
     throw Failure(path.string() + " does not open (" + std::to_string(error) +
                   "); use a plug-in file of the same version");
   }
@@ -130,7 +132,9 @@ void HostedProcess::set(const std::string& setting) {
   if (!CLI::detail::lexical_cast(value, number) || !(number >= 0.0F && number <= 1.0F)) {
     throw Failure(value + " is not a number from 0 to 1", kExitWrongUsage);
   }
-  routines().setControl(get(), index, routines().textToValue(get(), index, value.c_str()));
+  std::array<char, 32> plain{};  // hexadecimal and the like are the command line's alone
+  std::to_chars(plain.data(), plain.data() + plain.size() - 1, number);
+  routines().setControl(get(), index, routines().textToValue(get(), index, plain.data()));
 }
 
 std::vector<char> HostedProcess::save() const {

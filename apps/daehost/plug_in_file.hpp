@@ -67,7 +67,7 @@ class HostedProcess {
   std::unique_ptr<ProcessHandle, Destroy> process;
 };
 
-/// The one that was built or installed beside this program.
+/// The one that was built beside this program.
 std::filesystem::path plugInBesideProgram();
 
 }  // namespace zum

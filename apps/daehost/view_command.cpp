@@ -28,7 +28,7 @@ class HostWindow final : public PassiveWindowEvents {
  public:
   HostWindow(int width, int height) : window(openNativeWindow({0, width, height, "ZUM"}, *this)) {
     if (window == nullptr) {
-      throw Failure("No display: start it on a desktop, or under xvfb-run.");
+      throw Failure("no display; start it on a desktop, or under xvfb-run");
     }
   }
   std::uintptr_t handle() const { return window->handle(); }

@@ -15,23 +15,27 @@ int report(const std::string& text, int exitCode) {
   return exitCode;
 }
 
+std::string usageMessage(const CLI::App& app, const CLI::ParseError& error) {
+  const auto chosen = app.get_subcommands();
+  const std::string command = chosen.empty() ? "" : " " + chosen.front()->get_name();
+  return std::string(error.what()) + "; run " + programName + command +
+         " --help to see what it takes";
+}
+
 int parse(CLI::App& app, int argc, char** argv) {
-  const std::string program = programName;
+  bool isAnswered = false;
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    if (error.get_exit_code() == 0) return app.exit(error);  // --help and --version
-    const auto chosen = app.get_subcommands();
-    const std::string command = chosen.empty() ? "" : " " + chosen.front()->get_name();
-    return report(
-        std::string(error.what()) + "; run " + program + command + " --help to see what it takes",
-        kExitWrongUsage);
+    isAnswered = error.get_exit_code() == 0 && app.exit(error) == 0;  // --help and --version
+    if (!isAnswered) return report(usageMessage(app, error), kExitWrongUsage);
   } catch (const Failure& failure) {
     return report(failure.what(), failure.exitCode);
   }
-  if (app.get_subcommands().empty()) {
-    return report("no command is given; run " + program + " --help to see them all",
-                  kExitWrongUsage);
+  if (!isAnswered && app.get_subcommands().empty()) {
+    return report(
+        "no command is given; run " + std::string(programName) + " --help to see them all",
+        kExitWrongUsage);
   }
   if (!std::cout.flush()) {
     return report("cannot write to standard output; check where it goes", kExitFailed);

@@ -46,7 +46,7 @@ class Window {
  public:
   explicit Window(EffectHost& effectHost) : host(effectHost) {
     if (!host.openEditor()) {
-      throw Failure("No display: start it on a desktop, or under xvfb-run.");
+      throw Failure("no display; start it on a desktop, or under xvfb-run");
     }
   }
   ~Window() { host.closeEditor(); }

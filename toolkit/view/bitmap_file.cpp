@@ -50,7 +50,8 @@ std::optional<Pixels> readBitmapFile(std::span<const std::byte> file) {
   const auto rows = static_cast<std::size_t>(height);
   const std::size_t rowBytes = (columns * kPixelBytes + 3) / 4 * 4;
   const std::size_t start = wordAt(file, kPixelOffset);
-  if (start < kHeaderBytes || start > file.size() || rowBytes * rows > file.size() - start) {
+  if (start < kInfoSize + std::size_t{wordAt(file, kInfoSize)} || start > file.size() ||
+      rowBytes * rows > file.size() - start) {
     return std::nullopt;
   }
 

@@ -37,8 +37,9 @@ MouseResult CViewContainer::onMouseDown(CPoint& where, int buttons) {
   for (std::size_t i = views.size(); i-- > 0;) {
     if (i >= views.size() || !views[i]->hitTest(where, buttons)) continue;
     const Held<CView> view = views[i];
+    capture = view;  // ahead of the press, which may let go of all
     const MouseResult result = view->onMouseDown(where, buttons);
-    if (result == MouseResult::handled) capture = view;
+    if (result != MouseResult::handled) capture = {};
     if (result != MouseResult::notHandled) return result;
   }
   return MouseResult::notHandled;
