@@ -177,14 +177,15 @@ TEST(OptionMenu, OverAFolderListsFilesSubFoldersAndFixedRows) {
   outer->setFolder(rereader.folder, "kvz");
   desk.click(20, 15);
   const KvOptionMenu* list = outer;
-  for (const char* name : {"A", "B", "Low"}) {
-    ASSERT_NE(list, nullptr) << name;
+  for (const char* name : {"A", "B"}) {
     const CPoint row = middleOf(*list, list->getEntryIndex(name));
     desk.window->move(row.x, row.y);
     desk.ticks(1);
-    if (list->openSubMenu() == nullptr) desk.click(row.x, row.y);
     list = list->openSubMenu();
+    ASSERT_NE(list, nullptr) << name;
   }
+  const CPoint file = middleOf(*list, 0);
+  desk.click(file.x, file.y);
   EXPECT_EQ(rereader.told, 1);
   fs::remove_all(folder);
 }
