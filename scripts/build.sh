@@ -51,5 +51,5 @@ build() {
     rm -f "$log"
   fi
   echo "Building $folder"
-  NINJA_STATUS='[%f/%t] ' cmake --build "$folder" --parallel
+  NINJA_STATUS='[%f/%t] ' cmake --build --preset "$1" --parallel
 }
