@@ -107,14 +107,19 @@ TEST(Adaptor, ValuesAndTextsMeetAtBothEnds) {
   EXPECT_EQ(text(14, kLowest + 1, 8), "On");
   EXPECT_EQ(adaptor.process.getControl(14)->getSteps(), 2);
   EXPECT_EQ(adaptor.process.getControl(5)->getSteps(), -1);
-  EXPECT_EQ(adaptor.process.getControl(5)->textToValue(" 0.25x"), controlValueOf(0.25F));
-  EXPECT_EQ(adaptor.process.getControl(5)->textToValue("loud"), kLowest);
-  EXPECT_EQ(adaptor.process.getControl(5)->textToValue("+1e99"), kHighest);
-  EXPECT_EQ(adaptor.process.getControl(5)->textToValue("1e999 re-"), kHighest);
-  EXPECT_EQ(adaptor.process.getControl(5)->textToValue("2e-999"), kLowest);
-  EXPECT_EQ(
-      adaptor.process.getControl(5)->textToValue(("0." + std::string(400, '0') + "1").c_str()),
-      kLowest);
+  const struct {
+    std::string text;
+    std::int32_t value;
+  } numbers[] = {{" 0.25x", controlValueOf(0.25F)},
+                 {"loud", kLowest},
+                 {"+1e99", kHighest},
+                 {"10.0e999 re-", kHighest},
+                 {"-1e999", kLowest},
+                 {"2e-999", kLowest},
+                 {"0." + std::string(400, '0') + "1", kLowest}};
+  for (const auto& [written, value] : numbers) {
+    EXPECT_EQ(adaptor.process.getControl(5)->textToValue(written.c_str()), value) << written;
+  }
   EXPECT_EQ(adaptor.process.getControl(1)->textToValue("1.0"), kHighest);
   for (const std::int32_t index : {kLowest, kLowest + 1, -1, 0, 62, kHighest}) {
     adaptor.process.SetControl(index, kHighest);

@@ -63,6 +63,22 @@ TEST(Knob, GoesUpWithTheMouseFinerWithShiftAndBackToItsDefault) {
   EXPECT_EQ(desk.ends, 5);
 }
 
+// As a host does that hides the window meanwhile.
+TEST(Knob, IsLetGoWhenItsReleaseWasLost) {
+  Desk desk;
+  KvKnob* const knob = addKnob(desk, 3);
+  knob->setValue(0.5F);
+  desk.press(20, 20);
+  desk.drag(20, 10);
+  const float left = knob->getValue();
+  for (int y = 0; y < 200; y += 50) desk.drag(20, y, 0);
+  EXPECT_EQ(knob->getValue(), left);
+  EXPECT_EQ(desk.ends, desk.begins);
+  desk.press(20, 20);
+  desk.drag(20, 10);
+  EXPECT_GT(knob->getValue(), left);
+}
+
 TEST(Knob, HorizontalOnesGoRightAndSpringBack) {
   Desk desk;
   KvKnob* const knob = addKnob(desk, 3, 0.5F);

@@ -77,7 +77,7 @@ void KvFrame::gatherDamage(Damage& damage) {
 MouseResult KvFrame::onMouseDown(CPoint& where, int buttons) {
   takeFocus();
   if (isBlocked()) return MouseResult::done;
-  if (gesture || captured() != nullptr) return MouseResult::handled;  // one at a time
+  if (isHolding()) return MouseResult::handled;  // one at a time
   if (modalView == nullptr) return CFrame::onMouseDown(where, buttons);
   const Held<KvControl> view = hold(modalView);
   gesture = view;  // ahead of the press, which may let go of all
@@ -89,8 +89,7 @@ MouseResult KvFrame::onMouseDown(CPoint& where, int buttons) {
 // What took the press gets the rest of the gesture, whatever has become modal meanwhile; it lasts
 // until no button is held.
 MouseResult KvFrame::onMouseUp(CPoint& where, int buttons) {
-  const bool holds = gesture || captured() != nullptr;
-  if (holds && (buttons & kAnyButton) != 0) return MouseResult::handled;
+  if (isHolding() && (buttons & kAnyButton) != 0) return MouseResult::handled;
   if (gesture) {
     const Held<KvControl> view = std::move(gesture);
     return view->onMouseUp(where, buttons);
@@ -101,13 +100,12 @@ MouseResult KvFrame::onMouseUp(CPoint& where, int buttons) {
 
 void KvFrame::letGo() {
   CPoint outside{-1, -1};
-  if (gesture || captured() != nullptr) onMouseUp(outside, 0);
+  if (isHolding()) onMouseUp(outside, 0);
 }
 
 MouseResult KvFrame::onMouseMoved(CPoint& where, int buttons) {
-  const bool holds = gesture || captured() != nullptr;
-  if (holds &&
-      (buttons & kAnyButton) == 0) {  // the release was lost, as when a host hid the window
+  // A release may be lost, as when a host hides the window.
+  if (isHolding() && (buttons & kAnyButton) == 0) {
     letGo();
     return MouseResult::handled;
   }

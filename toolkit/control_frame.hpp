@@ -67,6 +67,8 @@ class KvFrame final : public CFrame {
   ~KvFrame() override = default;
   void tick();
   bool isOnTop(const CView* view) const;
+  /// A press is under way.
+  bool isHolding() const { return gesture || captured() != nullptr; }
   bool isBlocked() const { return editor != nullptr && editor->isBlocked(); }
 
   CEditorInterface* editor;

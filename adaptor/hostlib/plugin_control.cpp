@@ -17,7 +17,8 @@ void copyToRoom(std::string_view from, char* text, std::int32_t room) {
   text[length] = '\0';
 }
 
-// What no float can hold is held at the ends; beyond the doubles its own characters tell which.
+// Held inside what a float can hold. Beyond the doubles the exponent tells to which side, or,
+// without one, the first digit.
 float decimalNumber(const char* text) {
   if (text == nullptr) return 0.0F;
   while (*text == ' ' || *text == '+') ++text;
@@ -26,8 +27,11 @@ float decimalNumber(const char* text) {
   const auto end = std::from_chars(text, text + std::strlen(text), number);
   if (end.ec == std::errc::result_out_of_range) {
     const std::string_view read(text, static_cast<std::size_t>(end.ptr - text));
-    const bool isTiny = read.find("0.") <= 1 || read.find_first_of("eE") + 1 == read.rfind('-');
-    number = isTiny ? 0.0 : (read.front() == '-' ? -kMost : kMost);
+    const bool isNegative = read.front() == '-';
+    const std::size_t exponent = read.find_first_of("eE");
+    const bool isTiny = exponent == std::string_view::npos ? read[isNegative ? 1 : 0] == '0'
+                                                           : read[exponent + 1] == '-';
+    number = isTiny ? 0.0 : (isNegative ? -kMost : kMost);
   }
   return static_cast<float>(std::clamp(number, -kMost, kMost));
 }

@@ -28,11 +28,12 @@ int fail(const std::string& text, int exitCode) {
   return exitCode;
 }
 
+void tell(const std::string& name, float value) {
+  std::cout << name << ' ' << value << '\n' << std::flush;
+}
+
 int show(const Options& options) {
-  zum::Gallery gallery([](const std::string& name,
-                          float value) { std::cout << name << ' ' << value << '\n'
-                                                   << std::flush; },
-                       options.folder);
+  zum::Gallery gallery(tell, options.folder);
   if (!gallery.open()) {
     return fail("No display: start it on a desktop, or under xvfb-run.", kFailed);
   }
