@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "editor/making.hpp"
+#include "engine/lfo.hpp"
 #include "engine/wave_tables.hpp"
 #include "toolkit/button.hpp"
 #include "toolkit/display.hpp"
@@ -36,10 +37,26 @@ const float* randomSteps() {
   return points.data();
 }
 
-KvWaveFormView::Waves lfoWaves() {
+KvWaveFormView::Waves freeWaves() {
   const WaveTables& tables = waveTables();
   return {tables.sine.entries.data(), tables.square.entries.data(), tables.falling.entries.data(),
           tables.triangle.entries.data(), randomSteps()};
+}
+
+/// Made of the song's position: the saw rises, the triangle keeps to the lower half.
+KvWaveFormView::Waves syncedWaves() {
+  constexpr std::size_t kComputed = 4;
+  static const auto made = [] {
+    std::array<std::array<float, KvWaveFormView::kPoints>, kComputed> waves{};
+    for (std::size_t slot = 0; slot < waves.size(); ++slot) {
+      for (std::size_t i = 0; i < waves[slot].size(); ++i) {
+        const float phase = static_cast<float>(i) / static_cast<float>(KvWaveFormView::kPoints);
+        waves[slot][i] = Lfo::syncWave(static_cast<int>(slot), phase, 0.0F);
+      }
+    }
+    return waves;
+  }();
+  return {made[0].data(), made[1].data(), made[2].data(), made[3].data(), randomSteps()};
 }
 
 }  // namespace
@@ -131,8 +148,9 @@ void KvUniClientEditor::addTraces() {
   follower->backgroundColor = kBlackColor;
   add(follower, layout::followerPage);
 
-  auto* const wave = make<KvWaveFormView>({253, 288, 471, 353}, 64, lfoWaves(),
+  auto* const wave = make<KvWaveFormView>({253, 288, 471, 353}, 64, freeWaves(),
                                           &effect.value(65).stepped, &signal.display().lfoWaveSlot);
+  wave->setSyncedWaves(syncedWaves());
   wave->setColors(kTraceColor, kWaveShade, kHighlight);
   wave->backgroundColor = kBlackColor;
   add(wave, layout::lfoPage);

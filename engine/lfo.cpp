@@ -9,6 +9,7 @@ namespace zum {
 namespace {
 
 constexpr float kGuard = 9.999999717180685e-10F;  // keeps a division from 0
+constexpr float kHalfCycle = 0.5F;
 
 }  // namespace
 
@@ -30,7 +31,7 @@ void Lfo::controlPass(const Inputs& in, const KvSystemInfo& clock) ZUM_REALTIME 
   movePhase(in, clock);
   followCycle();
   const float syncPhase = movePosition(in, clock);
-  const float wave = in.sync ? syncWave(slot, syncPhase) : freeWave(slot);
+  const float wave = in.sync ? syncWave(slot, syncPhase, syncRandom) : freeWave(slot);
   out = clampUnit((wave + 1.0F) * 0.5F);
   fadeLamp();
 }
@@ -75,7 +76,7 @@ float Lfo::movePosition(const Inputs& in, const KvSystemInfo& clock) ZUM_REALTIM
   const float syncCycles = noteLength(noteIndexOf(1.0F - in.rateSum)) * 16.0F;
   const float position = syncCycles * ppqRamp.current;
   const float phase = position - static_cast<float>(truncate(position));
-  const bool half = phase > 0.5F;
+  const bool half = phase > kHalfCycle;
   if (half != lastSyncHalf) {
     lastSyncHalf = half;
     syncRandom = shSeedSync.next();
@@ -83,17 +84,17 @@ float Lfo::movePosition(const Inputs& in, const KvSystemInfo& clock) ZUM_REALTIM
   return phase;
 }
 
-float Lfo::syncWave(int slot, float phase) const ZUM_REALTIME {
+float Lfo::syncWave(int slot, float phase, float drawn) ZUM_REALTIME {
   switch (slot) {
     case sine: return std::sin(phase * 6.283185958862305F);
-    case square: return lastSyncHalf ? 1.0F : -1.0F;
+    case square: return phase > kHalfCycle ? 1.0F : -1.0F;
     case third: return phase * 2.0F - 1.0F;
     case triangle: {
       // Spans -1 to 0 only: u peaks at a half.
       const float u = phase > 0.4999989867210388F ? 1.0F - phase : phase;
       return clampTo(u * 2.0F - 1.0F, -1.0F, 1.0F);
     }
-    default: return syncRandom;
+    default: return drawn;
   }
 }
 

@@ -32,6 +32,8 @@ class Lfo {
   static float slotPlace(float waveSum) ZUM_REALTIME {
     return waveSum * 4.0F + 0.5F + 1.0000000116860974e-07F;
   }
+  /// [any] A wave of the song's position, -1 to 1; `phase` 0 to 1, `drawn` the level of random.
+  static float syncWave(int slot, float phase, float drawn) ZUM_REALTIME;
   /// [any] 0 or 1: the level is above the threshold.
   float triggerValue() const ZUM_REALTIME;
   /// [any] Lights up with a trigger and falls in 50 ms.
@@ -44,7 +46,6 @@ class Lfo {
   void followCycle() ZUM_REALTIME;
   float freeWave(int slot) const ZUM_REALTIME;
   float movePosition(const Inputs& in, const KvSystemInfo& clock) ZUM_REALTIME;
-  float syncWave(int slot, float phase) const ZUM_REALTIME;
   void fadeLamp() ZUM_REALTIME;
 
   const WaveTables& waves = waveTables();

@@ -7,7 +7,8 @@ KvWaveFormView::KvWaveFormView(const CRect& rect, CControlListener* controlListe
                                const float* waveVariable)
     : KvControl(rect, controlListener, controlTag, owner),
       canvas(rect),
-      waves(fiveWaves),
+      freeWaves(fiveWaves),
+      syncedWaves(fiveWaves),
       formA{styleVariable, 1.0F, -1.0F},
       formB{waveVariable, 1.0F, -1.0F} {
   setMouseEnabled(false);
@@ -31,6 +32,7 @@ void KvWaveFormView::idleStep(int /*flag*/) {
 
 // A number without a wave leaves the picture as it stands.
 void KvWaveFormView::render() {
+  const Waves& waves = drawnA > 0.0F ? syncedWaves : freeWaves;
   if (!(drawnB >= 0.0F && drawnB < static_cast<float>(waves.size()))) return;
   const float* const wave = waves[static_cast<std::size_t>(drawnB)];
   std::vector<float>& columns = canvas.columns();

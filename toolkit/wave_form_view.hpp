@@ -15,11 +15,13 @@ class KvWaveFormView final : public KvControl {
   static constexpr int kPoints = 1024;
   using Waves = std::array<const float*, 5>;  // of so many points from -1 to 1
 
-  /// The variables choose the wave: the style, at whose changes it is drawn anew, and the number of
-  /// the wave. They and the waves outlive the view.
+  /// The variables choose the wave: the style, free at 0, and the number of the wave. They and the
+  /// waves outlive the view.
   KvWaveFormView(const CRect& rect, CControlListener* controlListener, int controlTag,
                  KvFrame& owner, const Waves& fiveWaves, const float* styleVariable,
                  const float* waveVariable);
+  /// What is drawn in the synced style, at first the same.
+  void setSyncedWaves(const Waves& fiveWaves) { syncedWaves = fiveWaves; }
 
   void setColors(CColor trace, CColor shade, CColor highlight) {
     canvas.setColors(trace, shade, highlight);
@@ -39,7 +41,8 @@ class KvWaveFormView final : public KvControl {
   void render();
 
   KvBufferDraw canvas;
-  Waves waves;
+  Waves freeWaves;
+  Waves syncedWaves;
   // What is no number reads as -1, which is no wave.
   BoundValue formA;  // style
   BoundValue formB;  // wave
