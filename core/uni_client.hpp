@@ -137,7 +137,7 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   /// Asks for another root of the preset tree, and reads the bank from it. `done` follows also
   /// when none was chosen.
   void choosePresetRoot(const std::function<void()>& done);
-  /// Back to the presets that came with the content.
+  /// Back to the presets that came with the content; a message where none are installed.
   void resetPresetRoot();
   /// Every parameter of the host's moves by chance, as far as its range for that goes.
   void randomise(SystemRandom& random);

@@ -9,9 +9,12 @@
 
 #include "core/host_text.hpp"
 #include "core/uni_client.hpp"
+#include "platform/content_folder.hpp"
 #include "platform/files.hpp"
+#include "platform/message_box.hpp"
 #include "platform/random_source.hpp"
 #include "state/file_chooser.hpp"
+#include "state/library_record.hpp"
 #include "state/path_text.hpp"
 #include "state/settings.hpp"
 
@@ -65,7 +68,11 @@ void KvUniClient::choosePresetRoot(const std::function<void()>& done) {
 
 void KvUniClient::resetPresetRoot() {
   const std::string content = readSettingString(kContentPath).value_or("");
-  if (!content.empty()) setPresetRoot(content + kContentTypes[0].name);
+  if (content.empty() || !holdsContent(content)) {
+    return showMessage(libraryRecord().product,
+                       "There are no factory presets to go back to. Run zum install-content.");
+  }
+  setPresetRoot(content + kContentTypes[0].name);
 }
 
 void KvUniClient::setPresetRoot(std::string root) {
