@@ -57,7 +57,7 @@ void bottom(cairo_t* cr) {
   knobLabel(cr, kMaster, "MASTER", "OFF", "+6 dB");
   sunkenGlass(cr, kOutputScope);
   text(cr, kOutputScope.x + kOutputScope.w / 2.0, kOutputScope.y + kOutputScope.h + 12,
-       Align::centre, "OUTPUT", kLabelType, kLettering);
+       Align::centre, "WET", kLabelType, kLettering);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <span>
+#include <string_view>
 
 #include "resources/faces.hpp"
 #include "resources/lettering.hpp"
@@ -20,7 +21,6 @@ struct ButtonRow {
   Type type;
 };
 // clang-format off
-constexpr Type kTightType{7.0, true, 0.0};
 constexpr ButtonRow kButtons[] = {
   {1002,  62, 17, {"ABOUT",     "ABOUT"},     Face::pressed, kLabelType},
   {1006,  62, 17, {"BYPASS",    "BYPASS"},    Face::lit,     kLabelType},
@@ -29,8 +29,16 @@ constexpr ButtonRow kButtons[] = {
   {1027,  39, 11, {"LEARN",     "LEARN"},     Face::lit,     kSmallType},
   {1037,  40, 17, {"OFF",       "ON"},        Face::lit,     kLabelType},
   {1040,  39, 11, {"ZERO",      "ZERO"},      Face::lit,     kSmallType},  // amounts of a panel
-  {1041,  45, 11, {"ZERO ALL",  "ZERO ALL"},  Face::lit,     kTightType},  // amounts of all panels
   {1045, 100, 17, {"SELECT",    "SELECT"},    Face::pressed, kLabelType},
+};
+
+// No type of the family has room for these words on their button.
+constexpr const char* kZeroAllMod[] = {
+  "###.###.##..###....#..#..#....#...#.###.##.",
+  "..#.#...#.#.#.#...#.#.#..#....##.##.#.#.#.#",
+  ".#..##..##..#.#...###.#..#....#.#.#.#.#.#.#",
+  "#...#...#.#.#.#...#.#.#..#....#...#.#.#.#.#",
+  "###.###.#.#.###...#.#.##.##...#...#.###.##.",
 };
 
 struct SegmentRow {
@@ -59,6 +67,18 @@ void drawButton(cairo_t* cr, int id, int frame) {
   face(cr, rect, state);
   textIn(cr, rect.movedBy(0, state == Face::pressed ? 1 : 0),
          row.names.at(static_cast<std::size_t>(frame)), row.type, faceLettering(state));
+}
+
+void drawZeroAllButton(cairo_t* cr, int /*id*/, int frame) {
+  const Face state = frame == 0 ? Face::raised : Face::lit;
+  face(cr, {0, 0, 45, 11}, state);
+  int y = 3;
+  for (const std::string_view row : kZeroAllMod) {
+    for (int x = 0; x < static_cast<int>(row.size()); ++x) {
+      if (row[static_cast<std::size_t>(x)] == '#') fill(cr, {x + 1, y, 1, 1}, faceLettering(state));
+    }
+    ++y;
+  }
 }
 
 void drawSegments(cairo_t* cr, int id, int frame) {

@@ -6,6 +6,7 @@
 namespace zum::pictures {
 
 void drawButton(cairo_t* cr, int id, int frame);
+void drawZeroAllButton(cairo_t* cr, int id, int frame);
 void drawSegments(cairo_t* cr, int id, int frame);
 void drawPresetArrow(cairo_t* cr, int id, int frame);
 void drawSubFolderArrow(cairo_t* cr, int id, int frame);

@@ -98,13 +98,14 @@ void bigWell(cairo_t* cr, const KnobPlace& place) {
 
 void knobLabel(cairo_t* cr, const KnobPlace& place, const std::string& name, const std::string& low,
                const std::string& high) {
+  constexpr Color kEnds = kLettering.towards(kPaper, 0.5);  // thin strokes on the bright upper part
   const double outer = place.ringRadius + place.ringWidth / 2.0;
   const int top = static_cast<int>(place.y - outer);
   text(cr, place.x, top - 9, Align::centre, name, kLabelType, kPaper);
   const double side = outer * 0.9 + 4.0;
   const int foot = static_cast<int>(place.y + outer * 0.71 + 13.0);
-  text(cr, place.x - side, foot, Align::centre, low, kTinyType, kLettering);
-  text(cr, place.x + side, foot, Align::centre, high, kTinyType, kLettering);
+  text(cr, place.x - side, foot, Align::centre, low, kTinyType, kEnds);
+  text(cr, place.x + side, foot, Align::centre, high, kTinyType, kEnds);
 }
 
 double logoWidth(double height) { return height * 3.3; }

@@ -28,7 +28,7 @@ inline constexpr Color kReadoutGreen = rgb(73, 212, 0);
 inline constexpr Color kBlack = rgb(0, 0, 0);
 inline constexpr Color kPaper = rgb(236, 228, 222);  // lettering that matters
 inline constexpr Color kLettering = rgb(190, 180, 173);
-inline constexpr Color kFaint = rgb(124, 115, 109);  // units, end marks
+inline constexpr Color kFaint = rgb(168, 158, 151);  // units, end marks: 4.5 to 1 at least
 inline constexpr Color kGlass = rgb(12, 10, 10);     // ground of displays
 inline constexpr Color kGroove = rgb(9, 7, 7);       // ground of rings
 inline constexpr Color kPanel = rgb(37, 34, 33);     // ground of the panels
@@ -38,5 +38,6 @@ inline constexpr Color kHighlight = rgb(255, 244, 236);
 inline constexpr Color kFollowerTint = kRose;
 inline constexpr Color kLfoTint = rgb(122, 188, 82);
 inline constexpr Color kSequencerTint = rgb(150, 173, 176);
+inline constexpr Color kControllerTint = rgb(240, 196, 72);  // of what MIDI moves
 
 }  // namespace zum::pictures

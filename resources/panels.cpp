@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "resources/faces.hpp"
 #include "resources/ground.hpp"
 #include "resources/lettering.hpp"
 #include "resources/row_of.hpp"
@@ -67,7 +68,7 @@ void drawAmountPanel(cairo_t* cr, int id, int /*frame*/) {
   fillRound(cr, {2, 2, kPanelWidth - 4, 15}, 0.0, kDeepRed.towards(kBlack, 0.1),
             kDeepRed.towards(kBlack, 0.45));
   horizontal(cr, 2, 17, kPanelWidth - 4, kBlack.withAlpha(0.6));
-  text(cr, 12, 13, Align::left, "MODULATION", kLabelType, kPaper);
+  // the window writes the knob's name here
   slot(cr, {111, 4, 39, 11});
   slot(cr, {155, 4, 12, 11});
   for (int i = 0; i < row.sliders; ++i) {
@@ -92,14 +93,18 @@ void drawAboutPanel(cairo_t* cr, int /*id*/, int /*frame*/) {
   text(cr, 164.0, 47, Align::left, "Version " ZUM_VERSION, {9.0, false, 0.0}, kReadoutGreen);
   text(cr, 164.0, 60, Align::left, "Twenty filters, three modulators, one knob in the middle.",
        {9.0, false, 0.0}, kLettering);
-  text(cr, 36.0, 109, Align::left, "PRESET FOLDER", kLabelType, kLettering);
+  constexpr Rect kManual{327, 20, 100, 17};
+  slot(cr, kManual);
+  face(cr, kManual, Face::raised);
+  textIn(cr, kManual, "MANUAL", kLabelType, faceLettering(Face::raised));
+  text(cr, 36.0, 109, Align::left, "PRESET FOLDER", kLabelType, kLettering);  // its path below
   slot(cr, {140, 98, 100, 17});
   slot(cr, {257, 98, 100, 17});
   constexpr const char* kHints[] = {
       "Right click a knob for its modulation and for MIDI learn.",
       "Double click brings a knob back; Shift moves it finely.",
   };
-  int foot = 138;
+  int foot = 152;
   for (const char* const hint : kHints) {
     text(cr, 36.0, foot, Align::left, hint, {9.0, false, 0.0}, kLettering);
     foot += 13;

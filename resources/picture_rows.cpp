@@ -57,7 +57,7 @@ constexpr PictureRow kRows[] = {
   {1038,   15,   480,  32,  15, drawLamp},
   {1039,   45,  4864, 128,  38, drawKnob},
   {1040,   39,    22,   2,  11, drawButton},
-  {1041,   45,    22,   2,  11, drawButton},
+  {1041,   45,    22,   2,  11, drawZeroAllButton},
   {1042,   59,  7552, 128,  59, drawKnob},
   {1043,   45,  4864, 128,  38, drawRing},
   {1044,   59,  7552, 128,  59, drawRing},

@@ -48,7 +48,7 @@ void drawStatusStrip(cairo_t* cr, int /*id*/, int frame) {
   constexpr struct {
     const char* text;
     Color color;
-  } kStates[] = {{"READY", kReadoutGreen.towards(kBlack, 0.3)},
+  } kStates[] = {{"READY", kReadoutGreen.towards(kBlack, 0.15)},
                  {"MOVE A CONTROLLER", kReadoutGreen},
                  {"BYPASSED", kRose},
                  {"LOADING", kRose},
