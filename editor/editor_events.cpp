@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 
 #include "editor/layout.hpp"
 #include "editor/uni_client_editor.hpp"
@@ -46,6 +47,8 @@ enum class Act : std::uint8_t {
   previousProgram,
   pressesTabs,
   opensAbout,
+  opensManual,
+  resetsAmounts,
   learnMenu,
 };
 
@@ -58,6 +61,7 @@ Act actOf(int tag) {
     case 209: return Act::nextProgram;
     case 210: return Act::previousProgram;
     case 221: return Act::opensAbout;
+    case KvUniClientEditor::kManualTag: return Act::opensManual;
     case KvUniClientEditor::kLearnMenuTag: return Act::learnMenu;
     default: break;
   }
@@ -65,7 +69,10 @@ Act actOf(int tag) {
     if (tag == panel.close) return Act::closesPanel;
     if (tag == panel.learn || tag == panel.clear) return Act::learnsOrClears;
   }
-  return Act::setsParameter;
+  const int row = rowOfTag(tag);
+  return row >= 0 && !parameterRows()[static_cast<std::size_t>(row)].resets.empty()
+             ? Act::resetsAmounts
+             : Act::setsParameter;
 }
 
 }  // namespace
@@ -75,6 +82,19 @@ void KvUniClientEditor::send(int tag, float value) {
     effect.setParameterAutomated(tag, value);
   } else {
     effect.setParameter(tag, value);
+  }
+}
+
+// A reset is the effect's own affair; the host hears of each amount that it moves, as of one that a
+// hand moves.
+void KvUniClientEditor::tellOfReset(const ParameterRow& row) {
+  constexpr float kMiddle = 0.5F;
+  constexpr float kMark = 2e-5F;  // a reset leaves less than this behind
+  for (const std::int16_t tag : row.resets) {
+    if (std::fabs(loadShared(effect.value(tag).raw) - kMiddle) < kMark) continue;
+    effect.beginEdit(tag);
+    effect.setParameterAutomated(tag, kMiddle);
+    effect.endEdit(tag);
   }
 }
 
@@ -107,6 +127,12 @@ void KvUniClientEditor::valueChanged(CControl& control) {
     case Act::opensAbout:
       if (value == 0.0F) raiseAbout();
       return;
+    case Act::opensManual:
+      if (value == 0.0F) openManual();
+      return;
+    case Act::resetsAmounts:
+      tellOfReset(parameterRows()[static_cast<std::size_t>(rowOfTag(tag))]);
+      return send(tag, value * factorOf(tag));
     case Act::learnMenu: return chooseFromLearnMenu(control);
   }
 }

@@ -6,6 +6,7 @@
 #include "toolkit/knob.hpp"
 #include "toolkit/option_menu.hpp"
 #include "toolkit/panel.hpp"
+#include "toolkit/text_view.hpp"
 
 namespace zum {
 namespace {
@@ -25,6 +26,23 @@ constexpr PanelButton kReset{{111, 4, 150, 15}, 1040, 0};
 constexpr PanelButton kClose{{155, 4, 167, 15}, 1030, 0};
 constexpr PanelButton kLearn{{85, 107, 125, 118}, 1027, 38};
 constexpr PanelButton kClear{{128, 107, 168, 118}, 1026, 38};
+constexpr CRect kTitle{12, 2, 108, 17};
+constexpr int kTitleSize = 11;  // pixels
+constexpr CColor kTitleColor{236, 228, 222, 255};
+
+/// Lies over a button that its panel's picture shows, which goes dark while it is pressed.
+class DrawnButton final : public KvButton {
+ public:
+  using KvButton::KvButton;
+  void draw(CDrawContext& context) override {
+    if (!isPressed()) return;
+    context.setFillColor({0, 0, 0, 110});
+    context.drawRect(getViewSize(), DrawStyle::filled);
+  }
+
+ private:
+  ~DrawnButton() override = default;
+};
 
 }  // namespace
 
@@ -64,11 +82,19 @@ void KvUniClientEditor::addSlider(KvViewContainer& panel, int tag, const CRect& 
   panel.addView(slider, rect.left, rect.top);
 }
 
+KvTextView* KvUniClientEditor::addText(KvViewContainer& panel, const CRect& rect, int size) {
+  auto* const text = make<KvTextView>({0, 0, rect.width(), rect.height()}, -1, size);
+  text->textColor = kTitleColor;
+  panel.addView(text, rect.left, rect.top);
+  return text;
+}
+
 void KvUniClientEditor::addPanelControls() {
   for (std::size_t i = 0; i < panels.size(); ++i) {
     const layout::Panel& row = layout::kPanels[i];
     KvViewContainer& panel = *panels[i];
     const bool isTall = row.sliders[2] >= 0;
+    addText(panel, kTitle, kTitleSize)->setText(row.title);
     for (int slider = 0; slider < (isTall ? 3 : 2); ++slider) {
       const int left = slider == 0 ? row.firstLeft : 12;
       const int top = kSliderTops[slider];
@@ -93,7 +119,7 @@ void KvUniClientEditor::addPanelControls() {
   }
 }
 
-void KvUniClientEditor::addAboutButtons() {
+void KvUniClientEditor::addAboutControls() {
   const struct {
     int tag;
     CPoint place;
@@ -104,6 +130,12 @@ void KvUniClientEditor::addAboutButtons() {
     button->setBackground(holdBitmap(picture));
     aboutPanel->addView(button, place.x, place.y);
   }
+  auto* const manual =
+      make<DrawnButton>({0, 0, 100, 17}, kManualTag, nullptr, 0.0F, ButtonMode::momentary);
+  aboutPanel->addView(manual, 327, 20);
+  constexpr CRect kFolder{140, 118, 420, 134};
+  constexpr int kFolderSize = 11;  // pixels
+  shownFolder = addText(*aboutPanel, kFolder, kFolderSize);
 }
 
 }  // namespace zum

@@ -98,12 +98,26 @@ struct PictureReadout {
 /// The panel of a knob's amounts. Tags in the order in which they stand.
 struct Panel {
   int knob;
-  CRect rect;  // where it would stand if it were not opened at the pointer
+  const char* title;  // as the knob is lettered
+  CPoint marks;       // of the knob: the dots beside its name
+  CRect rect;         // where it would stand if it were not opened at the pointer
   int picture;
   int sliders[3];  // -1 ends them
   int firstLeft;   // of the first slider, pixels from the panel's corner
   int reset, close, learn, clear;
 };
+
+/// Modulators in the order in which a panel shows them. None moves a knob of its own.
+enum Modulator : std::uint8_t { follower, lfo, sequencer };
+
+constexpr bool isOwnOf(Modulator modulator, Group knobsGroup) {
+  switch (modulator) {
+    case follower: return knobsGroup == followerPage;
+    case lfo: return knobsGroup == lfoPage || knobsGroup == freeLfo;
+    case sequencer: return knobsGroup == sequencerPage;
+  }
+  return false;
+}
 
 inline constexpr int kReadoutPicture = 1010;
 inline constexpr int kReadoutHeight = 19;

@@ -6,12 +6,14 @@
 #include "editor/layout.hpp"
 #include "platform/content_folder.hpp"
 #include "platform/files.hpp"
+#include "platform/user_folders.hpp"
 #include "resources/pictures.hpp"
 #include "state/library_record.hpp"
 #include "state/path_text.hpp"
 #include "toolkit/dialogs/window_services.hpp"
 #include "toolkit/option_menu.hpp"
 #include "toolkit/panel.hpp"
+#include "toolkit/text_view.hpp"
 
 namespace zum {
 namespace {
@@ -35,10 +37,11 @@ bool KvUniClientEditor::open(void* parent, const CFrame::WindowOpener& opener) {
   addPages();
   addUpperControls();
   addLowerControls();
+  addMarks();
   addPanelControls();
   addReadouts();
   addGlobalControls();
-  addAboutButtons();
+  addAboutControls();
   resendPages();
   getFrame()->enterTicks = 2;
   getFrame()->exitTicks = 5;
@@ -64,6 +67,7 @@ void KvUniClientEditor::close() {
   panels.clear();
   controls = {};
   aboutPanel = nullptr;
+  shownFolder = nullptr;
   learnMenu = nullptr;
   KvEditorBase::close();
 }
@@ -72,6 +76,7 @@ void KvUniClientEditor::idle() {
   if (!isOpen()) return;
   showPresetName();
   showStatus();
+  noteControllers();
   KvEditorBase::idle();
 }
 
@@ -105,8 +110,19 @@ void KvUniClientEditor::showStatus() {
 
 void KvUniClientEditor::raiseAbout() {
   if (aboutPanel != nullptr && !aboutIsOpen()) {
+    showPresetFolder();
     aboutPanel->popup(PopupMode::closesInside, nullptr, 0);
   }
+}
+
+// As its user writes it: from the home folder on, without a slash at the end.
+void KvUniClientEditor::showPresetFolder() {
+  if (shownFolder == nullptr) return;
+  std::string folder = toSystemPath(KvUniClient::presetRoot());
+  if (folder.size() > 1 && folder.ends_with('/')) folder.pop_back();
+  const std::string home = userHome().string();
+  if (home.size() > 1 && folder.starts_with(home + '/')) folder.replace(0, home.size(), "~");
+  shownFolder->setText(folder.empty() ? "none" : folder);
 }
 
 bool KvUniClientEditor::aboutIsOpen() const {
@@ -129,6 +145,7 @@ void KvUniClientEditor::refreshPresetMenus(const char* extension) {
   const std::string root = KvUniClient::presetRoot();
   for (KvOptionMenu* menu : presetMenus) menu->setFolder(root, extension);
   showPresetNameAnew();
+  showPresetFolder();
 }
 
 }  // namespace zum

@@ -15,6 +15,7 @@ namespace zum {
 class KvButton;
 class KvMouseArea;
 class KvOptionMenu;
+class KvTextView;
 
 namespace layout {
 enum Group : std::uint8_t;
@@ -50,6 +51,7 @@ class KvUniClientEditor final : public KvEditorBase, public CControlListener {
   KvViewContainer* getAboutPanel() const { return aboutPanel; }
 
   static constexpr int kLearnMenuTag = 1000000;
+  static constexpr int kManualTag = 204;
 
  private:
   // The steps of open(), in its order. Each adds to the frame.
@@ -58,11 +60,12 @@ class KvUniClientEditor final : public KvEditorBase, public CControlListener {
   void addPages();
   void addUpperControls();
   void addLowerControls();
+  void addMarks();
   void addTraces();
   void addPanelControls();
   void addReadouts();
   void addGlobalControls();
-  void addAboutButtons();
+  void addAboutControls();
   void resendPages();
   void cutOutRings();
   void linkKnobs();
@@ -77,11 +80,13 @@ class KvUniClientEditor final : public KvEditorBase, public CControlListener {
   void addMenu(int tag);
   KvButton* addButton(int tag, const CRect& rect, int picture);
   void addSlider(KvViewContainer& panel, int tag, const CRect& rect);
+  KvTextView* addText(KvViewContainer& panel, const CRect& rect, int size);
   void addPresetMenu();
   KvViewContainer* makePanel(const CRect& rect, int picture);
 
   // events
   void send(int tag, float value);
+  void tellOfReset(const ParameterRow& row);
   void choosePreset(KvOptionMenu& menu);
   void stepProgram(int direction);
   void learnOrClear(const ParameterRow& row, float value);
@@ -93,17 +98,21 @@ class KvUniClientEditor final : public KvEditorBase, public CControlListener {
   /// Also when the menus show something else meanwhile.
   void showPresetNameAnew();
   void showStatus();
+  void showPresetFolder();
+  void noteControllers();
 
   KvUniClient& effect;
   Held<CFontDesc> editorFont;
   std::array<KvControl*, kLastTag + 1> controls{};  // by tag
   std::vector<KvViewContainer*> panels;             // in the order of their table
   KvViewContainer* aboutPanel = nullptr;
+  KvTextView* shownFolder = nullptr;  // of the about panel
   KvOptionMenu* learnMenu = nullptr;
   std::vector<KvOptionMenu*> presetMenus;
   std::vector<Held<CView>> topViews;  // to lie above all pages, until they are added
   std::array<char, 64> shownName{};
-  float status = 0.0F;  // picture of the status strip
+  float status = 0.0F;                          // picture of the status strip
+  std::array<float, kLastTag + 1> isLearned{};  // 1 for a tag that a controller moves
 };
 
 }  // namespace zum

@@ -1,0 +1,37 @@
+#include "toolkit/marks_view.hpp"
+
+#include <cmath>
+
+#include "engine/shared_value.hpp"
+
+namespace zum {
+
+std::uint32_t KvMarksView::litMarks() const {
+  constexpr float kNothing = 1e-4F;  // a reset leaves a little less, a slider makes more
+  std::uint32_t lit = 0;
+  for (std::size_t i = 0; i < marks.size(); ++i) {
+    if (std::fabs(loadShared(*marks[i].variable)) > kNothing) lit |= 1U << i;
+  }
+  return lit;
+}
+
+void KvMarksView::draw(CDrawContext& context) {
+  drawnLit = litMarks();
+  CRect dot = getViewSize();
+  dot.right = dot.left + kDot;
+  dot.bottom = dot.top + kDot;
+  for (std::size_t i = 0; i < marks.size(); ++i) {
+    if ((drawnLit >> i & 1U) != 0) {
+      context.setFillColor(marks[i].color);  // without its corners
+      context.drawRect({dot.left + 1, dot.top, dot.right - 1, dot.bottom}, DrawStyle::filled);
+      context.drawRect({dot.left, dot.top + 1, dot.right, dot.bottom - 1}, DrawStyle::filled);
+    }
+    dot = dot.movedBy(kPitch, 0);
+  }
+}
+
+void KvMarksView::idleStep(int /*flag*/) {
+  if (isShown() && litMarks() != drawnLit) setDirty(true);
+}
+
+}  // namespace zum
