@@ -1,7 +1,6 @@
 // The factory presets as a player gets them: whole, each heard, none too loud, no two alike.
 #include <ebur128.h>
 #include <gtest/gtest.h>
-#include <sndfile.h>
 
 #include <algorithm>
 #include <cmath>
@@ -12,7 +11,7 @@
 
 #include "platform/files.hpp"
 #include "state/preset_files.hpp"
-#include "support/test_host.hpp"
+#include "support/factory_loops.hpp"
 
 namespace zum::test {
 namespace {
@@ -21,25 +20,6 @@ namespace fs = std::filesystem;
 
 constexpr unsigned kRate = 44100;
 constexpr int kSlice = kRate / 8;  // frames of a sixteenth at 120 BPM
-
-/// All three loops at once: hits, a bass line and chords.
-Stereo song() {
-  Stereo sum;
-  for (const char* name : {"Drums", "Bass", "Chords"}) {
-    SF_INFO info{};
-    const std::string path = std::string(ZUM_CONTENT "/Samples/Factory/") + name + ".wav";
-    SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
-    std::vector<float> samples(static_cast<std::size_t>(2 * info.frames));
-    EXPECT_EQ(sf_readf_float(file, samples.data(), info.frames), info.frames) << path;
-    sf_close(file);
-    if (sum.frames() == 0) sum = Stereo(static_cast<std::size_t>(info.frames));
-    for (std::size_t i = 0; i < sum.frames(); ++i) {
-      sum.left[i] += 0.5F * samples[2 * i];
-      sum.right[i] += 0.5F * samples[2 * i + 1];
-    }
-  }
-  return sum;
-}
 
 /// Twice round; what is heard the second time.
 Stereo played(const fs::path& path, const Stereo& loop) {
@@ -130,7 +110,7 @@ TEST(Content, EveryPresetIsHeardAndNoTwoAreAlike) {
   constexpr double kQuietest = -7.0;  // LU, against the loops themselves
   constexpr double kLoudest = 6.0;
   constexpr float kNearest = 1.0F;  // dB on average; 1.16 are the nearest two
-  const Stereo loop = song();
+  const Stereo loop = factoryLoops(ZUM_CONTENT);
   const double dry = loudnessOf(loop);
   std::map<std::string, int> folders;
   std::map<std::string, std::vector<float>> pictures;

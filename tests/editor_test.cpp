@@ -1,6 +1,7 @@
 // The window: each control at its place does what it says, and nothing else.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "editor/layout.hpp"
@@ -8,11 +9,43 @@
 #include "support/settings_user.hpp"
 #include "toolkit/display.hpp"
 #include "toolkit/option_menu.hpp"
+#include "toolkit/text_view.hpp"
 
 namespace zum::test {
 namespace {
 
 using Tags = std::vector<int>;
+
+/// What each panel is called, and what its LEARN teaches: of tempo and glide the other one.
+constexpr struct {
+  int knob;
+  const char* title;
+  int learns;
+} kPanels[] = {{6, "RANGE", 6},     {7, "ATTACK", 7}, {8, "RELEASE", 8}, {9, "GAIN", 9},
+               {10, "RATE", 10},    {11, "WAVE", 11}, {13, "SENS", 13},  {16, "TEMPO", 14},
+               {14, "GLIDE", 16},   {3, "CUTOFF", 3}, {0, "MORPH", 0},   {4, "RESONANCE", 4},
+               {5, "OVERDRIVE", 5}, {2, "MIX", 2},    {1, "MASTER", 1}};
+
+layout::Group groupOf(int knobTag) {
+  for (const auto& table : {layout::kUpperKnobs, layout::kLowerKnobs}) {
+    for (const layout::Knob& knob : table) {
+      if (knob.tag == knobTag) return knob.group;
+    }
+  }
+  return layout::always;
+}
+
+/// What a host hears of amounts that a click centres.
+std::vector<std::array<std::intptr_t, 3>> edits(const Tags& tags) {
+  std::vector<std::array<std::intptr_t, 3>> calls;
+  for (const std::intptr_t tag : tags) {
+    for (const std::int32_t call :
+         {audioMasterBeginEdit, audioMasterAutomate, audioMasterEndEdit}) {
+      calls.push_back({call, tag, 0});
+    }
+  }
+  return calls;
+}
 
 TEST(Editor, EachKnobMovesItsOwnParameterAndTheHostHearsOfIt) {
   EditorDesk desk;
@@ -44,29 +77,29 @@ TEST(Editor, EachKnobMovesItsOwnParameterAndTheHostHearsOfIt) {
 
 TEST(Editor, EachPanelHoldsItsKnobsAmountsAndLearns) {
   EditorDesk desk;
-  for (const layout::Panel& panel : layout::kPanels) {
-    for (const auto& table : {layout::kUpperKnobs, layout::kLowerKnobs}) {
-      for (const layout::Knob& knob : table) {
-        if (knob.tag == panel.knob) desk.showGroup(knob.group);
-      }
-    }
-    desk.click(desk.middleOf(panel.knob), buttons::kRight);
-    KvControl* const opened = desk.editor().shownFrame()->getModalView();
-    ASSERT_NE(opened, nullptr) << panel.knob;
+  for (const auto& [knob, title, target] : kPanels) {
+    SCOPED_TRACE(title);
+    const layout::Panel& panel = *std::ranges::find(layout::kPanels, knob, &layout::Panel::knob);
+    desk.showGroup(groupOf(knob));
+    desk.click(desk.middleOf(knob), buttons::kRight);
+    auto* const opened = static_cast<KvViewContainer*>(desk.editor().shownFrame()->getModalView());
+    ASSERT_NE(opened, nullptr);
     EXPECT_EQ(opened->getViewSize().width(), panel.rect.width());
     EXPECT_EQ(opened->getViewSize().height(), panel.rect.height());
+    EXPECT_EQ(static_cast<KvTextView*>(opened->children().front().get())->getText(), title);
+    Tags sliders;
     for (const int slider : panel.sliders) {
       if (slider < 0) continue;
+      sliders.push_back(slider);
       const auto before = desk.values();
       desk.drag(slider, 20, 0);
       EXPECT_EQ(desk.changedSince(before), Tags{slider});
       EXPECT_NEAR(desk.values()[slider], 0.5F + 0.13F, 1e-5F);
     }
+    desk.host.host.calls.clear();
     desk.click(panel.reset);
-    for (const int slider : panel.sliders) {
-      EXPECT_TRUE(slider < 0 || desk.values()[slider] == 0.5F);
-    }
-    const int target = parameterRows()[static_cast<std::size_t>(rowOfTag(panel.learn))].learnTarget;
+    EXPECT_EQ(desk.host.host.calls, edits(sliders));
+    for (const int slider : sliders) EXPECT_EQ(desk.values()[slider], 0.5F);
     desk.click(panel.learn);
     EXPECT_EQ(desk.effect().learning(), target);
     desk.click(panel.learn);
@@ -87,9 +120,71 @@ TEST(Editor, EachPanelHoldsItsKnobsAmountsAndLearns) {
   }
   desk.host.set(17, 0.9F);
   desk.host.set(50, 0.1F);
+  desk.host.host.calls.clear();
   desk.click(199);
+  EXPECT_EQ(desk.host.host.calls, edits({17, 50}));
   EXPECT_EQ(desk.values()[17], 0.5F);
   EXPECT_EQ(desk.values()[50], 0.5F);
+}
+
+TEST(Editor, DotsTellWhatMovesAKnob) {
+  EditorDesk desk;
+  constexpr std::uint32_t kFollower = 0xE36C6C, kLfo = 0x7ABC52, kSequencer = 0x96ADB0;
+  constexpr std::uint32_t kController = 0xF0C448;
+  const std::map<int, std::vector<std::uint32_t>> tints = {{1032, {kFollower, kLfo, kSequencer}},
+                                                           {1033, {kLfo, kSequencer}},
+                                                           {1034, {kFollower, kSequencer}},
+                                                           {1035, {kFollower, kLfo}}};
+  for (const layout::Panel& panel : layout::kPanels) {
+    SCOPED_TRACE(panel.title);
+    desk.showGroup(groupOf(panel.knob));
+    const auto dot = [&](std::size_t i) {
+      return desk.window->pixel(panel.marks.x + 6 * static_cast<int>(i) + 1, panel.marks.y + 1);
+    };
+    std::vector<std::uint32_t> wanted = tints.at(panel.picture);
+    std::size_t i = 0;
+    for (; i < wanted.size(); ++i) {
+      const std::uint32_t bare = dot(i);
+      desk.host.set(panel.sliders[i], 0.4F);
+      desk.tick();
+      EXPECT_EQ(dot(i), wanted[i]);
+      desk.host.set(panel.sliders[i], 0.50001F);
+      desk.tick();
+      EXPECT_EQ(dot(i), bare);
+    }
+    const std::uint32_t bare = dot(i);
+    desk.effect().beginLearn(panel.knob);
+    desk.controller(20, 30);
+    desk.tick();
+    EXPECT_EQ(dot(i), kController);
+    desk.effect().clearBindings(panel.knob);
+    desk.tick();
+    EXPECT_EQ(dot(i), bare);
+  }
+}
+
+// Lines at a quarter and three quarters of a cycle, -1 to 1.
+TEST(Editor, TheWaveIsDrawnAsItsStyleSounds) {
+  EditorDesk desk;
+  constexpr CRect kScreen{253, 288, 471, 353};
+  const struct {
+    float style, wave, first, last;
+  } rows[] = {{0.0F, 0.0F, 1.0F, -1.0F},    {0.0F, 0.25F, 1.0F, -1.0F}, {0.0F, 0.5F, 0.43F, -0.46F},
+              {0.0F, 0.75F, 0.85F, -0.85F}, {1.0F, 0.0F, 1.0F, -1.0F},  {1.0F, 0.25F, -1.0F, 1.0F},
+              {1.0F, 0.5F, -0.5F, 0.5F},    {1.0F, 0.75F, -0.5F, -0.5F}};
+  desk.showGroup(layout::lfoPage);
+  for (const auto& [style, wave, first, last] : rows) {
+    SCOPED_TRACE(testing::Message() << style << ' ' << wave);
+    desk.host.set(65, style);
+    desk.host.set(11, wave);
+    for (int i = 0; i < 4; ++i) desk.tick();
+    for (const auto& [quarters, level] : {std::pair{1, first}, {3, last}}) {
+      const int x = kScreen.left + kScreen.width() * quarters / 4;
+      int y = kScreen.top;
+      while (y < kScreen.bottom && (desk.window->pixel(x, y) & 0xFF0000U) == 0) ++y;
+      EXPECT_NEAR(static_cast<float>(y - kScreen.top), 63.0F - (0.5F + 0.5F * level) * 61.0F, 2.0F);
+    }
+  }
 }
 
 TEST(Editor, PagesFollowTheEffectAndSwitchesTheMouse) {
@@ -133,6 +228,28 @@ TEST(Editor, PagesFollowTheEffectAndSwitchesTheMouse) {
     desk.click({list.left + 10, list.top + 17 * row + 9});
     EXPECT_EQ(desk.effect().value(tag).integer, row) << tag;
   }
+}
+
+TEST(Editor, ATickDrawsWhatMovedAndNoMore) {
+  EditorDesk desk;
+  desk.showGroup(layout::followerPage);
+  for (int i = 0; i < 400; ++i) desk.tick();  // ramps have come to their ends
+  const auto drawn = [&desk] {
+    desk.window->forgetShows();
+    desk.tick();
+    return desk.window->shownPixels();
+  };
+  const auto area = [&desk](int tag) {
+    const CRect& rect = desk.editor().getControl(tag)->getViewSize();
+    return long{rect.width()} * rect.height();
+  };
+  const long traces = area(67) + area(200) + area(201);
+  EXPECT_EQ(drawn(), traces);
+  desk.host.set(58, 0.9F);  // on the page that is hidden
+  desk.host.set(33, 0.9F);  // in a panel that is closed: a dot alone
+  EXPECT_EQ(drawn(), traces + 18L * 4);
+  desk.host.set(4, 0.9F);  // its ring follows within its rectangle
+  EXPECT_EQ(drawn(), traces + area(4));
 }
 
 TEST(Editor, ReadoutsComeUpWithATouchAndSayTheSetting) {
@@ -237,14 +354,31 @@ TEST_F(EditorPresets, AreChosenSavedAndLookedForFromTheWindow) {
 
   desk.click(221);
   EXPECT_TRUE(desk.editor().aboutIsOpen());
+  const auto& folderLine =
+      *static_cast<KvTextView*>(desk.editor().getAboutPanel()->children().back().get());
+  EXPECT_EQ(folderLine.getText(), (folder / "one").string());
   dialogs.chosen = internal("content/Presets");
   desk.click(203);
   EXPECT_EQ(rows(), "Save Preset --Presets-- d ");
+  EXPECT_EQ(folderLine.getText(), (folder / "content/Presets").string());
   dialogs.chosen = internal("one");
   desk.click(203);
   desk.click(205);
   EXPECT_EQ(rows(), "Save Preset --Presets-- d ");
   EXPECT_EQ(readSettingString(kPresetPath), internal("content/Presets/"));
+  const auto answerMessage = [&desk](const char* word) {
+    ASSERT_TRUE(WindowServices::get().isMessageOpen()) << word;
+    WindowServices::get().getMessageWindow()->getFrame().onKeyDown({0, keys::kReturn, 0});
+    desk.tick();
+  };
+  for (const std::string& none : {""s, internal("elsewhere")}) {
+    writeSettingString(kContentPath, none);
+    desk.click(205);
+    answerMessage("RESET");
+    EXPECT_EQ(readSettingString(kPresetPath), internal("content/Presets/"));
+  }
+  desk.click(204);
+  answerMessage("MANUAL");        // there is none, either
   desk.click(desk.middleOf(62));  // the panel lies over it
   EXPECT_FALSE(desk.editor().aboutIsOpen());
   EXPECT_EQ(desk.effect().value(62).integer, 0);

@@ -274,14 +274,16 @@ TEST_F(PluginWindow, CostsLittleAndKeepsNothing) {
   ASSERT_TRUE(effect.open(place));
   effect.showGroup(layout::followerPage);
   // Milliseconds of the idle calls alone. Parameters may move all the time, as in automation.
-  const auto cost = [&effect](int idles, bool moves) {
+  enum Scene { still, moves, drawsAll };
+  const auto cost = [&effect](int idles, Scene scene) {
     std::clock_t spent = 0;
     for (int i = 0; i < idles; ++i) {
       effect.process();
-      for (int tag = 0; moves && tag < 8; ++tag) {
+      if (scene == drawsAll) effect.set(222, 0.0F);  // has the whole window drawn
+      for (int tag = 0; scene == moves && tag < 8; ++tag) {
         effect.set(tag, static_cast<float>((i + tag) % 128) / 128.0F);
       }
-      if (moves && i % 100 == 0) effect.set(165, static_cast<float>(i / 100 % 3) / 2.0F);
+      if (scene == moves && i % 100 == 0) effect.set(165, static_cast<float>(i / 100 % 3) / 2.0F);
       const std::clock_t start = std::clock();
       effect.call(effEditIdle);
       spent += std::clock() - start;
@@ -293,16 +295,19 @@ TEST_F(PluginWindow, CostsLittleAndKeepsNothing) {
     const struct mallinfo2 info = mallinfo2();
     return static_cast<long>(info.uordblks + info.hblkhd);
   };
-  const double quiet = cost(600, false);  // as in twenty seconds
-  const double moving = cost(600, true);
+  const double quiet = cost(600, still);  // as in twenty seconds
+  const double moving = cost(600, moves);
+  const double whole = cost(600, drawsAll);
   const long before = bytes();
-  cost(18000, true);  // ten minutes
+  cost(18000, moves);  // ten minutes
   const long kept = bytes() - before;
   std::cout << "600 idles: " << quiet << " ms, with knobs that move " << moving
-            << " ms; after 18000 more " << kept << " bytes are kept\n";
-  EXPECT_LT(quiet, 6000.0);
-  EXPECT_LT(moving, 12000.0);
-  EXPECT_LT(kept, 1 << 20);
+            << " ms, drawing all " << whole << " ms; after 18000 more " << kept
+            << " bytes are kept\n";
+  // Measured together, so that a busy machine slows them alike: 0.6, 1.1 and some 30000 are usual.
+  EXPECT_LT(quiet, 0.8 * whole);
+  EXPECT_LT(moving, 2.0 * whole);
+  EXPECT_LT(kept, 1 << 17);
   effect.call(effEditClose);
 }
 

@@ -33,8 +33,7 @@ class EditorDesk {
   }
   /// What a host does thirty times a second, and a little of what it does all the time.
   void tick() {
-    Stereo out(64);
-    host.process(silence, out, 0, 64);
+    if (plays) playOn();
     editor().idle();
   }
 
@@ -110,9 +109,21 @@ class EditorDesk {
 
   TestHost host{44100.0F, {}, createEditor};
   OffscreenWindow* window = nullptr;
+  Stereo input{kBlock};  // is heard over and over, in whole blocks
+  bool plays = true;     // blocks go through the effect
 
  private:
-  const Stereo silence{64};
+  static constexpr std::size_t kBlock = 64;
+
+  void playOn() {
+    Stereo out(input.frames());
+    host.process(input, out, place, static_cast<std::int32_t>(kBlock));
+    host.host.time.ppqPos += host.host.time.tempo / 60.0 * static_cast<double>(kBlock) / 44100.0;
+    place += kBlock;
+    if (place + kBlock > input.frames()) place = 0;
+  }
+
+  std::size_t place = 0;  // in the input
 };
 
 }  // namespace zum::test
