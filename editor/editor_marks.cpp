@@ -1,31 +1,21 @@
 // The dots beside the knobs' names: which modulators move a knob, and whether a controller does.
 
-#include <cmath>
-
 #include "editor/making.hpp"
-#include "resources/palette.hpp"
+#include "editor/palette_color.hpp"
 #include "toolkit/marks_view.hpp"
 
 namespace zum {
 namespace {
 
-constexpr layout::Modulator kModulators[] = {layout::follower, layout::lfo, layout::sequencer};
-
-CColor colorOf(const pictures::Color& color) {
-  const auto byte = [](double channel) {
-    return static_cast<std::uint8_t>(std::lround(255.0 * channel));
-  };
-  return {byte(color.r), byte(color.g), byte(color.b), 255};
-}
-
-CColor tintOf(layout::Modulator modulator) {
-  switch (modulator) {
-    case layout::follower: return colorOf(pictures::kFollowerTint);
-    case layout::lfo: return colorOf(pictures::kLfoTint);
-    case layout::sequencer: return colorOf(pictures::kSequencerTint);
-  }
-  return kWhiteColor;
-}
+/// In the order in which a panel shows them.
+struct Modulator {
+  pictures::Color tint;
+  layout::Group page;  // no modulator moves a knob of its own page
+  layout::Group part = page;
+};
+constexpr Modulator kModulators[] = {{pictures::kFollowerTint, layout::followerPage},
+                                     {pictures::kLfoTint, layout::lfoPage, layout::freeLfo},
+                                     {pictures::kSequencerTint, layout::sequencerPage}};
 
 layout::Group groupOf(int knobTag) {
   for (const auto& table : {layout::kUpperKnobs, layout::kLowerKnobs}) {
@@ -43,9 +33,9 @@ void KvUniClientEditor::addMarks() {
     const layout::Group group = groupOf(row.knob);
     std::vector<KvMarksView::Mark> marks;
     const int* slider = row.sliders;
-    for (const layout::Modulator modulator : kModulators) {
-      if (layout::isOwnOf(modulator, group)) continue;
-      marks.push_back({&effect.value(*slider++).bipolar, tintOf(modulator)});
+    for (const Modulator& modulator : kModulators) {
+      if (group == modulator.page || group == modulator.part) continue;
+      marks.push_back({&effect.value(*slider++).bipolar, colorOf(modulator.tint)});
     }
     marks.push_back(
         {&isLearned[static_cast<std::size_t>(row.knob)], colorOf(pictures::kControllerTint)});

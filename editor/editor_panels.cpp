@@ -2,6 +2,7 @@
 // program.
 
 #include "editor/making.hpp"
+#include "editor/palette_color.hpp"
 #include "toolkit/button.hpp"
 #include "toolkit/knob.hpp"
 #include "toolkit/option_menu.hpp"
@@ -28,7 +29,6 @@ constexpr PanelButton kLearn{{85, 107, 125, 118}, 1027, 38};
 constexpr PanelButton kClear{{128, 107, 168, 118}, 1026, 38};
 constexpr CRect kTitle{12, 2, 108, 17};
 constexpr int kTitleSize = 11;  // pixels
-constexpr CColor kTitleColor{236, 228, 222, 255};
 
 /// Lies over a button that its panel's picture shows, which goes dark while it is pressed.
 class DrawnButton final : public KvButton {
@@ -84,7 +84,7 @@ void KvUniClientEditor::addSlider(KvViewContainer& panel, int tag, const CRect& 
 
 KvTextView* KvUniClientEditor::addText(KvViewContainer& panel, const CRect& rect, int size) {
   auto* const text = make<KvTextView>({0, 0, rect.width(), rect.height()}, -1, size);
-  text->textColor = kTitleColor;
+  text->textColor = colorOf(pictures::kPaper);
   panel.addView(text, rect.left, rect.top);
   return text;
 }

@@ -107,18 +107,6 @@ struct Panel {
   int reset, close, learn, clear;
 };
 
-/// Modulators in the order in which a panel shows them. None moves a knob of its own.
-enum Modulator : std::uint8_t { follower, lfo, sequencer };
-
-constexpr bool isOwnOf(Modulator modulator, Group knobsGroup) {
-  switch (modulator) {
-    case follower: return knobsGroup == followerPage;
-    case lfo: return knobsGroup == lfoPage || knobsGroup == freeLfo;
-    case sequencer: return knobsGroup == sequencerPage;
-  }
-  return false;
-}
-
 inline constexpr int kReadoutPicture = 1010;
 inline constexpr int kReadoutHeight = 19;
 
