@@ -51,7 +51,7 @@ class KvUniClientEditor final : public KvEditorBase, public CControlListener {
   KvViewContainer* getAboutPanel() const { return aboutPanel; }
 
   static constexpr int kLearnMenuTag = 1000000;
-  static constexpr int kManualTag = 204;
+  static constexpr int kManualTag = 204;  // a button alone: no parameter has it
 
  private:
   // The steps of open(), in its order. Each adds to the frame.

@@ -141,7 +141,7 @@ TEST(Editor, DotsTellWhatMovesAKnob) {
     const auto dot = [&](std::size_t i) {
       return desk.window->pixel(panel.marks.x + 6 * static_cast<int>(i) + 1, panel.marks.y + 1);
     };
-    std::vector<std::uint32_t> wanted = tints.at(panel.picture);
+    const std::vector<std::uint32_t>& wanted = tints.at(panel.picture);
     std::size_t i = 0;
     for (; i < wanted.size(); ++i) {
       const std::uint32_t bare = dot(i);
