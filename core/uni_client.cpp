@@ -11,6 +11,7 @@
 #include "core/host_text.hpp"
 #include "platform/file_dialogs.hpp"
 #include "platform/message_box.hpp"
+#include "platform/registry_store.hpp"
 
 namespace zum {
 namespace {
@@ -40,6 +41,7 @@ KvUniClient::KvUniClient(audioMasterCallback host, EditorFactory makeEditor)
                        words.begin(), [](float& word) { return &word; });
         return words;
       }()) {
+  const RegistryStore::OneWait oneWait;  // for settings that another program keeps locked
   constructRecords();
   readHostNames();
   timeRecord = std::make_unique<VstTimeInfo>();

@@ -24,12 +24,24 @@ constexpr const char* kCreate =
 constexpr const char* kTextType = "string";
 constexpr const char* kNumberType = "int";
 
-// Short naps: whoever writes in a loop leaves the file free for moments only.
-int waitForOthers(void* deadline, int attempt) {
-  if (Clock::now() >= *static_cast<Clock::time_point*>(deadline)) return 0;
-  std::this_thread::sleep_for(std::chrono::microseconds(200 + 300 * (attempt % 7)));
-  return 1;
-}
+// Many times a setting and the schema. One function over texts of this length takes milliseconds.
+constexpr int kMostBytes = 16384;
+// A setting is found and written in some ten steps; between two looks at the clock lie milliseconds
+// at most.
+constexpr int kStepsPerLook = 16;
+
+// The file may be anybody's: nothing in it may run a program of its own.
+constexpr struct {
+  int option, value;
+} kDistrust[] = {{SQLITE_DBCONFIG_ENABLE_VIEW, 0},
+                 {SQLITE_DBCONFIG_ENABLE_TRIGGER, 0},
+                 {SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0},
+                 {SQLITE_DBCONFIG_DEFENSIVE, 1}};
+constexpr struct {
+  int limit, most;
+} kLimits[] = {{SQLITE_LIMIT_LENGTH, kMostBytes}, {SQLITE_LIMIT_SQL_LENGTH, kMostBytes}};
+
+thread_local RegistryStore::OneWait* oneWait = nullptr;
 
 // For the user's eyes only, as the standard asks.
 void makeFolder(const fs::path& folder) {
@@ -67,6 +79,14 @@ void RegistryStore::Close::operator()(sqlite3_stmt* statement) const {
   sqlite3_finalize(statement);
 }
 
+RegistryStore::OneWait::OneWait() {
+  if (oneWait == nullptr) oneWait = this;
+}
+
+RegistryStore::OneWait::~OneWait() {
+  if (oneWait == this) oneWait = nullptr;
+}
+
 RegistryStore::Transaction::Transaction(RegistryStore& store) : owner(store), open(store.begin()) {}
 
 RegistryStore::Transaction::~Transaction() {
@@ -80,9 +100,39 @@ fs::path RegistryStore::file() {
   return folder.empty() ? folder : folder / "Zelvane" / "registry.db";
 }
 
+bool RegistryStore::isLate() const {
+  if (Clock::now() < deadline) return false;
+  if (oneWait != nullptr) oneWait->inVain = true;
+  return true;
+}
+
+// Short naps: whoever writes in a loop leaves the file free for moments only.
+int RegistryStore::waitForOthers(void* store, int attempt) {
+  if (static_cast<RegistryStore*>(store)->isLate()) return 0;
+  std::this_thread::sleep_for(std::chrono::microseconds(200 + 300 * (attempt % 7)));
+  return 1;
+}
+
+int RegistryStore::stopsWork(void* store) {
+  return static_cast<RegistryStore*>(store)->isLate() ? 1 : 0;
+}
+
+void RegistryStore::distrust() {
+  for (const auto& [option, value] : kDistrust) {
+    sqlite3_db_config(db.get(), option, value, static_cast<int*>(nullptr));
+  }
+  for (const auto& [limit, most] : kLimits) sqlite3_limit(db.get(), limit, most);
+  sqlite3_progress_handler(db.get(), kStepsPerLook, stopsWork, this);
+  sqlite3_busy_handler(db.get(), waitForOthers, this);
+}
+
 bool RegistryStore::connect(bool create) {
   if (inTransaction) return true;
   trouble.clear();
+  if (oneWait != nullptr && oneWait->inVain) {
+    trouble = "it was not to be had in time";
+    return false;
+  }
   deadline = Clock::now() + kPatience;
   if (db != nullptr) return true;
   const fs::path path = file();
@@ -95,8 +145,11 @@ bool RegistryStore::connect(bool create) {
     if (errno != ENOENT) trouble = std::strerror(errno);
     if (!create || errno != ENOENT) return false;
     makeFolder(path.parent_path());
-  } else if (!S_ISREG(status.st_mode)) {
-    trouble = "it is not an ordinary file";  // to open a pipe would wait for its other end
+  }
+  // To open a pipe would wait for its other end.
+  for (const char* part : {"", "-journal"}) {
+    if (stat((path.string() + part).c_str(), &status) != 0 || S_ISREG(status.st_mode)) continue;
+    trouble = "it is not an ordinary file";
     return false;
   }
   // A reader rolls back what a crashed writer left, if it may write; if not, this opens for
@@ -110,31 +163,44 @@ bool RegistryStore::connect(bool create) {
     db.reset();
     return false;
   }
-  sqlite3_busy_handler(db.get(), waitForOthers, &deadline);
+  distrust();
   sqlite3_exec(db.get(), "PRAGMA synchronous = EXTRA", nullptr, nullptr, nullptr);
   return true;
 }
 
-bool RegistryStore::fail() {
-  trouble = sqlite3_errmsg(db.get());
-  writeFailed = true;
+bool RegistryStore::fail(int code) {
+  trouble = code == SQLITE_INTERRUPT ? "its content takes too long" : sqlite3_errmsg(db.get());
+  failed = true;
   return false;
 }
 
 bool RegistryStore::execute(const char* sql) {
-  return sqlite3_exec(db.get(), sql, nullptr, nullptr, nullptr) == SQLITE_OK || fail();
+  const int code = sqlite3_exec(db.get(), sql, nullptr, nullptr, nullptr);
+  return code == SQLITE_OK || fail(code);
 }
 
 bool RegistryStore::finish(const Statement& statement) {
-  return (statement != nullptr && sqlite3_step(statement.get()) == SQLITE_DONE) || fail();
+  const int code = sqlite3_step(statement.get());
+  return code == SQLITE_DONE || fail(code);
+}
+
+bool RegistryStore::holdsRegistry() {
+  sqlite3_stmt* found = nullptr;
+  constexpr const char* kSql = "SELECT 1 FROM sqlite_schema WHERE lower(name) = 'registry'";
+  sqlite3_prepare_v2(db.get(), kSql, -1, &found, nullptr);
+  return sqlite3_step(Statement(found).get()) == SQLITE_ROW;
 }
 
 // Null is either trouble or a file that has no table yet.
 RegistryStore::Statement RegistryStore::prepare(const char* sql, std::string_view key) {
   sqlite3_stmt* statement = nullptr;
   const int code = sqlite3_prepare_v2(db.get(), sql, -1, &statement, nullptr);
-  if (code == SQLITE_OK) bindText(statement, 1, key);
-  if (code != SQLITE_OK && code != SQLITE_ERROR) trouble = sqlite3_errmsg(db.get());
+  if (code == SQLITE_OK) {
+    bindText(statement, 1, key);
+  } else {
+    fail(code);
+    if (code == SQLITE_ERROR && !inTransaction && !holdsRegistry()) trouble.clear();
+  }
   return Statement(statement);
 }
 
@@ -146,15 +212,16 @@ bool RegistryStore::begin() {
   }
   // Without IMMEDIATE two that read first and then write would refuse each other.
   if (!execute("BEGIN IMMEDIATE")) return false;
+  deadline = Clock::now() + kPatience;  // the wait was a call of its own
   inTransaction = true;
-  writeFailed = false;
+  failed = false;
   if (execute(kCreate)) return true;
   giveUp();
   return false;
 }
 
 bool RegistryStore::keep() {
-  if (!writeFailed && execute("COMMIT")) {
+  if (!failed && execute("COMMIT")) {
     inTransaction = false;
     return true;
   }
@@ -177,7 +244,7 @@ std::optional<RegistryStore::Data> RegistryStore::read(std::string_view key,
   bindText(row.get(), 2, name);
   const int code = sqlite3_step(row.get());
   if (code == SQLITE_ROW) return dataAt(row.get(), 0);
-  if (code != SQLITE_DONE) trouble = sqlite3_errmsg(db.get());
+  if (code != SQLITE_DONE) fail(code);
   return std::nullopt;
 }
 
@@ -188,11 +255,11 @@ std::vector<RegistryStore::Value> RegistryStore::list(std::string_view key) {
   if (row == nullptr) return {};
   std::vector<Value> values;
   int code = sqlite3_step(row.get());
-  for (; code == SQLITE_ROW; code = sqlite3_step(row.get())) {
+  for (; code == SQLITE_ROW && values.size() < kMostValues; code = sqlite3_step(row.get())) {
     if (auto data = dataAt(row.get(), 1)) values.push_back({textAt(row.get(), 0), *data});
   }
-  if (code == SQLITE_DONE) return values;
-  trouble = sqlite3_errmsg(db.get());
+  if (code == SQLITE_DONE || code == SQLITE_ROW) return values;
+  fail(code);
   return {};
 }
 
@@ -201,9 +268,9 @@ bool RegistryStore::write(std::string_view key, std::string_view name, const Dat
     Transaction alone(*this);
     return alone.begun() && write(key, name, data) && alone.commit();
   }
-  if (writeFailed) return false;
+  if (failed) return false;
   const Statement row = prepare("INSERT OR REPLACE INTO registry VALUES(?1, ?2, ?3, ?4)", key);
-  if (row == nullptr) return fail();
+  if (row == nullptr) return false;
   bindText(row.get(), 2, name);
   const auto* text = std::get_if<std::string>(&data);
   bindText(row.get(), 3, text != nullptr ? kTextType : kNumberType);
@@ -220,9 +287,9 @@ bool RegistryStore::remove(std::string_view key, std::string_view name) {
     Transaction alone(*this);
     return alone.begun() && remove(key, name) && alone.commit();
   }
-  if (writeFailed) return false;
+  if (failed) return false;
   const Statement row = prepare("DELETE FROM registry WHERE key = ?1 AND name = ?2", key);
-  if (row == nullptr) return fail();
+  if (row == nullptr) return false;
   bindText(row.get(), 2, name);
   return finish(row);
 }

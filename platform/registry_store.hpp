@@ -4,7 +4,8 @@
 // Any number of processes read and write it at once. There is no cache: every read goes to the
 // file. A write is on disk or did not happen. Whatever is wrong with the file, its folder or the
 // user's home, a read finds nothing and a write answers false; nothing throws, and no
-// single call waits longer for others than kPatience.
+// single call takes longer than kPatience, be it that another program keeps the file locked or that
+// what the file holds asks for endless work.
 #pragma once
 
 #include <chrono>
@@ -32,6 +33,7 @@ class RegistryStore {
   };
 
   static constexpr std::chrono::milliseconds kPatience{2000};
+  static constexpr std::size_t kMostValues = 1000;
 
   /// Several reads and writes that no other process comes between, and that are kept together or
   /// not at all. One at a time.
@@ -45,7 +47,7 @@ class RegistryStore {
 
     /// False when the store cannot be written: then no write below it happens.
     bool begun() const { return open; }
-    /// False when any write since the beginning failed; then none of them happened.
+    /// False when any read or write since the beginning failed; then no write happened.
     bool commit();
 
    private:
@@ -53,12 +55,26 @@ class RegistryStore {
     bool open;
   };
 
+  /// [any] While one lives, the first call of its thread that takes too long is the last: what
+  /// follows finds nothing, at once. For who reads many values while a host waits. They nest.
+  class OneWait {
+   public:
+    OneWait();
+    ~OneWait();
+    OneWait(const OneWait&) = delete;
+    OneWait& operator=(const OneWait&) = delete;
+
+   private:
+    friend class RegistryStore;
+    bool inVain = false;
+  };
+
   RegistryStore() = default;
   RegistryStore(const RegistryStore&) = delete;
   RegistryStore& operator=(const RegistryStore&) = delete;
 
   std::optional<Data> read(std::string_view key, std::string_view name);
-  /// All values of a key, by name.
+  /// All values of a key by name, of a foreign hand's the first kMostValues.
   std::vector<Value> list(std::string_view key);
   /// Replaces a value of any type.
   bool write(std::string_view key, std::string_view name, const Data& data);
@@ -77,20 +93,27 @@ class RegistryStore {
   };
   using Statement = std::unique_ptr<sqlite3_stmt, Close>;
 
+  // SQLite's handlers; `store` is the RegistryStore.
+  static int waitForOthers(void* store, int attempt);
+  static int stopsWork(void* store);
+
   bool connect(bool create);
+  void distrust();
+  bool isLate() const;
   bool begin();
   bool keep();
   void giveUp();
+  bool holdsRegistry();
   Statement prepare(const char* sql, std::string_view key);
   bool execute(const char* sql);
   bool finish(const Statement& statement);
-  bool fail();
+  bool fail(int code);
 
   std::unique_ptr<sqlite3, Close> db;
   std::chrono::steady_clock::time_point deadline;
   std::string trouble;
   bool inTransaction = false;
-  bool writeFailed = false;  // since the beginning of the transaction
+  bool failed = false;  // any call since the beginning of the transaction
 };
 
 }  // namespace zum

@@ -35,32 +35,49 @@ void writeFolders(KvRegistryKey& key, const ContentType& type, const std::string
   write(type.useNamedKeys ? name + "save" : "presetsavepath" + index, path);
 }
 
-void initialise(KvRegistryKey& key) {
+// An empty folder of content makes them relative.
+void writeAllFolders(KvRegistryKey& key, const std::string& content) {
+  for (const ContentType& type : kContentTypes) writeFolders(key, type, content);
+  key.setString(kAudioFilePath, content + "Samples\\Factory");
+}
+
+bool startedWithoutContent(KvRegistryKey& key) {
+  return textOf(key, kPresetPath) == std::string(kContentTypes[0].name) + "\\";
+}
+
+void initialise(KvRegistryKey& key, const std::string& installed) {
   key.setInt(kInitialised, 1);
-  auto content = textOf(key, kContentPath);
+  const auto content = textOf(key, kContentPath);
   // Without an installer's folder, the one that the user chose in an older version stays.
   const auto older = content ? std::nullopt : textOf(key, kOldPresetPath);
-  if (!content) {
-    if (std::string installed = installedContentFolder(); !installed.empty()) {
-      key.setString(kContentPath, installed);
-      content = std::move(installed);
-    }
-  }
-  for (const ContentType& type : kContentTypes) writeFolders(key, type, content.value_or(""));
+  if (!content && !installed.empty()) key.setString(kContentPath, installed);
+  writeAllFolders(key, content.value_or(installed));
   if (older) key.setString(kPresetPath, *older);
-  key.setString(kAudioFilePath, content.value_or("") + "Samples\\Factory");
   for (const PersistentSwitch& one : kSwitches) key.setInt(one.valueName, one.initial);
 }
 
+void takeContent(KvRegistryKey& key, const std::string& installed) {
+  key.setString(kContentPath, installed);
+  if (startedWithoutContent(key)) writeAllFolders(key, installed);
+}
+
 void fillIn(KvRegistryKey& key, const std::string& product) {
+  // Content may come after the first start, by a package for all users.
+  const std::string installed = has(key, kContentPath) ? "" : installedContentFolder();
   // What is complete, as at every start but the first, is only read.
-  if (isInitialised(key) && has(key, kInstallPath) && has(key, kPresetPath)) return;
+  if (installed.empty() && isInitialised(key) && has(key, kInstallPath) && has(key, kPresetPath)) {
+    return;
+  }
   auto whole = key.transaction();
   if (!whole.begun()) return;
   if (!has(key, kInstallPath)) {
     key.setString(kInstallPath, "c:\\Programme\\Zelvane\\" + product + "\\");
   }
-  if (!isInitialised(key)) initialise(key);
+  if (!isInitialised(key)) {
+    initialise(key, installed);
+  } else if (!installed.empty() && !has(key, kContentPath)) {
+    takeContent(key, installed);
+  }
   if (!has(key, kPresetPath)) {
     if (const auto older = textOf(key, kOldPresetPath)) key.setString(kPresetPath, *older);
   }
@@ -89,6 +106,7 @@ bool writeSettingInt(const char* valueName, std::int32_t value) {
 }
 
 void initSettings(const std::function<void(int index, float value)>& applySwitch) {
+  const RegistryStore::OneWait oneWait;
   const std::string product = libraryRecord().product;
   KvRegistryKey key(product);
   fillIn(key, product);

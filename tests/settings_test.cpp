@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -12,6 +13,7 @@
 #include <vector>
 
 #include "support/settings_user.hpp"
+#include "support/test_host.hpp"
 
 namespace zum::test {
 namespace {
@@ -106,6 +108,11 @@ TEST_F(SettingsTest, NoStoreMeansAbsentAndNotWritten) {
       {"cut in its head", [&] { putText(store, whole.substr(0, 50)); }},
       {"folder", [&] { fs::create_directory(store); }},
       {"pipe", [&] { mkfifo(store.c_str(), 0600); }},
+      {"pipe for a journal",
+       [&] {
+         putText(store, whole);
+         mkfifo((store.string() + "-journal").c_str(), 0600);
+       }},
       {"device", [&] { fs::create_symlink("/dev/zero", store); }},
       {"file in the folder's place",
        [&] {
@@ -128,6 +135,57 @@ TEST_F(SettingsTest, NoStoreMeansAbsentAndNotWritten) {
     EXPECT_EQ(run("settings set a b").first, 1);
     EXPECT_TRUE(broken.empty() || textIn(store) == broken);  // it may be mended by hand
   }
+}
+
+TEST_F(SettingsTest, NothingInTheFileRunsForLong) {
+  const std::string endless =
+      "(WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i FROM n) SELECT i FROM n)";
+  const std::string own =
+      "CREATE TABLE registry(key, name, type, data, PRIMARY KEY(key, name)) WITHOUT ROWID;";
+  // One call that nobody could break off, were texts of any length allowed.
+  const std::string slow =
+      "(replace(printf('%.2000000c', 'a'), printf('%.1000000c', 'a') || 'b', data))";
+  const std::pair<const char*, std::string> cases[] = {
+      {"view", "CREATE VIEW registry AS SELECT -i AS key, -i AS name, i AS type, i AS data FROM " +
+                   endless},
+      {"trigger", own + "CREATE TRIGGER t BEFORE INSERT ON registry BEGIN SELECT count(*) FROM " +
+                      endless + "; END"},
+      {"check", "CREATE TABLE registry(key, name, type, data CHECK" + slow + ")"},
+      {"rows",
+       "CREATE TABLE registry(name, type, data);"
+       "INSERT INTO registry SELECT 'a', 'int', 1 FROM " +
+           endless.substr(0, endless.size() - 1) +
+           " LIMIT 200000);"
+           "ALTER TABLE registry ADD COLUMN key AS (replace(hex(zeroblob(4000 - data)), '00', "
+           "'a'))"},
+  };
+  for (const auto& [what, sql] : cases) {
+    SCOPED_TRACE(what);
+    fs::remove_all(folder / "config");
+    fs::create_directories(store.parent_path());
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open(store.c_str(), &db), SQLITE_OK);
+    EXPECT_EQ(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
+    sqlite3_close(db);
+    const auto start = std::chrono::steady_clock::now();
+    const TestHost host;
+    EXPECT_FALSE(readSettingInt("a"));
+    EXPECT_TRUE(writeSettingInt("b", 1) || what != "trigger"s);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 3 * RegistryStore::kPatience);
+  }
+}
+
+TEST_F(SettingsTest, AStartWaitsOnceForWhoKeepsTheStore) {
+  initSettings(ignoreSwitch);
+  writeSettingInt(kIgnoreProgramChange, 0);
+  sqlite3* db = nullptr;
+  ASSERT_EQ(sqlite3_open(store.c_str(), &db), SQLITE_OK);
+  sqlite3_exec(db, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
+  const auto start = std::chrono::steady_clock::now();
+  const TestHost host;
+  EXPECT_LT(std::chrono::steady_clock::now() - start, 3 * RegistryStore::kPatience / 2);
+  sqlite3_close(db);
+  EXPECT_EQ(readSettingInt(kIgnoreProgramChange), 0);  // who comes later asks again
 }
 
 TEST_F(SettingsTest, AUserWithoutRightsOrHomeReadsWhatThereIs) {
@@ -198,6 +256,26 @@ TEST_F(SettingsTest, AFirstStartFillsInWhatIsMissing) {
     initSettings(ignoreSwitch);
     Values expected = c.changed;
     expected.insert(relative.begin(), relative.end());
+    EXPECT_EQ(allValues(), expected);
+  }
+}
+
+TEST_F(SettingsTest, ContentThatComesLaterIsFoundAtTheNextStart) {
+  const Values found = {{"presetpath0", internal("system/zum/Presets/")},
+                        {"presetsavepath0", internal("system/zum/Presets/User/")},
+                        {"audiofilepath", internal("system/zum/Samples/Factory")}};
+  for (const bool chosen : {false, true}) {  // its own preset folder stays, and what goes with it
+    for (const char* name : {"config", "system"}) fs::remove_all(folder / name);
+    initSettings(ignoreSwitch);
+    writeSettingInt(kIgnoreProgramChange, 0);
+    if (chosen) writeSettingString(kPresetPath, "\\mine\\");
+    Values expected = allValues();
+    fs::create_directories(folder / "system/zum/Presets");
+    initSettings(ignoreSwitch);
+    expected["contentpath"] = internal("system/zum/");
+    for (const auto& [name, value] : found) {
+      if (!chosen) expected[name] = value;
+    }
     EXPECT_EQ(allValues(), expected);
   }
 }

@@ -89,30 +89,35 @@ bool staysAsChosen(const std::string& path, const std::optional<std::string>& ol
 }
 
 void registerContent(const std::string& content) {
-  initSettings([](int, float) {});  // or the first start would fill in the folders anew
-  KvRegistryKey key(libraryRecord().product);
-  auto whole = key.transaction();
-  if (!whole.begun()) throw settingsFailure("cannot write", key);
-  auto oldContent = textOf(key, kContentPath);
-  if (oldContent) ensureTrailingBackslash(*oldContent);
-  const struct {
+  struct {
     const char* name;
     std::string path;
     bool follows;  // the content that was registered, in any case
+    std::optional<std::string> earlier{};
   } folders[] = {{kInstallPath, content, true},
                  {kContentPath, content, true},
                  {kPresetPath, content + "Presets\\", false},
                  {kPresetSavePath, content + "Presets\\User\\", false},
                  {kAudioFilePath, content + "Samples\\Factory", false}};
+  const RegistryStore::OneWait oneWait;
+  KvRegistryKey key(libraryRecord().product);
+  for (auto& folder : folders) folder.earlier = textOf(key, folder.name);
+  // Or the next start would fill in the folders anew, as this one may.
+  initSettings([](int, float) {});
+  auto oldContent = textOf(key, kContentPath);
+  if (oldContent) ensureTrailingBackslash(*oldContent);
+  auto whole = key.transaction();
+  if (!whole.begun()) throw settingsFailure("cannot write", key);
   std::string report;
   for (const auto& folder : folders) {
-    const auto current = textOf(key, folder.name);
+    const auto current = folder.earlier ? folder.earlier : textOf(key, folder.name);
     const bool stays = !folder.follows && current && staysAsChosen(*current, oldContent, content);
-    if (!stays && current != folder.path && !key.setString(folder.name, folder.path)) {
+    const std::string& path = stays ? *current : folder.path;
+    if (textOf(key, folder.name) != path && !key.setString(folder.name, path)) {
       throw settingsFailure("cannot write", key);
     }
-    report += std::string(folder.name) + (stays && current != folder.path ? " stays " : " is ") +
-              toSystemPath(stays ? *current : folder.path) + '\n';
+    report += std::string(folder.name) + (path != folder.path ? " stays " : " is ") +
+              toSystemPath(path) + '\n';
   }
   if (!whole.commit()) throw settingsFailure("cannot write", key);
   std::cout << report;
