@@ -6,9 +6,8 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
 
@@ -55,10 +54,48 @@ bool writeAll(int file, const void* bytes, std::size_t count) {
   return true;
 }
 
-/// Where a path leads to behind its links; the path itself when it does not exist yet.
-std::string behindLinks(const std::string& path) {
-  const std::unique_ptr<char, void (*)(void*)> target(::realpath(path.c_str(), nullptr), std::free);
-  return target != nullptr ? target.get() : path;
+/// Where a path leads to behind its links, whether something is there or not.
+std::string behindLinks(std::filesystem::path path) {
+  constexpr int kMostLinks = 40;  // as many as the system follows
+  for (int i = 0; i < kMostLinks; ++i) {
+    std::error_code isNoLink;
+    const std::filesystem::path next = std::filesystem::read_symlink(path, isNoLink);
+    if (isNoLink) break;
+    path = path.parent_path() / next;
+  }
+  return path.string();
+}
+
+/// A new file in the folder of `target`, whose name may leave no room for a longer one. The user's
+/// mask holds, since it is the system that applies it.
+int openNeighbour(const std::string& target, std::string& name) {
+  constexpr int kTries = 100;
+  static std::atomic<unsigned> made{0};
+  const std::string start =
+      target.substr(0, target.rfind('/') + 1) + ".zum-" + std::to_string(::getpid()) + "-";
+  int file = kNone;
+  for (int i = 0; i < kTries && file == kNone; ++i) {
+    name = start + std::to_string(made++);
+    file = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (file == kNone && errno != EEXIST) break;
+  }
+  return file;
+}
+
+/// Where no neighbour can be made or take the file's place. What was there is lost only when the
+/// system fails in the middle: a full disk shows ahead.
+bool overwrite(const std::string& target, const void* bytes, std::size_t count) {
+  const auto size = static_cast<off_t>(count);
+  Descriptor file(::open(target.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+  struct stat old {};
+  if (!isRegular(file.get(), old)) return false;
+  if (size > old.st_size && ::posix_fallocate(file.get(), 0, size) != 0) {
+    [[maybe_unused]] const int asItWas = ::ftruncate(file.get(), old.st_size);
+    return false;
+  }
+  const bool whole = writeAll(file.get(), bytes, count) && ::ftruncate(file.get(), size) == 0 &&
+                     ::fsync(file.get()) == 0;
+  return file.close() && whole;
 }
 
 char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
@@ -143,19 +180,20 @@ std::optional<std::size_t> readStart(const std::string& path, void* buffer, std:
 }
 
 bool writeWhole(const std::string& path, const void* bytes, std::size_t count) {
-  constexpr mode_t kReadableByAll = 0644;
   const std::string target = behindLinks(toSystemPath(path));
   struct stat old {};
   const bool exists = ::stat(target.c_str(), &old) == 0;
+  if (!exists && errno != ENOENT) return false;
   if (exists && (!S_ISREG(old.st_mode) || ::access(target.c_str(), W_OK) != 0)) return false;
-  std::string name = target + ".XXXXXX";
-  Descriptor file(::mkstemp(name.data()));
-  if (file.get() == kNone) return false;
-  const bool whole = ::fchmod(file.get(), exists ? old.st_mode & 07777U : kReadableByAll) == 0 &&
-                     writeAll(file.get(), bytes, count) && ::fsync(file.get()) == 0;
-  if (file.close() && whole && ::rename(name.c_str(), target.c_str()) == 0) return true;
+  std::string name;
+  Descriptor file(openNeighbour(target, name));
+  if (file.get() == kNone) return exists && overwrite(target, bytes, count);
+  if (exists) (void)::fchmod(file.get(), old.st_mode & 07777U);  // some file systems have no modes
+  const bool whole = writeAll(file.get(), bytes, count) && ::fsync(file.get()) == 0;
+  const bool kept = file.close() && whole;
+  if (kept && ::rename(name.c_str(), target.c_str()) == 0) return true;
   ::unlink(name.c_str());
-  return false;
+  return kept && exists && overwrite(target, bytes, count);
 }
 
 bool makeFolders(const std::string& path) {

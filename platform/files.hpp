@@ -38,7 +38,8 @@ bool fileExists(const std::string& path);
 /// Bytes that were read from the start of a regular file, at most `count`; nothing when it cannot
 /// be opened.
 std::optional<std::size_t> readStart(const std::string& path, void* buffer, std::size_t count);
-/// The file appears whole, or what was there before stays.
+/// The file appears whole, or what was there before stays; links lead to it, and it keeps its mode.
+/// Where its folder may not be written, the file itself is.
 bool writeWhole(const std::string& path, const void* bytes, std::size_t count);
 /// With all folders above it. True when it is there in the end.
 bool makeFolders(const std::string& path);

@@ -42,7 +42,8 @@ KvStreamableFile::KvStreamableFile(const std::string& path, const char* mode) {
   // Opening a pipe could wait for ever.
   const bool reads = *mode == 'r';
   if (reads && !fileExists(path)) return;
-  file = std::fopen(toSystemPath(path).c_str(), mode);
+  // "e" keeps it from programs that this process starts.
+  file = std::fopen(toSystemPath(path).c_str(), (std::string(mode) + "e").c_str());
 }
 
 KvStreamableFile::~KvStreamableFile() {
