@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "platform/message_box.hpp"
+#include "state/library_record.hpp"
 #include "state/path_text.hpp"
 #include "state/settings.hpp"
 
@@ -17,12 +19,20 @@ constexpr const char* kSound = "wav";
 
 using Then = KvFileChooser::Then;
 
+void tellTooLong(const std::string& path) {
+  const std::string text = "The path " + path + " is too long!\nPlease choose one of at most " +
+                           std::to_string(KvFileChooser::kPathBytes - 1) + " bytes.";
+  showMessage(libraryRecord().product, text.c_str());
+}
+
 void ask(FileOperation operation, const FileQuestion& question, Then then,
          std::function<void()> otherwise = {}) {
   askForFile(operation, question,
              [then = std::move(then),
               otherwise = std::move(otherwise)](const std::optional<std::string>& chosen) {
-               if (chosen && !chosen->empty() && chosen->size() < KvFileChooser::kPathBytes) {
+               const bool fits = chosen && chosen->size() < KvFileChooser::kPathBytes;
+               if (chosen && !fits) tellTooLong(*chosen);
+               if (fits && !chosen->empty()) {
                  then(*chosen);
                } else if (otherwise) {
                  otherwise();

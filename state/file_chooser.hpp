@@ -15,7 +15,7 @@ class KvFileChooser {
  public:
   using Then = std::function<void(const std::string& path)>;
 
-  /// Longest path, terminator included; a longer one counts as cancelled.
+  /// Longest path, terminator included; a longer one is told of and counts as cancelled.
   static constexpr std::size_t kPathBytes = 256;
   /// What the forms by text answer when nothing was chosen.
   static constexpr const char* kNothing = "EMPTY";

@@ -348,6 +348,8 @@ TEST_F(AnswersTest, PresetsGoOnWhereTheUserAnswers) {
   choose(std::nullopt);
   save();
   choose(std::string(KvFileChooser::kPathBytes, 'x'));
+  EXPECT_NE(nextMessage().value_or(Message{}).text.find("x is too long"), std::string::npos);
+  messageClosed();
   EXPECT_EQ(saves, 0);
   save();
   choose(internal("new"));
