@@ -1,4 +1,7 @@
 // The commands that show and change settings, end to end through the built program.
+#include <sys/resource.h>
+#include <sys/stat.h>
+
 #include <filesystem>
 #include <string>
 #include <tuple>
@@ -82,6 +85,34 @@ TEST_F(SettingsCommandTest, ContentIsCopiedKeptAndRegistered) {
     EXPECT_NE(run("install-content "s + arguments).first, 0) << arguments;
     expectRegistered("system/zum/");
   }
+}
+
+TEST_F(SettingsCommandTest, APackBringsItsOwnFilesAlone) {
+  putText(folder / "secret/key", "key");
+  putText(folder / "mine", "mine");
+  const fs::path pack = folder / "pack/Presets", copy = folder / "data/zum/Presets";
+  putText(pack / "Deep.kvz", "one");
+  constexpr std::uintmax_t kLarge = 128 << 20;
+  putText(pack / "Large.wav", "");
+  fs::resize_file(pack / "Large.wav", kLarge);
+  fs::create_symlink(folder / "secret/key", pack / "Link.kvz");
+  fs::create_directory_symlink(folder / "secret", pack / "Links");
+  mkfifo((pack / "Pipe.kvz").c_str(), 0600);
+  fs::create_directories(copy);
+  fs::create_symlink(folder / "mine", copy / "Deep.kvz");
+  const auto [exitCode, printed] = run("install-content pack");
+  EXPECT_EQ(exitCode, 0) << printed;
+  for (const char* name : {"Link.kvz", "Links", "Pipe.kvz"}) {
+    EXPECT_NE(printed.find("left out " + (pack / name).string() + ":"), std::string::npos) << name;
+    EXPECT_FALSE(fs::exists(copy / name)) << name;
+  }
+  EXPECT_EQ(textIn(copy / "Deep.kvz"), "one");
+  EXPECT_EQ(textIn(folder / "mine"), "mine");
+  EXPECT_TRUE(fs::is_symlink(copy / "Deep.kvz.old"));
+  EXPECT_EQ(fs::file_size(copy / "Large.wav"), kLarge);
+  rusage used{};
+  getrusage(RUSAGE_CHILDREN, &used);
+  EXPECT_LT(used.ru_maxrss, static_cast<long>(kLarge >> 10U));  // in KiB
 }
 
 }  // namespace

@@ -12,7 +12,8 @@ struct ContentCopy {
   std::vector<std::filesystem::path> keptAside;
 };
 
-/// Copies every file below `from`, each whole or not at all. Files that only `to` has stay, and
+/// Copies every file below `from`, each whole or not at all; links and what else is no ordinary
+/// file are left out with a warning. Files that only `to` has stay, and
 /// everything in Presets/User does. A file that differs is put aside before it is replaced: it may
 /// be an older factory file or an hour of the user's work. Throws Failure.
 ContentCopy copyContent(const std::filesystem::path& from, const std::filesystem::path& to);

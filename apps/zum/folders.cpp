@@ -9,19 +9,29 @@ namespace zum {
 
 namespace fs = std::filesystem;
 
-std::vector<fs::path> filesBelow(const fs::path& folder) {
-  std::vector<fs::path> files;
+std::vector<fs::path> entriesBelow(const fs::path& folder) {
+  std::vector<fs::path> entries;
   std::error_code error;
   for (fs::recursive_directory_iterator entry(folder, error), end; !error && entry != end;
        entry.increment(error)) {
-    std::error_code none;  // of a link that leads nowhere
-    if (entry->is_regular_file(none)) files.push_back(entry->path());
+    std::error_code none;
+    if (!fs::is_directory(entry->symlink_status(none))) entries.push_back(entry->path());
   }
   if (error) {
     throw Failure("cannot read " + folder.string() + ": " + error.message() +
                   "; check that you may read all of it");
   }
-  std::sort(files.begin(), files.end());
+  std::sort(entries.begin(), entries.end());
+  return entries;
+}
+
+std::vector<fs::path> filesBelow(const fs::path& folder) {
+  std::vector<fs::path> files = entriesBelow(folder);
+  const auto isNoFile = [](const fs::path& path) {
+    std::error_code none;  // of a link that leads nowhere
+    return !fs::is_regular_file(path, none);
+  };
+  files.erase(std::remove_if(files.begin(), files.end(), isNoFile), files.end());
   return files;
 }
 

@@ -6,7 +6,9 @@
 
 namespace zum {
 
-// Both throw Failure.
+// They throw Failure.
+/// Everything below a folder that is no folder, by name. Links to folders are not followed.
+std::vector<std::filesystem::path> entriesBelow(const std::filesystem::path& folder);
 /// All regular files below a folder, by name.
 std::vector<std::filesystem::path> filesBelow(const std::filesystem::path& folder);
 /// With all folders above it.
