@@ -1,6 +1,6 @@
-// Where content (presets and samples) lies on this system when no setting tells it. Asked at the
-// first run and by the command that registers content. Paths are in the internal form and end in a
-// backslash; an empty text is none.
+// Where content (presets and samples) lies on this system when no setting tells it. Asked at
+// every start until then, and by the command that registers content. Paths are in the internal form
+// and end in a backslash; an empty text is none.
 #pragma once
 
 #include <string>

@@ -51,7 +51,8 @@ std::optional<std::int32_t> readSettingInt(const char* valueName);
 bool writeSettingString(const char* valueName, const std::string& text);
 bool writeSettingInt(const char* valueName, std::int32_t value);
 
-/// [main] Fills in what a fresh installation lacks, then hands over every switch by its index.
+/// [main] Fills in what a fresh installation lacks, and the folders of content that came later;
+/// then hands over every switch by its index.
 void initSettings(const std::function<void(int index, float value)>& applySwitch);
 
 }  // namespace zum
