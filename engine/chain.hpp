@@ -81,6 +81,9 @@ std::size_t Engine::playChunk(Filter& filter, const Chunk& chunk, KvSystemInfo& 
     }
   };
 
+  constexpr float kFarBelowInfinity = 1e30F;
+  const auto back = [](std::size_t end, std::size_t count)
+                        ZUM_INLINED { return end > count ? end - count : 0; };
   const Selection playing = selection;
   std::size_t frames = 0;
   while (true) {
@@ -114,6 +117,12 @@ std::size_t Engine::playChunk(Filter& filter, const Chunk& chunk, KvSystemInfo& 
     lastLimited = limited[frames - 1];
     detectors.leave(levels, smooth[frames - 1]);
     if (frames == chunk.frames) break;
+    // The last three frames are still on their way. Where one may end beyond the finite numbers,
+    // the chunk ends here, and recover() looks at what became of it.
+    const Float4 loudness = absolute(dry[frames - 1]) + absolute(dry[back(frames, 2)]) +
+                            absolute(dry[back(frames, 3)]) + absolute(lowTwice(lastLimited)) +
+                            absolute(narrow(dcOut)) + LevelDetectors::ends(levels);
+    if (anyLaneSet(~(loudness < splat(kFarBelowInfinity)))) break;
     controlPass(clock, owner);
     if (!(selection == playing)) break;
   }

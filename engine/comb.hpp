@@ -58,6 +58,13 @@ class Comb {
     damping.w = rightOf(run.dampingBefore.w, run.damping.w);
   }
 
+  /// Forgets what it has heard; the delays stay where they glide.
+  void reset() ZUM_REALTIME {
+    clearRings();
+    damping = OnePole{};
+    damped = read = Float4{};
+  }
+
   Float4 next(State& run, const Coeffs& c, Float4 in) ZUM_REALTIME {
     const Float4 sum = run.damped * c.feedback + in;
     const Float4 loop = sum * (one - absolute(sum) * splat(0.25F));
@@ -74,9 +81,7 @@ class Comb {
     dampingCoeffs.tune(dampingHz, clock.sampleRate);
     const std::int32_t wanted = truncate(clock.rateRatio * static_cast<float>(framesAtBase));
     combSize = clampIndex(wanted > combSize ? wanted : combSize, kCapacity);
-    if (!keepBuffers) {
-      for (Ring& ring : rings) ring.fill(0.0F);
-    }
+    if (!keepBuffers) clearRings();
   }
 
   /// Control pass, only while the type is selected. `hz` of the comb, `amount` of feedback 0 to 1.
@@ -98,6 +103,10 @@ class Comb {
   static constexpr std::int32_t kCapacity =
       static_cast<std::int32_t>(framesAtBase * KvSystemInfo::kHighestSampleRate / 44100.0F) + 1;
   using Ring = std::array<float, 2 * static_cast<std::size_t>(kCapacity)>;
+
+  void clearRings() ZUM_REALTIME {
+    for (Ring& ring : rings) ring.fill(0.0F);
+  }
 
   /// Writes this frame into the rings, reads what the delays say and moves on.
   Float4 exchange(std::int32_t& index, const Coeffs& coeffsOfFrame, Float4 write) ZUM_REALTIME {

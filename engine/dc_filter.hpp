@@ -22,6 +22,9 @@ class DcFilter {
     out = newOut;
   }
 
+  /// Once an output was not finite, none is until a reset.
+  bool isFinite() const ZUM_REALTIME { return areFinite(narrow(out)); }
+
   /// In silence the state decays to where 32-bit numbers lose their leading bits, and stays there.
   /// Many processors convert to such numbers a hundred times slower.
   bool isFading() const ZUM_REALTIME {

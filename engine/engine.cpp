@@ -1,6 +1,7 @@
 #include "engine/engine.hpp"
 
 #include <algorithm>
+#include <cmath>
 
 #include "engine/chain.hpp"
 #include "engine/note_table.hpp"
@@ -24,6 +25,17 @@ float notePlace(float sum) ZUM_REALTIME {
   return sum * static_cast<float>(kNoteTable.size() - 1) + 0.5F;
 }
 
+/// Silence from the first frame on that is not finite.
+void silenceLost(const Chunk& chunk, std::size_t frames) ZUM_REALTIME {
+  const auto isLost = [&](std::size_t i) ZUM_REALTIME {
+    return !std::isfinite(chunk.outLeft[i]) || !std::isfinite(chunk.outRight[i]);
+  };
+  std::size_t first = 0;
+  while (first < frames && !isLost(first)) ++first;
+  std::fill(chunk.outLeft + first, chunk.outLeft + frames, 0.0F);
+  std::fill(chunk.outRight + first, chunk.outRight + frames, 0.0F);
+}
+
 }  // namespace
 
 void Engine::recompute(const KvSystemInfo& clock, bool keepBuffers) ZUM_REALTIME {
@@ -45,7 +57,10 @@ void Engine::process(const float* const* inputs, float* const* outputs, std::int
   std::size_t done = 0;
   for (const auto all = static_cast<std::size_t>(std::max(frames, 0)); done < all;) {
     selection = select();
-    if (clock.controlCounter >= clock.controlFrames) controlPass(clock, owner);
+    if (clock.controlCounter >= clock.controlFrames) {
+      recover();
+      controlPass(clock, owner);
+    }
     output.setBypass(selection.bypass);
     const Chunk chunk{.inLeft = inputs[0] + done,
                       .inRight = inputs[1] + done,
@@ -55,6 +70,7 @@ void Engine::process(const float* const* inputs, float* const* outputs, std::int
     const std::size_t played = play(chunk, clock, owner);
     // One buffer for both sides holds the right one, and is filtered once for each.
     if (chunk.outLeft == chunk.outRight) sharedDcFilter.filter(chunk.outLeft, played);
+    if (!dcFilter.isFinite() || !sharedDcFilter.isFinite()) silenceLost(chunk, played);
     done += played;
   }
 }
@@ -65,6 +81,19 @@ Engine::Selection Engine::select() const ZUM_REALTIME {
           .type = bank == 0 ? indexOf(controls.multiType, MultiModeFilter::kTypes - 1)
                             : indexOf(controls.vowelType, VowelFilter::kTypes - 1),
           .bypass = indexOf(controls.bypass, 1) == 1};
+}
+
+void Engine::recover() ZUM_REALTIME {
+  if (dcFilter.isFinite() && sharedDcFilter.isFinite() && detectors.isFinite() &&
+      areFinite(lowTwice(lastLimited))) {
+    return;
+  }
+  resetOutput();
+  detectors.reset();
+  overdrive.reset();
+  multiMode.reset();
+  vowel.reset();
+  lastLimited = Float4{};
 }
 
 void Engine::controlPass(KvSystemInfo& clock, ControlPassOwner& owner) ZUM_REALTIME {

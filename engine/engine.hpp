@@ -80,6 +80,9 @@ class Engine {
   };
 
   Selection select() const ZUM_REALTIME;
+  /// Ahead of a control pass: whatever has lost the frame before to a number that is not finite
+  /// starts anew. A filter may diverge, and a host may send anything.
+  void recover() ZUM_REALTIME;
   void controlPass(KvSystemInfo& clock, ControlPassOwner& owner) ZUM_REALTIME;
   float wantedModPage() const ZUM_REALTIME;
   void modulate(const ModulationSums& sums, const KvSystemInfo& clock, ControlPassOwner& owner)

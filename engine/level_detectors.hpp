@@ -40,6 +40,18 @@ class LevelDetectors {
     smoothBefore = before[0];
   }
 
+  void reset() ZUM_REALTIME {
+    kept = State{};
+    smoothBefore = 0.0F;
+  }
+  /// What all recursions of a frame end in: once it is not finite, it never is again.
+  static Float4 ends(const State& run) ZUM_REALTIME {
+    return absolute(run.efBand.high) + absolute(run.trigLow) + absolute(run.smooth);
+  }
+  bool isFinite() const ZUM_REALTIME {
+    return areFinite(kept.efBand.high) && areFinite(kept.trigLow) && areFinite(kept.smooth);
+  }
+
   // One frame, in two pieces. No absolute value is taken: what is negative is simply below the
   // peak.
 

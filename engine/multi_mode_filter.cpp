@@ -19,6 +19,12 @@ void MultiModeFilter::recompute(const KvSystemInfo& clock, bool keepBuffers) ZUM
   comb.recompute(clock, std::min(6000.0F, clock.sampleRate), keepBuffers);
 }
 
+void MultiModeFilter::reset() ZUM_REALTIME {
+  const auto each = [](auto&... types) ZUM_REALTIME { (types.reset(), ...); };
+  each(highPass, highPassSteep, bandPass, bandPassSteep, lowPass, lowPassSteep, comb, bandReject,
+       heldBandPass, heldLowPass);
+}
+
 void MultiModeFilter::updateFilterColumns(float cutoffHz, const KvSystemInfo& clock) ZUM_REALTIME {
   columnHz = cutoffHz;
   columnsPerHz = columnScale;

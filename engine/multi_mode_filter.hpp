@@ -34,6 +34,8 @@ class MultiModeFilter {
   static constexpr int kTypes = 10;
 
   void recompute(const KvSystemInfo& clock, bool keepBuffers) ZUM_REALTIME;
+  /// All types forget what they have heard.
+  void reset() ZUM_REALTIME;
   /// Frequency side of all types, for the pass of the selected one. Once a pass while the cutoff
   /// moves: a new sample rate alone changes nothing until it does.
   void updateFilterColumns(float cutoffHz, const KvSystemInfo& clock) ZUM_REALTIME;

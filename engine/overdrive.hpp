@@ -45,6 +45,12 @@ class Overdrive {
     bassKept = bassState;
   }
 
+  /// Forgets what it has heard; ramps and settings stay.
+  void reset() ZUM_REALTIME {
+    clipKept = bassKept = OnePole{};
+    dcInPrev = dcOutPrev1 = dcOutPrev2 = Float4{};
+  }
+
   // Frame `i` of a chunk, in three pieces.
 
   /// What lies above 60 Hz, clipped.

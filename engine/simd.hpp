@@ -106,4 +106,7 @@ inline bool anyLaneSet(Int4 mask) { return (mask[0] | mask[1] | mask[2] | mask[3
 
 #endif
 
+/// No lane is infinite or not a number.
+inline bool areFinite(Float4 x) { return !anyLaneSet(x * splat(0.0F) != splat(0.0F)); }
+
 }  // namespace zum

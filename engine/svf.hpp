@@ -68,6 +68,7 @@ class Stateful {
  public:
   State enter() const ZUM_REALTIME { return kept; }
   void leave(const State& run) ZUM_REALTIME { kept = run; }
+  void reset() ZUM_REALTIME { kept = State{}; }
 
  private:
   State kept{};

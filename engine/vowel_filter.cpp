@@ -24,6 +24,12 @@ void VowelFilter::recompute(const KvSystemInfo& clock, bool keepBuffers) ZUM_REA
   combs.recompute(clock, std::min(6000.0F, clock.sampleRate), keepBuffers);
 }
 
+void VowelFilter::reset() ZUM_REALTIME {
+  const auto each = [](auto&... types) ZUM_REALTIME { (types.reset(), ...); };
+  each(highPass, highPassSteep, bandPass, bandPassSteep, bandPassTwin, lowPassSteep, combs, shelves,
+       heldBandPass, heldLowPass);
+}
+
 void VowelFilter::controlPass(int type, const VowelFormants& a, const VowelFormants& b,
                               float position, float vowelFeedback, const KvSystemInfo& clock)
     ZUM_REALTIME {

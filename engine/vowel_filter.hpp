@@ -52,6 +52,8 @@ class VowelFilter {
   static constexpr float kLevel = 0.699999988079071F;
 
   void recompute(const KvSystemInfo& clock, bool keepBuffers) ZUM_REALTIME;
+  /// All types forget what they have heard.
+  void reset() ZUM_REALTIME;
   /// Morph, formants and coefficients of the selected type. Only while this bank is selected.
   /// `position` 0 to 1 from vowel a to b; `vowelFeedback` is the bent resonance, 0 to 1.
   void controlPass(int type, const VowelFormants& a, const VowelFormants& b, float position,

@@ -156,6 +156,63 @@ TEST_P(BlockOfType, SilenceSettles) {
   EXPECT_LE(before, 1e-18);
 }
 
+bool isFinite(const Stereo& sound) {
+  const auto finite = [](float x) { return std::isfinite(x); };
+  return std::all_of(sound.left.begin(), sound.left.end(), finite) &&
+         std::all_of(sound.right.begin(), sound.right.end(), finite);
+}
+
+TEST_P(BlockOfType, WhatIsNotFiniteIsSilencedAndGotOver) {
+  constexpr float kInfinity = std::numeric_limits<float>::infinity();
+  Stereo broken = noise(3000);
+  broken.left[100] = std::numeric_limits<float>::quiet_NaN();
+  broken.right[303] = -kInfinity;
+  broken.left[1009] = 3e38F;
+  std::fill_n(broken.right.begin() + 1500, 40, kInfinity);
+  const Stereo after = noise(12000);
+  for (const float bypass : {0.0F, 1.0F}) {
+    TestHost fresh;
+    fresh.prepare(GetParam(), 0.5F, 0.6F, 0.5F);
+    fresh.set(222, bypass);
+    fresh.render(noise(3000));
+    const double level = energy(fresh.render(after));
+    std::vector<Stereo> renders;
+    for (const std::vector<std::int32_t>& blocks :
+         std::vector<std::vector<std::int32_t>>{{512}, {1}, {17}, {65536}}) {
+      TestHost host;
+      host.prepare(GetParam(), 0.5F, 0.6F, 0.5F);
+      host.set(222, bypass);
+      const Stereo& out = renders.emplace_back(host.render(broken, blocks));
+      EXPECT_TRUE(isFinite(out)) << blocks[0];
+      EXPECT_TRUE(out == renders[0]) << blocks[0];
+      EXPECT_EQ(out.left[100], 0.0F);
+      EXPECT_EQ(out.right[111], 0.0F);  // up to the next pass
+      const Stereo recovered = host.render(after, blocks);
+      EXPECT_TRUE(isFinite(recovered)) << blocks[0];
+      EXPECT_NEAR(energy(recovered), level, 0.2 * level) << blocks[0];
+    }
+  }
+}
+
+TEST(Block, AFilterThatDivergesStartsAnew) {
+  for (const auto& [rate, cutoff] : {std::pair{22050.0F, 0.8F}, {32000.0F, 0.95F}}) {
+    std::vector<Stereo> renders;
+    for (const std::int32_t block : {512, 1, 17}) {
+      TestHost host(rate);
+      host.prepare(5, cutoff, 1.0F, 0.0F);
+      host.render(noise(2000));
+      const Stereo& out = renders.emplace_back(host.render(noise(60000, 0.9F), {block}));
+      EXPECT_TRUE(isFinite(out)) << rate;
+      EXPECT_TRUE(out == renders[0]) << rate << ", blocks of " << block;
+    }
+    const std::vector<float>& left = renders[0].left;
+    const auto lost = std::count(left.begin(), left.end(), 0.0F);
+    EXPECT_GT(lost, 0) << "nothing diverged at " << rate;
+    EXPECT_LT(lost, 6000) << rate;  // it is heard most of the time
+    EXPECT_TRUE(std::any_of(left.end() - 100, left.end(), [](float x) { return x != 0.0F; }));
+  }
+}
+
 TEST_P(BlockOfType, NotANumberStaysInItsInstance) {
   TestHost host;
   TestHost other;
