@@ -3,6 +3,7 @@
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <vector>
@@ -24,9 +25,12 @@ struct HostOptions {
   }
   /// State first, then single controls.
   void apply(HostedProcess& process) const;
+  /// Throws Failure for an output that is a file which is read, by whatever name: the plug-in, the
+  /// session or one of the others.
+  void refuseToOverwrite(const std::filesystem::path& output,
+                         std::initializer_list<std::filesystem::path> others = {}) const;
 };
 
-std::vector<char> readBytes(const std::filesystem::path& path);
 void addHostOptions(CLI::App& command, HostOptions& options);
 
 void addListCommand(CLI::App& app);

@@ -1,27 +1,30 @@
-#include <fstream>
-#include <iterator>
+#include <system_error>
 
 #include "apps/daehost/commands.hpp"
+#include "apps/daehost/session_file.hpp"
 #include "apps/zum/failure.hpp"
 #include "apps/zum/option_checks.hpp"
 
 namespace zum {
 
 void HostOptions::apply(HostedProcess& process) const {
-  if (!session.empty()) process.load(readBytes(session));
+  if (!session.empty() && !process.load(readSessionFile(session))) {
+    throw Failure("the plug-in refuses " + session.string() + "; make one with daehost save");
+  }
   for (const std::string& setting : settings) process.set(setting);
 }
 
-// A folder, a pipe or a device has no size, and is never waited for.
-std::vector<char> readBytes(const std::filesystem::path& path) {
-  constexpr std::uintmax_t kMostBytes = 64U << 20U;
-  std::error_code error;
-  const std::uintmax_t size = std::filesystem::file_size(path, error);
-  std::ifstream file;
-  if (!error && size <= kMostBytes) file.open(path, std::ios::binary);
-  if (!file.is_open())
-    throw Failure("cannot read " + path.string() + "; check its name and its rights");
-  return {std::istreambuf_iterator<char>(file), {}};
+void HostOptions::refuseToOverwrite(const std::filesystem::path& output,
+                                    std::initializer_list<std::filesystem::path> others) const {
+  std::vector<std::filesystem::path> inputs = {plugIn, session};
+  inputs.insert(inputs.end(), others);
+  std::error_code none;
+  for (const std::filesystem::path& input : inputs) {
+    if (std::filesystem::equivalent(input, output, none)) {
+      throw Failure("the output would overwrite " + input.string() + "; give it another name",
+                    kExitWrongUsage);
+    }
+  }
 }
 
 void addHostOptions(CLI::App& command, HostOptions& options) {

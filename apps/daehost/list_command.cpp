@@ -19,6 +19,8 @@ std::string firstForm(const char* forms) { return std::string(forms, std::strcsp
 
 void list(const HostOptions& options) {
   const PlugInFile file(options.plugIn);
+  HostedProcess process(file, options.type(), 44100.0F, options.tempo);
+  options.apply(process);
   GroupDescription group{};
   file.routines().describeGroup(&group);
   std::cout << firstForm(group.product) << " by " << group.manufacturer << " ("
@@ -31,8 +33,6 @@ void list(const HostOptions& options) {
               << (type.inputStem == kStereoStem ? "stereo" : "mono") << " to "
               << (type.outputStem == kStereoStem ? "stereo" : "mono") << '\n';
   }
-  HostedProcess process(file, options.type(), 44100.0F, options.tempo);
-  options.apply(process);
   std::cout << "MIDI: " << process.routines().midiNodeName(process.get()) << '\n';
   ChunkDescription chunk{};
   for (std::int32_t i = 0; process.routines().describeChunkType(process.get(), i, &chunk) == 0;

@@ -16,11 +16,12 @@ MidiFeeder::~MidiFeeder() {
   thread.join();
 }
 
-void MidiFeeder::deliverUntil(std::int64_t frame) {
+std::size_t MidiFeeder::deliverUntil(std::int64_t frame) {
   std::unique_lock lock(guard);
   wanted = frame;
   changed.notify_all();
   changed.wait(lock, [&] { return delivered >= frame; });
+  return count;
 }
 
 void MidiFeeder::run() {
@@ -28,9 +29,11 @@ void MidiFeeder::run() {
   for (;;) {
     changed.wait(lock, [this] { return ending || wanted > delivered; });
     if (ending) return;
-    for (const MidiMessage& message : file.takeUntil(wanted)) {
+    const auto messages = file.takeUntil(wanted);
+    for (const MidiMessage& message : messages) {
       process.routines().deliverMidi(process.get(), 0, message.bytes.data());
     }
+    count = messages.size();
     delivered = wanted;
     changed.notify_all();
   }

@@ -18,8 +18,8 @@ class MidiFeeder {
   MidiFeeder(const MidiFeeder&) = delete;
   MidiFeeder& operator=(const MidiFeeder&) = delete;
 
-  /// All messages before that frame are with the process when it returns.
-  void deliverUntil(std::int64_t frame);
+  /// All messages before that frame are with the process when it returns. How many they were.
+  std::size_t deliverUntil(std::int64_t frame);
 
  private:
   void run();
@@ -30,6 +30,7 @@ class MidiFeeder {
   std::condition_variable changed;
   std::int64_t wanted = 0;     // frame
   std::int64_t delivered = 0;  // frame
+  std::size_t count = 0;       // of the messages delivered last
   bool ending = false;
   std::thread thread;
 };

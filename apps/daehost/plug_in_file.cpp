@@ -9,6 +9,7 @@
 #include <cctype>
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <system_error>
 
@@ -30,7 +31,7 @@ template <class Routine>
 Routine exportOf(void* library, const char* name, const std::filesystem::path& path) {
   void* const found = dlsym(library, name);
   if (found == nullptr) {
-    throw Failure(path.string() + " has no entry " + name + "; choose a plug-in file of ZUM's");
+    throw Failure(path.string() + " has no entry " + name + "; choose a ZUM32.dpm");
   }
   return reinterpret_cast<Routine>(found);
 }
@@ -43,8 +44,13 @@ std::string lower(std::string text) {
 
 }  // namespace
 
-PlugInFile::PlugInFile(const std::filesystem::path& path)
-    : library(dlopen(std::filesystem::absolute(path).c_str(), RTLD_NOW | RTLD_LOCAL)) {
+PlugInFile::PlugInFile(const std::filesystem::path& path) {
+  std::error_code none;
+  // The loader would wait for a pipe.
+  if (!std::filesystem::is_regular_file(path, none)) {
+    throw Failure(path.string() + " is no file that could be loaded; build it or name another");
+  }
+  library = dlopen(std::filesystem::absolute(path, none).c_str(), RTLD_NOW | RTLD_LOCAL);
   if (library == nullptr) {
     throw Failure("cannot load " + path.string() + " (" + dlerror() +
                   "); build it or name another");
@@ -118,23 +124,32 @@ std::int32_t HostedProcess::findControl(const std::string& text) const {
   for (std::int32_t index = kFirstControl; index < kFirstControl + count; ++index) {
     if (lower(controlName(index)) == lower(text) || std::to_string(index) == text) return index;
   }
-  throw Failure("there is no control " + text + "; daehost list names them all", kExitWrongUsage);
+  throw Failure("there is no control \"" + text + "\"; daehost list names them all",
+                kExitWrongUsage);
 }
 
 void HostedProcess::set(const std::string& setting) {
   const std::size_t end = setting.find('=');
-  if (end == std::string::npos) {
-    throw Failure(setting + " sets nothing; write it as NAME=VALUE", kExitWrongUsage);
+  if (end == std::string::npos || end == 0) {
+    throw Failure('"' + setting + "\" sets nothing; write it as NAME=VALUE", kExitWrongUsage);
   }
   const std::int32_t index = findControl(setting.substr(0, end));
   const std::string value = setting.substr(end + 1);
   float number = 0.0F;
   if (!CLI::detail::lexical_cast(value, number) || !(number >= 0.0F && number <= 1.0F)) {
-    throw Failure(value + " is not a number from 0 to 1", kExitWrongUsage);
+    throw Failure("\"" + value + "\" in \"" + setting + "\" is not a number from 0 to 1",
+                  kExitWrongUsage);
   }
   std::array<char, 32> plain{};  // hexadecimal and the like are the command line's alone
   std::to_chars(plain.data(), plain.data() + plain.size() - 1, number);
-  routines().setControl(get(), index, routines().textToValue(get(), index, plain.data()));
+  const std::int32_t wanted = routines().textToValue(get(), index, plain.data());
+  routines().setControl(get(), index, wanted);
+  constexpr std::int64_t kRounding = 1000;  // on the way through a float
+  if (std::abs(std::int64_t{routines().getControl(get(), index)} - wanted) > kRounding) {
+    throw Failure("control " + std::to_string(index) + " (" + controlName(index) +
+                      ") takes no value; choose another",
+                  kExitWrongUsage);
+  }
 }
 
 std::vector<char> HostedProcess::save() const {
@@ -150,16 +165,10 @@ std::vector<char> HostedProcess::save() const {
   return bytes;
 }
 
-void HostedProcess::load(const std::vector<char>& bytes) {
-  if (bytes.size() < sizeof(SessionRecord) || bytes.size() > INT32_MAX) {
-    throw Failure("that is no session record; make one with daehost save");
-  }
-  std::vector<char> copy = bytes;  // on a boundary of its own
-  const auto* const record = reinterpret_cast<const SessionRecord*>(copy.data());
-  const auto room = static_cast<std::int32_t>(copy.size());
-  if (routines().writeChunk(get(), chunkId(), record, room) != 0) {
-    throw Failure("that is no session record; make one with daehost save");
-  }
+bool HostedProcess::load(const std::vector<char>& bytes) {
+  const auto* const record = reinterpret_cast<const SessionRecord*>(bytes.data());
+  return routines().writeChunk(get(), chunkId(), record, static_cast<std::int32_t>(bytes.size())) ==
+         0;
 }
 
 std::filesystem::path plugInBesideProgram() {

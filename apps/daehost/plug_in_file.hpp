@@ -47,7 +47,8 @@ class HostedProcess {
 
   /// A whole session record, header and all.
   std::vector<char> save() const;
-  void load(const std::vector<char>& record);
+  /// False when it is refused.
+  bool load(const std::vector<char>& record);
 
   // The transport, in samples.
   std::int64_t position = 0;

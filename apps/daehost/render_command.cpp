@@ -8,11 +8,11 @@
 #include <optional>
 #include <vector>
 
+#include "adaptor/event_buffers.hpp"
 #include "apps/daehost/commands.hpp"
 #include "apps/daehost/midi_feeder.hpp"
 #include "apps/zum/audio_input.hpp"
 #include "apps/zum/audio_output.hpp"
-#include "apps/zum/failure.hpp"
 #include "apps/zum/interruption.hpp"
 #include "apps/zum/option_checks.hpp"
 
@@ -28,13 +28,7 @@ struct RenderOptions : HostOptions {
 };
 
 void render(const RenderOptions& options) {
-  std::error_code none;
-  for (const auto& read : {options.input, options.midi, options.session}) {
-    if (std::filesystem::equivalent(read, options.output, none)) {
-      throw Failure("the output would overwrite " + read.string() + "; give it another name",
-                    kExitWrongUsage);
-    }
-  }
+  options.refuseToOverwrite(options.output, {options.input, options.midi});
   const PlugInFile file(options.plugIn);
   AudioInput input(options.input);
   holdSignals();
@@ -56,13 +50,17 @@ void render(const RenderOptions& options) {
     throwIfInterrupted();
     const int count = input.read(inputs[0], inputs[1], options.block);
     if (count < 1) break;
-    if (midi) midi->deliverUntil(done + count);
+    if (midi) {
+      warnOfLostMessages(midi->deliverUntil(done + count), EventBuffers::kEvents,
+                         static_cast<double>(done) / input.sampleRate());
+    }
     process.routines().render(process.get(), inputs.data(), outputs.data(), count);
     output.write(outputs[0], options.mono ? outputs[0] : outputs[1], count);
     done += count;
     if (process.isRunning) process.position = done;
   }
   output.finish();
+  output.warnOfDamage(options.input);
   std::cout << options.output.string() << ": " << done << " frames, peak " << output.peak() << '\n';
 }
 

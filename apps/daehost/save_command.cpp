@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "apps/daehost/commands.hpp"
+#include "apps/zum/failure.hpp"
 #include "apps/zum/option_checks.hpp"
 #include "apps/zum/temporary_file.hpp"
 
@@ -14,11 +15,26 @@ struct SaveOptions : HostOptions {
   std::filesystem::path output;
 };
 
+constexpr float kRate = 44100.0F;  // Hz
+
 void save(const SaveOptions& options) {
   const PlugInFile file(options.plugIn);
-  HostedProcess process(file, options.type(), 44100.0F, options.tempo);
+  HostedProcess process(file, options.type(), kRate, options.tempo);
   options.apply(process);
+  options.refuseToOverwrite(options.output);
   const std::vector<char> record = process.save();
+  HostedProcess restored(file, options.type(), kRate, options.tempo);
+  restored.load(record);
+  const std::int32_t count = process.routines().controlCount(process.get());
+  for (std::int32_t index = 1; index <= count; ++index) {
+    // The host keeps its bypass itself.
+    if (restored.routines().getControl(restored.get(), index) !=
+        process.routines().getControl(process.get(), index)) {
+      throw Failure("a session record does not keep " + process.controlName(index) +
+                        "; leave it out of --set",
+                    kExitWrongUsage);
+    }
+  }
   TemporaryFile written(options.output);
   written.write(record.data(), record.size());
   written.keep();

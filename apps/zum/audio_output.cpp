@@ -118,6 +118,17 @@ void AudioOutput::write(const float* left, const float* right, int count) {
   checkWrite(sf_writef_int(file.get(), integers.data(), count) == count);
 }
 
+void AudioOutput::warnOfDamage(const std::filesystem::path& input) const {
+  if (clipped > 0) {
+    warn(name + " clips in " + std::to_string(clipped) +
+         " samples; turn the level down, or render from a float file to a float format");
+  }
+  if (nonFinite > 0) {
+    warn(name + " has " + std::to_string(nonFinite) +
+         " samples that are no finite numbers; check " + input.string() + " for them");
+  }
+}
+
 void AudioOutput::finish() {
   const int closed = sf_close(file.release());
   checkWrite(closed == 0);

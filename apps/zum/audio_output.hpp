@@ -1,4 +1,4 @@
-// Writing of a stereo music file that appears only when it is whole; used by the render command.
+// Writing of a stereo music file that appears only when it is whole; used by the render commands.
 #pragma once
 
 #include <cstdint>
@@ -22,8 +22,9 @@ class AudioOutput {
   void finish();
 
   // Of all that was written so far.
+  /// Samples that clip, or that are no finite numbers.
+  void warnOfDamage(const std::filesystem::path& input) const;
   float peak() const { return highest; }
-  std::int64_t clippedSamples() const { return clipped; }
   std::int64_t nonFiniteSamples() const { return nonFinite; }
 
  private:

@@ -55,11 +55,8 @@ bool EffectHost::openEditor() {
 
 void EffectHost::send(std::span<const MidiMessage> messages, std::int64_t start) {
   if (messages.empty()) return;
-  if (messages.size() > EventQueue::kRoom) {
-    warn("at " + std::to_string(static_cast<double>(start) / time.sampleRate) + " s " +
-         std::to_string(messages.size() - EventQueue::kRoom) +
-         " MIDI messages of one block are lost; use a smaller --block");
-  }
+  warnOfLostMessages(messages.size(), EventQueue::kRoom,
+                     static_cast<double>(start) / time.sampleRate);
   VstMidiEvent blank{};
   blank.type = kVstMidiType;
   blank.byteSize = sizeof(VstMidiEvent);

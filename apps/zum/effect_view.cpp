@@ -40,13 +40,14 @@ std::vector<BankEntry> EffectView::bank() const {
   return entries;
 }
 
-bool EffectView::loadPreset(const KvChunk& preset) {
-  return effect->loadPreset(preset, 0, {.quiet = true});
+bool EffectView::loadPresetFile(const std::string& path) {
+  effect->loadPresetFile(path.c_str(), 0, nullptr, false);
+  return effect->slot().path.get() == path;
 }
 
 bool EffectView::loadProgram(int folder, int program) {
   const BankPreset* preset = effect->programs().get(folder, program);
-  return preset != nullptr && loadPreset(preset->chunk);
+  return preset != nullptr && effect->loadPreset(preset->chunk, 0, {.quiet = true});
 }
 
 void EffectView::loadControllerMap(const std::string& path) { effect->loadCcMap(path.c_str()); }

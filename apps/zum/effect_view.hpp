@@ -10,7 +10,6 @@
 
 namespace zum {
 
-class KvChunk;
 class KvFrame;
 class KvUniClient;
 
@@ -40,8 +39,9 @@ class EffectView {
   /// Fills the sequencer's steps with `values`, again and again; not empty.
   void setSteps(std::span<const float> values);
   std::vector<BankEntry> bank() const;
-  // Both as the window loads a preset, without messages; false for one that is refused.
-  bool loadPreset(const KvChunk& preset);
+  // Both as the window loads a preset; false for one that is refused.
+  /// Of a file, by its full path in the internal form, which names the preset.
+  bool loadPresetFile(const std::string& path);
   bool loadProgram(int folder, int program);
   /// Of a file that is known to be one, by its path in the internal form.
   void loadControllerMap(const std::string& path);

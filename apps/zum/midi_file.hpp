@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <span>
@@ -27,5 +28,9 @@ class MidiFile {
   std::vector<MidiMessage> messages;
   std::size_t next = 0;
 };
+
+/// Warns of the messages of one block, `seconds` into the song, that are more than there is room
+/// for.
+void warnOfLostMessages(std::size_t messages, std::size_t room, double seconds);
 
 }  // namespace zum

@@ -51,10 +51,14 @@ std::string readPresetFile(const fs::path& path, PresetDocument& document) {
 
 void loadPresetFile(const fs::path& path, EffectView& effect) {
   PresetDocument document;
-  KvChunk chunk;
   std::string why = readPresetFile(path, document);
-  if (why.empty()) why = readWords(path, chunk);
-  if (why.empty() && !effect.loadPreset(chunk)) why = "the effect refuses it";
+  // The file's own name counts, and its folder's, also where the one is a link or the other ".".
+  const fs::path full = fs::absolute(path);
+  std::error_code error;
+  const fs::path file = fs::canonical(full.parent_path(), error) / full.filename();
+  if (why.empty() && !effect.loadPresetFile(toInternalPath(file.string()))) {
+    why = "the effect refuses it";
+  }
   if (!why.empty()) {
     throw Failure(path.string() + " is no preset that loads: " + why +
                   "; run zum presets check to see which ones do");

@@ -69,17 +69,6 @@ void summarise(const RenderOptions& options, const Rendered& rendered, float pea
   }
 }
 
-void warnOfDamage(const RenderOptions& options, const AudioOutput& output) {
-  if (output.clippedSamples() > 0) {
-    warn(options.output.string() + " clips in " + std::to_string(output.clippedSamples()) +
-         " samples; turn the level down, or render from a float file to a float format");
-  }
-  if (output.nonFiniteSamples() > 0) {
-    warn(options.output.string() + " has " + std::to_string(output.nonFiniteSamples()) +
-         " samples that are no finite numbers; check " + options.input.string() + " for them");
-  }
-}
-
 bool areSame(const std::filesystem::path& a, const std::filesystem::path& b) {
   std::error_code ignored;
   // Of a relative path that does not exist yet, weakly_canonical alone makes no full path.
@@ -170,7 +159,7 @@ void render(const RenderOptions& options) {
                                  .tailFrames = tailFrames});
   if (trace) trace->finish();
   output.finish();
-  warnOfDamage(options, output);
+  output.warnOfDamage(options.input);
   if (!options.quiet) summarise(options, rendered, output.peak());
 }
 
