@@ -27,6 +27,11 @@ namespace fs = std::filesystem;
 const std::string kEdit = "'" ZUM_PROGRAM "' edit ";
 const std::string kLoop = "'" ZUM_SOURCE_DIR "/content/Samples/Factory/Drums.wav'";
 
+using Image = std::unique_ptr<cairo_surface_t, void (*)(cairo_surface_t*)>;
+Image readPicture(const std::string& file) {
+  return {cairo_image_surface_create_from_png(file.c_str()), cairo_surface_destroy};
+}
+
 class EditCommandTest : public testing::Test {
  protected:
   static void SetUpTestSuite() { server = std::make_unique<OwnDisplay>(); }
@@ -70,13 +75,37 @@ TEST_F(EditCommandTest, WindowMovesWithTheMusicAndItsPictureIsWritten) {
   };
   EXPECT_EQ(run(kEdit + "--seconds 3 --loop " + kLoop + " --picture " + picture.string(), watch),
             std::pair(0, std::string()));
-  const std::unique_ptr<cairo_surface_t, void (*)(cairo_surface_t*)> image(
-      cairo_image_surface_create_from_png(picture.c_str()), cairo_surface_destroy);
+  const Image image = readPicture(picture);
   ASSERT_EQ(cairo_image_surface_get_width(image.get()), 508);
   ASSERT_EQ(cairo_image_surface_get_height(image.get()), 470);
   const unsigned char* const data = cairo_image_surface_get_data(image.get());
   const int bytes = 470 * cairo_image_surface_get_stride(image.get());
   EXPECT_GT(std::set<int>(data, data + bytes).size(), 64U);
+}
+
+// Both files hold the same bytes.
+TEST_F(EditCommandTest, PresetHasTheNameOfItsFileAsFromTheMenu) {
+  const fs::path first = folder / "first.kvz";
+  ASSERT_EQ(run("'" ZUM_PROGRAM "' presets make '" ZUM_SOURCE_DIR
+                "/content/Presets/Drums/Basement.toml' " +
+                first.string())
+                .first,
+            0);
+  fs::copy_file(first, folder / "second.kvz");
+  const auto shownName = [this](const char* preset) {
+    const std::string picture = folder / "window.png";
+    const auto [code, text] = run("cd " + folder.string() + "; " + kEdit + "--seconds 1 --preset " +
+                                  preset + " --picture " + picture);
+    EXPECT_EQ(code, 0) << text;
+    const Image image = readPicture(picture);
+    const unsigned char* const data = cairo_image_surface_get_data(image.get());
+    const int stride = cairo_image_surface_get_stride(image.get());
+    std::string pixels;
+    for (int y = 35; y < 52; ++y)
+      pixels.append(data + y * stride + 46 * 4, data + y * stride + 157 * 4);
+    return pixels;
+  };
+  EXPECT_TRUE(shownName("first.kvz") != shownName("second.kvz"));
 }
 
 TEST_F(EditCommandTest, EndsWithItsWindowAndAtASignal) {
