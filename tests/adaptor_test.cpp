@@ -13,6 +13,7 @@
 #include "adaptor/control_value.hpp"
 #include "adaptor/process_table.hpp"
 #include "adaptor/wrapper_control.hpp"
+#include "adaptor/wrapper_group.hpp"
 #include "adaptor/wrapper_process.hpp"
 #include "platform/random_source.hpp"
 #include "support/settings_user.hpp"
@@ -209,6 +210,7 @@ TEST(Adaptor, MidiWaitsForTheNextBlockAndNoLonger) {
   adaptor.process.getEvents().midiBusy = false;
   adaptor.process.SetControl(1, kHighest);  // also while the signal goes round the effect
   adaptor.render(silence, 64);
+  EXPECT_EQ(adaptor.process.getEvents().take(), nullptr);  // the effect has them
   adaptor.process.SetControl(1, kLowest);
   adaptor.render(silence, 64);
   EXPECT_EQ(effect.controllerValue(20), 1.0F);
@@ -299,6 +301,50 @@ TEST_F(AdaptorFiles, SessionRecordsHoldAPresetBehindTheirHeader) {
   TestHost plain;
   plain.client().loadPresetFile(internal("s.kvz").c_str(), 0, nullptr, false);
   EXPECT_EQ(plain.get(3), 0.5F);
+}
+
+// What hosts and their sessions know the plug-in by, written out.
+TEST(Adaptor, TellsTheHostItsNamesAndNumbers) {
+  const auto told = [](std::int32_t id, std::initializer_list<std::int32_t> numbers) {
+    std::string text(4, '\0');
+    std::memcpy(text.data(), &id, 4);
+    for (const std::int32_t number : numbers) text += ' ' + std::to_string(number);
+    return text;
+  };
+  KvRTASWrapperGroup group;
+  ASSERT_EQ(group.Initialize(), 0);
+  const GroupDescription about = group.describe();
+  const auto type = [&](std::int32_t index) {
+    const TypeDescription t = group.getType(index)->describe();
+    return told(t.typeId, {}) +
+           told(t.productId, {t.sizes[0], t.sizes[1], t.inputStem, t.outputStem, t.thirdStem,
+                              t.option, t.features[0], t.features[1]}) +
+           ' ' + t.name;
+  };
+  const Adaptor adaptor;
+  const auto& chunk = adaptor.process.getChunkTypes().at(0);
+  const CPluginControl& bypass = *adaptor.process.getControl(adaptor.process.getMasterBypass());
+  const CPluginControl& cutoff = *adaptor.process.getControl(5);
+  std::string forms;
+  for (const std::int32_t room : {14, 9, 5, 4}) {
+    std::array<char, 14> name{};
+    bypass.getName(name.data(), room);
+    forms += ' ' + std::string(name.data());
+  }
+  const std::pair<std::string, std::string> rows[] = {
+      {about.manufacturer, "Zelvane"},
+      {about.product, "ZUM\nZUM\nZUM"},
+      {told(about.manufacturerId, {about.version, about.category, about.types}), "Zlvn 66048 14 2"},
+      {type(0), "KvStkvzm 8192 1 1 1 0 6 8 48 ZUM\nZUM\nZUM"},
+      {type(1), "KvMokvzm 8192 1 0 0 0 6 8 48 ZUM\nZUM\nZUM"},
+      {told(chunk.id, {chunk.size}) + chunk.name, "kvzm -152Zelvane Audio Plugin Data"},
+      {told(bypass.getId(), {bypass.getIndex(), bypass.getSteps()}) + forms,
+       "bypa 1 2 Master Bypass MastrByp MByp Byp"},
+      {told(cutoff.getId(), {cutoff.getIndex(), cutoff.isAutomatable(), cutoff.getPriority(),
+                             cutoff.getOrientation(), cutoff.getMeterType(), cutoff.isVisible()}),
+       "\0\0\0\0 5 1 0 0 1 1"s},
+  };
+  for (const auto& [given, expected] : rows) EXPECT_EQ(given, expected);
 }
 
 TEST(AdaptorFile, CountsItsOpeningsAndRefusesOtherVersions) {
