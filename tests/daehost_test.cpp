@@ -140,7 +140,7 @@ TEST_F(DaehostTest, SaysWhatToDoNext) {
       {"list --plug-in in.wav", 1, "cannot load in.wav"},
       {"save link.dpm --plug-in ./file.dpm", 2, "would overwrite ./file.dpm"},
       {"render in.wav hard.dpm --plug-in file.dpm", 2, "would overwrite file.dpm"},
-      {"list --plug-in pipe", 1, "pipe is no file that could be loaded"},
+      {"list --plug-in pipe", 1, "cannot load pipe (it is no ordinary file)"},
       {"save out.wav --set 'Master Bypass=1'", 2, "does not keep Master Bypass"},
       {"list --set =1", 2, "\"=1\" sets nothing"},
       {"list --set empty=0.5", 2, "(empty) takes no value"},

@@ -46,9 +46,11 @@ std::string lower(std::string text) {
 
 PlugInFile::PlugInFile(const std::filesystem::path& path) {
   std::error_code none;
+  const auto status = std::filesystem::status(path, none);
   // The loader would wait for a pipe.
-  if (!std::filesystem::is_regular_file(path, none)) {
-    throw Failure(path.string() + " is no file that could be loaded; build it or name another");
+  if (!std::filesystem::is_regular_file(status)) {
+    const char* why = exists(status) ? "it is no ordinary file" : "there is no such file";
+    throw Failure("cannot load " + path.string() + " (" + why + "); build it or name another");
   }
   library = dlopen(std::filesystem::absolute(path, none).c_str(), RTLD_NOW | RTLD_LOCAL);
   if (library == nullptr) {

@@ -18,12 +18,18 @@ std::vector<char> readBytes(const std::filesystem::path& path) {
   constexpr std::uintmax_t kMostBytes = 64U << 20U;
   std::error_code error;
   const std::uintmax_t size = std::filesystem::file_size(path, error);
+  if (!error && size > kMostBytes) {
+    throw Failure(path.string() + " is too long for a session record; make one with daehost save");
+  }
   std::ifstream file;
-  if (!error && size <= kMostBytes) file.open(path, std::ios::binary);
+  if (!error) file.open(path, std::ios::binary);
   if (!file.is_open()) {
     throw Failure("cannot read " + path.string() + "; check its name and its rights");
   }
-  return {std::istreambuf_iterator<char>(file), {}};
+  std::vector<char> bytes(size);
+  file.read(bytes.data(), std::ssize(bytes));
+  bytes.resize(static_cast<std::size_t>(file.gcount()));
+  return bytes;
 }
 
 // Empty, or why it is no record.
