@@ -22,7 +22,7 @@ class AudioOutput {
   void finish();
 
   // Of all that was written so far.
-  /// Samples that clip, or that are no finite numbers.
+  /// Tells of samples that clip, and of those that are no finite numbers.
   void warnOfDamage(const std::filesystem::path& input) const;
   float peak() const { return highest; }
   std::int64_t nonFiniteSamples() const { return nonFinite; }
