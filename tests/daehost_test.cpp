@@ -160,6 +160,7 @@ TEST_F(DaehostTest, SaysWhatToDoNext) {
   const OwnDisplay display;
   EXPECT_EQ(run("view --seconds 1").first, 0);
   EXPECT_EQ(run("save --set Cutoff=0.25 a.session").first, 0);
+  EXPECT_EQ(run("save a.session --session a.session --set Master=0.5").first, 0);
   EXPECT_NE(run("list --session a.session").second.find("\tCutoff\t25.00 %\n"), std::string::npos);
   const std::string list = run("list --set Cutoff=0.25").second;
   EXPECT_NE(list.find("5\tCutoff\t25.00 %\n"), std::string::npos) << list;

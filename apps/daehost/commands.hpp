@@ -25,8 +25,7 @@ struct HostOptions {
   }
   /// State first, then single controls.
   void apply(HostedProcess& process) const;
-  /// Throws Failure for an output that is a file which is read, by whatever name: the plug-in, the
-  /// session or one of the others.
+  /// Throws Failure for an output that is the plug-in or one of the others, by whatever name.
   void refuseToOverwrite(const std::filesystem::path& output,
                          std::initializer_list<std::filesystem::path> others = {}) const;
 };

@@ -16,7 +16,7 @@ void HostOptions::apply(HostedProcess& process) const {
 
 void HostOptions::refuseToOverwrite(const std::filesystem::path& output,
                                     std::initializer_list<std::filesystem::path> others) const {
-  std::vector<std::filesystem::path> inputs = {plugIn, session};
+  std::vector<std::filesystem::path> inputs = {plugIn};
   inputs.insert(inputs.end(), others);
   std::error_code none;
   for (const std::filesystem::path& input : inputs) {

@@ -28,7 +28,7 @@ struct RenderOptions : HostOptions {
 };
 
 void render(const RenderOptions& options) {
-  options.refuseToOverwrite(options.output, {options.input, options.midi});
+  options.refuseToOverwrite(options.output, {options.input, options.midi, options.session});
   const PlugInFile file(options.plugIn);
   AudioInput input(options.input);
   holdSignals();

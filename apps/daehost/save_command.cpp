@@ -21,7 +21,7 @@ void save(const SaveOptions& options) {
   const PlugInFile file(options.plugIn);
   HostedProcess process(file, options.type(), kRate, options.tempo);
   options.apply(process);
-  options.refuseToOverwrite(options.output);
+  options.refuseToOverwrite(options.output);  // a session may be edited in place
   const std::vector<char> record = process.save();
   HostedProcess restored(file, options.type(), kRate, options.tempo);
   restored.load(record);
