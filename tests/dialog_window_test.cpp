@@ -109,7 +109,7 @@ TEST(MessageWindow, IsAnsweredInItsOwnWindowAndBlocksTheOthers) {
 TEST(WrappedText, BreaksBetweenWordsAndInsideOfLongOnes) {
   const Held<CFontDesc> font(new CFontDesc("Arial", 12));
   const auto lines =
-      wrapText("one two\n\nthree " + std::string(60, 'x') + "\xC3\xA9", font.get(), 120);
+      wrapText("one two\n\nthree " + std::string(60, 'x') + "\xC3\xA9", *font.get(), 120);
   ASSERT_GT(lines.size(), 5U);
   EXPECT_EQ(lines[0], "one two");
   EXPECT_EQ(lines[1], "");
@@ -117,6 +117,9 @@ TEST(WrappedText, BreaksBetweenWordsAndInsideOfLongOnes) {
   std::string word;
   for (std::size_t i = 3; i < lines.size(); ++i) word += lines[i];
   EXPECT_EQ(word, std::string(60, 'x') + "\xC3\xA9");
+  std::string many;
+  for (std::size_t i = 0; i < kMostLines; ++i) many += "x\n";
+  EXPECT_EQ(wrapText(many + "\xFFy", *font.get(), 120).back(), "x\xE2\x80\xA6");
 }
 
 class FileWindowTest : public testing::Test {

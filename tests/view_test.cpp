@@ -2,6 +2,7 @@
 // lines and text, pixel by pixel.
 #include <cairo.h>
 #include <gtest/gtest.h>
+#include <pango/pango.h>
 
 #include <array>
 #include <cstring>
@@ -15,7 +16,6 @@
 #include "toolkit/view/control.hpp"
 #include "toolkit/view/draw_context.hpp"
 #include "toolkit/view/png_file.hpp"
-#include "toolkit/view/utf8_text.hpp"
 
 namespace zum::test {
 namespace {
@@ -185,7 +185,9 @@ TEST(DrawContext, RectanglesAndLinesAreSharpAndStayInsideTheClip) {
 TEST(DrawContext, TextKeepsToItsRectangleWhateverItsBytes) {
   const Held<CFontDesc> font(new CFontDesc("Arial", 12));
   const CRect rect{10, 2, 30, 18};
-  for (const std::string text : {"Hg", "a very long line that leaves it", "\xFF\xFE wrong"}) {
+  for (const std::string text :
+       {"Hg", "a very long line that leaves it", "\xFF\xFE wrong", "a\xEF\xBF\xBF", "\x01\n\x7F",
+        "\xED\xA0\x80", "\xE2\x80\xA8line"}) {
     Canvas canvas;
     CDrawContext context(canvas.get(), Canvas::kAll);
     context.setFont(font.get());
@@ -197,8 +199,42 @@ TEST(DrawContext, TextKeepsToItsRectangleWhateverItsBytes) {
     EXPECT_EQ(canvas.painted({0, 0, 2, 2}).first, 4);
     EXPECT_LT(context.getStringWidth("i"), context.getStringWidth("iii"));
   }
-  EXPECT_EQ(drawableText("a\xC3\xA9\n\xC3\xE2\x82\xAC\xED\xA0\x80\xC0\x80"),
-            "a\xC3\xA9??\xE2\x82\xAC?????");
+}
+
+// The upper half of the side where it was cut: there are dots, and no letter.
+TEST(DrawContext, TextThatIsTooLongShowsTheOtherEndAndAnEllipsis) {
+  const Held<CFontDesc> font(new CFontDesc("Arial", 12));
+  for (const auto& [align, isCut] : {std::pair(TextAlign::left, CRect{32, 0, 40, 9}),
+                                     std::pair(TextAlign::right, CRect{0, 0, 8, 9})}) {
+    for (const bool isLong : {false, true}) {
+      Canvas canvas;
+      CDrawContext context(canvas.get(), Canvas::kAll);
+      context.setFont(font.get());
+      context.drawString(isLong ? "HHHHHHHHHH" : "HHHH", Canvas::kAll, false, align);
+      EXPECT_EQ(canvas.painted(isCut).first > 0, !isLong);
+    }
+  }
+}
+
+TEST(DrawContext, TakesLettersThatAFontLacksFromAnother) {
+  const Held<CFontDesc> font(new CFontDesc("Arial", 12));
+  Canvas canvas;
+  CDrawContext context(canvas.get(), Canvas::kAll);
+  context.setFont(font.get());
+  const struct {
+    const char* text;
+    int lacking;
+    bool isReadFromTheRight;
+  } cases[] = {{"a\xE2\x82\xAC\xD0\x96", 0, false},            // euro, Zhe
+               {"\xD7\x90\xD7\x91", 0, true},                  // Hebrew
+               {"\xD8\xB3\xD9\x84\xD8\xA7\xD9\x85", 0, true},  // Arabic
+               {"\xEF\xBF\xBF", 1, false}};                    // no character
+  for (const auto& c : cases) {
+    const int end = context.getStringEnd(c.text);
+    EXPECT_EQ(end, c.isReadFromTheRight ? 0 : context.getStringWidth(c.text)) << c.text;
+    EXPECT_EQ(pango_layout_get_unknown_glyphs_count(font->layoutAt(12)), c.lacking) << c.text;
+  }
+  EXPECT_EQ(context.getStringWidth("e\xCC\x81"), context.getStringWidth("\xC3\xA9"));
 }
 
 TEST(View, DrawsThePartOfItsBackgroundThatIsAskedFor) {

@@ -13,7 +13,7 @@ constexpr int kBelow = 54;       // for the buttons, pixels
 
 std::vector<std::string> linesOf(const Message& message) {
   const Held<CFontDesc> font(new CFontDesc("Arial", 12));
-  return wrapText(message.text, font.get(), kWidth - 2 * kTextMargin);
+  return wrapText(message.text, *font.get(), kWidth - 2 * kTextMargin);
 }
 
 int heightOf(const Message& message) {

@@ -1,9 +1,11 @@
 #include "toolkit/dialogs/text_field.hpp"
 
-#include <algorithm>
+#include <glib.h>
+
+#include <array>
+#include <cstddef>
 
 #include "toolkit/dialogs/dialog_look.hpp"
-#include "toolkit/view/utf8_text.hpp"
 
 namespace zum {
 namespace {
@@ -21,9 +23,13 @@ void TextField::setText(std::string fresh) {
 bool TextField::type(const WindowKey& key) {
   constexpr std::uint8_t kCommands = keys::kControlBit | keys::kAltBit | keys::kCommandBit;
   if (key.virt == keys::kBack) {
-    dropLastCharacter(text);
-  } else if (key.character >= ' ' && key.character != 0x7F && (key.modifier & kCommands) == 0) {
-    text += utf8Character(static_cast<char32_t>(key.character));
+    const char* const last = g_utf8_find_prev_char(text.data(), text.data() + text.size());
+    text.resize(last != nullptr ? static_cast<std::size_t>(last - text.data()) : 0);
+  } else if (const auto code = static_cast<gunichar>(key.character);
+             g_unichar_validate(code) != FALSE && g_unichar_iscntrl(code) == FALSE &&
+             (key.modifier & kCommands) == 0) {
+    std::array<char, 6> bytes{};
+    text.append(bytes.data(), static_cast<std::size_t>(g_unichar_to_utf8(code, bytes.data())));
   } else {
     return false;
   }
@@ -31,7 +37,8 @@ bool TextField::type(const WindowKey& key) {
   return true;
 }
 
-// The end is what is seen of a text that is too long.
+// The end is what is seen of a text that is too long, and where the cursor stands: on the left in
+// one that is read from the right.
 void TextField::draw(CDrawContext& context) {
   const CRect& size = getViewSize();
   context.setFillColor(dialog_look::kField);
@@ -45,7 +52,8 @@ void TextField::draw(CDrawContext& context) {
   context.drawString(text, {inside.left, inside.top, inside.right - kCursorSpace, inside.bottom},
                      false, fits ? TextAlign::left : TextAlign::right);
   if (!hasCursor) return;
-  const int cursor = fits ? inside.left + width + 1 : inside.right - 1;
+  const int end = context.getStringEnd(text);
+  const int cursor = fits ? inside.left + end + 1 : end == 0 ? inside.left - 1 : inside.right - 1;
   context.setFrameColor(dialog_look::kText);
   context.drawLine({cursor, inside.top + 4}, {cursor, inside.bottom - 5});
 }

@@ -11,8 +11,8 @@ namespace zum {
 
 /// Lines that are no wider than `width` pixels: cut at line ends, between words, and inside of a
 /// word that is too wide, as paths are.
-std::vector<std::string> wrapText(std::string_view text, const CFontDesc* font, int width);
-/// More of a text is not shown: it may come from a file.
+std::vector<std::string> wrapText(std::string_view text, const CFontDesc& font, int width);
+/// More of a text is not shown, it may come from a file: the last line then ends in an ellipsis.
 inline constexpr std::size_t kMostLines = 30;
 
 class WrappedText final : public CView {

@@ -1,24 +1,30 @@
 #include "toolkit/view/draw_context.hpp"
 
+#include <pango/pangocairo.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-
-#include "toolkit/view/utf8_text.hpp"
+#include <cstring>
 
 namespace zum {
 namespace {
 
 constexpr int kDefaultSize = 12;
 
+int widthOf(PangoLayoutLine* line) {
+  PangoRectangle logical;
+  pango_layout_line_get_extents(line, nullptr, &logical);
+  return PANGO_PIXELS_CEIL(logical.width);
+}
+
 }  // namespace
 
 CDrawContext::CDrawContext(cairo_surface_t* surface, const CRect& clip)
-    : cairo(cairo_create(surface)), area(clip) {
+    : cairo(cairo_create(surface)), area(clip), fontSize(kDefaultSize) {
   cairo_rectangle(cairo, area.left, area.top, area.width(), area.height());
   cairo_clip(cairo);
   cairo_set_antialias(cairo, CAIRO_ANTIALIAS_NONE);
-  cairo_set_font_size(cairo, kDefaultSize);
 }
 
 CDrawContext::~CDrawContext() { cairo_destroy(cairo); }
@@ -29,12 +35,12 @@ void CDrawContext::setSource(CColor color) {
                         color.alpha / kFull);
 }
 
-void CDrawContext::setFont(const CFontDesc* font, int size) {
-  if (font != nullptr) {
-    cairo_set_font_face(cairo, font->getFace());
+void CDrawContext::setFont(const CFontDesc* wanted, int size) {
+  if (wanted != nullptr) {
+    font = wanted;
     if (size <= 0) size = font->getSize();
   }
-  if (size > 0) cairo_set_font_size(cairo, size);
+  if (size > 0) fontSize = size;
 }
 
 void CDrawContext::drawRect(const CRect& rect, DrawStyle style) {
@@ -76,21 +82,51 @@ void CDrawContext::lineTo(CPoint point) {
   pen = point;
 }
 
+PangoLayout* CDrawContext::layOut(const std::string& text) {
+  if (font == nullptr) {
+    plainFont = Held(new CFontDesc("sans-serif", fontSize));
+    font = plainFont.get();
+  }
+  PangoLayout* const layout = font->layoutAt(fontSize);
+  pango_cairo_update_layout(cairo, layout);
+  pango_layout_set_width(layout, -1);
+  setLayoutText(layout, text);
+  return layout;
+}
+
 void CDrawContext::drawString(const std::string& text, const CRect& rect, bool opaque,
                               TextAlign align) {
   if (opaque) drawRect(rect, DrawStyle::filled);
-  cairo_font_extents_t font;
-  cairo_font_extents(cairo, &font);
-  const int spare = rect.width() - getStringWidth(text);
+  if (rect.isEmpty()) return;
+  PangoLayout* const layout = layOut(text);
+  if (widthOf(pango_layout_get_line_readonly(layout, 0)) > rect.width()) {
+    pango_layout_set_ellipsize(
+        layout, align == TextAlign::right ? PANGO_ELLIPSIZE_START : PANGO_ELLIPSIZE_END);
+    pango_layout_set_width(layout, rect.width() * PANGO_SCALE);
+  }
+  PangoLayoutLine* const line = pango_layout_get_line_readonly(layout, 0);
+  const int spare = rect.width() - widthOf(line);
   const int indent = align == TextAlign::left ? 0 : align == TextAlign::right ? spare : spare / 2;
-  const double baseline = rect.top + (rect.height() + font.ascent - font.descent) / 2.0;
+  const double middle = rect.top + rect.height() / 2.0;
   cairo_save(cairo);
   cairo_rectangle(cairo, rect.left, rect.top, rect.width(), rect.height());
   cairo_clip(cairo);
   setSource(fontColor);
-  cairo_move_to(cairo, rect.left + indent, std::round(baseline));
-  cairo_show_text(cairo, drawableText(text).c_str());
+  cairo_move_to(cairo, rect.left + indent, std::round(middle + font->baselineBelowMiddle()));
+  pango_cairo_show_layout_line(cairo, line);
   cairo_restore(cairo);
+}
+
+int CDrawContext::getStringWidth(const std::string& text) {
+  return widthOf(pango_layout_get_line_readonly(layOut(text), 0));
+}
+
+int CDrawContext::getStringEnd(const std::string& text) {
+  PangoLayout* const layout = layOut(text);
+  const auto bytes = static_cast<int>(std::strlen(pango_layout_get_text(layout)));
+  PangoRectangle cursor;
+  pango_layout_get_cursor_pos(layout, bytes, &cursor, nullptr);
+  return PANGO_PIXELS(cursor.x);
 }
 
 void CDrawContext::drawPicture(cairo_surface_t* picture, CPoint pictureSize, const CRect& rect,
@@ -105,12 +141,6 @@ void CDrawContext::drawPicture(cairo_surface_t* picture, CPoint pictureSize, con
   cairo_set_source_surface(cairo, picture, whole.left, whole.top);
   cairo_paint_with_alpha(cairo, alpha);
   cairo_restore(cairo);
-}
-
-int CDrawContext::getStringWidth(const std::string& text) const {
-  cairo_text_extents_t extents;
-  cairo_text_extents(cairo, drawableText(text).c_str(), &extents);
-  return static_cast<int>(std::ceil(extents.x_advance));
 }
 
 }  // namespace zum

@@ -10,6 +10,8 @@
 #include "toolkit/view/font.hpp"
 #include "toolkit/view/geometry.hpp"
 
+struct _PangoLayout;  // NOLINT(bugprone-reserved-identifier): Pango's own name
+
 namespace zum {
 
 enum class DrawStyle : std::uint8_t { stroked, filled, filledAndStroked };
@@ -28,9 +30,9 @@ class CDrawContext {
   void setFillColor(CColor color) { fillColor = color; }
   void setFrameColor(CColor color) { frameColor = color; }
   void setFontColor(CColor color) { fontColor = color; }
-  /// Null keeps the face that there is, at first the system's plain one. `size` in pixels; 0 takes
-  /// the font's own.
-  void setFont(const CFontDesc* font, int size = 0);
+  /// Outlives the drawing. Null keeps the face that there is, at first the system's plain one.
+  /// `size` in pixels; 0 takes the font's own.
+  void setFont(const CFontDesc* wanted, int size = 0);
 
   /// The frame lies inside of the rectangle.
   void drawRect(const CRect& rect, DrawStyle style);
@@ -39,11 +41,14 @@ class CDrawContext {
   void moveTo(CPoint point) { pen = point; }
   /// From where the pen is; moves it.
   void lineTo(CPoint point);
-  /// One line in the middle of the rectangle's height and cut at its edges. `opaque` fills
-  /// the rectangle first.
+  /// Any bytes as one line of UTF-8, in the middle of the rectangle's height. What is too long ends
+  /// in an ellipsis; on the right side it begins with one. `opaque` fills the rectangle first.
   void drawString(const std::string& text, const CRect& rect, bool opaque, TextAlign align);
   /// In pixels, rounded up.
-  int getStringWidth(const std::string& text) const;
+  int getStringWidth(const std::string& text);
+  /// Where the next letter of a text would stand, in pixels from its left edge: 0 in a text that is
+  /// read from the right.
+  int getStringEnd(const std::string& text);
 
   /// The part of a picture that starts at `offset`, into `rect`, without scaling; what the picture
   /// does not have stays as it is. `alpha` from 0 to 1.
@@ -52,6 +57,8 @@ class CDrawContext {
 
  private:
   void setSource(CColor color);
+  /// In the current font, without an end to its width; until the next one.
+  _PangoLayout* layOut(const std::string& text);
 
   cairo_t* cairo;
   CRect area;
@@ -59,6 +66,9 @@ class CDrawContext {
   CColor frameColor = kBlackColor;
   CColor fontColor = kBlackColor;
   CPoint pen;
+  const CFontDesc* font = nullptr;
+  int fontSize;               // pixels
+  Held<CFontDesc> plainFont;  // for those who set none
 };
 
 }  // namespace zum
