@@ -191,6 +191,10 @@ void X11Window::tellKey(XEvent& event) {
     XLookupString(&event.xkey, text, sizeof text, &symbol, nullptr);
   }
   const WindowKey key = windowKeyOf(symbol, event.xkey.state);
+  // A host gets every key of a window in its own at once, dead or not: nobody writes there.
+  if (parent == 0 && event.type == KeyPress) {
+    if (const auto text = composer.press(symbol)) return tellText(*text, key);
+  }
   if (key.character != 0 || key.virt != 0) {
     const std::weak_ptr<bool> alive = life;
     const bool wanted =
@@ -207,6 +211,16 @@ void X11Window::tellKey(XEvent& event) {
   event.xkey.window = listener;
   XSendEvent(display, listener, False, mask, &event);
   XFlush(display);
+}
+
+void X11Window::tellText(const std::u32string& text, WindowKey key) {
+  const std::weak_ptr<bool> alive = life;
+  for (const char32_t character : text) {
+    if (alive.expired()) return;
+    key.character = static_cast<std::int32_t>(character);
+    key.virt = 0;
+    events.windowKeyPressed(key);
+  }
 }
 
 bool X11Window::pointerIsOutside() const {

@@ -1,6 +1,7 @@
 #include "platform/x11_keys.hpp"
 
 #include <X11/keysym.h>
+#include <xkbcommon/xkbcommon.h>
 
 #include <cstdlib>
 
@@ -59,14 +60,9 @@ std::uint8_t virtOf(KeySym symbol) {
 }
 
 std::int32_t characterOf(KeySym symbol) {
-  const bool latin1 = (symbol >= 0x20 && symbol <= 0x7E) || (symbol >= 0xA0 && symbol <= 0xFF);
-  if (latin1) return static_cast<std::int32_t>(symbol);
-  if (symbol >= 0x01000100 && symbol <= 0x0110FFFF) {
-    return static_cast<std::int32_t>(symbol - 0x01000000);
-  }
-  // the number pad lies as ASCII does
-  const bool pad = (symbol >= XK_KP_Multiply && symbol <= XK_KP_9) || symbol == XK_KP_Equal;
-  return pad ? static_cast<std::int32_t>(symbol - 0xFF80) : 0;
+  const std::uint32_t code = xkb_keysym_to_utf32(static_cast<xkb_keysym_t>(symbol));
+  const bool isCommand = code < ' ' || code == 0x7F;  // return, escape and their like
+  return isCommand ? 0 : static_cast<std::int32_t>(code);
 }
 
 }  // namespace

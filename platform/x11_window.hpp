@@ -10,6 +10,7 @@
 #include <optional>
 
 #include "platform/native_window.hpp"
+#include "platform/x11_compose.hpp"
 #include "platform/x11_keys.hpp"
 
 namespace zum {
@@ -44,6 +45,7 @@ class X11Window final : public NativeWindow {
   void tellPress(const XButtonEvent& event);
   void tellRelease(const XButtonEvent& event);
   void tellKey(XEvent& event);
+  void tellText(const std::u32string& text, WindowKey key);
   void tellMove(int x, int y, unsigned state);
   void tellLeft();
   void tellGone();
@@ -70,6 +72,7 @@ class X11Window final : public NativeWindow {
 
   std::deque<XEvent> queue;
   ClickCounter clicks;
+  KeyComposer composer;
   bool over = false;        // where the pointer is
   bool toldInside = false;  // where it was said to be
   bool strayed = false;     // somebody else holds the pointer: no word when it goes

@@ -270,7 +270,8 @@ TEST_F(NativeWindowTest, KeepsTheKeysItKnowsAndGivesTheHostTheRest) {
     int character;
     int virt;
   } table[] = {{XK_space, ' ', keys::kSpace},    {XK_Adiaeresis, 0xC4, 0},
-               {0x0100263A, 0x263A, 0},          {XK_KP_7, '7', keys::kNumpad0 + 7},
+               {0x0100263A, 0x263A, 0},          {XK_EuroSign, 0x20AC, 0},
+               {XK_Cyrillic_zhe, 0x436, 0},      {XK_KP_7, '7', keys::kNumpad0 + 7},
                {XK_KP_Subtract, '-', 0},         {XK_KP_Enter, 0, keys::kEnter},
                {XK_F12, 0, keys::kF1 + 11},      {XK_ISO_Left_Tab, 0, keys::kTab},
                {XK_KP_Delete, 0, keys::kDelete}, {XK_Shift_L, 0, 0}};
@@ -279,6 +280,37 @@ TEST_F(NativeWindowTest, KeepsTheKeysItKnowsAndGivesTheHostTheRest) {
     EXPECT_EQ(std::pair(key.character, int{key.virt}), std::pair(character, virt)) << symbol;
     EXPECT_EQ(key.modifier, keys::kAltBit | keys::kCommandBit);
   }
+}
+
+// Under any locale: the process has none, as a plug-in in many a host.
+TEST_F(NativeWindowTest, DeadKeysComposeInAWindowOfItsOwn) {
+  constexpr int kSpareKeys = 250;  // without a meaning so far
+  KeySym added[] = {XK_EuroSign, XK_dead_acute, XK_dead_caron, XK_Multi_key};
+  XChangeKeyboardMapping(robot.connection(), kSpareKeys, 1, added, std::size(added));
+  const auto typed = [this](std::initializer_list<KeySym> symbols) {
+    std::string characters;
+    for (const KeySym symbol : symbols) {
+      robot.type(symbol);
+      for (const std::string& line : heard()) {
+        if (line.starts_with("down")) characters += line.substr(5, line.find(' ', 5) - 4);
+      }
+    }
+    return characters;
+  };
+  for (const char* locale : {"C", "de_DE.UTF-8", "no_SUCH"}) {
+    setenv("LC_ALL", locale, 1);
+    ours = open(0);
+    robot.giveFocus(ours->handle());
+    EXPECT_EQ(typed({XK_EuroSign, XK_dead_acute, XK_e}), "8364 233 ") << locale;
+    EXPECT_EQ(typed({XK_dead_caron, XK_s, XK_e}), "353 101 ") << locale;
+    EXPECT_EQ(typed({XK_Multi_key, XK_s, XK_s}), "223 ") << locale;
+    EXPECT_EQ(typed({XK_dead_acute, XK_q, XK_e}), "113 101 ") << locale;  // no such letter
+  }
+  unsetenv("LC_ALL");
+  ours = open(host.window);
+  ours->takeFocus();
+  EXPECT_EQ(typed({XK_dead_acute, XK_e}), "101 ");
+  EXPECT_EQ(host.keys().front(), KeySym{XK_dead_acute});
 }
 
 TEST_F(NativeWindowTest, GivesBackTheFocusThatItStillHas) {

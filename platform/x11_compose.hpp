@@ -1,0 +1,32 @@
+// Dead keys and the Compose key: what several keys in a row write.
+#pragma once
+
+#include <X11/X.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+
+struct xkb_compose_state;
+
+namespace zum {
+
+/// By the table of the user's language, which the environment names: the process' locale is the
+/// host's, and knows letters beyond ASCII only if the host has set it. An input method of X would
+/// take its letters from there. [main]
+class KeyComposer {
+ public:
+  /// For every press. Nothing for a key that stands for itself; no characters for one that waits
+  /// for the next.
+  std::optional<std::u32string> press(KeySym symbol);
+
+ private:
+  struct Release {
+    void operator()(xkb_compose_state* released) const;
+  };
+
+  std::unique_ptr<xkb_compose_state, Release> state;  // read when a first key comes
+  bool isRead = false;
+};
+
+}  // namespace zum
