@@ -1,6 +1,9 @@
 // Controls as a user moves them: what they tell, what they show, and who gets the mouse.
 #include <gtest/gtest.h>
 
+#include <clocale>
+#include <cstdlib>
+#include <filesystem>
 #include <limits>
 
 #include "support/desk.hpp"
@@ -32,6 +35,28 @@ Held<CBitmap> strip() {
   }
   return Held<CBitmap>(new CBitmap(pixels));
 }
+
+/// Numbers with a comma, as a host may have set them for its process.
+class CommaLocale {
+ public:
+  CommaLocale() {
+    EXPECT_NE(mkdtemp(folder.data()), nullptr);
+    const std::string command = "localedef -i de_DE -f ISO-8859-1 " + folder + "/de_DE";
+    EXPECT_EQ(std::system(command.c_str()), 0) << "is the package locales installed?";
+    setenv("LOCPATH", folder.c_str(), 1);
+    EXPECT_NE(std::setlocale(LC_NUMERIC, "de_DE"), nullptr);
+  }
+  ~CommaLocale() {
+    std::setlocale(LC_NUMERIC, "C");
+    unsetenv("LOCPATH");
+    std::filesystem::remove_all(folder);
+  }
+  CommaLocale(const CommaLocale&) = delete;
+  CommaLocale& operator=(const CommaLocale&) = delete;
+
+ private:
+  std::string folder = (std::filesystem::temp_directory_path() / "zum-locale.XXXXXX").string();
+};
 
 TEST(Knob, GoesUpWithTheMouseFinerWithShiftAndBackToItsDefault) {
   Desk desk;
@@ -312,6 +337,10 @@ TEST(Display, WritesNumbersWithUnitsAndShowsPictures) {
   display->decimals = 1;
   display->setUnit("db");
   EXPECT_EQ(display->text(), "3.1db");
+  {
+    const CommaLocale locale;
+    EXPECT_EQ(display->text(), "3.1db");
+  }
   display->prefix = "Out";
   display->intFormat = true;
   EXPECT_EQ(display->text(), "Out   3db");

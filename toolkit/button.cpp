@@ -1,9 +1,7 @@
 #include "toolkit/button.hpp"
 
-#include <array>
-#include <cstdio>
-
 #include "toolkit/control_frame.hpp"
+#include "toolkit/number_text.hpp"
 
 namespace zum {
 namespace {
@@ -51,13 +49,12 @@ void KvButton::draw(CDrawContext& context) {
   }
   const CRect& size = getViewSize();
   if (const CBitmap* const bitmap = getBackground(); bitmap == nullptr) {
-    std::array<char, 64> number{};
-    (void)std::snprintf(number.data(), number.size(), "%2.2f", static_cast<double>(getValue()));
     context.setFrameColor(kWhiteColor);
     context.drawRect(size, DrawStyle::stroked);
     context.setFont(font);
     context.setFontColor(textColor);
-    context.drawString(caption.empty() ? number.data() : caption, size, false, TextAlign::centre);
+    context.drawString(caption.empty() ? numberText(getValue(), 2, 2) : caption, size, false,
+                       TextAlign::centre);
   } else if (getTransparency()) {
     bitmap->drawTransparent(context, size, {0, picture * size.height()});
   } else {

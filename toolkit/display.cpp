@@ -1,12 +1,11 @@
 #include "toolkit/display.hpp"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <cstdio>
 
 #include "toolkit/control_frame.hpp"
 #include "toolkit/knob_motion.hpp"
+#include "toolkit/number_text.hpp"
 #include "toolkit/option_menu.hpp"
 
 namespace zum {
@@ -15,16 +14,13 @@ namespace {
 constexpr int kWidestNumber = 40;
 
 std::string number(float value, int width, int decimals, bool whole) {
-  std::array<char, 128> text{};
   width = std::clamp(width, 0, kWidestNumber);
   decimals = std::clamp(decimals, 0, kWidestNumber);
   if (whole) {
     value = std::trunc(value) + 0.0F;  // not -0
     decimals = 0;
   }
-  (void)std::snprintf(text.data(), text.size(), "%*.*f", width, decimals,
-                      static_cast<double>(value));
-  return text.data();
+  return numberText(value, width, decimals);
 }
 
 }  // namespace

@@ -1,10 +1,8 @@
 #include "toolkit/knob.hpp"
 
-#include <array>
-#include <cstdio>
-
 #include "toolkit/control_frame.hpp"
 #include "toolkit/knob_motion.hpp"
+#include "toolkit/number_text.hpp"
 #include "toolkit/panel.hpp"
 
 namespace zum {
@@ -55,14 +53,12 @@ void KvKnob::draw(CDrawContext& context) {
 }
 
 void KvKnob::drawFallback(CDrawContext& context) const {
-  std::array<char, 64> text{};
   const float shown = boundValue ? boundValue.raw() : getValue();
-  (void)std::snprintf(text.data(), text.size(), "%2.2f", static_cast<double>(shown));
   context.setFrameColor(kWhiteColor);
   context.drawRect(getViewSize(), DrawStyle::stroked);
   context.setFont(font);
   context.setFontColor(kBlackColor);
-  context.drawString(text.data(), getViewSize(), false, TextAlign::centre);
+  context.drawString(numberText(shown, 2, 2), getViewSize(), false, TextAlign::centre);
 }
 
 void KvKnob::drawOverlay(CDrawContext& context) const {
