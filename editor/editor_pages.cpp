@@ -108,6 +108,7 @@ void KvUniClientEditor::addMenu(int tag) {
   menu->closedBitmap = getBitmap(row->closedPicture);
   menu->openBitmap = getBitmap(row->openPicture);
   menu->look.rowBitmap = menu->closedBitmap;
+  menu->look.markColor = kHighlight;
   menu->bind(&effect.value(row->tag).stepped);
   add(menu, row->group);
 }
@@ -217,7 +218,8 @@ void KvUniClientEditor::addPresetMenu() {
   menu->listOffsetX = -12;
   menu->listOffsetY = 19;
   menu->textColor = kWhiteColor;
-  menu->look.selectedTextColor = {189, 121, 120, 255};
+  menu->look.selectedTextColor = kWhiteColor;
+  menu->look.markColor = {189, 121, 120, 255};
   menu->look.selectedBackColor = {144, 27, 27, 255};
   menu->look.frameColor = {127, 150, 152, 255};
   menu->look.separatorColor = {127, 150, 152, 255};

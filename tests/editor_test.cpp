@@ -316,6 +316,17 @@ TEST_F(EditorPresets, AreChosenSavedAndLookedForFromTheWindow) {
     const CRect list = menu.getListRect();
     desk.click({list.left + 10, list.top + 1 + 17 * row + 8});
   };
+  const auto marked = [&] {
+    desk.click(162);
+    const CRect list = menu.getListRect();
+    std::vector<int> found;
+    for (int row = 0; row < menu.getNbEntries(); ++row) {
+      const int middle = list.top + 1 + 17 * row + 8;
+      if (desk.window->pixel(list.left + 3, middle - 1) != 0) found.push_back(row);
+    }
+    desk.key(keys::kEscape);
+    return found;
+  };
   const auto rows = [&menu] {
     std::string all;
     std::string text;
@@ -329,8 +340,10 @@ TEST_F(EditorPresets, AreChosenSavedAndLookedForFromTheWindow) {
   EXPECT_EQ(desk.host.host.calls.back()[0], audioMasterUpdateDisplay);
   desk.tick();
   EXPECT_EQ(menu.currentText(), "b");
+  EXPECT_EQ(marked(), std::vector{4});
   desk.click(209);
   EXPECT_EQ(menu.currentText(), "e");
+  EXPECT_EQ(marked(), std::vector{2});  // the folder that it is in
   desk.click(210);
   EXPECT_EQ(desk.values()[3], 0.3F);
 
@@ -382,6 +395,29 @@ TEST_F(EditorPresets, AreChosenSavedAndLookedForFromTheWindow) {
   desk.click(desk.middleOf(62));  // the panel lies over it
   EXPECT_FALSE(desk.editor().aboutIsOpen());
   EXPECT_EQ(desk.effect().value(62).integer, 0);
+}
+
+TEST(Editor, TheRowUnderThePointerReadsAsWellAsTheOthers) {
+  EditorDesk desk;
+  desk.click(162);
+  const CRect list = static_cast<KvOptionMenu*>(desk.editor().getControl(162))->getListRect();
+  desk.move({list.left + 10, list.top + 10}, 0);
+  const auto light = [&desk](int x, int y) {  // as it is seen, of 1
+    const auto part = [pixel = desk.window->pixel(x, y)](unsigned shift) {
+      return std::pow(static_cast<double>(pixel >> shift & 0xFFU) / 255.0, 2.2);
+    };
+    return 0.2126 * part(16) + 0.7152 * part(8) + 0.0722 * part(0);
+  };
+  double darkest = 1.0;
+  double lightest = 0.0;
+  for (int y = list.top + 3; y < list.top + 16; ++y) {
+    for (int x = list.left + 5; x < list.right - 5; ++x) {
+      darkest = std::min(darkest, light(x, y));
+      lightest = std::max(lightest, light(x, y));
+    }
+  }
+  EXPECT_GT(darkest, 0.0);  // it is lit
+  EXPECT_GE((lightest + 0.05) / (darkest + 0.05), 7.0);
 }
 
 TEST(Editor, TwoWindowsShareThePicturesAndKeysRollTheDice) {

@@ -82,6 +82,26 @@ TEST(OptionMenu, StaysInsideTheFrameAndAHiddenOneIsShut) {
   EXPECT_EQ(desk.frame->getModalView(), nullptr);
 }
 
+TEST(OptionMenu, MarksTheRowInUseAlsoInAPicture) {
+  Desk desk;
+  const Held<CBitmap> picture(new CBitmap({60, 34, std::vector<std::uint32_t>(60 * 34)}));
+  for (CBitmap* const bitmap : {static_cast<CBitmap*>(nullptr), picture.get()}) {
+    KvOptionMenu* const menu = addMenu(desk);
+    menu->openBitmap = bitmap;
+    menu->look.markColor = kGreenColor;
+    menu->addEntry("LP", -1, false);
+    menu->addEntry("HP", -1, false);
+    menu->setCurrent(1);
+    desk.click(20, 15);
+    for (const int row : {0, 1}) {
+      const CPoint corner{menu->getListRect().left, menu->getListRect().top + 17 * row};
+      const std::uint32_t pixel = desk.window->pixel(corner.x + 3, corner.y + 7);
+      EXPECT_EQ(pixel == 0x00FF00U, row == 1);
+    }
+    desk.click(290, 190);
+  }
+}
+
 TEST(OptionMenu, KeepsItsRowsInOrderAndItsSelectionOnItsRow) {
   Desk desk;
   KvOptionMenu* const menu = addMenu(desk);

@@ -120,6 +120,7 @@ class KvOptionMenu final : public KvControl, public CControlListener {
     int fontSize = 12;                 // pixels
     CColor selectedTextColor = kWhiteColor;
     CColor selectedBackColor = kGreyColor;
+    CColor markColor = kGreyColor;  // of the row in use
     CColor frameColor = kGreyColor;
     CColor separatorColor = kGreyColor;  // of headers and of rows that are off
   } look;
@@ -163,6 +164,8 @@ class KvOptionMenu final : public KvControl, public CControlListener {
   void drawClosed(CDrawContext& context) const;
   void drawList(CDrawContext& context);
   void drawRow(CDrawContext& context, int row) const;
+  std::string shownName() const;
+  bool isInUse(int row, const std::string& shown) const;
 
   std::string name;
   std::vector<KvOptionMenuEntryInfo> entries;

@@ -5,6 +5,15 @@
 #include "toolkit/option_menu.hpp"
 
 namespace zum {
+namespace {
+
+void drawMark(CDrawContext& context, const CRect& row, CColor color) {
+  const int middle = (row.top + row.bottom) / 2;
+  context.setFillColor(color);
+  context.drawRect({row.left + 1, middle - 2, row.left + 4, middle + 1}, DrawStyle::filled);
+}
+
+}  // namespace
 
 void KvOptionMenu::draw(CDrawContext& context) {
   if (parentMenu == nullptr) drawClosed(context);
@@ -40,9 +49,29 @@ void KvOptionMenu::drawList(CDrawContext& context) {
   scroll.draw(context, backgroundColor, look.selectedBackColor);
 }
 
+std::string KvOptionMenu::shownName() const {
+  const KvOptionMenu* menu = this;
+  while (menu->parentMenu != nullptr) menu = menu->parentMenu;
+  return menu->currentText();
+}
+
+// Files go by the name that is shown: arrows and hosts load them, too. It also marks the way to one
+// in a sub-menu.
+bool KvOptionMenu::isInUse(int row, const std::string& shown) const {
+  const KvOptionMenuEntryInfo& info = entry(row);
+  if ((style & kFolder) == 0) return row == selectedEntry && info.isChoice();
+  if (!info.subMenu) return row >= fixedCount && info.text == shown;
+  for (int inner = 0; inner < info.subMenu->getNbEntries(); ++inner) {
+    if (info.subMenu->isInUse(inner, shown)) return true;
+  }
+  return false;
+}
+
 void KvOptionMenu::drawRow(CDrawContext& context, int row) const {
   const CRect place = rowRect(row);
-  const bool lit = row == hoveredRow && !entry(row).isHeader;
+  const KvOptionMenuEntryInfo& info = entry(row);
+  const bool lit = row == hoveredRow && !info.isHeader;
+  const bool isMarked = info.marked || isInUse(row, shownName());
   if (openBitmap != nullptr) {
     if (lit && look.rowBitmap != nullptr) {
       look.rowBitmap->draw(context, place, {0, row * look.rowBitmapHeight});
@@ -50,9 +79,9 @@ void KvOptionMenu::drawRow(CDrawContext& context, int row) const {
       context.setFrameColor(look.frameColor);
       context.drawRect(place, DrawStyle::stroked);
     }
+    if (isMarked) drawMark(context, place, look.markColor);
     return;
   }
-  const KvOptionMenuEntryInfo& info = entry(row);
   if (lit) {
     context.setFillColor(look.selectedBackColor);
     context.drawRect(place, DrawStyle::filled);
@@ -66,12 +95,7 @@ void KvOptionMenu::drawRow(CDrawContext& context, int row) const {
   const CColor sign = lit ? look.selectedTextColor : textColor;
   context.setFrameColor(sign);
   const int middle = (place.top + place.bottom) / 2;
-  // Of files nobody knows here which one is in use: arrows and hosts load them, too.
-  const bool isInUse = (style & kFolder) == 0 && row == selectedEntry && info.isChoice();
-  if (info.marked || isInUse) {
-    context.setFillColor(sign);
-    context.drawRect({place.left + 1, middle - 2, place.left + 4, middle + 1}, DrawStyle::filled);
-  }
+  if (isMarked) drawMark(context, place, lit ? sign : look.markColor);
   if (info.subMenu && look.subMenuBitmap != nullptr) {
     const CBitmap& bitmap = *look.subMenuBitmap;
     const int height = bitmap.getHeight() / 2;
