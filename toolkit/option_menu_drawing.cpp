@@ -5,15 +5,6 @@
 #include "toolkit/option_menu.hpp"
 
 namespace zum {
-namespace {
-
-void drawMark(CDrawContext& context, const CRect& row, CColor color) {
-  const int middle = (row.top + row.bottom) / 2;
-  context.setFillColor(color);
-  context.drawRect({row.left + 1, middle - 2, row.left + 4, middle + 1}, DrawStyle::filled);
-}
-
-}  // namespace
 
 void KvOptionMenu::draw(CDrawContext& context) {
   if (parentMenu == nullptr) drawClosed(context);
@@ -79,7 +70,11 @@ void KvOptionMenu::drawRow(CDrawContext& context, int row) const {
       context.setFrameColor(look.frameColor);
       context.drawRect(place, DrawStyle::stroked);
     }
-    if (isMarked) drawMark(context, place, look.markColor);
+    if (isMarked) {  // on the edge: a picture may begin right behind it
+      context.setFillColor(look.markColor);
+      context.drawRect({place.left, place.top + 1, place.left + 2, place.bottom - 1},
+                       DrawStyle::filled);
+    }
     return;
   }
   if (lit) {
@@ -95,7 +90,10 @@ void KvOptionMenu::drawRow(CDrawContext& context, int row) const {
   const CColor sign = lit ? look.selectedTextColor : textColor;
   context.setFrameColor(sign);
   const int middle = (place.top + place.bottom) / 2;
-  if (isMarked) drawMark(context, place, lit ? sign : look.markColor);
+  if (isMarked) {
+    context.setFillColor(lit ? sign : look.markColor);
+    context.drawRect({place.left + 1, middle - 2, place.left + 4, middle + 1}, DrawStyle::filled);
+  }
   if (info.subMenu && look.subMenuBitmap != nullptr) {
     const CBitmap& bitmap = *look.subMenuBitmap;
     const int height = bitmap.getHeight() / 2;

@@ -53,7 +53,7 @@ void TextField::draw(CDrawContext& context) {
                      false, fits ? TextAlign::left : TextAlign::right);
   if (!hasCursor) return;
   const int end = context.getStringEnd(text);
-  const int cursor = fits ? inside.left + end + 1 : end == 0 ? inside.left - 1 : inside.right - 1;
+  const int cursor = end == 0 ? inside.left - 1 : fits ? inside.left + end + 1 : inside.right - 1;
   context.setFrameColor(dialog_look::kText);
   context.drawLine({cursor, inside.top + 4}, {cursor, inside.bottom - 5});
 }
