@@ -60,6 +60,7 @@ bool KvOptionMenu::isInUse(int row, const std::string& shown) const {
 
 void KvOptionMenu::drawRow(CDrawContext& context, int row) const {
   const CRect place = rowRect(row);
+  const int middle = (place.top + place.bottom) / 2;
   const KvOptionMenuEntryInfo& info = entry(row);
   const bool lit = row == hoveredRow && !info.isHeader;
   const bool isMarked = info.marked || isInUse(row, shownName());
@@ -72,8 +73,7 @@ void KvOptionMenu::drawRow(CDrawContext& context, int row) const {
     }
     if (isMarked) {  // on the edge: a picture may begin right behind it
       context.setFillColor(look.markColor);
-      context.drawRect({place.left, place.top + 1, place.left + 2, place.bottom - 1},
-                       DrawStyle::filled);
+      context.drawRect({place.left, middle - 4, place.left + 2, middle + 3}, DrawStyle::filled);
     }
     return;
   }
@@ -89,7 +89,6 @@ void KvOptionMenu::drawRow(CDrawContext& context, int row) const {
                      false, info.isHeader ? TextAlign::centre : TextAlign::left);
   const CColor sign = lit ? look.selectedTextColor : textColor;
   context.setFrameColor(sign);
-  const int middle = (place.top + place.bottom) / 2;
   if (isMarked) {
     context.setFillColor(lit ? sign : look.markColor);
     context.drawRect({place.left + 1, middle - 2, place.left + 4, middle + 1}, DrawStyle::filled);
