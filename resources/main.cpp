@@ -4,6 +4,7 @@
 #include <exception>
 #include <string>
 
+#include "platform/standard_streams.hpp"
 #include "resources/bitmap_writer.hpp"
 #include "resources/picture_rows.hpp"
 #include "resources/sheet.hpp"
@@ -38,6 +39,7 @@ int run(int count, char** words) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  zum::openStandardStreams();
   try {
     return run(argc, argv);
   } catch (const std::exception& error) {

@@ -55,4 +55,8 @@ std::vector<std::string> filesWithExtension(const std::string& folder,
   return files;
 }
 
+bool fitsChunkFile(const KvChunk& chunk) {
+  return std::uint64_t{4} * chunk.dataWords() <= kMostBytes;
+}
+
 }  // namespace zum

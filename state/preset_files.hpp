@@ -18,4 +18,7 @@ bool readChunkFile(const std::string& path, KvChunk& chunk);
 std::vector<std::string> filesWithExtension(const std::string& folder,
                                             const std::string& extension);
 
+/// Whether a file of these words is one that readChunkFile takes.
+bool fitsChunkFile(const KvChunk& chunk);
+
 }  // namespace zum

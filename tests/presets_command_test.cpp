@@ -52,7 +52,7 @@ TEST_F(PresetsCommandTest, TextComesBackToTheByte) {
   steps.setColumns(3);
   steps.setPageCount(2);
   steps.setValue(2, 1, -1.5F);
-  steps.name.set("say \"\\\" \x01\x7F \xC3\xA9");
+  steps.name.set("say \"\\\" \x01\x7F \xC3\xA9 \xC2\x9B \xE2\x80\xAE \xF3\xA0\x80\x81");
   host.client().controllers().controllers[127].append({18, -3});
   host.client().controllers().controllers[127].append({-300, 0});
   host.client().controllers().aftertouch.append({163, 1});
@@ -70,6 +70,7 @@ TEST_F(PresetsCommandTest, TextComesBackToTheByte) {
                   name + ".toml again.kvz",
               0, "");
     EXPECT_EQ(textIn(folder / "again.kvz"), textIn(folder / (name + ".kvz"))) << name;
+    EXPECT_EQ(textIn(folder / (name + ".toml")).find('\x9B'), std::string::npos);
   }
 }
 
@@ -103,7 +104,7 @@ TEST_F(PresetsCommandTest, WhatATextGetsWrongIsToldWithItsLine) {
   for (const std::string level : {"[", "a.", "{a=", "[ # ]\n", "[\n"}) {
     std::string text = "a = ";
     if (level == "a.") text.clear();
-    for (int i = 0; i < 100000; ++i) text += level;
+    for (int i = 0; i < 5000; ++i) text += level;
     putText(folder / "deep.toml", text);
     expectRun("presets make deep.toml out.kvz", 1, "too deep");
   }
@@ -115,6 +116,12 @@ TEST_F(PresetsCommandTest, WhatATextGetsWrongIsToldWithItsLine) {
   for (int i = 0; i < 2000; ++i) empty += "[],";
   putText(folder / "empty.toml", empty + "]");
   expectRun("presets make empty.toml out.kvz", 1, "makes no preset that loads");
+  std::string pressed = "aftertouch = [\n";
+  for (int i = 0; i < 140000; ++i) pressed += "{parameter=1},\n";
+  putText(folder / "pressed.toml", pressed + "]");
+  expectRun("presets make pressed.toml out.kvz", 1, "more than a megabyte, which does not load");
+  putText(folder / "wide.toml", "steps.pages = [[" + std::string(16384, '0') + "]]");
+  expectRun("presets make wide.toml out.kvz", 1, "wide.toml, line 1: the line has more than 16384");
   expectRun("presets make loud.toml out.kvz", 0, "line 1: Cutoff is not within 0 to 1");
 }
 
@@ -123,6 +130,9 @@ TEST_F(PresetsCommandTest, EveryFileIsReportedAndDamagedOnesWithTheirPlace) {
   const std::string whole = save(host, "files/whole.kvz");
   putText(folder / "files/long.kvz", whole + "more");
   expectRun("presets check files", 0, "files/long.kvz: ok, \"default\", 4 bytes behind its end");
+  putText(folder / "red.toml", "name = \"\\u001b[31m\\n\"");
+  expectRun("presets make red.toml red.kvz; " ZUM_PROGRAM " presets check red.kvz", 0,
+            "ok, \"\\x1b[31m\\n\"");
   const auto put = [&](const std::string& name, std::size_t word, const std::string& bytes) {
     std::string text = whole;
     putText(folder / "files" / name, text.replace(4 * word, bytes.size(), bytes));
@@ -170,7 +180,7 @@ TEST_F(PresetsCommandTest, RendersStartFromFilesAndFromPrograms) {
       "render in.wav out.wav --preset user/Presets/Bass/Deep.kvz --trace "
       "./user/Presets/Bass/Deep.kvz",
       2, "is the preset itself");
-  expectRun("render in.wav out.wav --preset ''", 2, "a name is missing");
+  expectRun("render in.wav out.wav --preset ''", 2, "\"\" says nothing");
   expectRun("render in.wav out.wav --preset none.kvz", 1, "there is no such file");
   expectRun("render in.wav out.wav --preset a --program b", 2, "excludes");
 }

@@ -1,6 +1,7 @@
 // End to end checks of the program `zum`: real files through the built command line.
 #include <gtest/gtest.h>
 #include <sndfile.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 
 #include <cmath>
@@ -140,6 +141,12 @@ TEST_F(RenderTest, RefusesWithAReasonAndLeavesAllFilesAlone) {
   std::ofstream(folder / "falling.txt") << "1 0\n1 1\n";
   std::ofstream(folder / "odd.txt") << "0 0, 1";
   std::ofstream(folder / "high.txt") << "0 1.5";
+  std::ofstream(folder / "wide.txt") << std::string(16385, '0');
+  std::string pressures((6U << 20U) + 1, '\1');  // two bytes each: the time, and how hard
+  pressures.replace(0, 25, std::string("MThd\0\0\0\6\0\0\0\1\1\xE0MTrk\0\x5F\xFF\xEB\0\xD0\1", 25));
+  pressures.replace(pressures.size() - 3, 3, std::string("\xFF\x2F\0", 3));
+  std::ofstream(folder / "long.mid") << pressures;
+  mkfifo((folder / "pipe").c_str(), 0600);
   std::ofstream(folder / "short.csv") << kTraceHeader << "\n0,1\n";
   fs::create_symlink("in.wav", folder / "soft.wav");
   fs::create_hard_link(folder / "in.wav", folder / "hard.wav");
@@ -152,6 +159,22 @@ TEST_F(RenderTest, RefusesWithAReasonAndLeavesAllFilesAlone) {
       {"render cut.flac o.wav", 1, "breaks off"},
       {"render text.wav o.wav", 1, "give a music file"},
       {"render folder.wav o.wav", 1, "it is a folder"},
+#ifdef ZUM_HAS_MEMORY_LIMIT  // a sanitizer has all of its memory mapped beforehand
+      {"render in.wav o.wav --midi long.mid", 1, "takes more than 256 MB of memory; cut it"},
+#endif
+      {"render pipe o.wav", 1, "cannot read pipe: it is a pipe"},
+      {"render in.wav o.wav --midi pipe", 1, "it is a pipe"},
+      {"render in.wav o.wav --curve Cutoff=/dev/zero", 1, "or a device; save what comes out of it"},
+      {"plot pipe o.png", 1, "it is a pipe"},
+      {"presets make /dev/zero o.kvz", 1, "or a device"},
+      {"render in.wav o.wav --curve Cutoff=wide.txt", 1,
+       "wide.txt, line 1: the line has more than"},
+      {"render $(printf 'x\\033\\302\\233\\342\\200\\256\\377\\303\\251') o.wav", 1,
+       "cannot read x\\x1b\\u009b\\u202e\\xff\xC3\xA9: "},
+      {"render in.wav ' '", 2, "OUT: \" \" says nothing; run zum render --help"},
+      {"render in.wav o.wav --steps ''", 2, "--steps: \"\" says nothing"},
+      {"render in.wav o.wav --tail ''", 2, "\"\" is not a number from 0"},
+      {"render in.wav o.wav --learn 74=", 2, "no parameter is called \"\"; run zum parameters"},
       {"render in.wav nowhere/o.wav", 1, "choose a folder"},
       {"render in.wav full.wav", 1, "not an ordinary file"},
       {"render soft.wav hard.wav", 2, "the input itself"},
@@ -175,12 +198,14 @@ TEST_F(RenderTest, RefusesWithAReasonAndLeavesAllFilesAlone) {
       {"plot odd.txt o.png", 1, "odd.txt, line 1: this is no trace"},
       {"plot short.csv o.png", 1, "short.csv, line 2: there are 2 numbers"},
       {"rendr in.wav o.wav", 2, "zum --help"},
+      {"''", 2, "not expected: \"\"; run zum --help"},
+      {"render in.wav o.wav --curve 'Cutoff= '", 2, "curve \"Cutoff= \"; write NAME=FILE"},
       {"", 2, "zum --help"},
       {"parameters >/dev/full", 1, "standard output"},
   };
   for (const auto& [arguments, exitCode, reason] : cases) {
     SCOPED_TRACE(arguments);
-    const Outcome outcome = zum(arguments);
+    const Outcome outcome = zum(arguments, "timeout -s KILL 60 ");
     EXPECT_EQ(outcome.exitCode, exitCode);
     EXPECT_EQ(outcome.err.rfind("zum: ", 0), 0U) << outcome.err;
     EXPECT_NE(outcome.err.find(reason), std::string::npos) << outcome.err;
@@ -191,22 +216,51 @@ TEST_F(RenderTest, RefusesWithAReasonAndLeavesAllFilesAlone) {
 }
 
 TEST_F(RenderTest, AnEarlierFileStaysUntilTheNewOneIsWhole) {
-  const std::string killed =
-      " --tail 3600 & job=$!; until ls .zum-*; do kill -0 $job || exit 0; done; kill $job; wait "
-      "$job";
+  const auto killedBy = [](int signal) {
+    return " --tail 3600 & job=$!; until ls .zum-*; do kill -0 $job || exit 0; done; kill -" +
+           std::to_string(signal) + " $job; wait $job";
+  };
   for (const char* link : {"o.wav", "o.flac", "o.ogg"}) {
     SCOPED_TRACE(link);
     std::ofstream(folder / "earlier") << "earlier";
     fs::create_symlink("earlier", folder / link);
     const std::string render = std::string("render in.wav ").append(link);
     EXPECT_EQ(zum(render + " --tail 60", "ulimit -f 4; ").exitCode, 1);
-    EXPECT_EQ(zum(render + " --trace t.csv" + killed).exitCode, 128 + SIGTERM);
+    for (const int signal : {SIGTERM, SIGPIPE}) {
+      EXPECT_EQ(zum(render + " --trace t.csv" + killedBy(signal)).exitCode, 128 + signal);
+    }
     EXPECT_TRUE(bytesOf("earlier") == "earlier");
     expectNoTemporary();
     EXPECT_EQ(zum(render).exitCode, 0);
     EXPECT_TRUE(fs::is_symlink(folder / link));
     EXPECT_EQ(infoOf("earlier").frames, 22050);
   }
+}
+
+TEST_F(RenderTest, WhatTheStarterClosedOrIgnoredDoesNoHarm) {
+  std::string flood("MThd\0\0\0\6\0\0\0\1\1\xE0MTrk\0\0\xC0\5\0\x90", 24);
+  for (int i = 0; i < 0x3FFF; ++i) flood += std::string("\x3C\x40\0", 3);
+  std::ofstream(folder / "flood.mid") << flood << std::string("\x3C\x40\0\xFF\x2F\0", 6);
+  const Outcome told = zum("render in.wav told.wav --midi flood.mid");
+  ASSERT_NE(told.err.find("MIDI messages of one block are lost"), std::string::npos) << told.err;
+  const struct {
+    const char *before, *arguments;
+    int exitCode;
+    const char* err;
+  } cases[] = {
+      {"", "render in.wav o.wav --midi flood.mid <&- 2>&-", 0, ""},
+      {"", "parameters >&-", 1, "standard output"},
+      {"env --ignore-signal=CHLD ", "render in.wav x.wav --midi in.wav", 1,
+       "no standard MIDI file"},
+      {"( sleep 0.3; ", "parameters; echo $? >code ) | true; exit $(cat code)", 128 + SIGPIPE, ""},
+  };
+  for (const auto& c : cases) {
+    const Outcome outcome = zum(c.arguments, c.before);
+    EXPECT_EQ(outcome.exitCode, c.exitCode) << c.arguments;
+    EXPECT_NE(outcome.err.find(c.err), std::string::npos) << outcome.err;
+    EXPECT_EQ(outcome.err.empty(), *c.err == '\0') << outcome.err;
+  }
+  EXPECT_TRUE(bytesOf("o.wav") == bytesOf("told.wav"));
 }
 
 TEST_F(RenderTest, SettingsReachTheEffectByTagAndByName) {
@@ -228,7 +282,7 @@ TEST_F(RenderTest, TellsLengthPeakAndDamage) {
       {64.0F, "o.wav", "o.wav: 0.50 s, ", ""},
       {0.5F, "o.flac", "times faster than real time, peak -", ""},
       {64.0F, "o.flac", "o.flac: 0.50 s, ", "o.flac clips in "},
-      {NAN, "o.wav", "o.wav: 0.50 s, ", "no finite numbers"},
+      {NAN, "o.wav", " real time, no sample is a finite number", "no finite numbers"},
   };
   for (const auto& c : cases) {
     makeFile("float.wav", SF_FORMAT_WAV | SF_FORMAT_FLOAT, 1, 44100, 22050, c.level);

@@ -25,10 +25,15 @@ TEST_F(SettingsCommandTest, TheCommandShowsAndChangesValues) {
       {"get presetpath0", 0, internal("new/") + "\n"},
       {"set --int presetpath0 1", 2, "leave out --int"},
       {"set presetpath0 " + std::string(1020, 'x'), 2, "at most 1024"},
+      {"set own \"$(printf 'a\\033\\nb')\"", 0, ""},
+      {"get own", 0, "a\\x1b\\nb\n"},
       {"set own --int -5", 0, ""},
       {"list", 0, "\nown                    int     -5\n"},
       {"delete OWN", 0, ""},
       {"get own", 1, "there is no setting own"},
+      {"get ' '", 2, "NAME: \" \" says nothing"},
+      {"list >none; rm -r config; ulimit -f 2; " ZUM_PROGRAM " settings set own x", 1,
+       "cannot write"},
       {"", 2, "zum settings --help"},
   };
   for (const auto& [arguments, exitCode, printed] : cases) {

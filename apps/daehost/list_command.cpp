@@ -5,6 +5,7 @@
 #include <string>
 
 #include "apps/daehost/commands.hpp"
+#include "apps/zum/printable_text.hpp"
 
 namespace zum {
 namespace {
@@ -43,9 +44,9 @@ void list(const HostOptions& options) {
   const std::int32_t count = process.routines().controlCount(process.get());
   for (std::int32_t index = 1; index <= count; ++index) {
     const std::int32_t steps = process.routines().controlSteps(process.get(), index);
-    std::cout << index << '\t' << process.controlName(index) << '\t' << process.controlText(index)
-              << (steps > 0 ? "\tswitch" : "") << (index == bypass ? "\tmaster bypass" : "")
-              << '\n';
+    std::cout << index << '\t' << printable(process.controlName(index)) << '\t'
+              << printable(process.controlText(index)) << (steps > 0 ? "\tswitch" : "")
+              << (index == bypass ? "\tmaster bypass" : "") << '\n';
   }
 }
 

@@ -6,6 +6,7 @@
 #include "apps/daehost/commands.hpp"
 #include "apps/zum/failure.hpp"
 #include "apps/zum/option_checks.hpp"
+#include "apps/zum/printable_text.hpp"
 #include "apps/zum/temporary_file.hpp"
 
 namespace zum {
@@ -38,7 +39,7 @@ void save(const SaveOptions& options) {
   TemporaryFile written(options.output);
   written.write(record.data(), record.size());
   written.keep();
-  std::cout << options.output.string() << ": " << record.size() << " bytes\n";
+  std::cout << printable(options.output.string()) << ": " << record.size() << " bytes\n";
 }
 
 }  // namespace

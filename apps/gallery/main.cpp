@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "apps/gallery/gallery.hpp"
+#include "platform/standard_streams.hpp"
 
 namespace {
 
@@ -76,6 +77,7 @@ int run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  zum::openStandardStreams();
   try {
     return run(argc, argv);
   } catch (const std::exception& error) {

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "apps/loops/instruments.hpp"
+#include "platform/standard_streams.hpp"
 
 namespace zum::loops {
 namespace {
@@ -91,6 +92,7 @@ int run(const std::filesystem::path& folder) {
 }  // namespace zum::loops
 
 int main(int argc, char** argv) {
+  zum::openStandardStreams();
   if (argc != 2 || argv[1][0] == '-' || argv[1][0] == '\0') {
     std::cerr << "usage: zum-loops FOLDER\n"
                  "Writes Drums.wav, Bass.wav and Chords.wav into FOLDER, which has to exist.\n";

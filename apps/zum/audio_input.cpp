@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "apps/zum/failure.hpp"
+#include "apps/zum/input_file.hpp"
 #include "engine/clock.hpp"
 
 namespace zum {
@@ -30,18 +31,11 @@ std::string libraryError(SNDFILE* file) {
 }
 
 AudioInput::AudioInput(const std::filesystem::path& path) : name(path.string()) {
-  std::error_code error;
-  const auto status = std::filesystem::status(path, error);
-  if (!std::filesystem::exists(status)) {
-    throw Failure("cannot read " + name + ": " + error.message() + "; check the name");
-  }
-  if (std::filesystem::is_directory(status)) {
-    throw Failure("cannot read " + name + ": it is a folder; name one music file in it");
-  }
+  const InputFile opens(path, "music file");  // libsndfile would wait for a pipe
   file.reset(sf_open(path.c_str(), SFM_READ, &info));
   if (file == nullptr) {
     throw Failure("cannot read " + name + ": " + libraryError(nullptr) +
-                  "; give a music file such as .wav or .flac that you may read");
+                  "; give a music file such as .wav or .flac");
   }
   if (info.channels > 2) {
     throw Failure(name + " has " + std::to_string(info.channels) +

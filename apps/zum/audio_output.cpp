@@ -95,7 +95,7 @@ void AudioOutput::measure(float sample) {
   if (!std::isfinite(sample)) {
     ++nonFinite;
   } else {
-    highest = std::max(highest, level);
+    highest = std::fmax(highest, level);
   }
   if (bits != 0 && level > 1.0F) ++clipped;
 }

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -39,7 +40,7 @@ class AudioOutput {
   SndfilePointer file;
   std::vector<float> floats;
   std::vector<int> integers;
-  float highest = 0.0F;
+  float highest = std::numeric_limits<float>::quiet_NaN();  // until one sample is finite
   std::int64_t clipped = 0;
   std::int64_t nonFinite = 0;
 };

@@ -2,6 +2,7 @@
 #include "apps/zum/automation.hpp"
 
 #include <cmath>
+#include <cstdint>
 #include <string>
 
 #include "apps/zum/failure.hpp"
@@ -10,16 +11,23 @@
 #include "apps/zum/text_lines.hpp"
 
 namespace zum {
+namespace {
+
+constexpr std::uint64_t kMostBytes = 64U << 20U;
+
+}  // namespace
 
 AutomationCurve::AutomationCurve(std::string_view text) {
   const std::size_t equals = text.find('=');
-  if (equals == std::string_view::npos || equals == 0 || equals + 1 == text.size()) {
+  constexpr const char* kBlanks = " \t\r\n";
+  if (equals == text.npos || text.find_first_not_of(kBlanks) == equals ||
+      text.find_first_not_of(kBlanks, equals + 1) == text.npos) {
     throw Failure("cannot read the curve \"" + std::string(text) + "\"; write NAME=FILE",
                   kExitWrongUsage);
   }
   parameter = findParameterTag(text.substr(0, equals));
   source = text.substr(equals + 1);
-  TextLines lines(source);
+  TextLines lines(source, kMostBytes);
   for (std::string line; lines.next(line);) {
     const auto numbers = words(std::string_view(line).substr(0, line.find('#')), " \t,;");
     if (numbers.size() % 2 != 0) lines.fail("a time or its value is missing; write pairs of both");

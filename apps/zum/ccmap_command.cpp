@@ -9,6 +9,7 @@
 #include "apps/zum/commands.hpp"
 #include "apps/zum/controller_options.hpp"
 #include "apps/zum/failure.hpp"
+#include "apps/zum/option_checks.hpp"
 #include "apps/zum/parameter_names.hpp"
 #include "apps/zum/temporary_file.hpp"
 
@@ -59,10 +60,10 @@ void addCcMapCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("ccmap", "Show and make maps of what controllers move");
   command->require_subcommand(1);
   CLI::App* shown = command->add_subcommand("show", "Print the bindings of a map");
-  shown->add_option("FILE", options->path, "Map to read (.kvm)")->required();
+  shown->add_option("FILE", options->path, "Map to read (.kvm)")->required()->check(notEmpty());
   shown->callback([options] { show(options->path); });
   CLI::App* made = command->add_subcommand("make", "Write a map of the bindings given");
-  made->add_option("FILE", options->path, "Map to write (.kvm)")->required();
+  made->add_option("FILE", options->path, "Map to write (.kvm)")->required()->check(notEmpty());
   made->add_option("BINDING", options->bindings, "Controllers and what they move")
       ->type_name("CC=NAME")
       ->required();

@@ -6,23 +6,26 @@
 
 #include "apps/zum/failure.hpp"
 #include "apps/zum/interruption.hpp"
+#include "apps/zum/printable_text.hpp"
+#include "platform/standard_streams.hpp"
 
 namespace zum {
 namespace {
 
 int report(const std::string& text, int exitCode) {
-  std::cerr << programName << ": " << text << '\n';
+  complain(text);
   return exitCode;
 }
 
 std::string usageMessage(const CLI::App& app, const CLI::ParseError& error) {
   const auto chosen = app.get_subcommands();
   const std::string command = chosen.empty() ? "" : " " + chosen.front()->get_name();
-  return std::string(error.what()) + "; run " + programName + command +
-         " --help to see what it takes";
+  std::string why = error.what();
+  if (why.ends_with(": ")) why += "\"\"";  // it was about an empty word
+  return why + "; run " + programName + command + " --help to see what it takes";
 }
 
-int parse(CLI::App& app, int argc, char** argv) {
+int runCommand(CLI::App& app, int argc, char** argv) {
   bool isAnswered = false;
   try {
     app.parse(argc, argv);
@@ -37,22 +40,43 @@ int parse(CLI::App& app, int argc, char** argv) {
         "no command is given; run " + std::string(programName) + " --help to see them all",
         kExitWrongUsage);
   }
-  if (!std::cout.flush()) {
+  return 0;
+}
+
+// Standard output is the one stream that throws: a command does not go on for nobody. A reader that
+// went away, as head does, is no fault to tell.
+int runToTheEnd(CLI::App& app, int argc, char** argv) {
+  try {
+    const int exitCode = runCommand(app, argc, argv);
+    if (exitCode == 0) std::cout.flush();
+    throwIfInterrupted();
+    return exitCode;
+  } catch (const std::ios_base::failure&) {
+    std::cout.exceptions(std::ios_base::goodbit);  // standard error would flush it, and throw again
+    throwIfInterrupted();
     return report("cannot write to standard output; check where it goes", kExitFailed);
   }
-  return 0;
 }
 
 }  // namespace
 
+void complain(const std::string& text) {
+  std::cerr << programName << ": " << printable(text) << '\n';
+}
+
+void warn(const std::string& text) { complain("warning: " + text); }
+
 int runCommandLine(int argc, char** argv, const char* name, const char* description,
                    std::initializer_list<AddToCommandLine> commands) {
+  openStandardStreams();
+  prepareSignals();
   programName = name;
+  std::cout.exceptions(std::ios_base::badbit);
   try {
     CLI::App app(description, name);
     for (const AddToCommandLine add : commands) add(app);
     app.require_subcommand(0, 1);  // none is reported behind what else is wrong
-    return parse(app, argc, argv);
+    return runToTheEnd(app, argc, argv);
   } catch (const Interruption& interruption) {
     endBy(interruption);
   } catch (const std::exception& error) {

@@ -1,7 +1,6 @@
 // How a command ends early, and how it warns; runCommandLine prints the one and sets the exit code.
 #pragma once
 
-#include <iostream>
 #include <stdexcept>
 #include <string>
 
@@ -21,8 +20,8 @@ struct Failure : std::runtime_error {
 /// As its messages begin; set once, at the program's start.
 inline const char* programName = "zum";
 
-inline void warn(const std::string& text) {
-  std::cerr << programName << ": warning: " << text << '\n';
-}
+// Each prints one line on standard error, whatever file names and the like are in the text.
+void complain(const std::string& text);
+void warn(const std::string& text);
 
 }  // namespace zum

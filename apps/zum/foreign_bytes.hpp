@@ -11,8 +11,9 @@ namespace zum {
 /// Stands for byte 0x80.
 inline constexpr char32_t kFirstForeignByte = 0xF780;
 
-/// Bytes of the first character; 0 when it is none, or stands for a foreign byte.
-std::size_t utf8Length(std::string_view text);
+constexpr bool standsForForeignByte(char32_t code) {
+  return code >= kFirstForeignByte && code < kFirstForeignByte + 0x80;
+}
 
 /// Every character that stands for a foreign byte becomes that byte.
 std::string withForeignBytes(std::string_view text);

@@ -12,21 +12,29 @@ volatile std::sig_atomic_t noted = 0;
 
 extern "C" void noteSignal(int signal) { noted = signal; }
 
+// What was ignored from the start, as under nohup, stays ignored; what is held stays held.
+void note(int signal, int flags) {
+  struct sigaction earlier {};
+  sigaction(signal, nullptr, &earlier);
+  if (earlier.sa_handler != SIG_DFL) return;
+  struct sigaction action {};
+  action.sa_handler = &noteSignal;
+  action.sa_flags = flags;
+  sigaction(signal, &action, nullptr);
+}
+
 }  // namespace
 
+void prepareSignals() {
+  note(SIGPIPE, SA_RESTART);
+  static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
+  static_cast<void>(std::signal(SIGCHLD, SIG_DFL));
+}
+
 void holdSignals() {
-  struct sigaction note {};
-  note.sa_handler = &noteSignal;
-  note.sa_flags = static_cast<int>(SA_RESETHAND | SA_RESTART);
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-    struct sigaction earlier {};
-    // What was ignored from the start, as under nohup, stays ignored; what is held stays held.
-    sigaction(signal, nullptr, &earlier);
-    if (earlier.sa_handler == SIG_DFL) sigaction(signal, &note, nullptr);
+    note(signal, static_cast<int>(SA_RESETHAND | SA_RESTART));
   }
-  struct sigaction ignore {};
-  ignore.sa_handler = SIG_IGN;
-  sigaction(SIGXFSZ, &ignore, nullptr);
 }
 
 void throwIfInterrupted() {

@@ -1,5 +1,5 @@
-// Signals that end the program, taken only where nothing is left half done; used by whoever writes
-// files.
+// Signals that end the program, taken only where nothing is left half done; used by every command
+// line, and by whoever writes files.
 #pragma once
 
 namespace zum {
@@ -9,8 +9,12 @@ struct Interruption {
   int signal;
 };
 
+/// At the start of a program: what nobody reads, and what goes beyond a file size limit, are failed
+/// writes from here on, the former with an Interruption that is due; and children can be waited
+/// for, whatever the parent ignored.
+void prepareSignals();
 /// From here on SIGINT, SIGTERM and SIGHUP wait for throwIfInterrupted(); a second one of the same
-/// kind does not. Full disks and file size limits show as failed writes.
+/// kind does not.
 void holdSignals();
 /// Throws the Interruption that is due.
 void throwIfInterrupted();

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <smf.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -10,26 +11,45 @@
 #include <cmath>
 #include <cstring>
 #include <fstream>
-#include <iterator>
 #include <new>
 #include <string>
-#include <system_error>
 
 #include "apps/zum/failure.hpp"
+#include "apps/zum/input_file.hpp"
 
 namespace zum {
 namespace {
 
+// Of the child, which needs up to 60 bytes for each of the file.
+constexpr rlim_t kMostMemory = 256U << 20U;
+
+[[noreturn]] void failAsTooLong(const std::filesystem::path& path) {
+  throw Failure(path.string() + " is too long: as MIDI it takes more than " +
+                std::to_string(kMostMemory >> 20U) + " MB of memory; cut it into shorter pieces");
+}
+
 std::string bytesOf(const std::filesystem::path& path) {
   constexpr std::size_t kMost = 64U << 20U;
-  std::error_code error;
-  const auto size = std::filesystem::file_size(path, error);  // of a regular file alone
-  std::ifstream file(path, std::ios::binary);
-  if (error || !file.is_open()) throw Failure("cannot read " + path.string() + "; check the name");
-  if (size > kMost) throw Failure(path.string() + " is too long for MIDI; name another file");
-  std::string bytes{std::istreambuf_iterator<char>(file), {}};
-  if (file.bad()) throw Failure("cannot read all of " + path.string() + "; make it again");
+  InputFile file(path, "MIDI file");
+  std::string bytes;
+  std::array<char, 65536> part{};
+  while (const std::size_t got = file.read(part.data(), part.size())) {
+    bytes.append(part.data(), got);
+    if (bytes.size() > kMost) failAsTooLong(path);
+  }
   return bytes;
+}
+
+// Counted from what is mapped by now, which is terabytes under a sanitizer. Without /proc there is
+// no limit.
+void limitMemory() {
+  rlim_t pages = 0;
+  if (!(std::ifstream("/proc/self/statm") >> pages)) return;
+  const rlim_t most = pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE)) + kMostMemory;
+  struct rlimit limit {};
+  if (getrlimit(RLIMIT_AS, &limit) != 0) return;
+  limit.rlim_cur = std::min(limit.rlim_cur, most);
+  setrlimit(RLIMIT_AS, &limit);
 }
 
 bool isChannelMessage(const smf_event_t& event) {
@@ -63,6 +83,7 @@ bool parse(const std::string& bytes, double sampleRate, int pipe) {
 [[noreturn]] void runChild(const std::string& bytes, double sampleRate, int pipe) {
   constexpr unsigned kLongestRead = 60;  // seconds
   alarm(kLongestRead);
+  limitMemory();
   const int silence = open("/dev/null", O_WRONLY);
   if (silence >= 0) {
     dup2(silence, STDERR_FILENO);
@@ -97,9 +118,13 @@ MidiFile::MidiFile(const std::filesystem::path& path, double sampleRate) {
   const std::string parsed = readAll(ends[0]);
   close(ends[0]);
   int status = 0;
-  while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+  struct rusage usage {};
+  pid_t waited = 0;
+  while ((waited = wait4(child, &status, 0, &usage)) < 0 && errno == EINTR) {
   }
-  if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
+  if (waited != child || !WIFEXITED(status) || WEXITSTATUS(status) != 0) {
+    // The library does not tell why it ended.
+    if (static_cast<rlim_t>(usage.ru_maxrss) * 1024 > kMostMemory / 2) failAsTooLong(path);
     throw Failure(path.string() + " is no standard MIDI file that can be read; export it again");
   }
   messages.resize(parsed.size() / sizeof(MidiMessage));

@@ -1,4 +1,4 @@
-// The checks that options share: a number between two bounds, a text that is not empty.
+// The checks that options share: a number between two bounds, a text that says something.
 #pragma once
 
 #include <CLI/CLI.hpp>
@@ -12,13 +12,17 @@ inline CLI::Validator between(int lowest, int highest) {
   const auto check = [lowest, highest, bounds](std::string& text) {
     double value = 0.0;
     const bool good = CLI::detail::lexical_cast(text, value) && value >= lowest && value <= highest;
-    return good ? std::string() : text + " is not a number from " + bounds;
+    return good ? std::string() : '"' + text + "\" is not a number from " + bounds;
   };
   return {check, bounds};
 }
 
 inline CLI::Validator notEmpty() {
-  return {[](std::string& text) { return text.empty() ? "a name is missing" : std::string(); }, ""};
+  return {[](std::string& text) {
+            const bool isBlank = text.find_first_not_of(" \t\r\n") == std::string::npos;
+            return isBlank ? '"' + text + "\" says nothing" : std::string();
+          },
+          ""};
 }
 
 }  // namespace zum

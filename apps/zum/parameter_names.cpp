@@ -38,6 +38,7 @@ std::size_t editDistance(std::string_view a, std::string_view b) {
 
 std::string nearNames(std::string_view text) {
   const std::string wanted = lowerCase(text);
+  if (wanted.find_first_not_of(" \t\r\n") == std::string::npos) return {};  // it is in all names
   const std::size_t farthest = 1 + wanted.size() / 4;
   std::vector<std::pair<std::size_t, std::string>> near;
   for (const ParameterRow& row : settableParameters()) {

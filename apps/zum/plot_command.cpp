@@ -49,8 +49,12 @@ void plot(const PlotOptions& options) {
 void addPlotCommand(CLI::App& app) {
   auto options = std::make_shared<PlotOptions>();
   CLI::App* command = app.add_subcommand("plot", "Draw the trace of a render");
-  command->add_option("TRACE", options->trace, "Table that zum render --trace wrote")->required();
-  command->add_option("OUT", options->output, "PNG picture to write")->required();
+  command->add_option("TRACE", options->trace, "Table that zum render --trace wrote")
+      ->required()
+      ->check(notEmpty());
+  command->add_option("OUT", options->output, "PNG picture to write")
+      ->required()
+      ->check(notEmpty());
   command->add_option("--from", options->from, "First second to draw")
       ->check(between(0, kLatestTime));
   command->add_option("--to", options->to, "Last second to draw; without it, the end")

@@ -8,6 +8,7 @@
 
 #include "apps/zum/foreign_bytes.hpp"
 #include "apps/zum/parameter_names.hpp"
+#include "apps/zum/printable_text.hpp"
 
 namespace zum {
 namespace {
@@ -34,25 +35,20 @@ std::string number(float value) {
   return isPlain ? text + ".0" : text;  // else it would be an integer, which has no -0
 }
 
-std::string escaped(char32_t character) {
-  const std::string hex = printed(static_cast<std::uint32_t>(character), 16);
-  return "\\u" + std::string(4 - hex.size(), '0') + hex;
-}
-
 std::string quotedText(std::string_view text) {
   std::string all = "\"";
   while (!text.empty()) {
-    const std::size_t length = utf8Length(text);
-    const auto first = static_cast<unsigned char>(text.front());
-    if (length == 0) {
-      all += escaped(kFirstForeignByte + first - 0x80);
-    } else if (first < 0x20 || first == 0x7F) {
-      all += escaped(first);
+    const auto [code, bytes] = firstCharacter(text);
+    const bool isForeign = bytes == 0 || standsForForeignByte(code);
+    if (isForeign) {
+      all += unicodeEscape(kFirstForeignByte + static_cast<unsigned char>(text.front()) - 0x80);
+    } else if (!isPrintable(code)) {
+      all += unicodeEscape(code);
     } else {
-      if (first == '"' || first == '\\') all += '\\';
-      all += text.substr(0, length);
+      if (code == '"' || code == '\\') all += '\\';
+      all += text.substr(0, bytes);
     }
-    text.remove_prefix(std::max<std::size_t>(length, 1));
+    text.remove_prefix(isForeign ? 1 : bytes);
   }
   return all + '"';
 }

@@ -56,7 +56,7 @@ class NestingGuard {
 
 std::string readWhole(const std::filesystem::path& path) {
   constexpr std::size_t kMostBytes = 4U << 20U;
-  TextLines lines(path);
+  TextLines lines(path, kMostBytes);
   NestingGuard nesting;
   std::string text;
   for (std::string line; lines.next(line);) {
@@ -66,8 +66,6 @@ std::string readWhole(const std::filesystem::path& path) {
           "plain values, each on its line");
     }
     text += line + '\n';
-    if (text.size() > kMostBytes)
-      lines.fail("the file is too long for a preset; take out what does not belong to it");
   }
   return text;
 }

@@ -11,10 +11,13 @@
 #include "apps/zum/effect_view.hpp"
 #include "apps/zum/failure.hpp"
 #include "apps/zum/folders.hpp"
+#include "apps/zum/option_checks.hpp"
 #include "apps/zum/preset_document.hpp"
 #include "apps/zum/preset_input.hpp"
 #include "apps/zum/preset_text.hpp"
+#include "apps/zum/printable_text.hpp"
 #include "apps/zum/temporary_file.hpp"
+#include "state/preset_files.hpp"
 
 namespace zum {
 namespace {
@@ -53,6 +56,12 @@ void makeOne(const fs::path& from, const fs::path& to) {
   readPresetText(from, document);
   KvChunk chunk;
   writePresetDocument(document, chunk);
+  if (!fitsChunkFile(chunk)) {
+    throw Failure(
+        from.string() +
+        " makes a preset of more than a megabyte, which does not load; take out bindings, "
+        "steps or letters of its names");
+  }
   PresetDocument again;  // of what is written, only what loads
   if (const PresetFault fault = readPresetDocument(chunk, again)) {
     throw Failure(from.string() + " makes no preset that loads: " + describe(fault) +
@@ -72,7 +81,7 @@ void makeAll(const fs::path& from, const fs::path& to) {
     makeFolder(target.parent_path());
     makeOne(text, target);
   }
-  std::cout << texts.size() << " presets made in " << to.string() << '\n';
+  std::cout << texts.size() << " presets made in " << printable(to.string()) << '\n';
 }
 
 void make(const PresetsOptions& options) {
@@ -85,7 +94,7 @@ void make(const PresetsOptions& options) {
 }
 
 std::string summary(const PresetDocument& document) {
-  std::string text = '"' + document.name + '"';
+  std::string text = '"' + printable(document.name) + '"';
   for (const std::string& remark : document.remarks) text += ", " + remark;
   return text;
 }
@@ -105,8 +114,8 @@ void check(const std::vector<fs::path>& paths) {
     PresetDocument document;
     const std::string why = readPresetFile(file, document);
     if (!why.empty()) ++damaged;
-    std::cout << file.string() << (why.empty() ? ": ok, " + summary(document) : ": BAD, " + why)
-              << '\n';
+    std::cout << printable(file.string())
+              << (why.empty() ? ": ok, " + summary(document) : ": BAD, " + why) << '\n';
   }
   if (damaged > 0) {
     throw Failure(std::to_string(damaged) + " of " + std::to_string(files.size()) +
@@ -125,7 +134,8 @@ void list() {
   }
   std::cout << "folder  program  name\n";
   for (const auto& [folder, program, name] : entries) {
-    std::cout << std::setw(6) << folder << std::setw(9) << program << "  " << name << '\n';
+    std::cout << std::setw(6) << folder << std::setw(9) << program << "  " << printable(name)
+              << '\n';
   }
 }
 
@@ -136,16 +146,20 @@ void addPresetsCommand(CLI::App& app) {
   CLI::App* presets = app.add_subcommand("presets", "Show, make, check and list presets");
   presets->require_subcommand(1);
   CLI::App* shown = presets->add_subcommand("show", "Print a preset as text (TOML)");
-  shown->add_option("FILE", options->input, "Preset to read")->required();
+  shown->add_option("FILE", options->input, "Preset to read")->required()->check(notEmpty());
   shown->callback([options] { show(options->input); });
   CLI::App* made = presets->add_subcommand("make", "Make presets of texts, as show prints them");
   made->add_option("TEXT", options->input, "Text to read, or a folder of texts (.toml)")
-      ->required();
+      ->required()
+      ->check(notEmpty());
   made->add_option("OUT", options->output, "Preset to write, or the folder for all of them")
-      ->required();
+      ->required()
+      ->check(notEmpty());
   made->callback([options] { make(*options); });
   CLI::App* checked = presets->add_subcommand("check", "Report which files load, and why not");
-  checked->add_option("PATH", options->paths, "Presets, or folders of presets")->required();
+  checked->add_option("PATH", options->paths, "Presets, or folders of presets")
+      ->required()
+      ->check(notEmpty());
   checked->callback([options] { check(options->paths); });
   presets->add_subcommand("list", "Print the programs of the bank as the effect finds them")
       ->callback(list);

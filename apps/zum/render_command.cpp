@@ -21,6 +21,7 @@
 #include "apps/zum/option_checks.hpp"
 #include "apps/zum/parameter_names.hpp"
 #include "apps/zum/preset_input.hpp"
+#include "apps/zum/printable_text.hpp"
 #include "apps/zum/render_loop.hpp"
 #include "apps/zum/step_options.hpp"
 #include "apps/zum/trace.hpp"
@@ -58,14 +59,14 @@ struct RenderOptions {
 };
 
 void summarise(const RenderOptions& options, const Rendered& rendered, float peak) {
-  std::cout << options.output.string() << ": " << std::fixed << std::setprecision(2)
+  std::cout << printable(options.output.string()) << ": " << std::fixed << std::setprecision(2)
             << rendered.length << " s, " << std::setprecision(0)
             << rendered.length / std::max(rendered.elapsed, 1e-9)
             << " times faster than real time, ";
   if (peak > 0.0F) {
     std::cout << "peak " << std::setprecision(1) << 20.0 * std::log10(peak) << " dBFS\n";
   } else {
-    std::cout << "silent\n";
+    std::cout << (std::isnan(peak) ? "no sample is a finite number\n" : "silent\n");
   }
 }
 
@@ -168,9 +169,12 @@ void render(const RenderOptions& options) {
 void addRenderCommand(CLI::App& app) {
   auto options = std::make_shared<RenderOptions>();
   CLI::App* command = app.add_subcommand("render", "Run a music file through the effect");
-  command->add_option("IN", options->input, "File to read, mono or stereo")->required();
+  command->add_option("IN", options->input, "File to read, mono or stereo")
+      ->required()
+      ->check(notEmpty());
   command->add_option("OUT", options->output, "File to write; its extension tells the format")
-      ->required();
+      ->required()
+      ->check(notEmpty());
   command->add_option("--block", options->block, "Frames per block call")
       ->check(between(1, kLargestBlock))
       ->capture_default_str();
@@ -198,11 +202,13 @@ void addRenderCommand(CLI::App& app) {
   command
       ->add_option("--steps", options->steps,
                    "1 to 8 steps of the sequencer, from 0 to 1; fewer than 8 start over")
-      ->type_name("A,B,...");
+      ->type_name("A,B,...")
+      ->check(notEmpty());
   command
       ->add_option("--seq-mode", options->sequencerMode,
                    "Way through the steps: forward, backward, ping-pong, inverse or random")
-      ->type_name("NAME");
+      ->type_name("NAME")
+      ->check(notEmpty());
   CLI::Option* play =
       command->add_flag("--play", options->plays, "Run the transport from position 0 at the tempo");
   command->add_flag("--stopped")
@@ -235,7 +241,8 @@ void addRenderCommand(CLI::App& app) {
           "Table to write of sequencer, LFO, follower, cutoff, resonance and meter in every "
           "control pass; blocks have " +
               std::to_string(Engine::kControlFrames) + " frames then")
-      ->type_name("FILE.csv");
+      ->type_name("FILE.csv")
+      ->check(notEmpty());
   command->add_flag("--quiet", options->quiet, "Leave the summary out");
   command->callback([options] { render(*options); });
 }

@@ -12,6 +12,8 @@
 
 #include "apps/zum/commands.hpp"
 #include "apps/zum/failure.hpp"
+#include "apps/zum/option_checks.hpp"
+#include "apps/zum/printable_text.hpp"
 #include "apps/zum/settings_failure.hpp"
 #include "platform/files.hpp"
 #include "platform/registry_store.hpp"
@@ -47,7 +49,7 @@ KvRegistryKey openKey() { return KvRegistryKey(libraryRecord().product); }
 
 std::string shown(const RegistryStore::Data& data) {
   const auto* text = std::get_if<std::string>(&data);
-  return text != nullptr ? *text : std::to_string(std::get<std::int32_t>(data));
+  return text != nullptr ? printable(*text) : std::to_string(std::get<std::int32_t>(data));
 }
 
 std::vector<RegistryStore::Value> allValues(KvRegistryKey& key) {
@@ -60,14 +62,14 @@ void listSettings() {
   auto key = openKey();
   const auto values = allValues(key);
   std::size_t width = std::strlen("name");
-  for (const auto& value : values) width = std::max(width, value.name.size());
+  for (const auto& value : values) width = std::max(width, printable(value.name).size());
   const auto line = [&](const std::string& name, const char* type, const std::string& value) {
     std::cout << std::left << std::setw(static_cast<int>(width)) << name << "  " << std::setw(6)
               << type << "  " << value << '\n';
   };
   line("name", "type", "value");
   for (const auto& value : values) {
-    line(value.name, value.data.index() == 0 ? "string" : "int", shown(value.data));
+    line(printable(value.name), value.data.index() == 0 ? "string" : "int", shown(value.data));
   }
 }
 
@@ -143,7 +145,8 @@ void addSettingsCommand(CLI::App& app) {
   const auto add = [&](const char* verb, const char* what) {
     CLI::App* command = settings->add_subcommand(verb, what);
     command->add_option("NAME", options->name, "Name of the setting, as list prints it")
-        ->required();
+        ->required()
+        ->check(notEmpty());
     return command;
   };
   add("get", "Print the value of a setting")->callback([options] {

@@ -2,29 +2,39 @@
 #include "apps/zum/text_lines.hpp"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
-#include <system_error>
 
 #include "apps/zum/failure.hpp"
 
 namespace zum {
 
-TextLines::TextLines(const std::filesystem::path& path) : name(path.string()), file(path) {
-  std::error_code ignored;
-  if (std::filesystem::is_directory(path, ignored)) {
-    throw Failure("cannot read " + name + ": it is a folder; name one text file in it");
-  }
-  if (!file)
-    throw Failure("cannot read " + name + ": " + std::strerror(errno) + "; check the name");
-}
+TextLines::TextLines(const std::filesystem::path& path, std::uint64_t mostBytes)
+    : name(path.string()), file(path, "text file"), most(mostBytes) {}
 
 bool TextLines::next(std::string& line) {
-  if (!std::getline(file, line)) {
-    if (file.bad()) throw Failure("cannot read all of " + name + "; copy or make it again");
-    return false;
-  }
+  line.clear();
   ++number;
+  for (bool ended = false; !ended;) {
+    if (ahead.empty()) ahead = {buffer.data(), file.read(buffer.data(), buffer.size())};
+    if (ahead.empty()) {
+      if (!line.empty()) break;
+      --number;
+      return false;
+    }
+    const std::size_t end = ahead.find('\n');
+    ended = end != ahead.npos;
+    const std::string_view piece = ahead.substr(0, end);
+    line += piece;
+    ahead.remove_prefix(piece.size() + (ended ? 1 : 0));
+    taken += piece.size() + (ended ? 1 : 0);
+    if (line.size() > kMostLineBytes) {
+      fail("the line has more than " + std::to_string(kMostLineBytes) +
+           " bytes; break it into several");
+    }
+    if (taken > most) {
+      fail("the file has more than " + std::to_string(most >> 20U) +
+           " MB; take out what does not belong to it");
+    }
+  }
   if (!line.empty() && line.back() == '\r') line.pop_back();
   return true;
 }

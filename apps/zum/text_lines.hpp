@@ -1,18 +1,24 @@
-// Line by line through a text file, with failures that tell the line; used by automation and plots.
+// Line by line through a text file, with failures that tell the line; used by automation, plots and
+// texts of presets. Neither a line nor a file is believed to end.
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "apps/zum/input_file.hpp"
 
 namespace zum {
 
 class TextLines {
  public:
-  /// Throws Failure.
-  explicit TextLines(const std::filesystem::path& path);
+  static constexpr std::size_t kMostLineBytes = 16384;
+
+  /// Throws Failure, here and where the lines go on behind `mostBytes`.
+  TextLines(const std::filesystem::path& path, std::uint64_t mostBytes);
 
   /// The next line, without its end of either kind; false at the end of the file. Throws Failure.
   bool next(std::string& line);
@@ -21,7 +27,11 @@ class TextLines {
 
  private:
   std::string name;
-  std::ifstream file;
+  InputFile file;
+  std::uint64_t most;
+  std::uint64_t taken = 0;  // bytes of the lines so far
+  std::array<char, 65536> buffer{};
+  std::string_view ahead;  // what is left of the buffer
   long number = 0;
 };
 

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 #include "apps/zum/numbers_in_text.hpp"
@@ -14,6 +15,8 @@ namespace {
 
 constexpr std::string_view kHeader = "time,seq_out,lfo_out,ef_out,cutoff_hz,resonance,meter";
 constexpr std::size_t kPendingBytes = 65536;
+constexpr std::uint64_t kMostBytes = std::uint64_t{8} << 30U;  // half a day at 44100 Hz
+constexpr std::size_t kMostRows = 1U << 24U;                   // 900 MB of memory
 
 // The fewest digits that read back as the same number.
 template <typename Number>
@@ -63,7 +66,7 @@ void TraceWriter::finish() {
 }
 
 std::vector<TraceRow> readTrace(const std::filesystem::path& path, double from, double to) {
-  TextLines lines(path);
+  TextLines lines(path, kMostBytes);
   std::string line;
   if (!lines.next(line) || line != kHeader) {
     lines.fail("this is no trace; make one with zum render --trace");
@@ -76,6 +79,9 @@ std::vector<TraceRow> readTrace(const std::filesystem::path& path, double from, 
     last = row[kTime];
     if (rows.size() == 1 && last <= from) rows.clear();
     rows.push_back(row);
+    if (rows.size() > kMostRows) {
+      lines.fail("the stretch is too long to draw; choose one with --from and --to");
+    }
   }
   if (rows.size() < 2 || rows.back()[kTime] <= from) {
     lines.fail("there is nothing to see in this stretch; the trace ends before, or is too short");
