@@ -31,7 +31,7 @@ std::string libraryError(SNDFILE* file) {
 }
 
 AudioInput::AudioInput(const std::filesystem::path& path) : name(path.string()) {
-  const InputFile opens(path, "music file");  // libsndfile would wait for a pipe
+  const InputFile checked(path, "music file");  // libsndfile would wait for a pipe
   file.reset(sf_open(path.c_str(), SFM_READ, &info));
   if (file == nullptr) {
     throw Failure("cannot read " + name + ": " + libraryError(nullptr) +

@@ -8,6 +8,7 @@
 #include "apps/zum/failure.hpp"
 #include "apps/zum/numbers_in_text.hpp"
 #include "apps/zum/parameter_names.hpp"
+#include "apps/zum/printable_text.hpp"
 #include "apps/zum/text_lines.hpp"
 
 namespace zum {
@@ -19,9 +20,7 @@ constexpr std::uint64_t kMostBytes = 64U << 20U;
 
 AutomationCurve::AutomationCurve(std::string_view text) {
   const std::size_t equals = text.find('=');
-  constexpr const char* kBlanks = " \t\r\n";
-  if (equals == text.npos || text.find_first_not_of(kBlanks) == equals ||
-      text.find_first_not_of(kBlanks, equals + 1) == text.npos) {
+  if (equals == text.npos || isBlank(text.substr(0, equals)) || isBlank(text.substr(equals + 1))) {
     throw Failure("cannot read the curve \"" + std::string(text) + "\"; write NAME=FILE",
                   kExitWrongUsage);
   }

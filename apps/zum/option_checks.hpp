@@ -4,6 +4,8 @@
 #include <CLI/CLI.hpp>
 #include <string>
 
+#include "apps/zum/printable_text.hpp"
+
 namespace zum {
 
 // As CLI::Range, but refuses what is not a number, too, and prints bounds without decimals.
@@ -19,8 +21,7 @@ inline CLI::Validator between(int lowest, int highest) {
 
 inline CLI::Validator notEmpty() {
   return {[](std::string& text) {
-            const bool isBlank = text.find_first_not_of(" \t\r\n") == std::string::npos;
-            return isBlank ? '"' + text + "\" says nothing" : std::string();
+            return isBlank(text) ? '"' + text + "\" says nothing" : std::string();
           },
           ""};
 }

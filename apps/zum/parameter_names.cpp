@@ -8,6 +8,7 @@
 
 #include "apps/zum/failure.hpp"
 #include "apps/zum/numbers_in_text.hpp"
+#include "apps/zum/printable_text.hpp"
 
 namespace zum {
 namespace {
@@ -38,7 +39,7 @@ std::size_t editDistance(std::string_view a, std::string_view b) {
 
 std::string nearNames(std::string_view text) {
   const std::string wanted = lowerCase(text);
-  if (wanted.find_first_not_of(" \t\r\n") == std::string::npos) return {};  // it is in all names
+  if (isBlank(wanted)) return {};  // it is in all names
   const std::size_t farthest = 1 + wanted.size() / 4;
   std::vector<std::pair<std::size_t, std::string>> near;
   for (const ParameterRow& row : settableParameters()) {

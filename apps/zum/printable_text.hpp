@@ -20,6 +20,11 @@ bool isPrintable(char32_t code);
 /// `code` in hexadecimal as \u has it, or \U where four digits do not suffice.
 std::string unicodeEscape(char32_t code);
 
+/// True for a text of blanks and line ends, also for none.
+constexpr bool isBlank(std::string_view text) {
+  return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
+}
+
 /// The same text with an escape, such as \n, \x1b or \u202e, for every character that is not
 /// printable and every byte that is no UTF-8.
 std::string printable(std::string_view text);
