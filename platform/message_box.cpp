@@ -1,9 +1,13 @@
 #include "platform/message_box.hpp"
 
+#include <algorithm>
 #include <iostream>
 #include <memory>
 #include <mutex>
+#include <string_view>
 #include <utility>
+
+#include "platform/printable_text.hpp"
 
 namespace zum {
 namespace {
@@ -25,8 +29,16 @@ struct MessageBoard {
 
 MessageBoard board;
 
+// What names hold may act on a terminal; line ends are those of the text.
 void tell(const std::string& caption, const std::string& text) {
-  std::cerr << caption << ": " << text << '\n';
+  std::string shown = caption + ": ";
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t end = std::min(text.find_first_of("\n\t", at), text.size());
+    shown += printable(std::string_view(text).substr(at, end - at));
+    if (end < text.size()) shown += text[end];
+    at = end + 1;
+  }
+  std::cerr << shown << '\n';
 }
 
 // Closed before the call, so that what the asker has to say next is seen.

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "apps/daehost/commands.hpp"
-#include "apps/zum/printable_text.hpp"
+#include "platform/printable_text.hpp"
 
 namespace zum {
 namespace {

@@ -15,6 +15,7 @@
 #include "apps/zum/audio_output.hpp"
 #include "apps/zum/interruption.hpp"
 #include "apps/zum/option_checks.hpp"
+#include "platform/printable_text.hpp"
 
 namespace zum {
 namespace {
@@ -61,7 +62,8 @@ void render(const RenderOptions& options) {
   }
   output.finish();
   output.warnOfDamage(options.input);
-  std::cout << options.output.string() << ": " << done << " frames, peak " << output.peak() << '\n';
+  std::cout << printable(options.output.string()) << ": " << done << " frames, peak "
+            << output.peak() << '\n';
 }
 
 }  // namespace

@@ -6,8 +6,8 @@
 #include "apps/daehost/commands.hpp"
 #include "apps/zum/failure.hpp"
 #include "apps/zum/option_checks.hpp"
-#include "apps/zum/printable_text.hpp"
 #include "apps/zum/temporary_file.hpp"
+#include "platform/printable_text.hpp"
 
 namespace zum {
 namespace {

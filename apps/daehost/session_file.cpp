@@ -1,34 +1,28 @@
 #include "apps/daehost/session_file.hpp"
 
+#include <array>
 #include <cstring>
-#include <fstream>
 #include <iterator>
 #include <string>
-#include <system_error>
 
 #include "adaptor/hostlib/routines.hpp"
 #include "apps/zum/failure.hpp"
+#include "apps/zum/input_file.hpp"
 #include "apps/zum/preset_document.hpp"
 
 namespace zum {
 namespace {
 
-// A folder, a pipe or a device has no size, and is never waited for.
 std::vector<char> readBytes(const std::filesystem::path& path) {
-  constexpr std::uintmax_t kMostBytes = 64U << 20U;
-  std::error_code error;
-  const std::uintmax_t size = std::filesystem::file_size(path, error);
-  if (!error && size > kMostBytes) {
+  constexpr std::size_t kMostBytes = 64U << 20U;
+  InputFile file(path, "session record");
+  std::vector<char> bytes;
+  std::array<char, 65536> piece{};
+  while (const std::size_t count = file.read(piece.data(), piece.size())) {
+    bytes.insert(bytes.end(), piece.begin(), piece.begin() + static_cast<std::ptrdiff_t>(count));
+    if (bytes.size() <= kMostBytes) continue;
     throw Failure(path.string() + " is too long for a session record; make one with daehost save");
   }
-  std::ifstream file;
-  if (!error) file.open(path, std::ios::binary);
-  if (!file.is_open()) {
-    throw Failure("cannot read " + path.string() + "; check its name and its rights");
-  }
-  std::vector<char> bytes(size);
-  file.read(bytes.data(), std::ssize(bytes));
-  bytes.resize(static_cast<std::size_t>(file.gcount()));
   return bytes;
 }
 

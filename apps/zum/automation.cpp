@@ -8,8 +8,8 @@
 #include "apps/zum/failure.hpp"
 #include "apps/zum/numbers_in_text.hpp"
 #include "apps/zum/parameter_names.hpp"
-#include "apps/zum/printable_text.hpp"
 #include "apps/zum/text_lines.hpp"
+#include "platform/printable_text.hpp"
 
 namespace zum {
 namespace {

@@ -6,7 +6,7 @@
 
 #include "apps/zum/failure.hpp"
 #include "apps/zum/interruption.hpp"
-#include "apps/zum/printable_text.hpp"
+#include "platform/printable_text.hpp"
 #include "platform/standard_streams.hpp"
 
 namespace zum {

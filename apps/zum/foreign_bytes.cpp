@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "apps/zum/printable_text.hpp"
+#include "platform/printable_text.hpp"
 
 namespace zum {
 

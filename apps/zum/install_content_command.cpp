@@ -15,6 +15,7 @@
 #include "apps/zum/settings_failure.hpp"
 #include "platform/content_folder.hpp"
 #include "platform/files.hpp"
+#include "platform/printable_text.hpp"
 #include "state/library_record.hpp"
 #include "state/path_text.hpp"
 #include "state/registry_key.hpp"
@@ -66,10 +67,11 @@ fs::path copyForUser(const fs::path& source) {
                   kExitWrongUsage);
   }
   const ContentCopy done = copyContent(source, target);
-  std::cout << "copied " << source.string() << " to " << target.string() << ": " << done.added
-            << " new, " << done.refreshed << " refreshed, " << done.unchanged << " unchanged\n";
+  std::cout << "copied " << printable(source.string()) << " to " << printable(target.string())
+            << ": " << done.added << " new, " << done.refreshed << " refreshed, " << done.unchanged
+            << " unchanged\n";
   for (const fs::path& aside : done.keptAside) {
-    std::cout << "what was there before is kept as " << aside.string() << '\n';
+    std::cout << "what was there before is kept as " << printable(aside.string()) << '\n';
   }
   return target;
 }
@@ -117,7 +119,7 @@ void registerContent(const std::string& content) {
       throw settingsFailure("cannot write", key);
     }
     report += std::string(folder.name) + (path != folder.path ? " stays " : " is ") +
-              toSystemPath(path) + '\n';
+              printable(toSystemPath(path)) + '\n';
   }
   if (!whole.commit()) throw settingsFailure("cannot write", key);
   std::cout << report;

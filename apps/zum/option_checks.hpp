@@ -4,7 +4,7 @@
 #include <CLI/CLI.hpp>
 #include <string>
 
-#include "apps/zum/printable_text.hpp"
+#include "platform/printable_text.hpp"
 
 namespace zum {
 

@@ -8,7 +8,7 @@
 
 #include "apps/zum/failure.hpp"
 #include "apps/zum/numbers_in_text.hpp"
-#include "apps/zum/printable_text.hpp"
+#include "platform/printable_text.hpp"
 
 namespace zum {
 namespace {

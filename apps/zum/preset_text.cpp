@@ -8,7 +8,7 @@
 
 #include "apps/zum/foreign_bytes.hpp"
 #include "apps/zum/parameter_names.hpp"
-#include "apps/zum/printable_text.hpp"
+#include "platform/printable_text.hpp"
 
 namespace zum {
 namespace {

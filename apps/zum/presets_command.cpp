@@ -15,8 +15,8 @@
 #include "apps/zum/preset_document.hpp"
 #include "apps/zum/preset_input.hpp"
 #include "apps/zum/preset_text.hpp"
-#include "apps/zum/printable_text.hpp"
 #include "apps/zum/temporary_file.hpp"
+#include "platform/printable_text.hpp"
 #include "state/preset_files.hpp"
 
 namespace zum {

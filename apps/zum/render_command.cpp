@@ -21,12 +21,12 @@
 #include "apps/zum/option_checks.hpp"
 #include "apps/zum/parameter_names.hpp"
 #include "apps/zum/preset_input.hpp"
-#include "apps/zum/printable_text.hpp"
 #include "apps/zum/render_loop.hpp"
 #include "apps/zum/step_options.hpp"
 #include "apps/zum/trace.hpp"
 #include "engine/clock.hpp"
 #include "engine/engine.hpp"
+#include "platform/printable_text.hpp"
 
 namespace zum {
 namespace {

@@ -1,4 +1,4 @@
-#include "apps/zum/printable_text.hpp"
+#include "platform/printable_text.hpp"
 
 #include <glib.h>
 
