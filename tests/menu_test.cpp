@@ -103,6 +103,76 @@ TEST(OptionMenu, MarksTheRowInUseAlsoInAPicture) {
   }
 }
 
+/// An open list whose first row has a sub-menu, and where that row is.
+struct OpenTree {
+  OpenTree() {
+    for (const char* row : {"one", "two", "three", "four"}) inner->addEntry(row, -1, false);
+    inner->listOffsetY = -17;
+    menu->addEntry(inner, "more");
+    for (const char* row : {"LP", "HP", "BP"}) menu->addEntry(row, -1, false);
+    desk.click(20, 15);
+    first = middleOf(*menu, 0);
+  }
+  void move(int dx, int dy) { desk.drag(first.x + dx, first.y + dy, 0); }
+  void key(std::uint8_t virt) {
+    desk.window->keyDown({0, virt, 0});
+    desk.window->keyUp({0, virt, 0});
+    desk.ticks(3);
+  }
+  Desk desk;
+  KvOptionMenu* menu = addMenu(desk);
+  KvOptionMenu* inner = new KvOptionMenu({}, nullptr, 1, *desk.frame, "", KvOptionMenu::kPlain);
+  CPoint first;
+};
+
+TEST(OptionMenu, ASubMenuStaysForAHandThatIsOnItsWayThere) {
+  const struct {
+    std::vector<CPoint> way;  // from the row that it belongs to, across those below
+    int rest;                 // ticks
+    bool stays;
+  } cases[] = {
+      {{{30, 20}, {60, 34}}, 5, true},
+      {{{0, 12}, {1, 14}}, 0, true},
+      {{{30, 20}, {60, 34}}, 12, false},  // means the row where it rests
+      {{{0, 20}}, 0, false},
+      {{{-4, 20}}, 0, false},
+      {{{30, 20}, {30, 50}}, 0, false},
+  };
+  for (const auto& [way, rest, stays] : cases) {
+    OpenTree tree;
+    tree.move(0, 0);
+    ASSERT_EQ(tree.menu->openSubMenu(), tree.inner);
+    for (const CPoint& to : way) tree.move(to.x, to.y);
+    tree.desk.ticks(rest);
+    EXPECT_EQ(tree.menu->openSubMenu() != nullptr, stays) << way.back().x << ' ' << way.back().y;
+    // The wheel has nothing to scroll here.
+    tree.desk.window->wheel(tree.first.x, tree.first.y, -1.0F);
+    tree.desk.ticks(1);
+    EXPECT_EQ(tree.menu->openSubMenu() != nullptr, stays);
+  }
+}
+
+TEST(OptionMenu, KeysOpenSubMenusLeaveThemAndChoose) {
+  for (const std::uint8_t opens : {keys::kRight, keys::kReturn, keys::kEnter}) {
+    for (const std::uint8_t leaves : {keys::kLeft, keys::kEscape}) {
+      OpenTree tree;
+      tree.key(keys::kDown);
+      tree.key(opens);
+      EXPECT_EQ(tree.menu->openSubMenu(), tree.inner);
+      tree.key(leaves);
+      EXPECT_EQ(tree.menu->openSubMenu(), nullptr);
+      EXPECT_TRUE(tree.menu->isListOpen());
+      tree.key(keys::kLeft);
+      tree.key(opens);
+      tree.key(keys::kDown);
+      tree.key(keys::kReturn);
+      EXPECT_FALSE(tree.menu->isListOpen());
+      EXPECT_EQ(tree.menu->currentText(), "two");
+      EXPECT_EQ(tree.desk.taken().size(), 1U);
+    }
+  }
+}
+
 TEST(OptionMenu, KeepsItsRowsInOrderAndItsSelectionOnItsRow) {
   Desk desk;
   KvOptionMenu* const menu = addMenu(desk);

@@ -157,6 +157,7 @@ std::string KvOptionMenu::currentText() const {
 
 void KvOptionMenu::idleStep(int /*flag*/) {
   if (isOpen && !isShown()) closePopup();  // its page went away
+  if (isOpen) endDetours();
   if (isOpen || closing) return;
   companionTick();
   if (!boundIndex) return;

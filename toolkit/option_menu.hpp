@@ -8,6 +8,7 @@
 
 #include "toolkit/base_control.hpp"
 #include "toolkit/bound_value.hpp"
+#include "toolkit/menu_aim.hpp"
 #include "toolkit/menu_entry.hpp"
 #include "toolkit/menu_scroll.hpp"
 
@@ -158,8 +159,11 @@ class KvOptionMenu final : public KvControl, public CControlListener {
   KvOptionMenu& root();
   KvOptionMenu* menuAt(CPoint where);
   void hover(int row);
+  void follow(CPoint where);
+  void endDetours();
   void openChild(int row);
   void closeChild();
+  void walk(int from, int direction);
   void choose(int row);
   void drawClosed(CDrawContext& context) const;
   void drawList(CDrawContext& context);
@@ -183,6 +187,7 @@ class KvOptionMenu final : public KvControl, public CControlListener {
   CRect listRect;
   MenuScroll scroll;
   int hoveredRow = -1;
+  MenuAim aim;  // from the hovered row
   bool isOpen = false;
   bool closing = false;
   bool ignoreNextUp = false;  // the release belongs to whoever opened the list

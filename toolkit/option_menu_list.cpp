@@ -126,6 +126,7 @@ void KvOptionMenu::openChild(int row) {
   menu->popup(PopupMode::none, nullptr, getTag());
   if (!menu->isOpen) return;
   childMenu = menu;
+  aim = {};
   menu->ignoreNextUp = false;
   if (menu->listRect.left < listRect.right && menu->listRect.width() <= listRect.left) {
     getFrame().invalidRect(menu->listRect);
@@ -142,6 +143,25 @@ void KvOptionMenu::hover(int row) {
   setDirty(true);
   closeChild();
   if (has(row) && entry(row).subMenu) openChild(row);
+}
+
+// The way into a sub-menu may cross other rows.
+void KvOptionMenu::follow(CPoint where) {
+  const int row = rowAt(where);
+  if (childMenu != nullptr && row != hoveredRow) {
+    if (row < 0 || aim.isOnWay(where, childMenu->listRect)) return;
+  }
+  hover(row);
+  aim.start(where);
+}
+
+// A pointer that rests on its way means the row under it.
+void KvOptionMenu::endDetours() {
+  if (parentMenu != nullptr) return;
+  for (KvOptionMenu* menu = this; menu != nullptr; menu = menu->childMenu) {
+    const auto pointer = getFrame().pointerPosition();
+    if (menu->aim.tick() && pointer && menuAt(*pointer) == menu) menu->follow(*pointer);
+  }
 }
 
 MouseResult KvOptionMenu::onMouseDown(CPoint& where, int buttons) {
@@ -176,11 +196,7 @@ MouseResult KvOptionMenu::onMouseMoved(CPoint& where, int /*buttons*/) {
     menu->setDirty(true);
     return MouseResult::handled;
   }
-  if (KvOptionMenu* const menu = top.menuAt(where)) {
-    const int row = menu->rowAt(where);
-    const bool leaves = row < 0 && menu->childMenu != nullptr;  // for the sub-menu beside it
-    if (!leaves) menu->hover(row);
-  }
+  if (KvOptionMenu* const menu = top.menuAt(where)) menu->follow(where);
   return MouseResult::handled;
 }
 
@@ -208,8 +224,9 @@ MouseResult KvOptionMenu::onMouseUp(CPoint& where, int /*buttons*/) {
   return MouseResult::handled;
 }
 
-// A row that is no choice leaves the list as it is.
+// A row that is no choice leaves the list as it is, but for what it opens.
 void KvOptionMenu::choose(int row) {
+  if (entry(row).subMenu) openChild(row);
   if (!entry(row).isChoice()) return;
   remember();
   const Held<KvOptionMenu> alive(this);  // what listens may fill the menus anew
@@ -223,32 +240,52 @@ void KvOptionMenu::choose(int row) {
 bool KvOptionMenu::onWheel(CPoint& where, float distance, int /*buttons*/) {
   KvOptionMenu* const menu = root().menuAt(where);
   if (menu == nullptr) return false;
+  const int before = menu->firstVisible();
+  menu->scroll.moveRows(distance > 0.0F ? -3 : 3);
+  if (menu->firstVisible() == before) return true;  // what is open stays beside its row
   menu->closeChild();
   menu->hoveredRow = -1;
-  menu->scroll.moveRows(distance > 0.0F ? -3 : 3);
   menu->setDirty(true);
   return true;
 }
 
+void KvOptionMenu::walk(int from, int direction) {
+  int row = from;
+  do row += direction;
+  while (has(row) && (entry(row).isHeader || !entry(row).enabled));
+  if (!has(row)) return;
+  hoveredRow = row;
+  scroll.show(row, rowsInside());
+  setDirty(true);
+}
+
+// The innermost list gets them.
 bool KvOptionMenu::onKeyDown(const WindowKey& key) {
   if (!isOpen) return false;
-  if (key.virt == keys::kEscape) {
-    closePopup();
-    if (parentMenu != nullptr) parentMenu->childMenu = nullptr;
-  } else if (key.virt == keys::kUp || key.virt == keys::kDown) {
-    const int direction = key.virt == keys::kDown ? 1 : -1;
-    int row = hoveredRow >= 0 ? hoveredRow : selectedEntry;
-    do row += direction;
-    while (has(row) && (entry(row).isHeader || !entry(row).enabled));
-    if (!has(row)) return true;
-    closeChild();
-    hoveredRow = row;
-    scroll.show(row, rowsInside());
-    setDirty(true);
-  } else if (key.virt == keys::kRight && has(hoveredRow) && entry(hoveredRow).subMenu) {
-    openChild(hoveredRow);
-  } else if ((key.virt == keys::kReturn || key.virt == keys::kEnter) && has(hoveredRow)) {
-    choose(hoveredRow);
+  const int row = hoveredRow >= 0 ? hoveredRow : selectedEntry;
+  switch (key.virt) {
+    case keys::kEscape:
+    case keys::kLeft:
+      if (parentMenu != nullptr) {
+        parentMenu->closeChild();
+      } else if (key.virt == keys::kEscape) {
+        closePopup();
+      }
+      break;
+    case keys::kUp: walk(row, -1); break;
+    case keys::kDown: walk(row, 1); break;
+    case keys::kRight:
+    case keys::kReturn:
+    case keys::kEnter:
+      if (!has(hoveredRow)) break;
+      if (entry(hoveredRow).subMenu) {
+        openChild(hoveredRow);
+        if (childMenu != nullptr) childMenu->walk(-1, 1);
+      } else if (key.virt != keys::kRight) {
+        choose(hoveredRow);
+      }
+      break;
+    default: break;
   }
   return true;
 }
