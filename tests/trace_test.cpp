@@ -106,6 +106,16 @@ TEST_F(Pattern, IsDrawnByOneStrokeThatLeavesNoStepOutAndStaysInside) {
   EXPECT_EQ(values().front(), 0.0F);
   EXPECT_EQ(values()[7], 1.0F);
   EXPECT_LT(values()[3], values()[4]);
+  desk.release(-100, 500);
+  // A line that went too far gives back what it covered, on either side of its start.
+  for (int i = 0; i < 8; ++i) table.setValue(i, 0.125F * static_cast<float>(i));
+  desk.press(x(4), y(1.0F), buttons::kLeft | buttons::kShift);
+  desk.drag(x(4), y(0.25F), buttons::kLeft | buttons::kShift);
+  for (const int to : {7, 1, 5}) {
+    desk.drag(x(to), y(0.5F), buttons::kLeft | buttons::kShift);
+    desk.window->wheel(x(6), 30, 1.0F);  // means nothing meanwhile
+  }
+  EXPECT_EQ(values(), (std::vector{0.0F, 0.125F, 0.25F, 0.375F, 1.0F, 0.5F, 0.75F, 0.875F}));
 }
 
 TEST_F(Pattern, SlidesAsAWholeWithAlt) {

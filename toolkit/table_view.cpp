@@ -84,6 +84,26 @@ void KvTableView::writeBetween(int fromStep, float fromValue, int toStep, float 
   if (count == 0) write(toStep, toValue);
 }
 
+void KvTableView::keepSteps() {
+  const int count = table->size();
+  scratchTable.resize(static_cast<std::size_t>(count));
+  for (int i = 0; i < count; ++i) {
+    scratchTable[static_cast<std::size_t>(i)] = table->cell(i, 0);
+  }
+}
+
+// Straight from the press; what a line that went farther had covered comes back.
+void KvTableView::drawTo(int step, float value) {
+  const auto [first, last] = std::minmax(pressColumn, step);
+  const auto [from, to] = std::minmax(pressColumn, editColumn);
+  const int kept = std::min(table->size(), static_cast<std::int32_t>(scratchTable.size()));
+  for (int i = from; i <= to && i < kept; ++i) {
+    if (i < first || i > last) table->setValue(i, scratchTable[static_cast<std::size_t>(i)]);
+  }
+  if (step != pressColumn) write(pressColumn, pressValue);
+  writeBetween(pressColumn, pressValue, step, value);
+}
+
 MouseResult KvTableView::onMouseDown(CPoint& where, int buttons) {
   if (!takesMouse(where)) return MouseResult::notHandled;
   const int step = stepAt(where.x);
@@ -100,12 +120,10 @@ MouseResult KvTableView::onMouseDown(CPoint& where, int buttons) {
   if ((buttons & buttons::kAlt) != 0) {
     stroke = Stroke::slides;
     dragOffset = 0.0F;
-    scratchTable.resize(static_cast<std::size_t>(table->size()));
-    for (int i = 0; i < table->size(); ++i) {
-      scratchTable[static_cast<std::size_t>(i)] = table->cell(i, 0);
-    }
+    keepSteps();
   } else {
     stroke = Stroke::draws;
+    if (drawLine) keepSteps();
     write(step, yToValue(where.y));
     pressColumn = step;
     pressValue = editValue;
@@ -128,9 +146,11 @@ MouseResult KvTableView::onMouseMoved(CPoint& where, int buttons) {
   } else {
     const float moved = static_cast<float>(-down) * kFine / static_cast<float>(bars().height());
     const float value = fineEdit ? editValue + moved : yToValue(where.y);
-    const bool isLine = drawLine && pressColumn < table->size();
-    writeBetween(isLine ? pressColumn : editColumn, isLine ? pressValue : editValue, step,
-                 inside(value));
+    if (drawLine && pressColumn < table->size()) {
+      drawTo(step, inside(value));
+    } else {
+      writeBetween(editColumn, editValue, step, inside(value));
+    }
   }
   changed();
   return MouseResult::handled;
@@ -154,7 +174,7 @@ MouseResult KvTableView::onMouseUp(CPoint& where, int /*buttons*/) {
 }
 
 bool KvTableView::onWheel(CPoint& where, float distance, int /*buttons*/) {
-  if (!takesMouse(where)) return false;
+  if (!takesMouse(where) || stroke != Stroke::none) return false;
   const int step = stepAt(where.x);
   const float value = table->cell(step, 0);
   write(step, has(kInteger) ? value - static_cast<float>(static_cast<int>(distance))

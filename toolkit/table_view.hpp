@@ -55,11 +55,13 @@ class KvTableView final : public KvControl {
   void drawCursor(CDrawContext& context, int playing) const;
   void write(int step, float value);
   void writeBetween(int fromStep, float fromValue, int toStep, float toValue);
+  void keepSteps();
+  void drawTo(int step, float value);
   void slide();
   void changed();
 
   KvTableXY* table = nullptr;
-  std::vector<float> scratchTable;  // all steps as they were when they began to slide
+  std::vector<float> scratchTable;  // all steps as they were when a slide or a line began
   int lastY = 0;
   int editColumn = 0;      // where the last write of the stroke was
   float editValue = 0.0F;  // and what it wrote
