@@ -195,6 +195,7 @@ void KvUniClientEditor::stepProgram(int direction) {
 bool KvUniClientEditor::keyPressed(const WindowKey& key) {
   constexpr std::uint8_t kDice = keys::kF1 + 1;
   if (key.virt != kDice) return false;
+  if (isOpen() && getFrame()->isHolding()) return true;  // one edit of a knob at a time
   const auto now = std::chrono::steady_clock::now().time_since_epoch();
   SystemRandom random(static_cast<std::uint32_t>(now / std::chrono::microseconds(1)));
   effect.randomise(random);

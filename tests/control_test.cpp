@@ -1,6 +1,7 @@
 // Controls as a user moves them: what they tell, what they show, and who gets the mouse.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <clocale>
 #include <cstdlib>
 #include <filesystem>
@@ -61,9 +62,11 @@ class CommaLocale {
 TEST(Knob, GoesUpWithTheMouseFinerWithShiftAndBackToItsDefault) {
   Desk desk;
   KvKnob* const knob = addKnob(desk, 3);
+  desk.add<KvKnob>(CRect{100, 10, 130, 40}, 4, kNoPicture, 30, 128, 1.0F);
   knob->setValue(0.5F);
   knob->setDefaultValue(0.25F);
   desk.press(20, 20);
+  desk.window->wheel(110, 20, 1.0F);  // over the other one: that is not touched
   desk.drag(90, 10);
   EXPECT_FLOAT_EQ(knob->getValue(), 0.6F);
   desk.drag(90, 0, kShift);  // finer from here on, without a jump
@@ -241,7 +244,11 @@ TEST(Panel, TakesAllInputUntilAPressOutsideAndStaysInsideTheFrame) {
   panel->flags |= KvControl::kFillsBackground;
   panel->backgroundColor = kRedColor;
   knob->setPopupPanel(panel);
+  knob->setHandleBorder(3);
   knob->setBoundsAndArea(280, 180, 300, 200);
+  EXPECT_EQ(knob->getMouseableArea(), (CRect{277, 177, 303, 203}));
+  panel->setBoundsAndArea(50, 50, 150, 110);
+  EXPECT_EQ(slider->getViewSize(), (CRect{55, 70, 135, 80}));
   desk.click(290, 190, buttons::kRight);
   EXPECT_EQ(panel->getViewSize(), (CRect{200, 140, 300, 200}));
   EXPECT_EQ(slider->getViewSize(), (CRect{205, 160, 285, 170}));
@@ -267,6 +274,56 @@ TEST(Panel, TakesAllInputUntilAPressOutsideAndStaysInsideTheFrame) {
   EXPECT_NE(desk.window->pixel(299, 141), 0xFF0000U);
   desk.click(290, 190, kControl);
   EXPECT_EQ(desk.taken().size(), 1U);
+}
+
+TEST(Panel, GivesTheInputBackInWhateverOrderPanelsClose) {
+  std::vector<std::size_t> order{0, 1, 2};
+  do {
+    Desk desk;
+    std::vector<KvViewContainer*> panels;
+    for (int i = 0; i < 3; ++i) panels.push_back(desk.add<KvViewContainer>(kPlace, i));
+    // The last one comes up twice, and lies on top then.
+    for (const std::size_t i : {2U, 0U, 1U, 2U}) panels[i]->popup(PopupMode::none, nullptr, 0);
+    std::vector<KvViewContainer*> open = panels;
+    for (const std::size_t i : order) {
+      std::erase(open, panels[i]);
+      if (i == 1) panels[i]->closePopup();
+      if (i != 1) desk.frame->removeView(panels[i]);
+      EXPECT_EQ(desk.frame->getModalView(), open.empty() ? nullptr : open.back());
+    }
+  } while (std::ranges::next_permutation(order).found);
+}
+
+TEST(Gesture, IsOneEditWhateverComesBetween) {
+  enum Between { wheel, wheelElsewhere, escape };
+  for (const Between between : {wheel, wheelElsewhere, escape}) {
+    Desk desk;
+    auto* const panel = desk.add<KvViewContainer>(CRect{100, 0, 200, 60}, 50);
+    float variable = 0.25F;
+    for (const int top : {10, 30}) {
+      auto* const slider = new KvKnob({0, 0, 80, 10}, &desk, 17, *desk.frame, nullptr, 10, 75, 1);
+      slider->horizontal = true;
+      slider->bind(&variable, 1.0F, 0.0F);
+      panel->addView(slider, 5, top);
+    }
+    KvControl& slider = *panel->children()[0].get();
+    panel->popup(PopupMode::closesOutside, nullptr, 3);
+    desk.press(120, 15);
+    desk.drag(130, 15);
+    const bool wheels = between != escape;
+    if (wheels) desk.window->wheel(130, between == wheel ? 15 : 35, 1.0F);
+    if (!wheels) desk.window->keyDown({0, keys::kEscape, 0});
+    desk.ticks(1);
+    EXPECT_EQ(std::pair(desk.begins, desk.ends), std::pair(1, wheels ? 0 : 1)) << between;
+    EXPECT_EQ(panel->isVisible(), wheels);
+    desk.drag(150, 15);
+    EXPECT_FLOAT_EQ(slider.getValue(), wheels ? 0.55F : 0.35F) << between;
+    desk.release(150, 15);
+    EXPECT_EQ(std::pair(desk.begins, desk.ends), std::pair(1, 1)) << between;
+    panel->popup(PopupMode::closesOutside, nullptr, 3);
+    desk.ticks(1);
+    EXPECT_EQ(slider.getValue(), variable);  // which it follows again
+  }
 }
 
 TEST(Button, TellsByItsModeWhatAPressAndAReleaseMean) {

@@ -442,5 +442,58 @@ TEST(Editor, TwoWindowsShareThePicturesAndKeysRollTheDice) {
   }
 }
 
+TEST(Editor, RollsTheDiceOnceForAKeyThatIsHeld) {
+  EditorDesk desk;
+  const WindowKey dice{0, keys::kF1 + 1, 0};
+  const auto fromHost = [&](int opcode) { desk.host.dispatch(opcode, 0, dice.virt); };
+  // Pressed and released in the window, d and u, or by the host, D and U; a dot is a tick.
+  const std::pair<std::string, int> cases[] = {
+      {"d.d.du..d", 2},
+      {"d.ud.ud", 1},  // a server that tells of a release ahead of each repeat
+      {"D.DUD.dU..D", 2},
+      {"d" + std::string(60, '.') + "d", 2},  // the focus was elsewhere when it was released
+  };
+  for (const auto& [steps, rolls] : cases) {
+    int rolled = 0;
+    for (const char step : steps + "U...") {
+      const auto before = desk.values();
+      if (step == 'd') desk.window->keyDown(dice);
+      if (step == 'u') desk.window->keyUp(dice);
+      if (step == 'D') fromHost(effEditKeyDown);
+      if (step == 'U') fromHost(effEditKeyUp);
+      if (step == '.') desk.tick();
+      if (step == 'd' || step == 'u') desk.editor().shownFrame()->idle();
+      rolled += desk.changedSince(before).empty() ? 0 : 1;
+    }
+    EXPECT_EQ(rolled, rolls) << steps;
+  }
+  desk.press(desk.middleOf(4));
+  const auto before = desk.values();
+  desk.key(dice.virt);
+  EXPECT_EQ(desk.changedSince(before), Tags{});  // not while a knob is held
+}
+
+TEST(Editor, EscapeClosesWhatIsOnTopAndNoMore) {
+  EditorDesk desk;
+  const auto isOpen = [&] { return desk.editor().shownFrame()->getModalView() != nullptr; };
+  const auto escape = [&] {
+    desk.key(keys::kEscape);
+    desk.key(keys::kEscape);  // held
+    desk.window->keyUp({0, keys::kEscape, 0});
+    for (int i = 0; i < 3; ++i) desk.tick();
+    return desk.window->hostKeys().size();
+  };
+  const std::pair<int, int> opened[] = {
+      {3, buttons::kRight}, {221, buttons::kLeft}, {61, buttons::kLeft}};
+  std::size_t toHost = 0;
+  for (const auto& [tag, button] : opened) {
+    desk.click(desk.middleOf(tag), button);
+    EXPECT_TRUE(isOpen()) << tag;
+    EXPECT_EQ(escape(), ++toHost);  // the release alone
+    EXPECT_FALSE(isOpen()) << tag;
+  }
+  EXPECT_EQ(escape(), toHost + 3);
+}
+
 }  // namespace
 }  // namespace zum::test

@@ -62,8 +62,8 @@ bool KvControl::hitTest(CPoint where, int /*buttons*/) const {
 }
 
 void KvControl::popup(PopupMode /*mode*/, const CPoint* /*where*/, int /*popupTag*/) {
-  KvControl* const before = ownerFrame.getModalView();
-  if (before != nullptr && before != this) popupOwner = before;
+  ownerFrame.leaveModal(this);
+  popupOwner = ownerFrame.getModalView();
   ownerFrame.setModalView(this);
   ownerFrame.addOnTop(this);
   CRect area = drawnArea();
@@ -76,11 +76,14 @@ void KvControl::popup(PopupMode /*mode*/, const CPoint* /*where*/, int /*popupTa
 }
 
 void KvControl::closePopup() {
-  if (ownerFrame.getModalView() == this) ownerFrame.setModalView(nullptr);
-  if (popupOwner != nullptr) ownerFrame.setModalView(popupOwner);
-  popupOwner = nullptr;
+  ownerFrame.leaveModal(this);
   ownerFrame.removeFromTop(this);
   if (companionsOut) hideCompanions();
+}
+
+void KvControl::letGo() {
+  CPoint outside{-1, -1};
+  onMouseUp(outside, 0);
 }
 
 void KvControl::idleStep(int /*flag*/) { companionTick(); }
@@ -91,7 +94,7 @@ void KvControl::setBounds(int left, int top, int right, int bottom) {
 
 void KvControl::setBoundsAndArea(int left, int top, int right, int bottom) {
   setMouseableArea({left, top, right, bottom});
-  setViewSize({left, top, right, bottom});
+  setBounds(left, top, right, bottom);
 }
 
 void KvControl::addShownCompanion(CView* view) {

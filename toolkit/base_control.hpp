@@ -59,6 +59,8 @@ class KvControl : public CControl {
   virtual void popup(PopupMode mode, const CPoint* where, int popupTag);
   /// Gives the input back to what had it before. Children of a panel hear that it closes.
   virtual void closePopup();
+  /// Its panel closes under a press: the release does not come here any more.
+  virtual void letGo();
   virtual const CRect& getViewBounds() const { return getViewSize(); }
   virtual std::string getInfoString() const { return "no info"; }
   virtual bool isContainer() const { return false; }

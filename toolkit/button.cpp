@@ -150,8 +150,7 @@ void KvButton::idleStep(int /*flag*/) {
   companionTick();
 }
 
-void KvButton::closePopup() {
-  KvControl::closePopup();
+void KvButton::letGo() {
   const bool springsBack =
       mode == ButtonMode::momentary || mode == ButtonMode::untilFree || mode == ButtonMode::pulse;
   if (held && springsBack) setValue(0.0F);

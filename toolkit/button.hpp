@@ -46,8 +46,8 @@ class KvButton : public KvControl, public KvOptionMenuExtraCallBack {
   void onMouseEntered(CPoint& where, int buttons) override;
   void onMouseExited(CPoint& where, int buttons) override;
   void idleStep(int flag) override;
-  /// Lets go: the release does not come here any more.
-  void closePopup() override;
+  /// Nothing is told: a release may mean something.
+  void letGo() override;
   void setPopupPanel(KvViewContainer* panel) override { popupPanel = panel; }
   /// A choice in its menu becomes the value.
   void menuChose(int entry) override;

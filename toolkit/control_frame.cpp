@@ -1,6 +1,7 @@
 #include "toolkit/control_frame.hpp"
 
 #include <algorithm>
+#include <utility>
 
 namespace zum {
 namespace {
@@ -12,11 +13,17 @@ Held<KvControl> hold(KvControl* view) {
   return Held<KvControl>(view);
 }
 
+/// What chooses and closes; keys that walk or write go on while they are held.
+bool actsOnce(const WindowKey& key) {
+  return key.virt == keys::kEscape || key.virt == keys::kReturn || key.virt == keys::kEnter ||
+         key.virt >= keys::kF1;
+}
+
 }  // namespace
 
 bool KvFrame::removeView(CView* view) {
   std::erase(onTop, view);
-  if (modalView == view) modalView = nullptr;
+  leaveModal(view);
   return CFrame::removeView(view);
 }
 
@@ -30,6 +37,12 @@ bool KvFrame::isOnTop(const CView* view) const {
   return std::find(onTop.begin(), onTop.end(), view) != onTop.end();
 }
 
+void KvFrame::leaveModal(const CView* view) {
+  KvControl** link = &modalView;
+  while (*link != nullptr && *link != view) link = &(*link)->popupOwner;
+  if (*link != nullptr) *link = std::exchange((*link)->popupOwner, nullptr);
+}
+
 void KvFrame::setDirty(bool state) {
   CFrame::setDirty(state);
   if (state) invalidate();
@@ -39,6 +52,7 @@ void KvFrame::setDirty(bool state) {
 void KvFrame::idle() {
   if (ticking) return;
   ticking = true;
+  heldKey.tick();
   pollWindow();
   if (!isGone()) tick();
   ticking = false;
@@ -116,17 +130,27 @@ MouseResult KvFrame::onMouseMoved(CPoint& where, int buttons) {
 
 bool KvFrame::onWheel(CPoint& where, float distance, int buttons) {
   if (isBlocked()) return false;
-  if (modalView == nullptr) return CFrame::onWheel(where, distance, buttons);
+  if (gesture) return Held<KvControl>(gesture)->onWheel(where, distance, buttons);
+  if (captured() != nullptr || modalView == nullptr) {
+    return CFrame::onWheel(where, distance, buttons);
+  }
   return hold(modalView)->onWheel(where, distance, buttons);
 }
 
+// A held Escape closes one thing, and does not go on to close the host's window.
 bool KvFrame::onKeyDown(const WindowKey& key) {
-  if (isBlocked()) return false;
+  const bool repeats = heldKey.press(key);
+  if (!repeats || !actsOnce(key)) keyUsed = !isBlocked() && tellKey(key);
+  return keyUsed;
+}
+
+bool KvFrame::tellKey(const WindowKey& key) {
   const bool used = modalView != nullptr ? hold(modalView)->onKeyDown(key) : CFrame::onKeyDown(key);
   return used || (editor != nullptr && editor->keyPressed(key));
 }
 
 bool KvFrame::onKeyUp(const WindowKey& key) {
+  heldKey.release(key);
   const bool used = modalView != nullptr ? hold(modalView)->onKeyUp(key) : CFrame::onKeyUp(key);
   return used || (editor != nullptr && editor->keyReleased(key));
 }

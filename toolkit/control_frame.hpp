@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "toolkit/base_control.hpp"
+#include "toolkit/held_key.hpp"
 #include "toolkit/view/frame.hpp"
 
 namespace zum {
@@ -40,7 +41,11 @@ class KvFrame final : public CFrame {
   /// Takes all mouse and keyboard input; null for none.
   void setModalView(KvControl* view) { modalView = view; }
   KvControl* getModalView() const { return modalView; }
+  /// The input of a popup goes back to what had it before, also when another lies over it.
+  void leaveModal(const CView* view);
 
+  /// A press is under way.
+  bool isHolding() const { return gesture || captured() != nullptr; }
   /// Ends what the mouse holds, as a release outside does.
   void letGo();
 
@@ -66,9 +71,8 @@ class KvFrame final : public CFrame {
  private:
   ~KvFrame() override = default;
   void tick();
+  bool tellKey(const WindowKey& key);
   bool isOnTop(const CView* view) const;
-  /// A press is under way.
-  bool isHolding() const { return gesture || captured() != nullptr; }
   bool isBlocked() const { return editor != nullptr && editor->isBlocked(); }
 
   CEditorInterface* editor;
@@ -76,6 +80,8 @@ class KvFrame final : public CFrame {
   std::vector<KvControl*> onTop;
   KvControl* modalView = nullptr;
   Held<KvControl> gesture;  // took a press while it had all input
+  HeldKey heldKey;
+  bool keyUsed = false;  // the last one that was pressed
   bool redrawRequested = false;
   bool ticking = false;
 };

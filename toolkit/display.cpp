@@ -142,7 +142,7 @@ MouseResult KvDisplay::onMouseUp(CPoint& where, int /*buttons*/) {
 }
 
 bool KvDisplay::onWheel(CPoint& where, float distance, int /*buttons*/) {
-  if (!isDraggable() || !getMouseableArea().contains(where)) return false;
+  if (!isDraggable() || dragging || !getMouseableArea().contains(where)) return false;
   if (boundValue) setValue(boundValue.raw());
   beginEdit();
   moveTo(getValue() + distance * kWheelStep);

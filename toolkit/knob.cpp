@@ -157,7 +157,7 @@ MouseResult KvKnob::onMouseUp(CPoint& where, int /*buttons*/) {
 }
 
 bool KvKnob::onWheel(CPoint& where, float distance, int buttons) {
-  if (!takesMouse(where) || springBack) return false;
+  if (!takesMouse(where) || springBack || dragging) return false;
   const float step = (buttons & buttons::kShift) != 0 ? kFineWheelStep : kWheelStep;
   follow();
   take(getValue() + distance * step);

@@ -1,6 +1,7 @@
 #include "toolkit/panel.hpp"
 
 #include <algorithm>
+#include <utility>
 
 #include "toolkit/control_frame.hpp"
 
@@ -107,6 +108,7 @@ MouseResult KvViewContainer::onMouseMoved(CPoint& where, int buttons) {
 
 bool KvViewContainer::onWheel(CPoint& where, float distance, int buttons) {
   if (!isShown()) return false;
+  if (mouseCapture) return Held<KvControl>(mouseCapture)->onWheel(where, distance, buttons);
   KvControl* const view = getViewAt(where, buttons);
   return view != nullptr && view->onWheel(where, distance, buttons);
 }
@@ -115,7 +117,9 @@ bool KvViewContainer::onKeyDown(const WindowKey& key) {
   for (std::size_t i = views.size(); i-- > 0;) {
     if (i < views.size() && Held<KvControl>(views[i])->onKeyDown(key)) return true;
   }
-  return false;
+  if (key.virt != keys::kEscape || getFrame().getModalView() != this) return false;
+  closePopup();
+  return true;
 }
 
 void KvViewContainer::popup(PopupMode mode, const CPoint* where, int popupTag) {
@@ -133,13 +137,18 @@ void KvViewContainer::popup(PopupMode mode, const CPoint* where, int popupTag) {
 }
 
 void KvViewContainer::closePopup() {
+  letGo();
   for (const auto& view : views) view->closePopup();
   KvControl::closePopup();
   getFrame().setDirty(true);
   getFrame().requestRedraw();
   hoverOver(nullptr, {-1, -1});
   setVisible(false);
-  mouseCapture = {};
+}
+
+void KvViewContainer::letGo() {
+  const Held<KvControl> view = std::move(mouseCapture);
+  if (view) view->letGo();
 }
 
 void KvViewContainer::idleStep(int flag) {
@@ -165,7 +174,8 @@ void KvViewContainer::hoverOver(KvControl* view, CPoint where) {
 void KvViewContainer::setBounds(int left, int top, int right, int bottom) {
   const CPoint from = getViewSize().topLeft();
   for (const auto& view : views) moveBy(*view.get(), left - from.x, top - from.y);
-  KvControl::setBoundsAndArea(left, top, right, bottom);
+  setMouseableArea({left, top, right, bottom});
+  KvControl::setBounds(left, top, right, bottom);
 }
 
 }  // namespace zum

@@ -35,11 +35,13 @@ class KvViewContainer : public KvControl {
   MouseResult onMouseUp(CPoint& where, int buttons) override;
   MouseResult onMouseMoved(CPoint& where, int buttons) override;
   bool onWheel(CPoint& where, float distance, int buttons) override;
+  /// Escape closes it.
   bool onKeyDown(const WindowKey& key) override;
   /// Moved in so far that it stays inside of the frame.
   void popup(PopupMode mode, const CPoint* where, int popupTag) override;
   /// Input goes back to what had it before.
   void closePopup() override;
+  void letGo() override;
   bool isContainer() const override { return true; }
   void idleStep(int flag) override;
   /// With its children.

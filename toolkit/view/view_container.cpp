@@ -57,6 +57,7 @@ MouseResult CViewContainer::onMouseMoved(CPoint& where, int buttons) {
 }
 
 bool CViewContainer::onWheel(CPoint& where, float distance, int buttons) {
+  if (capture) return Held<CView>(capture)->onWheel(where, distance, buttons);
   for (std::size_t i = views.size(); i-- > 0;) {
     if (i >= views.size() || !views[i]->hitTest(where, buttons)) continue;
     const Held<CView> view = views[i];

@@ -25,7 +25,7 @@ class CViewContainer : public CView {
   bool isDirty() const override;
   void gatherDamage(Damage& damage) override;
 
-  /// A child that takes the press gets what follows.
+  /// A child that takes the press gets what follows, the wheel too.
   MouseResult onMouseDown(CPoint& where, int buttons) override;
   MouseResult onMouseUp(CPoint& where, int buttons) override;
   MouseResult onMouseMoved(CPoint& where, int buttons) override;
