@@ -199,6 +199,19 @@ TEST_F(FileWindowTest, LoadsByDoubleClicksAndByKeys) {
   EXPECT_EQ(answers.back(), "none");
 }
 
+TEST_F(FileWindowTest, SelectsOnlyRowsThatAreSeen) {
+  for (int i = 0; i < 40; ++i) std::ofstream(folder / (std::to_string(i) + ".kvz")) << i;
+  dialogs.load(question, answer());
+  const FileList& list = dialogs.getWindow()->getList();
+  const CRect& area = list.getViewSize();
+  for (const bool seen : {false, true}) {  // the strip below the last row, and that
+    const int row = list.rowsInside() - (seen ? 1 : 0);
+    screen["Title"].press(area.left + 20, area.top + 1 + row * FileList::kRowHeight);
+    dialogs.poll();
+    EXPECT_EQ(list.getSelected() != nullptr, seen);
+  }
+}
+
 TEST_F(FileWindowTest, SavesUnderANameAndAsksBeforeItReplaces) {
   dialogs.save(question, answer());
   press(keys::kReturn);  // no name yet

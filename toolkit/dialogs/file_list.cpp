@@ -80,8 +80,9 @@ MouseResult FileList::onMouseDown(CPoint& where, int buttons) {
   }
   scroll.dragged = scroll.isOn(where);
   if (scroll.dragged) return onMouseMoved(where, buttons);
-  const int row = scroll.firstRow() + (where.y - getViewSize().top - 1) / kRowHeight;
-  if (row >= static_cast<int>(rows.size())) return MouseResult::done;
+  const int place = (where.y - getViewSize().top - 1) / kRowHeight;
+  const int row = scroll.firstRow() + place;
+  if (place >= rowsInside() || row >= static_cast<int>(rows.size())) return MouseResult::done;
   opened = (buttons & buttons::kDoubleClick) != 0 && row == selected;
   select(row);
   report();
