@@ -117,7 +117,7 @@ TEST_F(DaehostTest, TellsOfMessagesAndSamplesThatAreLost) {
                                    word(0x40000000) + word(0x7FC00000));
   const std::string loud = run("render loud.wav out.flac --set 'Master Bypass=1'").second;
   EXPECT_NE(loud.find("warning: out.flac clips in 2 samples"), std::string::npos) << loud;
-  EXPECT_NE(loud.find("has 2 samples that are no finite numbers"), std::string::npos) << loud;
+  EXPECT_NE(loud.find("loud.wav has 1 samples that are no finite"), std::string::npos) << loud;
 }
 
 TEST_F(DaehostTest, SaysWhatToDoNext) {
@@ -136,7 +136,8 @@ TEST_F(DaehostTest, SaysWhatToDoNext) {
       {"render in.wav song.mid --midi song.mid", 2, "would overwrite song.mid"},
       {"render none.wav out.wav", 1, "none.wav"},
       {"render in.wav out.wav --block 0", 2, "\"0\" is not a number from 1"},
-      {"list --help >none; rm -rf config; ulimit -f 1; " ZUM_PROGRAM " save x", 1, "cannot write x"},
+      {"list --help >none; rm -rf config; ulimit -f 1; " ZUM_PROGRAM " save x", 1,
+       "cannot write x"},
       {"list --plug-in none.dpm", 1, "build it or name another"},
       {"list --plug-in in.wav", 1, "cannot load in.wav"},
       {"save link.dpm --plug-in ./file.dpm", 2, "would overwrite ./file.dpm"},

@@ -325,6 +325,8 @@ TEST_F(EditorPresets, AreChosenSavedAndLookedForFromTheWindow) {
       if (desk.window->pixel(list.left + 3, middle - 1) != 0) found.push_back(row);
     }
     desk.key(keys::kEscape);
+    desk.window->keyUp({0, keys::kEscape, 0});
+    for (int i = 0; i < 2; ++i) desk.tick();  // or the next press would be a repeat
     return found;
   };
   const auto rows = [&menu] {

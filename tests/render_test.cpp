@@ -282,7 +282,8 @@ TEST_F(RenderTest, TellsLengthPeakAndDamage) {
       {64.0F, "o.wav", "o.wav: 0.50 s, ", ""},
       {0.5F, "o.flac", "times faster than real time, peak -", ""},
       {64.0F, "o.flac", "o.flac: 0.50 s, ", "o.flac clips in "},
-      {NAN, "o.wav", " real time, no sample is a finite number", "no finite numbers"},
+      {NAN, "o.wav", " real time, silent",
+       "float.wav has 22050 samples that are no finite numbers"},
   };
   for (const auto& c : cases) {
     makeFile("float.wav", SF_FORMAT_WAV | SF_FORMAT_FLOAT, 1, 44100, 22050, c.level);

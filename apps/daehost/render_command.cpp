@@ -61,7 +61,8 @@ void render(const RenderOptions& options) {
     if (process.isRunning) process.position = done;
   }
   output.finish();
-  output.warnOfDamage(options.input);
+  input.warnOfDamage();
+  output.warnOfDamage();
   std::cout << printable(options.output.string()) << ": " << done << " frames, peak "
             << output.peak() << '\n';
 }

@@ -1,7 +1,9 @@
 // Opening, checking and reading of the input file.
 #include "apps/zum/audio_input.hpp"
 
+#include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstring>
 
 #include "apps/zum/failure.hpp"
@@ -72,12 +74,21 @@ int AudioInput::read(float* left, float* right, int count) {
     throw Failure(name + " breaks off after " + std::to_string(framesRead) +
                   " frames; copy or export it again");
   }
+  const auto samples = interleaved.begin() + std::ptrdiff_t{got} * channels;
+  nonFinite +=
+      std::count_if(interleaved.begin(), samples, [](float x) { return !std::isfinite(x); });
   const float* sample = interleaved.data();
   for (int i = 0; i < got; ++i, sample += channels) {
     left[i] = sample[0];
     right[i] = sample[channels - 1];
   }
   return got;
+}
+
+void AudioInput::warnOfDamage() const {
+  if (nonFinite == 0) return;
+  warn(name + " has " + std::to_string(nonFinite) +
+       " samples that are no finite numbers, and is silent there; export it again");
 }
 
 }  // namespace zum

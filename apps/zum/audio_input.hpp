@@ -34,12 +34,15 @@ class AudioInput {
   /// Fills up to `count` frames of both channels, mono doubled; fewer only at the end of the file.
   /// Throws Failure when the file breaks off before its end.
   int read(float* left, float* right, int count);
+  /// Tells of samples so far that are no finite numbers: what a filter makes of them is silence.
+  void warnOfDamage() const;
 
  private:
   std::string name;
   SF_INFO info{};
   SndfilePointer file;
   sf_count_t framesRead = 0;
+  sf_count_t nonFinite = 0;  // samples
   std::vector<float> interleaved;
 };
 

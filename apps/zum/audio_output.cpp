@@ -92,11 +92,7 @@ void AudioOutput::checkWrite(bool complete) const {
 
 void AudioOutput::measure(float sample) {
   const float level = std::fabs(sample);
-  if (!std::isfinite(sample)) {
-    ++nonFinite;
-  } else {
-    highest = std::fmax(highest, level);
-  }
+  if (std::isfinite(level)) highest = std::fmax(highest, level);
   if (bits != 0 && level > 1.0F) ++clipped;
 }
 
@@ -118,15 +114,10 @@ void AudioOutput::write(const float* left, const float* right, int count) {
   checkWrite(sf_writef_int(file.get(), integers.data(), count) == count);
 }
 
-void AudioOutput::warnOfDamage(const std::filesystem::path& input) const {
-  if (clipped > 0) {
-    warn(name + " clips in " + std::to_string(clipped) +
-         " samples; turn the level down, or render from a float file to a float format");
-  }
-  if (nonFinite > 0) {
-    warn(name + " has " + std::to_string(nonFinite) +
-         " samples that are no finite numbers; check " + input.string() + " for them");
-  }
+void AudioOutput::warnOfDamage() const {
+  if (clipped == 0) return;
+  warn(name + " clips in " + std::to_string(clipped) +
+       " samples; turn the level down, or render from a float file to a float format");
 }
 
 void AudioOutput::finish() {

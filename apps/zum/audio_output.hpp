@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <limits>
 #include <string>
 #include <vector>
 
@@ -23,10 +22,9 @@ class AudioOutput {
   void finish();
 
   // Of all that was written so far.
-  /// Tells of samples that clip, and of those that are no finite numbers.
-  void warnOfDamage(const std::filesystem::path& input) const;
+  /// Tells of samples that clip.
+  void warnOfDamage() const;
   float peak() const { return highest; }
-  std::int64_t nonFiniteSamples() const { return nonFinite; }
 
  private:
   static SF_VIRTUAL_IO sinkFunctions();
@@ -40,9 +38,8 @@ class AudioOutput {
   SndfilePointer file;
   std::vector<float> floats;
   std::vector<int> integers;
-  float highest = std::numeric_limits<float>::quiet_NaN();  // until one sample is finite
+  float highest = 0.0F;  // of what is finite: a host's bypass hands on anything
   std::int64_t clipped = 0;
-  std::int64_t nonFinite = 0;
 };
 
 }  // namespace zum

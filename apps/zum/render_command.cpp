@@ -66,7 +66,7 @@ void summarise(const RenderOptions& options, const Rendered& rendered, float pea
   if (peak > 0.0F) {
     std::cout << "peak " << std::setprecision(1) << 20.0 * std::log10(peak) << " dBFS\n";
   } else {
-    std::cout << (std::isnan(peak) ? "no sample is a finite number\n" : "silent\n");
+    std::cout << "silent\n";
   }
 }
 
@@ -160,7 +160,8 @@ void render(const RenderOptions& options) {
                                  .tailFrames = tailFrames});
   if (trace) trace->finish();
   output.finish();
-  output.warnOfDamage(options.input);
+  input.warnOfDamage();
+  output.warnOfDamage();
   if (!options.quiet) summarise(options, rendered, output.peak());
 }
 
