@@ -145,7 +145,7 @@ TEST_F(Pictures, PagesListsAndTheAboutPanel) {
     desk.press(desk.middleOf(tag));
     desk.release(desk.middleOf(tag));
     expectLooksAs(name);
-    desk.key(keys::kEscape);
+    desk.tap(keys::kEscape);
   }
   desk.click(221);
   settle();

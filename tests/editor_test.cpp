@@ -324,9 +324,7 @@ TEST_F(EditorPresets, AreChosenSavedAndLookedForFromTheWindow) {
       const int middle = list.top + 1 + 17 * row + 8;
       if (desk.window->pixel(list.left + 3, middle - 1) != 0) found.push_back(row);
     }
-    desk.key(keys::kEscape);
-    desk.window->keyUp({0, keys::kEscape, 0});
-    for (int i = 0; i < 2; ++i) desk.tick();  // or the next press would be a repeat
+    desk.tap(keys::kEscape);
     return found;
   };
   const auto rows = [&menu] {

@@ -69,6 +69,11 @@ class EditorDesk {
     window->keyDown({0, virt, 0});
     tick();
   }
+  void tap(std::uint8_t virt) {
+    key(virt);
+    window->keyUp({0, virt, 0});
+    for (int i = 0; i < 2; ++i) tick();  // or the next press would be a repeat
+  }
   void controller(int number, int value) {
     VstMidiEvent midi{};
     midi.type = kVstMidiType;
