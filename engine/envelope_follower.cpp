@@ -1,5 +1,7 @@
 #include "engine/envelope_follower.hpp"
 
+#include <array>
+
 #include "engine/note_table.hpp"
 #include "engine/one_pole.hpp"
 #include "engine/shared_value.hpp"
@@ -29,12 +31,6 @@ float interpolated(const std::array<float, 17>& table, float position) ZUM_REALT
 }
 
 }  // namespace
-
-void FollowerScope::enter(float point) ZUM_REALTIME {
-  storeShared(points[static_cast<std::size_t>(writeIndex)], point);
-  const std::int32_t after = writeIndex + 1;
-  storeShared(writeIndex, after < kPoints ? after : 0);
-}
 
 void EnvelopeFollower::recompute(const KvSystemInfo& clock) ZUM_REALTIME {
   columnScale = clock.twoOverRate * 10.0F;

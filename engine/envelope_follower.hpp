@@ -2,22 +2,14 @@
 // is one of the LevelDetectors; here is what the control pass does.
 #pragma once
 
-#include <array>
-
 #include "engine/clock.hpp"
+#include "engine/display_ring.hpp"
 #include "engine/level_detectors.hpp"
 #include "engine/svf_lookup.hpp"
 
 namespace zum {
 
-/// Points of the follower's scope, oldest overwritten; read by the editor without a lock.
-struct FollowerScope {
-  static constexpr std::int32_t kPoints = 2048;
-  std::array<float, kPoints> points{};
-  std::int32_t writeIndex = 0;
-
-  void enter(float point) ZUM_REALTIME;
-};
+using FollowerScope = DisplayRing<2048>;
 
 /// The settings in a player's units. [any] one aligned word each
 struct FollowerReadout {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "engine/shared_value.hpp"
+
 namespace zum {
 
 void OutputStage::controlPass(float mixSum, float masterSum, float controlStep) ZUM_REALTIME {

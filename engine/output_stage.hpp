@@ -2,27 +2,13 @@
 // two level meters. Left and right in lanes 0 and 1.
 #pragma once
 
-#include <array>
-
+#include "engine/display_ring.hpp"
 #include "engine/numbers.hpp"
 #include "engine/ramp.hpp"
-#include "engine/shared_value.hpp"
 
 namespace zum {
 
-/// Points of a meter, oldest overwritten. The engine writes, the editor reads without a lock; a
-/// torn read costs a pixel.
-struct MeterRing {
-  static constexpr int kPoints = 139;
-  std::array<float, kPoints> points{};
-  std::int32_t writeIndex = 0;
-
-  void enter(float point) ZUM_REALTIME {
-    storeShared(points[static_cast<std::size_t>(writeIndex)], point);
-    const std::int32_t after = writeIndex + 1;
-    storeShared(writeIndex, after < kPoints ? after : 0);
-  }
-};
+using MeterRing = DisplayRing<139>;
 
 class OutputStage {
  public:

@@ -278,9 +278,9 @@ TEST(BufferDraw, ReadsARingFromItsOldestSample) {
   for (std::size_t i = 0; i < ring.size(); ++i) ring[i] = static_cast<float>(i) / 256.0F;
   ring[5] = 2.0F;
   ring[6] = std::numeric_limits<float>::quiet_NaN();
-  std::int32_t next = 100;
+  std::int32_t newest = 100;
   KvBufferDrawAuto one({0, 0, 139, 20});  // a sample a column
-  one.setRing(ring.data(), &next, 139);
+  one.setRing(ring.data(), &newest, 139);
   one.fetch();
   EXPECT_EQ(one.columns()[0], 101.0F / 256.0F);
   EXPECT_EQ(one.columns()[37], 138.0F / 256.0F);
@@ -289,8 +289,8 @@ TEST(BufferDraw, ReadsARingFromItsOldestSample) {
   EXPECT_EQ(one.columns()[138], 100.0F / 256.0F);
   std::vector<float> many(2048, 0.5F);
   KvBufferDrawAuto few({0, 0, 218, 20});
-  few.setRing(many.data(), &next, 2048);
-  for (next = 0; next < 2048; ++next) few.fetch();
+  few.setRing(many.data(), &newest, 2048);
+  for (newest = 0; newest < 2048; ++newest) few.fetch();
   EXPECT_EQ(few.columns(), std::vector<float>(218, 0.5F));
 }
 

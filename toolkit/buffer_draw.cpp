@@ -71,7 +71,7 @@ void KvBufferDraw::render(Style style) {
 
 void KvBufferDrawAuto::setRing(const float* samples, const std::int32_t* writeIndex, int length) {
   ring = samples;
-  next = writeIndex;
+  newest = writeIndex;
   size = length;
 }
 
@@ -79,7 +79,7 @@ void KvBufferDrawAuto::fetch() {
   if (ring == nullptr || size < 1) return;
   const auto length = static_cast<float>(size);
   const float step = length / static_cast<float>(columns().size());
-  float position = static_cast<float>(loadShared(*next)) + step;
+  float position = static_cast<float>(loadShared(*newest)) + step;
   if (position >= length) position -= length;
   const int grid = static_cast<int>(step);  // the samples that are read stay the same ones
   if (grid > 0) {

@@ -46,14 +46,14 @@ class KvBufferDrawAuto : public KvBufferDraw {
  public:
   using KvBufferDraw::KvBufferDraw;
 
-  /// `samples` of `length`, and the place that is written next; both outlive this.
+  /// `samples` of `length`, and the place that was written last; both outlive this.
   void setRing(const float* samples, const std::int32_t* writeIndex, int length);
   /// Takes a sample for each column, the oldest first. What is outside of 0..1 counts as 0.
   void fetch();
 
  private:
   const float* ring = nullptr;
-  const std::int32_t* next = nullptr;
+  const std::int32_t* newest = nullptr;
   int size = 0;
 };
 

@@ -12,7 +12,7 @@ class KvScopeView final : public KvControl {
   KvScopeView(const CRect& rect, CControlListener* controlListener, int controlTag, KvFrame& owner,
               KvBufferDraw::Style traceStyle);
 
-  /// `samples` of `length` and the place that is written next outlive the view.
+  /// `samples` of `length` and the place that was written last outlive the view.
   void setRing(const float* samples, const std::int32_t* writeIndex, int length) {
     canvas.setRing(samples, writeIndex, length);
   }

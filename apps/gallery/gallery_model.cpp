@@ -38,8 +38,8 @@ GalleryModel::GalleryModel() {
 
 void GalleryModel::advance() {
   const float phase = static_cast<float>(ticks % kTicksPerSine) / float{kTicksPerSine};
-  ring[static_cast<std::size_t>(writeIndex)] = 0.5F + 0.45F * std::sin(kTurn * phase);
   writeIndex = (writeIndex + 1) % kRing;
+  ring[static_cast<std::size_t>(writeIndex)] = 0.5F + 0.45F * std::sin(kTurn * phase);
   (void)steps.getValue(ticks / kTicksPerStep % kSteps, 0);
   ++ticks;
 }
