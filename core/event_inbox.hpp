@@ -5,37 +5,53 @@
 #include <array>
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
 
 #include "core/event_queue.hpp"
+#include "core/latest_events.hpp"
 
 namespace zum {
 
 /// One thread puts in, one takes out, and neither waits.
 class EventInbox {
  public:
-  /// [host] False when there is no room.
-  bool tryPush(const EngineEvent& event) ZUM_REALTIME {
-    const std::size_t at = put.load(std::memory_order_relaxed);
-    if (at - taken.load(std::memory_order_acquire) == kRoom) return false;
-    events[at % kRoom] = event;
+  static constexpr std::size_t kRoom = 2048;  // a second of the densest cable, and more
+
+  /// [host] What finds no room counts as far as it is the last of its kind. While such a one waits
+  /// nothing goes past it.
+  void push(const EngineEvent& event) ZUM_REALTIME {
+    const std::uint64_t at = put.load(std::memory_order_relaxed);
+    if (!overflow.isEmpty() || at - taken.load(std::memory_order_acquire) == kRoom) {
+      overflow.keep(event);
+      return;
+    }
+    ring[at % kRoom] = event;
     put.store(at + 1, std::memory_order_release);
-    return true;
   }
-  /// [audio] False when it is empty.
-  bool tryPop(EngineEvent& event) ZUM_REALTIME {
-    const std::size_t at = taken.load(std::memory_order_relaxed);
-    if (at == put.load(std::memory_order_acquire)) return false;
-    event = events[at % kRoom];
-    taken.store(at + 1, std::memory_order_release);
-    return true;
+  /// [audio] What overflowed is due with the last event that found room.
+  void takeInto(EventQueue& queue) ZUM_REALTIME {
+    const std::uint64_t last = overflow.lastNumber();  // the ring holds all that is older, below
+    const std::uint64_t end = put.load(std::memory_order_acquire);
+    std::int32_t time = 0;
+    for (std::uint64_t at = taken.load(std::memory_order_relaxed); at != end; ++at) {
+      EngineEvent event = ring[at % kRoom];
+      if (at < passed) event.time = 0;
+      time = event.time;
+      queue.insert(event);
+    }
+    taken.store(end, std::memory_order_release);
+    overflow.takeInto(queue, last, time);
   }
+  /// [audio] A block goes by that takes nothing. What waits for it is due at once when a block
+  /// takes it, or times of several blocks would mix.
+  void passBlock() ZUM_REALTIME { passed = put.load(std::memory_order_acquire); }
 
  private:
-  static constexpr std::size_t kRoom = EventQueue::kRoom;
-  static_assert((kRoom & (kRoom - 1)) == 0, "the counters wrap round");
-  std::array<EngineEvent, kRoom> events;
-  std::atomic<std::size_t> put{0};
-  std::atomic<std::size_t> taken{0};
+  std::array<EngineEvent, kRoom> ring;
+  std::atomic<std::uint64_t> put{0};
+  std::atomic<std::uint64_t> taken{0};
+  std::uint64_t passed = 0;  // what was put in until the last block that took nothing
+  LatestEvents overflow;
 };
 
 }  // namespace zum

@@ -7,16 +7,18 @@ namespace zum {
 namespace {
 
 // Hosts may send any time at all.
-std::int32_t difference(std::int32_t a, std::int32_t b) ZUM_REALTIME {
+std::int32_t bounded(std::int64_t time) ZUM_REALTIME {
   using Limits = std::numeric_limits<std::int32_t>;
-  return static_cast<std::int32_t>(
-      std::clamp<std::int64_t>(std::int64_t{a} - b, Limits::min(), Limits::max()));
+  return static_cast<std::int32_t>(std::clamp<std::int64_t>(time, Limits::min(), Limits::max()));
+}
+std::int32_t difference(std::int32_t a, std::int32_t b) ZUM_REALTIME {
+  return bounded(std::int64_t{a} - b);
 }
 
 }  // namespace
 
-bool EventQueue::insert(EngineEvent event) ZUM_REALTIME {
-  if (size() == kRoom) return false;
+void EventQueue::insert(EngineEvent event) ZUM_REALTIME {
+  if (size() == kRoom) thinOut();
   if (end == kRoom) {
     std::copy(events.begin() + static_cast<std::ptrdiff_t>(first), events.end(), events.begin());
     end -= first;
@@ -32,7 +34,24 @@ bool EventQueue::insert(EngineEvent event) ZUM_REALTIME {
   }
   events[at] = event;
   ++end;
-  return true;
+}
+
+// From the end on, so that the last of a kind stay. What is behind an event that goes waits for the
+// time of both.
+void EventQueue::thinOut() ZUM_REALTIME {
+  std::array<std::size_t, kEventKinds> kept{};
+  std::size_t start = end;
+  for (std::size_t i = end; i-- > first;) {
+    const EngineEvent event = events[i];
+    const std::size_t kind = kindOf(event);
+    if (kind < kEventKinds && kept[kind] < mostOfItsKind(event)) {
+      ++kept[kind];
+      events[--start] = event;
+    } else if (start < end) {
+      events[start].time = bounded(std::int64_t{events[start].time} + event.time);
+    }
+  }
+  first = start;
 }
 
 void EventQueue::age(std::int32_t frames) ZUM_REALTIME {

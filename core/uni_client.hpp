@@ -275,7 +275,6 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
 
   /// Of what arrives just now.
   bool isShut(EngineEvent::Code code) const ZUM_REALTIME;
-  void takeInbox() ZUM_REALTIME;
   void takeDueEvents() ZUM_REALTIME;
   void moveController(std::int32_t number, std::int32_t data) ZUM_REALTIME;
   void learnAndMove(BindingList& list, float value) ZUM_REALTIME;

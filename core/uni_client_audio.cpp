@@ -25,20 +25,24 @@ bool complete(const float* const* channels) ZUM_REALTIME {
 
 void KvUniClient::processReplacing(float** inputs, float** outputs, std::int32_t frames)
     ZUM_REALTIME {
-  if (muteRequest.load()) return silence(outputs, frames);
+  const auto mute = [&]() ZUM_REALTIME {
+    silence(outputs, frames);
+    inbox.passBlock();
+  };
+  if (muteRequest.load()) return mute();
   inProcess.store(true);
   // A state may be on its way in since the test above; its loader waits for the byte just set.
   if (muteRequest.load()) {
     inProcess.store(false);
-    return silence(outputs, frames);
+    return mute();
   }
   // An offline host gets its buffers back untouched, and the byte stays set: loaders then wait
   // their full time and go on.
   const bool isLeft = getCurrentProcessLevel() == kVstProcessLevelOffline;
   offline.store(isLeft, std::memory_order_relaxed);
-  if (isLeft) return;
+  if (isLeft) return inbox.passBlock();
   readTransport();
-  takeInbox();
+  inbox.takeInto(events);
   if (frames > 0 && complete(inputs) && complete(outputs)) {
     engine.process(inputs, outputs, frames, clock, *this);
   }

@@ -73,16 +73,12 @@ std::int32_t KvUniClient::processEvents(VstEvents* sent) {
     const int data2 = byte(2) & 0x7F;
     const EngineEvent::Code code = codeOf(byte(0), data1, data2);
     if (isShut(code)) continue;
-    inbox.tryPush({.time = midi.deltaFrames, .code = code, .data1 = data1, .data2 = data2});
+    inbox.push({.time = midi.deltaFrames, .code = code, .data1 = data1, .data2 = data2});
   }
   return 1;
 }
 
 // ---- in the block
-
-void KvUniClient::takeInbox() ZUM_REALTIME {
-  for (EngineEvent event; inbox.tryPop(event);) events.insert(event);
-}
 
 void KvUniClient::takeDueEvents() ZUM_REALTIME {
   events.age(Engine::kControlFrames);

@@ -54,7 +54,7 @@ class MidiTest : public SettingsTest {
 TEST(EventQueue, TimesRunFromEventToEventAndAnInsertionShiftsAllThatFollow) {
   EventQueue queue;
   const auto insert = [&queue](std::int32_t time, std::int32_t name) {
-    EXPECT_TRUE(queue.insert({.time = time, .code = EngineEvent::kController, .data1 = name}));
+    queue.insert({.time = time, .code = EngineEvent::kController, .data1 = name});
   };
   insert(40, 1);
   insert(100, 2);                          // 60 behind it
@@ -69,10 +69,29 @@ TEST(EventQueue, TimesRunFromEventToEventAndAnInsertionShiftsAllThatFollow) {
   for (std::size_t i = 0; i < EventQueue::kRoom; ++i) {
     insert(i % 2 == 0 ? 2147483647 : -2147483647 - 1, 0);
   }
-  EXPECT_FALSE(queue.insert({}));
-  EngineEvent event;
-  EXPECT_TRUE(queue.next(event));
-  EXPECT_TRUE(queue.insert({}));  // what was taken makes room
+}
+
+TEST(EventQueue, FullItKeepsTheLastOfAKindAndTheEndsOfNotes) {
+  EventQueue queue;
+  const auto insert = [&queue](std::int32_t time, EngineEvent::Code code, std::int32_t data1) {
+    queue.insert({.time = time, .code = code, .data1 = data1, .data2 = time});
+  };
+  for (int i = 0; i < 3; ++i) insert(0, EngineEvent::kNoteOff, 60);
+  insert(0, EngineEvent::kNoteOn, 61);
+  constexpr auto kValues = static_cast<std::int32_t>(EventQueue::kRoom) - 4;
+  for (std::int32_t i = 1; i <= kValues; ++i) insert(i, EngineEvent::kController, i % 2);
+  insert(kValues, EngineEvent::kProgramChange, 9);
+  std::vector<std::array<std::int32_t, 3>> taken;
+  for (std::int32_t frames = 0; queue.size() > 0; ++frames) {
+    for (EngineEvent event; queue.next(event);) taken.push_back({frames, event.code, event.data1});
+    queue.age(1);
+  }
+  EXPECT_EQ(taken,
+            (std::vector<std::array<std::int32_t, 3>>{{0, EngineEvent::kNoteOff, 60},
+                                                      {0, EngineEvent::kNoteOff, 60},
+                                                      {kValues - 1, EngineEvent::kController, 1},
+                                                      {kValues, EngineEvent::kController, 0},
+                                                      {kValues, EngineEvent::kProgramChange, 9}}));
 }
 
 TEST_F(MidiTest, AControllerMovesInTheControlPassThatItIsDueIn) {
@@ -219,6 +238,50 @@ TEST_F(MidiTest, AFloodIsBoundedAndTheSoundGoesOn) {
   EXPECT_EQ(host.dispatch(effProcessEvents, 0, 0, &none), 1);
   none.numEvents = -5;
   EXPECT_EQ(host.dispatch(effProcessEvents, 0, 0, &none), 1);
+}
+
+// A host goes on sending while no block takes it, far more than there is room for.
+TEST_F(MidiTest, WhatNoBlockTakesEndsAsItWasPlayed) {
+  enum class Gap { mute, offline, noBlock };  // the last one as in the second host's bypass
+  for (const Gap gap : {Gap::mute, Gap::offline, Gap::noBlock}) {
+    TestHost host;
+    KvUniClient& client = host.client();
+    client.setOption(KvUniClient::kIgnoreProgramChanges, 0, false);
+    client.controllers().controllers[7].append({kCutoff, 0});
+    client.controllers().controllers[8].append({kCutoff, 0});
+    play(host, {{0, 0x90, 60, 100}, {0, 0x91, 60, 100}});
+    client.muteRequest.store(gap == Gap::mute);
+    host.host.level = gap == Gap::offline ? kVstProcessLevelOffline : kVstProcessLevelRealtime;
+    const auto go = [&](std::vector<Sent> messages) {
+      if (gap == Gap::noBlock) {
+        for (Sent& each : messages) each.delta = 0;
+      }
+      gap == Gap::noBlock ? send(host, messages) : play(host, messages);
+    };
+    for (int block = 0; block < 15; ++block) {
+      std::vector<Sent> messages;
+      for (int i = 0; i < 200; ++i) messages.push_back({i, 0xB0, 7, i % 127});
+      go(messages);
+    }
+    go({{0, 0x80, 60},
+        {0, 0x81, 60},
+        {0, 0xC0, 5},
+        {0, 0xC0, 9},
+        {0, 0xE0, 0, 127},
+        {0, 0xD0, 127}});
+    go({{0, 0xB0, 7, 127}, {1, 0xB0, 8, 1}, {2, 0xB0, 7, 127}});
+    client.muteRequest.store(false);
+    host.host.level = kVstProcessLevelRealtime;
+    pass(host);
+    const NoteState& played = client.played();
+    EXPECT_EQ(host.get(kCutoff), 1.0F) << static_cast<int>(gap);
+    EXPECT_EQ(played.velocities, (std::array<float, 2>{}));
+    EXPECT_EQ(played.lastProgram, 9);
+    EXPECT_FLOAT_EQ(played.pitchBend, 1.0F);
+    EXPECT_EQ(played.aftertouch, 1.0F);
+    play(host, {{0, 0xB0, 8, 0}});
+    EXPECT_EQ(host.get(kCutoff), 0.0F);
+  }
 }
 
 TEST_F(MidiTest, MapsAreFiles) {

@@ -161,6 +161,32 @@ TEST(Threads, LoadAStateInOnePiece) {
   audio.join();
 }
 
+// A flood that overflows, again and again: what is taken keeps its order, and the last one comes.
+TEST(Threads, EventsKeepTheirOrderThroughAFullInbox) {
+  constexpr int kRounds = 50;
+  constexpr std::int32_t kEvents = 128 * 128;
+  EventInbox inbox;
+  EventQueue queue;
+  for (int round = 0; round < kRounds && !testing::Test::HasFailure(); ++round) {
+    std::thread host([&inbox] {
+      for (std::int32_t i = 0; i < kEvents; ++i) {
+        inbox.push({.code = EngineEvent::kController, .data1 = i / 128, .data2 = i % 128});
+      }
+    });
+    std::int32_t last = -1;
+    Session::await([&] {
+      inbox.takeInto(queue);
+      for (EngineEvent event; queue.next(event);) {
+        const std::int32_t number = event.data1 * 128 + event.data2;
+        EXPECT_GT(number, last);
+        last = number;
+      }
+      return last == kEvents - 1;
+    });
+    host.join();
+  }
+}
+
 // A host's state thread and the window at once: each leaves a whole state behind.
 TEST(Threads, RecallAndRevertAtOnce) {
   constexpr int kTurns = 300;

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "apps/zum/failure.hpp"
-#include "core/event_queue.hpp"
+#include "core/event_inbox.hpp"
 
 namespace zum {
 namespace {
@@ -55,8 +55,12 @@ bool EffectHost::openEditor() {
 
 void EffectHost::send(std::span<const MidiMessage> messages, std::int64_t start) {
   if (messages.empty()) return;
-  warnOfLostMessages(messages.size(), EventQueue::kRoom,
-                     static_cast<double>(start) / time.sampleRate);
+  if (messages.size() > EventInbox::kRoom) {
+    warn("at " + std::to_string(static_cast<double>(start) / time.sampleRate) +
+         " s one block has " + std::to_string(messages.size()) +
+         " MIDI messages; of those behind " + std::to_string(EventInbox::kRoom) +
+         " the last value of each controller counts, and comes early; use a smaller --block");
+  }
   VstMidiEvent blank{};
   blank.type = kVstMidiType;
   blank.byteSize = sizeof(VstMidiEvent);

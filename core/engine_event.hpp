@@ -1,0 +1,57 @@
+// What a MIDI message becomes, and which of several messages matter where there is no room for all.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "core/note_state.hpp"
+
+namespace zum {
+
+struct EngineEvent {
+  enum Code : std::int32_t {
+    kCancelled = -1,
+    kNoteOn = 200,
+    kNoteOff = 201,
+    kAllNotesOff = 202,
+    kController = 203,
+    kPitchBend = 204,
+    kProgramChange = 205,
+    kAftertouch = 206,
+  };
+  std::int32_t size = 100;
+  std::int32_t count = 1;
+  std::int32_t time = 0;  // frames until it is due, from the event ahead of it on
+  std::int32_t code = kCancelled;
+  std::int32_t data1 = 0;
+  std::int32_t data2 = 0;
+  std::uint8_t flagA = 0;
+  std::uint8_t flagB = 0;
+  std::int32_t extra = 0;
+};
+static_assert(sizeof(EngineEvent) == 32);
+
+/// A later event of a kind supersedes the one before: each controller and each note's end is a
+/// kind, and so are bend, pressure, program changes and the end of all notes. Channels are one.
+inline constexpr std::size_t kEventKinds = 2 * 128 + 4;
+/// Each end of a note stops one voice, so as many of them stay as there are voices.
+inline constexpr std::size_t kMostOfAKind = NoteState::kVoices;
+
+/// Below kEventKinds; kEventKinds for what may be lost: a note that begins.
+constexpr std::size_t kindOf(const EngineEvent& event) ZUM_REALTIME {
+  const std::size_t number = static_cast<std::uint32_t>(event.data1) % 128;
+  switch (event.code) {
+    case EngineEvent::kController: return number;
+    case EngineEvent::kNoteOff: return 128 + number;
+    case EngineEvent::kAllNotesOff: return 256;
+    case EngineEvent::kPitchBend: return 257;
+    case EngineEvent::kProgramChange: return 258;
+    case EngineEvent::kAftertouch: return 259;
+    default: return kEventKinds;
+  }
+}
+constexpr std::size_t mostOfItsKind(const EngineEvent& event) ZUM_REALTIME {
+  return event.code == EngineEvent::kNoteOff ? kMostOfAKind : 1;
+}
+
+}  // namespace zum
