@@ -167,7 +167,7 @@ TEST_P(BlockOfType, WhatIsNotFiniteIsSilencedAndGotOver) {
   Stereo broken = noise(3000);
   broken.left[100] = std::numeric_limits<float>::quiet_NaN();
   broken.right[303] = -kInfinity;
-  broken.left[1009] = 3e38F;
+  for (std::size_t i = 1002; i < 1050; ++i) broken.left[i] = i % 3 == 0 ? 3e38F : -3e38F;
   std::fill_n(broken.right.begin() + 1500, 40, kInfinity);
   const Stereo after = noise(12000);
   for (const float bypass : {0.0F, 1.0F}) {
@@ -191,6 +191,18 @@ TEST_P(BlockOfType, WhatIsNotFiniteIsSilencedAndGotOver) {
       EXPECT_TRUE(isFinite(recovered)) << blocks[0];
       EXPECT_NEAR(energy(recovered), level, 0.2 * level) << blocks[0];
     }
+    Stereo shared(3000);  // one buffer for all four channels, in blocks of 1 and of 125
+    for (const auto& [sound, block] : {std::pair{&shared.left, 1U}, {&shared.right, 125U}}) {
+      TestHost host;
+      host.set(222, bypass);
+      *sound = broken.left;
+      for (std::size_t at = 0; at < sound->size(); at += block) {
+        std::array<float*, 2> both = {sound->data() + at, sound->data() + at};
+        host.effect->processReplacing(host.effect, both.data(), both.data(),
+                                      static_cast<std::int32_t>(block));
+      }
+    }
+    EXPECT_TRUE(isFinite(shared) && shared.left == shared.right);
   }
 }
 
