@@ -67,7 +67,8 @@ void dispatch(AEffect* effect, Bytes& in) {
   const std::intptr_t answer = effect->dispatcher(effect, opcode, index, value, ptr, opt);
   const auto guard = std::string_view(memory.data(), memory.size()).substr(room);
   if (room > 0 && guard.find_first_not_of('#') != guard.npos) std::abort();
-  if (opcode == effGetChunk && !null && answer > 0) {
+  if (opcode == effGetChunk && !null) {
+    if (answer <= 0) std::abort();  // the host would store a session without a state
     char* chunk = nullptr;
     std::memcpy(&chunk, memory.data(), sizeof chunk);
     std::vector<char> copy(chunk, chunk + answer);

@@ -114,7 +114,7 @@ class Walk {
     start = chunk.cursor;
     const std::string_view text = chunk.getText();
     if (chunk.overrun()) return damaged("the name is longer than what is left");
-    if (!text.empty()) visitor.name(text);
+    if (!text.empty() && text.front() != '\0') visitor.name(text);
     return true;
   }
 

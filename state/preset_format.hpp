@@ -90,7 +90,7 @@ class PresetVisitor {
   virtual void mapBegins() ZUM_REALTIME {}
   virtual void controller(int number, Binding binding) ZUM_REALTIME = 0;
   virtual void mapEnds() ZUM_REALTIME {}
-  /// Not for an empty name.
+  /// Not for an empty name, nor for one that a zero byte empties.
   virtual void name(std::string_view text) ZUM_REALTIME = 0;
   virtual void position(std::int32_t trailer, const PresetPosition& position) ZUM_REALTIME = 0;
   virtual void aftertouchBegins() ZUM_REALTIME {}

@@ -12,11 +12,17 @@ namespace {
 constexpr std::int32_t kMark = 666555777;
 constexpr std::int32_t kVersion = 1002;
 constexpr std::int32_t kFirstNamedVersion = 1001;
-constexpr std::int64_t kMostWithoutCells = 1024;  // columns without pages, or the reverse
 constexpr std::int32_t kOldestMark = std::bit_cast<std::int32_t>(0.4F);
 
 std::size_t cellsOf(std::int32_t columns, std::int32_t pages) ZUM_REALTIME {
   return static_cast<std::size_t>(columns) * static_cast<std::size_t>(pages);
+}
+
+/// A table without cells may be of a size that no words of its chunk bear out.
+bool canBe(std::int32_t columns, std::int32_t pages) ZUM_REALTIME {
+  constexpr std::int32_t kMostWithoutCells = 1024;
+  const bool hasCells = columns > 0 && pages > 0;
+  return columns >= 0 && pages >= 0 && (hasCells || columns + pages <= kMostWithoutCells);
 }
 
 }  // namespace
@@ -76,7 +82,9 @@ void KvTableXY::setPoint(float position, float value) ZUM_REALTIME {
 }
 
 bool KvTableXY::setSizes(std::int32_t newColumns, std::int32_t newPages) ZUM_REALTIME {
-  if (cellsOf(newColumns, newPages) > cells.capacity()) return false;
+  if (!canBe(newColumns, newPages) || cellsOf(newColumns, newPages) > cells.capacity()) {
+    return false;
+  }
   storeShared(columns, newColumns);
   storeShared(pages, newPages);
   keepMorphInside();
@@ -146,12 +154,10 @@ std::int32_t KvTableXY::readPages(KvChunk& chunk, bool discard) ZUM_REALTIME {
   const Range range = readRange(chunk);
   const std::int32_t newColumns = chunk.getInt();
   const std::int32_t newPages = chunk.getInt();
-  // Sizes are only believed as far as the words for them are there, or as they are small.
+  // Sizes are only believed as far as the words for them are there.
   const auto left = static_cast<std::int64_t>(chunk.wordsLeft());
   const std::int64_t cellCount = static_cast<std::int64_t>(newColumns) * newPages;
-  const std::int64_t most = std::max<std::int64_t>(left, kMostWithoutCells);
-  if (chunk.overrun() || newColumns < 0 || newPages < 0 || newColumns > most || newPages > most ||
-      cellCount > left ||
+  if (chunk.overrun() || !canBe(newColumns, newPages) || cellCount > left ||
       (version >= kFirstNamedVersion && !chunk.stringFits(static_cast<std::uint32_t>(cellCount)))) {
     chunk.refuse();
     return 0;

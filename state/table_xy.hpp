@@ -33,7 +33,8 @@ class KvTableXY final : public KvTable, public KvInitInterface {
   void setPoint(float position, float value) ZUM_REALTIME override;
 
   // Sizes move cells: one thread at a time, and while no block runs, or a step is heard out of
-  // place. Readers stay inside the memory in any case. False when it does not suffice.
+  // place. Readers stay inside the memory in any case. False when it does not suffice, and for more
+  // than 1024 columns without pages, or pages without columns.
   std::int32_t size() const ZUM_REALTIME override { return loadShared(columns); }
   /// One page of `count` columns, as far as there is room.
   bool resize(std::int32_t count) ZUM_REALTIME override;
@@ -60,7 +61,7 @@ class KvTableXY final : public KvTable, public KvInitInterface {
   std::int32_t readPages(KvChunk& chunk, bool discard) ZUM_REALTIME;
   std::int32_t skipOldestForm(KvChunk& chunk) ZUM_REALTIME;
   std::size_t place(std::int32_t column, std::int32_t page) const ZUM_REALTIME;
-  /// False when there is no room.
+  /// False when there is no room, and for sizes that no chunk may have.
   bool setSizes(std::int32_t newColumns, std::int32_t newPages) ZUM_REALTIME;
   void keepMorphInside() ZUM_REALTIME;
 

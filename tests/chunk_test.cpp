@@ -303,6 +303,10 @@ TEST(StepTable, SizesThatCannotBeAreRefused) {
       EXPECT_EQ(contentOf(table), before) << i;
     }
   }
+  KvTableXY table;
+  ASSERT_TRUE(table.setPageCount(1025));
+  EXPECT_FALSE(table.setColumns(0));  // it could not be read back
+  EXPECT_EQ(table.size(), 8);
 }
 
 TEST(StepTable, ReadsStayInsideAnySize) {

@@ -259,9 +259,11 @@ TEST(State, IsolatedMapsStayAndAreEmptiedByARecall) {
 }
 
 TEST(State, AnEmptyNameLeavesTheOldOne) {
-  TestHost host;
-  ASSERT_TRUE(load(host, Draft{.name = ""}.words()));
-  EXPECT_EQ(host.text(effGetProgramName), "default");
+  for (const std::string& name : {std::string(), std::string("\0abc", 4)}) {
+    TestHost host;
+    ASSERT_TRUE(load(host, Draft{.name = name}.words()));
+    EXPECT_EQ(host.text(effGetProgramName), "default");
+  }
 }
 
 TEST(State, OwnHostsHearThePresetsTempo) {
