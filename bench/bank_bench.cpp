@@ -1,5 +1,5 @@
 // What a full bank costs: the scan of 128 folders with 128 presets each while the files are in the
-// system's cache, and the memory that it takes against the files' size.
+// system's cache, the memory that it takes against the files' size, and a save into it.
 
 #include <malloc.h>
 
@@ -15,16 +15,30 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A tree of presets that goes with the program.
+class Effect {
+ public:
+  Effect() = default;
+  Effect(const Effect&) = delete;
+  Effect& operator=(const Effect&) = delete;
+  ~Effect() { record->dispatcher(record, effClose, 0, 0, nullptr, 0.0F); }
+  KvUniClient& client() const {
+    return *dynamic_cast<KvUniClient*>(static_cast<AudioEffect*>(record->object));
+  }
+
+ private:
+  AEffect* record = createEffect(nullptr);
+};
+
+/// A tree of presets, the user's as long as it lives.
 class Tree {
  public:
   Tree() {
     std::string pattern = (fs::temp_directory_path() / "zum-bank.XXXXXX").string();
     if (mkdtemp(pattern.data()) == nullptr) std::abort();
     folder = pattern;
-    AEffect* effect = createEffect(nullptr);
+    const Effect effect;
     void* data = nullptr;
-    const auto bytes = effect->dispatcher(effect, effGetChunk, 0, 0, &data, 0.0F);
+    const auto bytes = effect.client().getChunk(&data, false);
     for (int i = 0; i < KvProgramBank::kFolders; ++i) {
       const fs::path inner = folder / ("Folder " + std::to_string(i));
       fs::create_directory(inner);
@@ -34,14 +48,16 @@ class Tree {
         size += static_cast<double>(bytes);
       }
     }
-    effect->dispatcher(effect, effClose, 0, 0, nullptr, 0.0F);
+    writeSettingString(kPresetPath, root());
   }
   ~Tree() {
+    writeSettingString(kPresetPath, "");
     std::error_code ignored;
     fs::remove_all(folder, ignored);
   }
   Tree(const Tree&) = delete;
   Tree& operator=(const Tree&) = delete;
+  std::string root() const { return toInternalPath(folder.string()); }
 
   fs::path folder;
   double size = 0.0;  // bytes of all files
@@ -53,17 +69,25 @@ double bytesInUse() {
 }
 
 void scanOfAFullBank(benchmark::State& state) {
-  const Tree tree;
-  const std::string root = toInternalPath(tree.folder.string());
-  KvProgramBank bank(preset::kExtension);
-  for ([[maybe_unused]] auto _ : state) bank.scan(root);
-  bank.scan("");
+  const Effect effect;
   const double before = bytesInUse();
-  bank.scan(root);
-  state.counters["presets"] = bank.presetCount(127) * 128;
+  const Tree tree;
+  effect.client().scanBank();
   state.counters["memory/files"] = (bytesInUse() - before) / tree.size;
+  state.counters["presets"] = effect.client().programs()->presetCount(127) * 128;
+  for ([[maybe_unused]] auto _ : state) effect.client().scanBank();
 }
 BENCHMARK(scanOfAFullBank)->Unit(benchmark::kMillisecond);
+
+void saveIntoAFullBank(benchmark::State& state) {
+  const Tree tree;
+  const Effect effect;
+  const std::string file = tree.root() + "\\Folder 64\\Preset 64.kvz";
+  for ([[maybe_unused]] auto _ : state) {
+    effect.client().savePreset(file.c_str(), 0, nullptr, false);
+  }
+}
+BENCHMARK(saveIntoAFullBank)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace zum::bench

@@ -43,7 +43,7 @@ class AudioEffect {
   virtual void close() {}
   virtual void suspend() {}
   virtual void resume() {}
-  virtual void setSampleRate(float rate) { sampleRate = rate; }  // Hz
+  virtual void setSampleRate(float rate) { storeShared(sampleRate, rate); }  // Hz
   virtual void setBlockSize(std::int32_t frames) { blockSize = frames; }
   virtual void processReplacing(float** inputs, float** outputs, std::int32_t frames) ZUM_REALTIME;
   virtual void processDoubleReplacing(double** inputs, double** outputs, std::int32_t frames)

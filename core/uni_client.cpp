@@ -97,14 +97,21 @@ void KvUniClient::setFixedFacts() {
   setNumOutputs(2);
 }
 
-void KvUniClient::suspend() { clock.clearBuffers(); }
+// Hosts promise that no block runs meanwhile, and say nothing of who loads a state on another
+// thread.
+void KvUniClient::suspend() {
+  const Silence silence(*this);
+  clock.clearBuffers();
+}
 
 void KvUniClient::resume() {
   wantEvents();
+  const Silence silence(*this);
   engine.resetOutput();
 }
 
 void KvUniClient::setSampleRate(float rate) {
+  const Silence silence(*this);
   KvPluginBase::setSampleRate(rate);
   clock.setSampleRate(rate);
   recomputeEngine(false);
@@ -182,7 +189,7 @@ std::int32_t KvUniClient::canDo(const char* text) {
 }
 
 // No sound outlasts the input by a time that a host could wait for.
-std::int32_t KvUniClient::getGetTailSize() { return truncate(sampleRate * 0.0F); }
+std::int32_t KvUniClient::getGetTailSize() { return truncate(loadShared(sampleRate) * 0.0F); }
 
 bool KvUniClient::beginEdit(std::int32_t index) {
   return index >= 0 && index < kHostParameters && KvPluginBase::beginEdit(index);

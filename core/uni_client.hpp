@@ -27,8 +27,8 @@
 #include "engine/engine.hpp"
 #include "state/mouse_area_chunk.hpp"
 #include "state/preset_format.hpp"
-#include "state/program_bank.hpp"
 #include "state/settings.hpp"
+#include "state/shared_bank.hpp"
 #include "state/shared_text.hpp"
 #include "state/table_xy.hpp"
 
@@ -48,7 +48,7 @@ class SystemRandom;
 
 /// Where the current state of a slot came from. [any]
 struct PresetSlot {
-  SharedText<1024> name{"default"};
+  SharedName name{"default"};
   SharedText<4096> path;  // of the file
   SharedText<1024> folder;
 };
@@ -113,12 +113,13 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   void setParameterAutomated(std::int32_t index, float value) override;
 
   // [main] presets. What is refused changes nothing; messages tell of it.
-  /// Fills the chunk with the state of a slot. False when it moved meanwhile.
+  /// Fills the chunk with the state of a slot. False when there is no such slot.
   bool writePreset(KvChunk& chunk, int slot);
   /// Takes a state over, in silence. False when it is refused.
   bool loadPreset(const KvChunk& preset, int slot, LoadFlags flags);
   /// A null path asks the user and goes on with the answer, a null extension is that of presets.
-  /// `notify` tells the host, `done` is called when the file is written.
+  /// `notify` tells the host, `done` is called when the file is written, and is a program where it
+  /// lies in the bank's tree.
   void loadPresetFile(const char* path, int slot, const char* extension, bool notify);
   void savePreset(const char* path, int slot, const char* extension, bool notify,
                   const std::function<void()>& done = {});
@@ -206,13 +207,27 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   }
   std::int32_t currentFolder() const { return loadShared(curFolder); }
   float option(int index) const { return loadShared(options[static_cast<std::size_t>(index)]); }
-  const KvProgramBank& programs() const ZUM_REALTIME { return *bank.load(); }
+  /// [any but audio]
+  SharedBank::Held programs() const { return bank.get(); }
   VstTimeInfo& adaptorTime() { return *timeRecord; }
 
  private:
   class StateSource;
   class PresetCheck;
   class PresetIntake;
+  /// The loaders' turn, and no block at work while it lasts. A mute that was there before stays.
+  class Silence {
+   public:
+    explicit Silence(KvUniClient& owner);
+    ~Silence() { effect.muteRequest.store(muted); }
+    Silence(const Silence&) = delete;
+    Silence& operator=(const Silence&) = delete;
+
+   private:
+    KvUniClient& effect;
+    const std::lock_guard<std::recursive_mutex> turn;
+    const bool muted;
+  };
   /// Room that a state asks for.
   struct PresetNeeds {
     ControllerMap::Counts bindings{};
@@ -229,6 +244,8 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
 
   static bool isSlot(int slot) ZUM_REALTIME { return slot >= 0 && slot < kSlots; }
   PresetFault checkPreset(const KvChunk& preset, int slot, PresetNeeds& needs) ZUM_REALTIME;
+  PresetFault checkProgram(const BankPreset& program, PresetNeeds& needs);
+  static void tellFault(const PresetFault& fault);
   /// False, and a message, for a preset that is refused.
   bool accepts(const KvChunk& preset, int slot, bool quiet, PresetNeeds& needs);
   /// Under the loaders' turn. False when the memory does not suffice.
@@ -241,11 +258,11 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   bool makeRoom(const PresetNeeds& needs);
   ControllerMap::Read takeCcMap(KvChunk& map);
   bool hasRoomFor(const PresetNeeds& needs) const ZUM_REALTIME;
-  /// `missing` is null where nobody can look for files.
+  /// `missing` is null on the audio thread, where nobody can look for files.
   void takePreset(const KvChunk& preset, int slot, bool restoreAll, MissingFiles* missing)
       ZUM_REALTIME;
   /// Silence from here on. False when a block is still at work after half a second.
-  bool silenceBlocks();
+  bool silenceBlocks(bool waitsForOffline = true);
   template <class Edit>
   bool editSteps(const Edit& edit);
   void askWhereToSave(int slot, const std::string& extension, bool notify,
@@ -256,7 +273,16 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   void takeOrigin(int slot, const std::string& file);
   void findOrigin(int slot);
   void setPresetRoot(std::string root);
-  void setBank(std::unique_ptr<KvProgramBank> newBank);
+  /// Reads a new bank by `scan`, which gets it with what it checks presets by. The old one stays
+  /// where the memory does not suffice.
+  void readBank(const std::function<void(KvProgramBank&, const KvProgramBank::Check&)>& scan);
+  void setBank(const SharedBank::Held& newBank);
+  /// A file that was written plays as it is from now on, where it is a program. Reads one folder.
+  void readBankBehind(const std::string& file);
+  /// In the bank that is in use: the program of that place, or the neighbour folder's.
+  const BankPreset* moveTo(const KvProgramBank& all, std::int32_t index);
+  /// The program position goes where the current file lies in the bank, if it does.
+  void takePosition();
 
   const KvParameter* hostParameter(std::int32_t index) const ZUM_REALTIME;
   const ControlValue& valueOf(int row) const ZUM_REALTIME;
@@ -316,9 +342,8 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   std::recursive_mutex loadTurn;
   /// Twice the number of presets that were taken over; odd while one is.
   std::atomic<std::uint32_t> intakes{0};
-  // A bank that was replaced stays: another thread may be reading it.
-  std::vector<std::unique_ptr<KvProgramBank>> banks;
-  std::atomic<const KvProgramBank*> bank{nullptr};
+  SharedBank bank{std::make_shared<const KvProgramBank>(preset::kExtension)};
+  std::string fullRoot;  // of a tree that the bank has no room for, once told
 
   // host flags
   std::atomic<bool> offline{false};

@@ -49,8 +49,9 @@ void KvUniClient::loadPresetFile(const char* path, int slot, const char* extensi
   }
   const std::string file = path;
   KvChunk preset;
-  if (!readChunkFile(file, preset)) return;
-  if (!preset.readHeader(false)) return;
+  const ChunkFile found = readChunkFile(file, preset);
+  if (found == ChunkFile::missing) return;
+  if (!preset.readHeader(false)) return;  // nothing of a file that is too long was read
   if (preset.isNewer()) {
     tell(std::string("preset was written with a newer version of ") + libraryRecord().product);
     return;
@@ -61,10 +62,7 @@ void KvUniClient::loadPresetFile(const char* path, int slot, const char* extensi
     const std::lock_guard turn(loadTurn);
     if (!replaceState(preset, slot, needs, false, false, baseName(file))) return;
     takeOrigin(slot, file);
-    const int folder = programs().findFolder(slots[0].folder.get());
-    const int program = programs().findPreset(folder, slots[0].name.get());
-    if (folder >= 0) storeShared(curFolder, folder);
-    if (program >= 0) storeShared(curProgram, program);
+    takePosition();
   }
   updateEditor();
   if (notify) updateDisplay();
@@ -76,6 +74,7 @@ void KvUniClient::savePreset(const char* path, int slot, const char* extension, 
   if (path == nullptr) return askWhereToSave(slot, extensionOr(extension), notify, done);
   const std::string file = path;
   if (!writePresetFile(file, slot)) return tell("saving preset to " + file + " failed");
+  readBankBehind(file);
   if (notify) updateDisplay();
   if (done) done();
 }

@@ -180,12 +180,13 @@ void KvUniClient::loadCcMap(const char* path) {
   const std::string file = path;
   if (file == KvFileChooser::kNothing) return;
   KvChunk map;
-  if (!readChunkFile(file, map) || !map.readHeader()) return;
+  const ChunkFile found = readChunkFile(file, map);
   const std::string product = libraryRecord().product;
+  const std::string invalid = "\t This is no valid " + product + " format!";
+  if (found == ChunkFile::tooLong) return tell(invalid);
+  if (found == ChunkFile::missing || !map.readHeader()) return;
   if (map.isNewer()) return tell("midi map was written with a newer version of " + product);
-  if (takeCcMap(map) == ControllerMap::Read::damaged) {
-    tell("\t This is no valid " + product + " format!");
-  }
+  if (takeCcMap(map) == ControllerMap::Read::damaged) tell(invalid);
 }
 
 ControllerMap::Read KvUniClient::takeCcMap(KvChunk& map) {

@@ -34,7 +34,6 @@ void KvUniClient::readSettings() {
 // Up to here there are no programs; none of what a user keeps can make the construction fail.
 void KvUniClient::loadDefaults() {
   setNumPrograms(0);
-  setBank(std::make_unique<KvProgramBank>(preset::kExtension));
   const std::string root = presetRoot();
   if (!root.empty()) {
     makeFolders(root);
@@ -45,13 +44,50 @@ void KvUniClient::loadDefaults() {
 }
 
 void KvUniClient::scanBank() {
-  auto scanned = std::make_unique<KvProgramBank>(preset::kExtension);
+  readBank([](KvProgramBank& scanned, const KvProgramBank::Check& check) {
+    scanned.scan(presetRoot(), check);
+  });
+}
+
+void KvUniClient::readBankBehind(const std::string& file) {
+  const auto old = programs();
+  readBank([&](KvProgramBank& scanned, const KvProgramBank::Check& check) {
+    scanned.scanBehind(*old, file, check);
+  });
+  const std::lock_guard turn(loadTurn);
+  takePosition();
+}
+
+void KvUniClient::readBank(
+    const std::function<void(KvProgramBank&, const KvProgramBank::Check&)>& scan) {
   try {
-    scanned->scan(presetRoot());
+    const auto scanned = std::make_shared<KvProgramBank>(preset::kExtension);
+    scan(*scanned, [this](const KvChunk& preset) {
+      PresetNeeds needs;
+      return checkPreset(preset, 0, needs);
+    });
+    setBank(scanned);
   } catch (const std::bad_alloc&) {
-    return;  // the bank that there is stays
   }
-  setBank(std::move(scanned));
+}
+
+void KvUniClient::setBank(const SharedBank::Held& newBank) {
+  const std::string& left = newBank->firstLeftOut();
+  if (!left.empty() && fullRoot != newBank->root()) {
+    const std::string text = "The presets in " + newBank->root() +
+                             " take more than 32 MB.\nThe programs end ahead of " + left +
+                             "; the preset menu still loads what follows.";
+    showMessage(libraryRecord().product, text.c_str());
+  }
+  fullRoot = left.empty() ? std::string() : newBank->root();
+  const std::lock_guard turn(loadTurn);
+  // The audio thread plays these without asking for memory.
+  for (int i = 0; i < KvProgramBank::kPresets; ++i) {
+    PresetNeeds needs;
+    const BankPreset* program = newBank->getMidiProgram(i);
+    if (program != nullptr && !checkProgram(*program, needs)) makeRoom(needs);
+  }
+  bank.set(newBank);
 }
 
 // The bank is read anew in any case: presets may have come or gone.
@@ -82,27 +118,13 @@ void KvUniClient::setPresetRoot(std::string root) {
   scanBank();
 }
 
-void KvUniClient::setBank(std::unique_ptr<KvProgramBank> newBank) {
-  const std::lock_guard turn(loadTurn);
-  // The audio thread plays these without asking for memory.
-  for (int i = 0; i < KvProgramBank::kPresets; ++i) {
-    PresetNeeds needs;
-    const BankPreset* program = newBank->getMidiProgram(i);
-    if (program != nullptr && !checkPreset(program->chunk, 0, needs)) makeRoom(needs);
-  }
-  banks.push_back(std::move(newBank));
-  bank.store(banks.back().get());
-}
-
 void KvUniClient::setOption(int index, int value, bool persist) {
   if (index < 0 || index >= static_cast<int>(options.size())) return;
   if (persist) writeSettingInt(kSwitches[static_cast<std::size_t>(index)].valueName, value);
   storeShared(options[static_cast<std::size_t>(index)], static_cast<float>(value));
 }
 
-void KvUniClient::setProgram(std::int32_t index) {
-  if (index == loadShared(curProgram)) return;
-  const KvProgramBank& all = programs();
+const BankPreset* KvUniClient::moveTo(const KvProgramBank& all, std::int32_t index) {
   int folder = loadShared(curFolder);
   if (all.get(folder, index) == nullptr) {
     if (index < 0) {
@@ -115,16 +137,36 @@ void KvUniClient::setProgram(std::int32_t index) {
   }
   storeShared(curProgram, index);
   storeShared(curFolder, folder);
-  const BankPreset* program = all.get(folder, index);
-  PresetNeeds needs;
-  if (program == nullptr || !accepts(program->chunk, 0, false, needs)) return;
+  return all.get(folder, index);
+}
+
+// Position and state change in one turn, so that they go together whoever else loads.
+void KvUniClient::setProgram(std::int32_t index) {
+  PresetFault fault;
   {
     const std::lock_guard turn(loadTurn);
-    if (!replaceState(program->chunk, 0, needs, false, false, program->name)) return;
-    findOrigin(0);
-    if (slots[0].folder.get().empty() && !presetRoot().empty()) slots[0].folder.set(kNowhere);
+    if (index == loadShared(curProgram)) return;
+    const auto all = programs();
+    const BankPreset* program = moveTo(*all, index);
+    if (program == nullptr) return;
+    PresetNeeds needs;
+    fault = checkProgram(*program, needs);
+    if (!fault) {
+      if (!replaceState(program->chunk, 0, needs, false, false, program->name)) return;
+      findOrigin(0);
+      if (slots[0].folder.get().empty() && !presetRoot().empty()) slots[0].folder.set(kNowhere);
+    }
   }
+  if (fault) return tellFault(fault);
   updateEditor();
+}
+
+void KvUniClient::takePosition() {
+  const auto all = programs();
+  const int folder = all->findFolder(slots[0].folder.get());
+  const int program = all->findPreset(folder, slots[0].name.get());
+  if (folder >= 0) storeShared(curFolder, folder);
+  if (program >= 0) storeShared(curProgram, program);
 }
 
 void KvUniClient::getProgramName(char* name) {
@@ -140,24 +182,27 @@ bool KvUniClient::getProgramNameIndexed(std::int32_t /*category*/, std::int32_t 
   if (index == -1) {
     slots[0].name.copyTo(text, kVstMaxProgNameLen);
   } else {
-    const std::string name(programs().presetName(loadShared(curFolder), index));
+    const auto all = programs();
+    const std::string name(all->presetName(loadShared(curFolder), index));
     copyText(text, name.c_str(), kVstMaxProgNameLen);
   }
   return true;
 }
 
 void KvUniClient::randomPreset() {
-  const KvProgramBank& all = programs();
+  const auto all = programs();
   std::vector<int> choice;
-  for (int folder = 0; folder < all.folderCount(); ++folder) {
-    if (all.presetCount(folder) > 1) choice.push_back(folder);
+  for (int folder = 0; folder < all->folderCount(); ++folder) {
+    if (all->presetCount(folder) > 1) choice.push_back(folder);
   }
   if (choice.empty()) return;
   const auto now = std::chrono::system_clock::now().time_since_epoch();
   SystemRandom random(static_cast<std::uint32_t>(now / std::chrono::milliseconds(1)));
   const int folder = choice[static_cast<std::size_t>(random.next()) % choice.size()];
-  const int index = random.next() % all.presetCount(folder);
-  loadPreset(all.get(folder, index)->chunk, 0, {.findPath = true});
+  const int index = random.next() % all->presetCount(folder);
+  const BankPreset& program = *all->get(folder, index);
+  if (program.fault) return tellFault(program.fault);
+  loadPreset(program.chunk, 0, {.findPath = true});
 }
 
 }  // namespace zum

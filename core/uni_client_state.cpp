@@ -21,19 +21,6 @@ void readAgain(KvChunk& reader, const KvChunk& chunk) ZUM_REALTIME {
   reader.borrow(chunk.data(), chunk.dataWords());
 }
 
-void tell(const PresetFault& fault) {
-  const std::string product = libraryRecord().product;
-  std::string text;
-  switch (fault.kind) {
-    case PresetFault::none: return;
-    case PresetFault::wrongMagic:
-    case PresetFault::damaged: text = "\t This is no valid " + product + " format!"; break;
-    case PresetFault::wrongProduct: text = "wrong plugin version"; break;
-    case PresetFault::wrongLayout: text = "This is not a " + product + " file"; break;
-  }
-  showMessage(product.c_str(), text.c_str());
-}
-
 }  // namespace
 
 // ---- writing
@@ -73,25 +60,30 @@ class KvUniClient::StateSource final : public PresetSource {
   const PresetSlot& names;
 };
 
-// A program change on the audio thread may come in between; then all of it is written again.
+// A program change on the audio thread may come in between; then all of it is written again, and at
+// last in silence: a state is better old than none.
 bool KvUniClient::writePreset(KvChunk& chunk, int slot) {
   if (!isSlot(slot)) return false;
+  const std::lock_guard turn(loadTurn);  // a state that is half loaded is nobody's session
   constexpr int kTries = 8;
   const StateSource source(*this, slot);
   chunk.sampleRate = clock.sampleRate;
-  for (int i = 0; i < kTries; ++i) {
-    const std::uint32_t intake = intakes.load();
+  const auto write = [&] {
     chunk.tempo = static_cast<float>(loadShared(clock.tempoBpm));
     PresetNeeds needs;
-    const bool fits = zum::writePreset(chunk, slot, source) && !checkPreset(chunk, slot, needs);
-    if (fits && intake % 2 == 0 && intake == intakes.load()) return true;
+    return zum::writePreset(chunk, slot, source) && !checkPreset(chunk, slot, needs);
+  };
+  for (int i = 0; i < kTries; ++i) {
+    const std::uint32_t intake = intakes.load();
+    if (write() && intake % 2 == 0 && intake == intakes.load()) return true;
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
-  return false;
+  const Silence silence(*this);
+  return write();
 }
 
 std::int32_t KvUniClient::getChunk(void** data, bool /*isPreset*/) {
-  const std::lock_guard turn(loadTurn);  // a state that is half loaded is nobody's session
+  const std::lock_guard turn(loadTurn);
   if (!writePreset(stateChunk, 0)) return 0;
   *data = const_cast<void*>(stateChunk.data());
   return static_cast<std::int32_t>(4 * stateChunk.dataWords());
@@ -188,7 +180,10 @@ class KvUniClient::PresetIntake final : public PresetVisitor {
   }
   void mapEnds() ZUM_REALTIME override { effect.controllerMap.learning.store(false); }
 
-  void name(std::string_view text) ZUM_REALTIME override { names.name.set(text); }
+  void name(std::string_view text) ZUM_REALTIME override {
+    if (missing == nullptr) return names.name.setInBlock(text);
+    names.name.set(text);
+  }
 
   void position(std::int32_t trailer, const PresetPosition& at) ZUM_REALTIME override {
     if (!restoreAll || trailer < preset::kFirstAppliedTrailer) return;
@@ -237,11 +232,8 @@ bool KvUniClient::hasRoomFor(const PresetNeeds& needs) const ZUM_REALTIME {
 
 bool KvUniClient::makeRoom(const PresetNeeds& needs) {
   if (hasRoomFor(needs)) return true;
-  const bool muted = muteRequest.load();  // an edit of the steps that failed leaves it set
-  silenceBlocks();
-  const bool room = reserve(needs);
-  muteRequest.store(muted);
-  return room;
+  const Silence silence(*this);
+  return reserve(needs);
 }
 
 /// Parameters that the preset does not hold keep their values.
@@ -260,23 +252,47 @@ ZUM_TRUSTED_BEGIN  // as above
 }
 ZUM_TRUSTED_END
 
-// An offline block leaves its byte set, so the wait has an end.
-bool KvUniClient::silenceBlocks() {
+KvUniClient::Silence::Silence(KvUniClient& owner)
+    : effect(owner), turn(owner.loadTurn), muted(owner.muteRequest.load()) {
+  effect.silenceBlocks(false);
+}
+
+// An offline block leaves its byte set, so the wait has an end. `offline` is of the last block
+// until one that has just begun has asked the host.
+bool KvUniClient::silenceBlocks(bool waitsForOffline) {
   constexpr int kPasses = 500;
+  constexpr int kPassesToAsk = 10;
   muteRequest.store(true);
   auto wake = std::chrono::steady_clock::now();
   for (int pass = 0; inProcess.load(); ++pass) {
-    if (pass == kPasses) return false;
+    if (pass == kPasses || (pass >= kPassesToAsk && !waitsForOffline && isOffline())) return false;
     std::this_thread::sleep_until(wake += std::chrono::milliseconds(1));
   }
   return true;
+}
+
+void KvUniClient::tellFault(const PresetFault& fault) {
+  const std::string product = libraryRecord().product;
+  std::string text;
+  switch (fault.kind) {
+    case PresetFault::none: return;
+    case PresetFault::wrongMagic:
+    case PresetFault::damaged: text = "\t This is no valid " + product + " format!"; break;
+    case PresetFault::wrongProduct: text = "wrong plugin version"; break;
+    case PresetFault::wrongLayout: text = "This is not a " + product + " file"; break;
+  }
+  showMessage(product.c_str(), text.c_str());
+}
+
+PresetFault KvUniClient::checkProgram(const BankPreset& program, PresetNeeds& needs) {
+  return program.fault ? program.fault : checkPreset(program.chunk, 0, needs);
 }
 
 // The message comes before the turn is taken: a box that stays open holds nobody up.
 bool KvUniClient::accepts(const KvChunk& preset, int slot, bool quiet, PresetNeeds& needs) {
   if (!isSlot(slot)) return false;
   const PresetFault fault = checkPreset(preset, slot, needs);
-  if (fault && !quiet) tell(fault);
+  if (fault && !quiet) tellFault(fault);
   return !fault;
 }
 
@@ -288,7 +304,7 @@ bool KvUniClient::replaceState(const KvChunk& preset, int slot, const PresetNeed
   const bool taken = room || reserve(needs);
   if (taken) {
     takePreset(preset, slot, restoreAll, &missing);
-    if (!title.empty()) slots[static_cast<std::size_t>(slot)].name.set(title);
+    slots[static_cast<std::size_t>(slot)].name.set(title);
     clock.controlCounter = clock.controlFrames;  // the next block starts with a control pass
   }
   muteRequest.store(false);
@@ -330,11 +346,12 @@ void KvUniClient::revertToStored() {
 
 // Inside the block call, so no other block runs: the two bytes stay as they are.
 void KvUniClient::playMidiProgram(int index) ZUM_REALTIME {
-  const BankPreset* program = programs().getMidiProgram(index);
+  const SharedBank::InBlock programsNow(bank);
+  const BankPreset* program = programsNow->getMidiProgram(index);
   PresetNeeds needs;
   if (program == nullptr || checkPreset(program->chunk, 0, needs) || !hasRoomFor(needs)) return;
   takePreset(program->chunk, 0, false, nullptr);
-  slots[0].name.set(program->name);
+  slots[0].name.setInBlock(program->name);
   updateEditor();
 }
 

@@ -1,6 +1,7 @@
 #include "state/preset_files.hpp"
 
 #include <algorithm>
+#include <array>
 #include <memory>
 #include <new>
 
@@ -13,32 +14,45 @@ namespace {
 
 /// A preset has some hundred words. What claims more than this is not worth its memory.
 constexpr std::uint64_t kMostBytes = 1U << 20U;
+/// Read at once; few files have more.
+constexpr std::size_t kFirstWords = 1024;
 
-/// A buffer of the first `count` words; null when the file cannot be opened.
-std::unique_ptr<std::uint32_t[]> firstWords(const std::string& path, std::uint32_t count) {
-  std::unique_ptr<std::uint32_t[]> words(new (std::nothrow) std::uint32_t[count]());
-  const bool read = words != nullptr &&
-                    KvFileio::readFile(path.c_str(), words.get(), std::size_t{4} * count) != 0;
-  return read ? std::move(words) : nullptr;
+/// Words of zeros; null when the memory does not suffice.
+std::unique_ptr<std::uint32_t[]> makeWords(std::size_t count) {
+  return std::unique_ptr<std::uint32_t[]>(new (std::nothrow) std::uint32_t[count]());
+}
+
+/// Whole words that a header is good for in a file of so many bytes; its own, if it is none.
+std::uint32_t wordsWorthReading(const std::uint32_t* first, std::uint64_t bytes) {
+  constexpr auto kHeader = static_cast<std::uint32_t>(KvChunk::kHeaderWords);
+  KvChunk header;
+  header.borrow(first, kHeader);
+  if (bytes / 4 < kHeader || !header.readHeader()) return kHeader;
+  const auto stated = static_cast<std::uint32_t>(std::max(header.totalWords, 0));
+  return std::max(static_cast<std::uint32_t>(std::min<std::uint64_t>(bytes / 4, stated)), kHeader);
 }
 
 }  // namespace
 
 // No length of a header is believed further than the file goes.
-bool readChunkFile(const std::string& path, KvChunk& chunk) {
-  constexpr auto kHeader = static_cast<std::uint32_t>(KvChunk::kHeaderWords);
-  const auto size = fileSize(path);
-  if (!size || *size > kMostBytes) return false;
-  auto words = firstWords(path, kHeader);
-  if (words == nullptr) return false;
-  chunk.adopt(std::move(words), kHeader);
-  if (*size / 4 < kHeader || !chunk.readHeader()) return true;
-  const auto stated = static_cast<std::uint32_t>(std::max(chunk.totalWords, 0));
-  const auto there = static_cast<std::uint32_t>(std::min<std::uint64_t>(*size / 4, stated));
-  words = firstWords(path, std::max(there, kHeader));
-  if (words == nullptr) return false;
-  chunk.adopt(std::move(words), std::max(there, kHeader));
-  return true;
+ChunkFile readChunkFile(const std::string& path, KvChunk& chunk) {
+  if (path.size() < 2) return ChunkFile::missing;
+  std::array<std::uint32_t, kFirstWords> first{};
+  const auto got = readStart(path, first.data(), sizeof first);
+  if (!got) return ChunkFile::missing;
+  std::uint64_t bytes = *got;
+  if (bytes == sizeof first) bytes = fileSize(path).value_or(bytes);
+  if (bytes > kMostBytes) return ChunkFile::tooLong;
+  const std::uint32_t count = wordsWorthReading(first.data(), bytes);
+  auto words = makeWords(count);
+  if (words == nullptr) return ChunkFile::missing;
+  if (count <= kFirstWords) {
+    std::copy_n(first.begin(), count, words.get());
+  } else if (KvFileio::readFile(path.c_str(), words.get(), std::size_t{4} * count) == 0) {
+    return ChunkFile::missing;
+  }
+  chunk.adopt(std::move(words), count);
+  return ChunkFile::read;
 }
 
 std::vector<std::string> filesWithExtension(const std::string& folder,

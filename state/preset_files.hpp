@@ -2,6 +2,7 @@
 // object and the program bank.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -9,10 +10,16 @@
 
 namespace zum {
 
+enum class ChunkFile : std::uint8_t {
+  read,
+  missing,  // or not to be opened
+  tooLong,  // above a megabyte: no file of this system's
+};
+
 /// [main] Fills `chunk` with the words that the file's header states, or with what there is of them
 /// when that is less: whoever reads the chunk finds out. A file of another kind gives its first
-/// words. False when there is no such file, and for one of more than a megabyte.
-bool readChunkFile(const std::string& path, KvChunk& chunk);
+/// words.
+[[nodiscard]] ChunkFile readChunkFile(const std::string& path, KvChunk& chunk);
 
 /// [main] Names of a folder's files with the extension, in the order of listings.
 std::vector<std::string> filesWithExtension(const std::string& folder,

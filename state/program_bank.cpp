@@ -1,17 +1,14 @@
 #include "state/program_bank.hpp"
 
-#include <optional>
 #include <vector>
 
-#include "platform/files.hpp"
 #include "state/path_text.hpp"
 #include "state/preset_files.hpp"
-#include "state/preset_format.hpp"
 
 namespace zum {
 namespace {
 
-/// What a program of this product starts with; its body is checked when it is loaded.
+/// What a program of this product starts with.
 bool startsLikeAPreset(KvChunk& chunk) {
   if (!chunk.readHeader()) return false;
   chunk.getInt();
@@ -24,35 +21,77 @@ bool startsLikeAPreset(KvChunk& chunk) {
 
 }  // namespace
 
-void KvProgramBank::scan(std::string root) {
+void KvProgramBank::scan(std::string root, const Check& check) {
+  rootPath = std::move(root);
+  if (!rootPath.empty()) ensureTrailingBackslash(rootPath);
+  fill(check, nullptr, std::nullopt);
+}
+
+void KvProgramBank::scanBehind(const KvProgramBank& older, const std::string& file,
+                               const Check& check) {
+  rootPath = older.rootPath;
+  std::string folder = file;
+  cutToFolder(folder);
+  fill(check, &older, folderId(folder));
+}
+
+void KvProgramBank::fill(const Check& check, const KvProgramBank* older,
+                         const std::optional<FolderId>& written) {
   folders.clear();
+  leftOut.clear();
   midiFolder = -1;
-  if (!isAbsolutePath(root)) return;
-  ensureTrailingBackslash(root);
-  for (const FolderEntry& entry : listFolder(root).value_or(std::vector<FolderEntry>())) {
+  if (!isAbsolutePath(rootPath)) return;
+  std::size_t room = kMostBytes;
+  for (const FolderEntry& entry : listFolder(rootPath).value_or(std::vector<FolderEntry>())) {
     if (!entry.isFolder) continue;
     if (folders.size() == kFolders) break;
     if (entry.name == kMidiFolder) midiFolder = folderCount();
-    folders.push_back({entry.name, presetsOf(root + entry.name + '\\')});
+    const int known = older != nullptr ? older->findFolder(entry.name) : -1;
+    std::shared_ptr<const Folder> folder;
+    if (known >= 0) folder = older->folders[static_cast<std::size_t>(known)];
+    if (folder == nullptr || !folder->isWhole || !leftOut.empty() || folder->bytes > room ||
+        folderId(rootPath + entry.name) == written) {
+      folder = read(entry.name, room, check);
+    }
+    room -= folder->bytes;
+    folders.push_back(std::move(folder));
   }
 }
 
-std::deque<BankPreset> KvProgramBank::presetsOf(const std::string& folder) const {
-  std::deque<BankPreset> presets;
-  for (const std::string& file : filesWithExtension(folder, extension)) {
-    if (presets.size() == kPresets) break;
-    BankPreset& preset = presets.emplace_back();
+std::shared_ptr<const KvProgramBank::Folder> KvProgramBank::read(const std::string& name,
+                                                                 std::size_t room,
+                                                                 const Check& check) {
+  const auto folder = std::make_shared<Folder>();
+  folder->name = name;
+  if (!leftOut.empty()) return folder;
+  const std::string path = rootPath + name + '\\';
+  for (const std::string& file : filesWithExtension(path, extension)) {
+    if (folder->presets.size() == kPresets) break;
+    BankPreset& preset = folder->presets.emplace_back();
     preset.name = baseName(file);
-    if (!readChunkFile(folder + file, preset.chunk) || !startsLikeAPreset(preset.chunk)) {
-      presets.pop_back();
+    if (readChunkFile(path + file, preset.chunk) != ChunkFile::read ||
+        !startsLikeAPreset(preset.chunk)) {
+      folder->presets.pop_back();
+      continue;
     }
+    const std::size_t bytes = std::size_t{4} * preset.chunk.dataWords();
+    if (folder->bytes + bytes > room) {
+      folder->presets.pop_back();
+      leftOut = name;
+      leftOut.append(1, '\\').append(file);
+      return folder;
+    }
+    folder->bytes += bytes;
+    preset.fault = check(preset.chunk);
+    if (preset.fault) preset.chunk.adopt(nullptr, 0);
   }
-  return presets;
+  folder->isWhole = true;
+  return folder;
 }
 
 const KvProgramBank::Folder* KvProgramBank::at(int folder) const ZUM_REALTIME {
   const auto place = static_cast<std::size_t>(folder);
-  return folder >= 0 && place < folders.size() ? &folders[place] : nullptr;
+  return folder >= 0 && place < folders.size() ? folders[place].get() : nullptr;
 }
 
 const BankPreset* KvProgramBank::get(int folder, int index) const ZUM_REALTIME {
@@ -69,7 +108,7 @@ int KvProgramBank::presetCount(int folder) const {
 
 int KvProgramBank::findFolder(std::string_view name) const {
   for (std::size_t i = 0; i < folders.size(); ++i) {
-    if (folders[i].name == name) return static_cast<int>(i);
+    if (folders[i]->name == name) return static_cast<int>(i);
   }
   return -1;
 }

@@ -1,33 +1,49 @@
-// All presets of the tree's folders, whole and in memory, so that a program change needs no file.
-// Filled by the effect object, which never changes it afterwards.
+// All presets of the tree's folders, in memory, so that a program change needs no file. Filled once
+// by the effect object and never changed afterwards: another bank takes its place.
 #pragma once
 
+#include <cstddef>
 #include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "engine/realtime.hpp"
+#include "platform/files.hpp"
 #include "state/chunk.hpp"
+#include "state/preset_format.hpp"
 
 namespace zum {
 
 struct BankPreset {
-  KvChunk chunk;     // holds the whole file
-  std::string name;  // of the file, without its extension
+  KvChunk chunk;      // the whole file; nothing of one that is refused
+  std::string name;   // of the file, without its extension
+  PresetFault fault;  // why it is refused
 };
 
 class KvProgramBank {
  public:
   static constexpr int kFolders = 128;
   static constexpr int kPresets = 128;  // of a folder
+  /// Of all presets, those that are refused included: a scan has an end.
+  static constexpr std::size_t kMostBytes = std::size_t{32} << 20U;
   static constexpr const char* kMidiFolder = "Midi Programs";
   static constexpr const char* kNoPreset = "empty";
 
+  using Check = std::function<PresetFault(const KvChunk&)>;
+
   explicit KvProgramBank(std::string fileExtension) : extension(std::move(fileExtension)) {}
 
-  /// [main] Reads the first folders below the root, and the first presets of each. Files that are
-  /// no presets are left out without a word. A root that is empty or relative gives an empty bank.
-  void scan(std::string root);
+  /// [main] Reads the first folders below the root, and the first presets of each. Files of another
+  /// kind are left out without a word; a preset that the check refuses keeps its place. A root that
+  /// is empty or relative gives an empty bank.
+  void scan(std::string root, const Check& check);
+  /// [main] Reads the tree of `older` behind the writing of a file: its folder, and what there was
+  /// no room for. The other folders are the same ones.
+  void scanBehind(const KvProgramBank& older, const std::string& file, const Check& check);
 
   // [any] once scanned. Null, -1 or an empty count for what is not there.
   const BankPreset* get(int folder, int index) const ZUM_REALTIME;
@@ -39,18 +55,28 @@ class KvProgramBank {
   std::string_view presetName(int folder, int index) const;
   /// A preset of the folder "Midi Programs".
   const BankPreset* getMidiProgram(int index) const ZUM_REALTIME { return get(midiFolder, index); }
+  /// Folder and name of the first preset that there was no room for; it and all behind it are not
+  /// in the bank.
+  const std::string& firstLeftOut() const { return leftOut; }
+  const std::string& root() const { return rootPath; }
 
  private:
   struct Folder {
     std::string name;
     std::deque<BankPreset> presets;  // chunks do not move
+    std::size_t bytes = 0;           // that its presets have as files
+    bool isWhole = false;            // nothing was left out
   };
   const Folder* at(int folder) const ZUM_REALTIME;
-  std::deque<BankPreset> presetsOf(const std::string& folder) const;
+  void fill(const Check& check, const KvProgramBank* older, const std::optional<FolderId>& written);
+  /// What there is room for.
+  std::shared_ptr<const Folder> read(const std::string& name, std::size_t room, const Check& check);
 
   std::string extension;
-  std::deque<Folder> folders;
+  std::string rootPath;
+  std::deque<std::shared_ptr<const Folder>> folders;
   int midiFolder = -1;
+  std::string leftOut;
 };
 
 }  // namespace zum

@@ -1,4 +1,4 @@
-// A text that one thread replaces while others read it: names and paths of presets.
+// Texts that one thread replaces while others read them: names and paths of presets.
 #pragma once
 
 #include <algorithm>
@@ -80,6 +80,37 @@ class SharedText {
 
   std::array<std::atomic<std::uint32_t>, kRoom / kWordBytes> words{};
   std::atomic<std::uint32_t> sequence{0};
+};
+
+/// A name that is set by the audio thread, too. Either side has a text of its own, so that nobody
+/// waits; what was set last counts. It never gets empty: no state without a name can be read.
+class SharedName {
+ public:
+  static constexpr std::size_t kRoom = 1024;
+
+  explicit SharedName(std::string_view text) { set(text); }
+
+  /// [any but audio] one at a time
+  void set(std::string_view text) ZUM_REALTIME { setIn(kElsewhere, text); }
+  /// [audio]
+  void setInBlock(std::string_view text) ZUM_REALTIME { setIn(kBlock, text); }
+  /// [any] As SharedText::copyTo.
+  std::size_t copyTo(char* to, std::size_t room) const ZUM_REALTIME {
+    return texts[latest.load(std::memory_order_acquire)].copyTo(to, room);
+  }
+  std::string get() const { return texts[latest.load(std::memory_order_acquire)].get(); }
+
+ private:
+  enum Side : std::uint8_t { kElsewhere, kBlock };
+
+  void setIn(Side side, std::string_view text) ZUM_REALTIME {
+    if (text.empty() || text.front() == '\0') return;
+    texts[side].set(text);
+    latest.store(side, std::memory_order_release);
+  }
+
+  std::array<SharedText<kRoom>, 2> texts;
+  std::atomic<Side> latest{kElsewhere};
 };
 
 }  // namespace zum

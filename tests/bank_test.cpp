@@ -1,7 +1,9 @@
 // Presets on disk through the effect object: the bank and the walk through it, files and their
 // neighbours, programs of MIDI.
 #include <algorithm>
+#include <atomic>
 #include <chrono>
+#include <cstring>
 #include <set>
 #include <thread>
 
@@ -117,7 +119,8 @@ TEST_F(BankTest, HoldsTheFirst128OfEachAndOnlyWhatIsAPreset) {
   put("0 product.kvz", 24, '\0');
   put("0 reserved.kvz", 32, '\x01');
   TestHost host;
-  const KvProgramBank& bank = host.client().programs();
+  const auto held = host.client().programs();
+  const KvProgramBank& bank = *held;
   EXPECT_EQ(bank.folderCount(), 128);
   EXPECT_EQ(bank.folderName(127), "F1126");
   ASSERT_EQ(bank.presetCount(0), 128);
@@ -131,7 +134,7 @@ TEST_F(BankTest, HoldsTheFirst128OfEachAndOnlyWhatIsAPreset) {
   EXPECT_EQ(host.client().slot().name.get(), "1128");
   writeSettingString(kPresetPath, "presets");  // would lie wherever the host runs
   host.client().scanBank();
-  EXPECT_EQ(host.client().programs().folderCount(), 0);
+  EXPECT_EQ(host.client().programs()->folderCount(), 0);
 }
 
 TEST_F(BankTest, FilesHaveNeighboursRoundBothEnds) {
@@ -173,7 +176,7 @@ TEST_F(BankTest, ASavedStateIsAFileThatLoads) {
   client.previousPreset(0);
   EXPECT_EQ(host.get(kCutoff), 0.875F);
   client.scanBank();
-  EXPECT_EQ(client.programs().findPreset(client.programs().findFolder("C"), "new"), 2);
+  EXPECT_EQ(client.programs()->findPreset(client.programs()->findFolder("C"), "new"), 2);
 
   testing::internal::CaptureStderr();
   client.savePreset(path("none/new.kvz").c_str(), 0, nullptr, false);
@@ -181,6 +184,9 @@ TEST_F(BankTest, ASavedStateIsAFileThatLoads) {
   newer[4] = 4;
   putText(folder / "tree/C/newer.kvz", newer);
   client.loadPresetFile(path("C/newer.kvz").c_str(), 0, nullptr, false);
+  fs::copy_file(folder / "tree/C/c0.kvz", folder / "tree/C/long.kvz");
+  fs::resize_file(folder / "tree/C/long.kvz", (1U << 20U) + 1);
+  client.loadPresetFile(path("C/long.kvz").c_str(), 0, nullptr, false);
   client.loadPresetFile(path("C/missing.kvz").c_str(), 0, nullptr, false);
   client.loadPresetFile("x", 0, nullptr, false);
   client.loadPresetFile(nullptr, 0, nullptr, false);  // no dialogs here: as if cancelled
@@ -188,7 +194,8 @@ TEST_F(BankTest, ASavedStateIsAFileThatLoads) {
   const std::string told = testing::internal::GetCapturedStderr();
   EXPECT_NE(told.find("saving preset to " + path("none/new.kvz") + " failed"), told.npos) << told;
   EXPECT_NE(told.find("preset was written with a newer version of ZUM"), told.npos) << told;
-  EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 2) << told;
+  EXPECT_NE(told.find("This is no valid ZUM format!"), told.npos) << told;
+  EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 3) << told;
   EXPECT_EQ(client.slot().name.get(), "new");
 }
 
@@ -207,6 +214,137 @@ TEST_F(BankTest, MidiPlaysProgramsFromMemory) {
   host.set(kCutoff, 0.0F);
   client.playMidiProgram(1);  // no such folder
   EXPECT_EQ(host.get(kCutoff), 0.0F);
+}
+
+TEST_F(BankTest, WhatIsSavedIsTheProgramThatPlays) {
+  putTree();
+  TestHost host;
+  KvUniClient& client = host.client();
+  const auto before = client.programs();
+  host.set(kCutoff, 0.875F);
+  client.savePreset(path("A/a1.kvz").c_str(), 0, nullptr, false);
+  EXPECT_EQ(host.dispatch(effGetProgram), 1);
+  client.setProgram(2);
+  client.setProgram(1);
+  EXPECT_EQ(host.get(kCutoff), 0.875F);
+  EXPECT_EQ(client.programs()->get(2, 0), before->get(2, 0));  // not read again
+  client.savePreset(path("Midi Programs/m1.kvz").c_str(), 0, nullptr, false);
+  host.set(kCutoff, 0.0F);
+  client.playMidiProgram(1);
+  EXPECT_EQ(host.get(kCutoff), 0.875F);
+  client.savePreset(path("A/a0b.kvz").c_str(), 0, nullptr, false);  // all behind it move on
+  EXPECT_EQ(host.text(effGetProgramName), "a0b");
+  client.setProgram(2);
+  EXPECT_EQ(client.slot().name.get(), "a1");
+}
+
+TEST_F(BankTest, WhatIsRefusedKeepsItsPlaceAndNoMemory) {
+  putTree();
+  std::string other = stateWith(0.5F);
+  other[24] = 2;
+  putText(folder / "tree/A/a1.kvz", other);
+  constexpr std::uint32_t kWords = 1U << 18U;
+  std::string hollow = stateWith(0.5F).substr(0, 36);
+  std::memcpy(hollow.data(), &kWords, 4);
+  putText(folder / "tree/A/a2.kvz", hollow);
+  fs::resize_file(folder / "tree/A/a2.kvz", 4 * kWords);
+  TestHost host;
+  host.set(kCutoff, 1.0F);
+  const std::pair<int, const char*> refused[] = {{1, "wrong plugin version"},
+                                                 {2, "This is no valid ZUM format!"}};
+  for (const auto& [program, message] : refused) {
+    EXPECT_EQ(host.client().programs()->get(0, program)->chunk.dataWords(), 0U);
+    testing::internal::CaptureStderr();
+    host.client().setProgram(program);
+    const std::string told = testing::internal::GetCapturedStderr();
+    EXPECT_NE(told.find(message), told.npos) << told;
+    EXPECT_EQ(host.dispatch(effGetProgram), program);
+    EXPECT_EQ(host.get(kCutoff), 1.0F);
+  }
+}
+
+TEST_F(BankTest, TakesNoMoreThan32Megabytes) {
+  constexpr std::uint32_t kWords = 1U << 18U;
+  const std::string state = stateWith(0.5F);
+  const auto words = static_cast<std::uint32_t>(state.size() / 4);
+  const std::array<std::uint32_t, 2> unknown = {900001, kWords - words - 2};
+  std::string large = state;
+  large.insert(36, std::string(reinterpret_cast<const char*>(unknown.data()), 8) +
+                       std::string(4 * unknown[1], '\0'));
+  std::memcpy(large.data(), &kWords, 4);
+  putText(folder / "tree/B/b.kvz", state);
+  for (int i = 10; i < 43; ++i) putText(folder / "tree/A" / (std::to_string(i) + ".kvz"), large);
+  testing::internal::CaptureStderr();
+  TestHost host;
+  KvUniClient& client = host.client();
+  EXPECT_EQ(client.programs()->presetCount(0), 32);
+  EXPECT_EQ(client.programs()->findFolder("B"), 1);
+  EXPECT_EQ(client.programs()->presetCount(1), 0);
+  client.savePreset(path("B/c.kvz").c_str(), 0, nullptr, false);
+  EXPECT_EQ(client.programs()->presetCount(1), 0);
+  const std::string told = testing::internal::GetCapturedStderr();
+  EXPECT_NE(told.find("A\\42.kvz"), told.npos) << told;
+  EXPECT_EQ(told.find("32 MB"), told.rfind("32 MB")) << told;
+  fs::remove(folder / "tree/A/42.kvz");
+  fs::remove(folder / "tree/A/41.kvz");
+  client.savePreset(path("B/d.kvz").c_str(), 0, nullptr, false);
+  EXPECT_EQ(client.programs()->presetCount(1), 3);
+}
+
+// An offline block never says that it ended.
+TEST_F(BankTest, ReplacedBanksGo) {
+  putTree();
+  TestHost host;
+  KvUniClient& client = host.client();
+  host.host.level = kVstProcessLevelOffline;
+  Stereo out(64);
+  host.process(noise(64), out, 0, 64);
+  ASSERT_TRUE(client.inProcess.load());
+  std::vector<std::weak_ptr<const KvProgramBank>> banks;
+  for (int i = 0; i < 100; ++i) {
+    if (i % 2 == 0) client.scanBank();
+    if (i % 2 == 1) client.savePreset(path("A/new.kvz").c_str(), 0, nullptr, false);
+    banks.emplace_back(client.programs());
+  }
+  EXPECT_EQ(std::count_if(banks.begin(), banks.end(), [](const auto& b) { return !b.expired(); }),
+            1);
+}
+
+// Blocks of nothing but program changes, as dense as they come.
+TEST_F(BankTest, StatesAreSavedAndBanksReplacedBesideProgramChanges) {
+  putTree();
+  TestHost host;
+  KvUniClient& client = host.client();
+  std::atomic<bool> stop{false};
+  std::thread audio([&] {
+    while (!stop.load()) {
+      client.inProcess.store(true);
+      for (int i = 0; i < 100 && !client.muteRequest.load(); ++i) client.playMidiProgram(i % 2);
+      client.inProcess.store(false);
+    }
+  });
+  for (int i = 0; i < 20; ++i) {
+    void* data = nullptr;
+    EXPECT_GT(client.getChunk(&data, false), 0) << i;
+    for (int scans = 0; scans < 10; ++scans) client.scanBank();
+  }
+  stop.store(true);
+  audio.join();
+  EXPECT_FALSE(client.muteRequest.load());
+}
+
+TEST_F(BankTest, TwoProgramChangesLeaveThePositionOfWhatIsHeard) {
+  putTree();
+  TestHost host;
+  KvUniClient& client = host.client();
+  for (int i = 0; i < 200 && !HasFailure(); ++i) {
+    client.loadPresetFile(path("A/a0.kvz").c_str(), 0, nullptr, false);
+    std::thread other([&] { client.setProgram(1); });
+    client.setProgram(2);
+    other.join();
+    EXPECT_EQ(host.text(effGetProgramName), client.slot().name.get()) << i;
+    EXPECT_EQ(host.get(kCutoff), 0.0625F * static_cast<float>(host.dispatch(effGetProgram))) << i;
+  }
 }
 
 TEST_F(BankTest, ConstructionLoadsTheDefaultPresetAndARecallFindsItsFile) {

@@ -25,7 +25,7 @@ constexpr int kSlice = kRate / 8;  // frames of a sixteenth at 120 BPM
 Stereo played(const fs::path& path, const Stereo& loop) {
   TestHost host;
   KvChunk preset;
-  EXPECT_TRUE(readChunkFile(toInternalPath(path.string()), preset));
+  EXPECT_EQ(readChunkFile(toInternalPath(path.string()), preset), ChunkFile::read);
   EXPECT_TRUE(host.client().loadPreset(preset, 0, {})) << path;
   host.host.hasTime = true;
   host.host.time.tempo = 120.0;

@@ -322,6 +322,7 @@ TEST_F(MidiTest, MapsAreFiles) {
   EXPECT_EQ(load(with(6, 1)), std::pair(false, ""s));
   EXPECT_NE(load(with(7, 127)).second.find(invalid), std::string::npos);
   EXPECT_NE(load(whole.substr(0, 400)).second.find(invalid), std::string::npos);
+  EXPECT_NE(load(whole + std::string(1U << 20U, '\0')).second.find(invalid), std::string::npos);
   EXPECT_FALSE(load("").first);
 
   std::string old = whole.substr(0, 20) + "d\0\0\0\0\0\0\0"s + "\1\0\0\0\4\0\0\0"s;  // version 100

@@ -187,24 +187,59 @@ TEST(Threads, EventsKeepTheirOrderThroughAFullInbox) {
   }
 }
 
-// A host's state thread and the window at once: each leaves a whole state behind.
-TEST(Threads, RecallAndRevertAtOnce) {
+// A host's state thread, its main thread and the window at once, while blocks play: each load
+// leaves a whole state behind, and none meets a new sample rate half way.
+TEST(Threads, RecallRevertAndRetuneAtOnce) {
   constexpr int kTurns = 300;
   const TwoStates states;
-  TestHost host;
+  Session session;
+  TestHost& host = session.host;
   const auto recall = [&](std::size_t kind) {
     const auto& bytes = states.bytes[kind];
     host.client().setChunk(bytes.data(), static_cast<std::int32_t>(bytes.size()), false);
   };
   recall(0);
+  std::thread audio([&session] {
+    while (!session.stop.load()) session.playBlock();
+  });
   std::thread window([&host] {
     for (int i = 0; i < kTurns; ++i) host.client().revertToStored();
   });
+  std::thread main([&host] {
+    for (int i = 0; i < kTurns; ++i) {
+      host.dispatch(effMainsChanged, 0, 0);
+      host.dispatch(effSetSampleRate, 0, 0, nullptr, i % 2 == 0 ? 44100.0F : 48000.0F);
+      host.dispatch(effMainsChanged, 0, 1);
+    }
+  });
   for (std::size_t i = 0; i < kTurns; ++i) recall(i % 2);
   window.join();
+  main.join();
+  session.stop.store(true);
+  audio.join();
+  EXPECT_FALSE(host.client().muteRequest.load());
   const bool second = host.client().steps().size() != 8;
   EXPECT_EQ(host.get(3), TwoStates::value(second ? 1 : 0));
   EXPECT_EQ(host.client().controllers().controllers[second ? 1 : 0].size(), 20U);
+}
+
+TEST(Threads, TwoSetANameAndNobodyReadsAMixture) {
+  SharedName name("start");
+  std::atomic<bool> stop{false};
+  std::thread audio([&] {
+    while (!stop.load()) name.setInBlock(std::string(100, 'a'));
+  });
+  std::thread window([&] {
+    while (!stop.load()) name.set(std::string(100, 'w'));
+  });
+  while (name.get() == "start") std::this_thread::yield();
+  for (int i = 0; i < 20000 && !testing::Test::HasFailure(); ++i) {
+    const std::string text = name.get();
+    ASSERT_EQ(text, std::string(100, text.front())) << i;
+  }
+  stop.store(true);
+  audio.join();
+  window.join();
 }
 
 }  // namespace

@@ -21,7 +21,11 @@ std::string internalPath(const fs::path& path) {
 
 std::string whyUnread(const fs::path& path, ControllerMap& map) {
   KvChunk chunk;
-  if (!readChunkFile(internalPath(path), chunk)) return "it cannot be read";
+  switch (readChunkFile(internalPath(path), chunk)) {
+    case ChunkFile::read: break;
+    case ChunkFile::missing: return "it cannot be read";
+    case ChunkFile::tooLong: return "it is too long for one";
+  }
   if (!chunk.readHeader()) return "another magic number";
   if (chunk.isNewer()) {
     return std::string("it was written with a newer version of ") + libraryRecord().product;

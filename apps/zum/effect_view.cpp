@@ -29,12 +29,12 @@ void EffectView::setSteps(std::span<const float> values) {
 }
 
 std::vector<BankEntry> EffectView::bank() const {
-  const KvProgramBank& programs = effect->programs();
+  const auto programs = effect->programs();
   std::vector<BankEntry> entries;
-  for (int folder = 0; folder < programs.folderCount(); ++folder) {
-    const std::string before = std::string(programs.folderName(folder)) + '/';
-    for (int program = 0; program < programs.presetCount(folder); ++program) {
-      entries.push_back({folder, program, before + programs.get(folder, program)->name});
+  for (int folder = 0; folder < programs->folderCount(); ++folder) {
+    const std::string before = std::string(programs->folderName(folder)) + '/';
+    for (int program = 0; program < programs->presetCount(folder); ++program) {
+      entries.push_back({folder, program, before + programs->get(folder, program)->name});
     }
   }
   return entries;
@@ -46,7 +46,8 @@ bool EffectView::loadPresetFile(const std::string& path) {
 }
 
 bool EffectView::loadProgram(int folder, int program) {
-  const BankPreset* preset = effect->programs().get(folder, program);
+  const auto programs = effect->programs();
+  const BankPreset* preset = programs->get(folder, program);
   return preset != nullptr && effect->loadPreset(preset->chunk, 0, {.quiet = true});
 }
 

@@ -20,8 +20,12 @@ std::string readWords(const fs::path& path, KvChunk& chunk) {
   std::error_code error;
   if (fs::is_directory(path, error)) return "it is a folder";
   if (!fs::exists(path, error)) return "there is no such file";
-  const bool read = readChunkFile(toInternalPath(fs::absolute(path).string()), chunk);
-  return read ? "" : "it cannot be read, or is too long for a preset";
+  switch (readChunkFile(toInternalPath(fs::absolute(path).string()), chunk)) {
+    case ChunkFile::read: return {};
+    case ChunkFile::missing: break;
+    case ChunkFile::tooLong: return "it is too long for a preset";
+  }
+  return "it cannot be read";
 }
 
 // In the order in which the effect refuses.
