@@ -333,18 +333,23 @@ TEST_F(BankTest, StatesAreSavedAndBanksReplacedBesideProgramChanges) {
   EXPECT_FALSE(client.muteRequest.load());
 }
 
-TEST_F(BankTest, TwoProgramChangesLeaveThePositionOfWhatIsHeard) {
+TEST_F(BankTest, ASessionHoldsThePositionOfItsState) {
   putTree();
   TestHost host;
-  KvUniClient& client = host.client();
+  host.client().setProgram(1);
+  std::atomic<bool> stop{false};
+  std::thread window([&] {
+    for (int i = 0; !stop.load(); ++i) host.client().setProgram(1 + i % 2);
+  });
+  TestHost other;
   for (int i = 0; i < 200 && !HasFailure(); ++i) {
-    client.loadPresetFile(path("A/a0.kvz").c_str(), 0, nullptr, false);
-    std::thread other([&] { client.setProgram(1); });
-    client.setProgram(2);
-    other.join();
-    EXPECT_EQ(host.text(effGetProgramName), client.slot().name.get()) << i;
-    EXPECT_EQ(host.get(kCutoff), 0.0625F * static_cast<float>(host.dispatch(effGetProgram))) << i;
+    void* data = nullptr;
+    const std::intptr_t bytes = host.dispatch(effGetChunk, 0, 0, &data);
+    other.dispatch(effSetChunk, 0, bytes, data);
+    EXPECT_EQ(other.get(kCutoff), 0.0625F * static_cast<float>(other.dispatch(effGetProgram))) << i;
   }
+  stop.store(true);
+  window.join();
 }
 
 TEST_F(BankTest, ConstructionLoadsTheDefaultPresetAndARecallFindsItsFile) {
