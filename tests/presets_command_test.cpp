@@ -115,7 +115,11 @@ TEST_F(PresetsCommandTest, WhatATextGetsWrongIsToldWithItsLine) {
   std::string empty = "steps.pages = [";
   for (int i = 0; i < 2000; ++i) empty += "[],";
   putText(folder / "empty.toml", empty + "]");
-  expectRun("presets make empty.toml out.kvz", 1, "makes no preset that loads");
+  expectRun("presets make empty.toml out.kvz", 1, "more steps than a table holds");
+  std::string row = "steps.pages = [[";
+  for (int i = 0; i < 1025; ++i) row += "0,";
+  putText(folder / "row.toml", row + "]]");
+  expectRun("presets make row.toml row.kvz", 0, "");
   std::string pressed = "aftertouch = [\n";
   for (int i = 0; i < 140000; ++i) pressed += "{parameter=1},\n";
   putText(folder / "pressed.toml", pressed + "]");

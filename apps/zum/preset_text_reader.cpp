@@ -217,7 +217,7 @@ class PresetReader {
     const auto count = static_cast<std::int32_t>(pages.size());
     KvTableXY& table = document.steps;
     if (std::int64_t{columns} * count > kMostCells || count > kMostCells ||
-        !table.setPageCount(0) || !table.setColumns(columns) || !table.setPageCount(count)) {
+        !table.setPageCount(1) || !table.setColumns(columns) || !table.setPageCount(count)) {
       fail(value, "there are more steps than a table holds; leave pages out");
     }
     for (std::int32_t page = 0; page < count; ++page) {
