@@ -43,13 +43,13 @@ void scopeTick(benchmark::State& state) {
   Window window(169);
   std::array<float, 2048> ring{};
   for (std::size_t i = 0; i < ring.size(); ++i) ring[i] = static_cast<float>(i * 37 % 100) / 100.0F;
-  std::int32_t next = 0;
+  std::int32_t newest = 0;
   auto* const scope = new KvScopeView({253, 288, 471, 352}, nullptr, 67, *window.frame,
                                       KvBufferDraw::Style::filled);
-  scope->setRing(ring.data(), &next, 2048);
+  scope->setRing(ring.data(), &newest, 2048);
   window.frame->addView(scope);
   for ([[maybe_unused]] auto _ : state) {
-    next = (next + 17) % 2048;
+    newest = (newest + 17) % 2048;
     window.frame->idle();
   }
 }

@@ -29,14 +29,14 @@ TEST(Tick, TakesNoMemory) {
   float variable = 0.0F;
   desk.add<KvKnob>(CRect{0, 0, 30, 30}, 1, strip.get(), 30, 2, 1.0F)->bind(&variable, 1.0F, 0.0F);
   std::array<float, 139> ring{};
-  std::int32_t next = 0;
+  std::int32_t newest = 0;
   desk.add<KvScopeView>(CRect{100, 0, 239, 33}, 2, KvBufferDraw::Style::filled)
-      ->setRing(ring.data(), &next, 139);
+      ->setRing(ring.data(), &newest, 139);
   long before = 0;
   for (int i = 0; i < 200; ++i) {
     if (i == 100) before = taken;  // the drawing library keeps what it took for the first ones
     if (i % 2 == 0) variable = 1.0F - variable;
-    next = (next + 1) % 139;
+    newest = (newest + 1) % 139;
     desk.frame->idle();
   }
   EXPECT_GT(before, 0);

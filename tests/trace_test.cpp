@@ -22,8 +22,8 @@ TEST(ScopeView, ShowsTheRingOnceATickAndReadsNothingWhileItIsHidden) {
   GroupMask mask;
   auto* const scope = desk.add<KvScopeView>(kPlace, 200, KvBufferDraw::Style::filled);
   std::array<float, 139> ring{};
-  std::int32_t next = 0;
-  scope->setRing(ring.data(), &next, 139);
+  std::int32_t newest = 0;
+  scope->setRing(ring.data(), &newest, 139);
   scope->setColors(kRedColor, kGreenColor, kBlueColor);
   scope->groupMask = &mask;
   scope->group = 3;

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/display_ring.hpp"
 #include "toolkit/buffer_draw.hpp"
 #include "toolkit/view/bitmap.hpp"
 #include "toolkit/view/control.hpp"
@@ -274,23 +275,23 @@ TEST(Control, KeepsItsValueInsideItsEnds) {
 }
 
 TEST(BufferDraw, ReadsARingFromItsOldestSample) {
-  std::array<float, 139> ring{};
-  for (std::size_t i = 0; i < ring.size(); ++i) ring[i] = static_cast<float>(i) / 256.0F;
-  ring[5] = 2.0F;
-  ring[6] = std::numeric_limits<float>::quiet_NaN();
-  std::int32_t newest = 100;
+  DisplayRing<139> ring;
+  for (int i = 1; i <= 139 + 100; ++i) ring.enter(static_cast<float>(i % 139) / 256.0F);
+  ring.points[5] = 2.0F;
+  ring.points[6] = std::numeric_limits<float>::quiet_NaN();
   KvBufferDrawAuto one({0, 0, 139, 20});  // a sample a column
-  one.setRing(ring.data(), &newest, 139);
+  one.setRing(ring.points.data(), &ring.writeIndex, 139);
   one.fetch();
   EXPECT_EQ(one.columns()[0], 101.0F / 256.0F);
   EXPECT_EQ(one.columns()[37], 138.0F / 256.0F);
   EXPECT_EQ(one.columns()[38], 0.0F);
   EXPECT_EQ(one.columns()[43] + one.columns()[44], 0.0F);  // what is no level
-  EXPECT_EQ(one.columns()[138], 100.0F / 256.0F);
+  EXPECT_EQ(one.columns()[138], 100.0F / 256.0F);          // what was entered last
   std::vector<float> many(2048, 0.5F);
   KvBufferDrawAuto few({0, 0, 218, 20});
+  std::int32_t newest = 0;
   few.setRing(many.data(), &newest, 2048);
-  for (newest = 0; newest < 2048; ++newest) few.fetch();
+  for (; newest < 2048; ++newest) few.fetch();
   EXPECT_EQ(few.columns(), std::vector<float>(218, 0.5F));
 }
 
