@@ -121,7 +121,7 @@ void KvUniClientEditor::showPresetFolder() {
   std::string folder = toSystemPath(KvUniClient::presetRoot());
   if (folder.size() > 1 && folder.ends_with('/')) folder.pop_back();
   const std::string home = userHome().string();
-  if (home.size() > 1 && folder.starts_with(home + '/')) folder.replace(0, home.size(), "~");
+  if (home.size() > 1 && folder.starts_with(home + '/')) folder = '~' + folder.substr(home.size());
   shownFolder->setText(folder.empty() ? "none" : folder);
 }
 
