@@ -31,8 +31,9 @@ struct EngineEvent {
 };
 static_assert(sizeof(EngineEvent) == 32);
 
-/// A later event of a kind supersedes the one before: each controller and each note's end is a
-/// kind, and so are bend, pressure, program changes and the end of all notes. Channels are one.
+/// Kinds of events of which the last one makes those before it needless: each controller, bend,
+/// pressure, program changes, the end of all notes. The end of each note is a kind, too, of which
+/// several count. Channels are not told apart.
 inline constexpr std::size_t kEventKinds = 2 * 128 + 4;
 /// Each end of a note stops one voice, so as many of them stay as there are voices.
 inline constexpr std::size_t kMostOfAKind = NoteState::kVoices;

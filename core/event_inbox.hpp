@@ -2,6 +2,7 @@
 // the block call.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cstddef>
@@ -17,8 +18,8 @@ class EventInbox {
  public:
   static constexpr std::size_t kRoom = 2048;  // a second of the densest cable, and more
 
-  /// [host] What finds no room counts as far as it is the last of its kind. While such a one waits
-  /// nothing goes past it.
+  /// [host] Of what finds no room the last event of each kind is kept. While any is kept, all that
+  /// comes later is kept in the same way, so that the order stays.
   void push(const EngineEvent& event) ZUM_REALTIME {
     const std::uint64_t at = put.load(std::memory_order_relaxed);
     if (!overflow.isEmpty() || at - taken.load(std::memory_order_acquire) == kRoom) {
@@ -28,7 +29,7 @@ class EventInbox {
     ring[at % kRoom] = event;
     put.store(at + 1, std::memory_order_release);
   }
-  /// [audio] What overflowed is due with the last event that found room.
+  /// [audio] What overflowed is due with the latest event that found room.
   void takeInto(EventQueue& queue) ZUM_REALTIME {
     const std::uint64_t last = overflow.lastNumber();  // the ring holds all that is older, below
     const std::uint64_t end = put.load(std::memory_order_acquire);
@@ -36,7 +37,7 @@ class EventInbox {
     for (std::uint64_t at = taken.load(std::memory_order_relaxed); at != end; ++at) {
       EngineEvent event = ring[at % kRoom];
       if (at < passed) event.time = 0;
-      time = event.time;
+      time = std::max(time, event.time);
       queue.insert(event);
     }
     taken.store(end, std::memory_order_release);

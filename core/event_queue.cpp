@@ -36,8 +36,8 @@ void EventQueue::insert(EngineEvent event) ZUM_REALTIME {
   ++end;
 }
 
-// From the end on, so that the last of a kind stay. What is behind an event that goes waits for the
-// time of both.
+// From the end on, so that the last of a kind stay. The time of an event that goes is added to the
+// one behind it, so that all others stay due when they were.
 void EventQueue::thinOut() ZUM_REALTIME {
   std::array<std::size_t, kEventKinds> kept{};
   std::size_t start = end;

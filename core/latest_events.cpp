@@ -5,7 +5,8 @@
 namespace zum {
 namespace {
 
-// A word is number, code, first and second data byte. The second one of a note's end counts them.
+// A word is number, code, first and second data byte; for a note's end, how often it came is in the
+// place of the second byte.
 constexpr unsigned kNumberShift = 17;
 
 std::uint64_t packed(std::uint64_t number, const EngineEvent& event, std::size_t ends)

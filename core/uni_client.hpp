@@ -175,7 +175,7 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   /// Every constant of sample rate and tempo, and every stored parameter set anew.
   void recomputeEngine(bool keepBuffers) ZUM_REALTIME;
 
-  /// Set while a state is being replaced: blocks are silent and touch nothing.
+  /// Set while a state is replaced or the engine set anew: blocks are silent and touch nothing.
   std::atomic<bool> muteRequest{false};
   /// Set while a block runs; stays set behind a block that the host took offline.
   std::atomic<bool> inProcess{false};
@@ -259,9 +259,10 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   ControllerMap::Read takeCcMap(KvChunk& map);
   bool hasRoomFor(const PresetNeeds& needs) const ZUM_REALTIME;
   /// `missing` is null on the audio thread, where nobody can look for files.
-  void takePreset(const KvChunk& preset, int slot, bool restoreAll, MissingFiles* missing)
-      ZUM_REALTIME;
-  /// Silence from here on. False when a block is still at work after half a second.
+  void takePreset(const KvChunk& preset, int slot, bool restoreAll, MissingFiles* missing,
+                  std::string_view title) ZUM_REALTIME;
+  /// Silence from here on. False when a block is still at work after half a second, or, unless
+  /// `waitsForOffline`, when the last block was left offline: it cannot tell that from one at work.
   bool silenceBlocks(bool waitsForOffline = true);
   template <class Edit>
   bool editSteps(const Edit& edit);

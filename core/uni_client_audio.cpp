@@ -30,17 +30,19 @@ void KvUniClient::processReplacing(float** inputs, float** outputs, std::int32_t
     inbox.passBlock();
   };
   if (muteRequest.load()) return mute();
+  offline.store(false);  // ahead of the byte: who sees both sees a block that is over
   inProcess.store(true);
   // A state may be on its way in since the test above; its loader waits for the byte just set.
   if (muteRequest.load()) {
     inProcess.store(false);
     return mute();
   }
-  // An offline host gets its buffers back untouched, and the byte stays set: loaders then wait
-  // their full time and go on.
+  // An offline host gets its buffers back untouched, and the byte stays set.
   const bool isLeft = getCurrentProcessLevel() == kVstProcessLevelOffline;
-  offline.store(isLeft, std::memory_order_relaxed);
-  if (isLeft) return inbox.passBlock();
+  if (isLeft) {
+    offline.store(true);
+    return inbox.passBlock();
+  }
   readTransport();
   inbox.takeInto(events);
   if (frames > 0 && complete(inputs) && complete(outputs)) {

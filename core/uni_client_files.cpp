@@ -100,7 +100,7 @@ void KvUniClient::askWhereToSave(int slot, const std::string& extension, bool no
 bool KvUniClient::writePresetFile(const std::string& file, int slot) {
   const std::lock_guard turn(loadTurn);
   KvChunk preset;
-  if (!writePreset(preset, slot) ||
+  if (!writePreset(preset, slot) || !fitsChunkFile(preset) ||
       KvFileio::writeFile(file.c_str(), preset.data(), 4 * std::size_t{preset.dataWords()}) == 0) {
     return false;
   }

@@ -166,7 +166,7 @@ void KvUniClient::saveCcMap(const char* path) {
   {
     const std::lock_guard turn(loadTurn);
     KvChunk map;
-    saved = writeMapFile(controllerMap, map) &&
+    saved = writeMapFile(controllerMap, map) && fitsChunkFile(map) &&
             KvFileio::writeFile(file.c_str(), map.data(), 4 * std::size_t{map.dataWords()}) != 0;
   }
   if (!saved) tell("saving cc map to " + file + " failed");

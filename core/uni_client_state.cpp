@@ -239,13 +239,14 @@ bool KvUniClient::makeRoom(const PresetNeeds& needs) {
 /// Parameters that the preset does not hold keep their values.
 ZUM_TRUSTED_BEGIN  // as above
     void
-    KvUniClient::takePreset(const KvChunk& preset, int slot, bool restoreAll, MissingFiles* missing)
-        ZUM_REALTIME {
+    KvUniClient::takePreset(const KvChunk& preset, int slot, bool restoreAll, MissingFiles* missing,
+                            std::string_view title) ZUM_REALTIME {
   KvChunk reader;
   readAgain(reader, preset);
   PresetIntake intake(*this, slot, restoreAll, missing);
   intakes.fetch_add(1);  // odd while it lasts
   walkPreset(reader, slot, intake);
+  if (!title.empty()) intake.name(title);
   intakes.fetch_add(1);
   clock.clearBuffers();
   if (hostIsOwn) callHostInBlock(kTempoOfPreset, reader.tempo);
@@ -257,15 +258,13 @@ KvUniClient::Silence::Silence(KvUniClient& owner)
   effect.silenceBlocks(false);
 }
 
-// An offline block leaves its byte set, so the wait has an end. `offline` is of the last block
-// until one that has just begun has asked the host.
+// An offline block leaves its byte set, so the wait has an end.
 bool KvUniClient::silenceBlocks(bool waitsForOffline) {
   constexpr int kPasses = 500;
-  constexpr int kPassesToAsk = 10;
   muteRequest.store(true);
   auto wake = std::chrono::steady_clock::now();
   for (int pass = 0; inProcess.load(); ++pass) {
-    if (pass == kPasses || (pass >= kPassesToAsk && !waitsForOffline && isOffline())) return false;
+    if (pass == kPasses || (!waitsForOffline && offline.load())) return false;
     std::this_thread::sleep_until(wake += std::chrono::milliseconds(1));
   }
   return true;
@@ -303,8 +302,7 @@ bool KvUniClient::replaceState(const KvChunk& preset, int slot, const PresetNeed
   silenceBlocks();
   const bool taken = room || reserve(needs);
   if (taken) {
-    takePreset(preset, slot, restoreAll, &missing);
-    slots[static_cast<std::size_t>(slot)].name.set(title);
+    takePreset(preset, slot, restoreAll, &missing, title);
     clock.controlCounter = clock.controlFrames;  // the next block starts with a control pass
   }
   muteRequest.store(false);
@@ -350,8 +348,7 @@ void KvUniClient::playMidiProgram(int index) ZUM_REALTIME {
   const BankPreset* program = programsNow->getMidiProgram(index);
   PresetNeeds needs;
   if (program == nullptr || checkPreset(program->chunk, 0, needs) || !hasRoomFor(needs)) return;
-  takePreset(program->chunk, 0, false, nullptr);
-  slots[0].name.setInBlock(program->name);
+  takePreset(program->chunk, 0, false, nullptr, program->name);
   updateEditor();
 }
 

@@ -132,7 +132,8 @@ void KvUniClientEditor::valueChanged(CControl& control) {
       return;
     case Act::resetsAmounts:
       tellOfReset(parameterRows()[static_cast<std::size_t>(rowOfTag(tag))]);
-      return send(tag, value * factorOf(tag));
+      // A host that closed the window meanwhile has let go of the button.
+      return send(tag, isOpen() ? value * factorOf(tag) : 0.0F);
     case Act::learnMenu: return chooseFromLearnMenu(control);
   }
 }

@@ -85,7 +85,7 @@ KvControl* KvUniClientEditor::getControl(int tag) const {
 }
 
 void KvUniClientEditor::showPresetName() {
-  std::array<char, 64> name{};
+  std::array<char, SharedName::kRoom> name{};
   effect.slot().name.copyTo(name.data(), name.size());
   if (name == shownName) return;
   shownName = name;

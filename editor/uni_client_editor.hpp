@@ -110,7 +110,7 @@ class KvUniClientEditor final : public KvEditorBase, public CControlListener {
   KvOptionMenu* learnMenu = nullptr;
   std::vector<KvOptionMenu*> presetMenus;
   std::vector<Held<CView>> topViews;  // to lie above all pages, until they are added
-  std::array<char, 64> shownName{};
+  std::array<char, SharedName::kRoom> shownName{};
   float status = 0.0F;                          // picture of the status strip
   std::array<float, kLastTag + 1> isLearned{};  // 1 for a tag that a controller moves
 };

@@ -83,12 +83,20 @@ Engine::Selection Engine::select() const ZUM_REALTIME {
           .bypass = indexOf(controls.bypass, 1) == 1};
 }
 
+// The DC filters alone know of a number that was not finite, so that goes first.
+void Engine::resetOutput() ZUM_REALTIME {
+  recover();
+  dcFilter.reset();
+  sharedDcFilter.reset();
+}
+
 void Engine::recover() ZUM_REALTIME {
   if (dcFilter.isFinite() && sharedDcFilter.isFinite() && detectors.isFinite() &&
       areFinite(lowTwice(lastLimited))) {
     return;
   }
-  resetOutput();
+  dcFilter.reset();
+  sharedDcFilter.reset();
   detectors.reset();
   overdrive.reset();
   multiMode.reset();

@@ -44,10 +44,7 @@ class Engine {
   /// Everything that depends on sample rate or tempo. The caller re-applies the parameters.
   void recompute(const KvSystemInfo& clock, bool keepBuffers) ZUM_REALTIME;
   /// Forgets what the block DC filters have heard. [main] between blocks
-  void resetOutput() ZUM_REALTIME {
-    dcFilter.reset();
-    sharedDcFilter.reset();
-  }
+  void resetOutput() ZUM_REALTIME;
 
   /// One block, any number of frames. A frame's inputs are read before its outputs are written, so
   /// the buffers may be the same ones, also crossed; not shifted against each other. Of two outputs
@@ -80,8 +77,8 @@ class Engine {
   };
 
   Selection select() const ZUM_REALTIME;
-  /// Ahead of a control pass: whatever has lost the frame before to a number that is not finite
-  /// starts anew. A filter may diverge, and a host may send anything.
+  /// Ahead of a control pass: where the frame before is not finite, all that has a memory of the
+  /// signal starts anew. A filter may diverge, and a host may send anything.
   void recover() ZUM_REALTIME;
   void controlPass(KvSystemInfo& clock, ControlPassOwner& owner) ZUM_REALTIME;
   float wantedModPage() const ZUM_REALTIME;

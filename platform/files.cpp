@@ -68,7 +68,7 @@ std::string behindLinks(std::filesystem::path path) {
 
 /// A new file in the folder of `target`, whose name may leave no room for a longer one. The user's
 /// mask holds, since it is the system that applies it.
-int openNeighbour(const std::string& target, std::string& name) {
+int openNeighbour(const std::string& target, mode_t mode, std::string& name) {
   constexpr int kTries = 100;
   static std::atomic<unsigned> made{0};
   const std::string start =
@@ -76,17 +76,23 @@ int openNeighbour(const std::string& target, std::string& name) {
   int file = kNone;
   for (int i = 0; i < kTries && file == kNone; ++i) {
     name = start + std::to_string(made++);
-    file = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    file = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
     if (file == kNone && errno != EEXIST) break;
   }
   return file;
 }
 
-/// Where no neighbour can be made or take the file's place. What was there is lost only when the
-/// system fails in the middle: a full disk shows ahead.
+/// True for a folder that takes no new name, or no new file in the place of an old one.
+bool isShutFolder(int error) {
+  return error == EACCES || error == EPERM || error == EROFS || error == EBUSY ||
+         error == ENAMETOOLONG;
+}
+
+/// For a file in such a folder. What was there is lost only when the system fails in the middle: a
+/// disk without room for a longer one shows ahead.
 bool overwrite(const std::string& target, const void* bytes, std::size_t count) {
   const auto size = static_cast<off_t>(count);
-  Descriptor file(::open(target.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+  Descriptor file(::open(target.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
   struct stat old {};
   if (!isRegular(file.get(), old)) return false;
   if (size > old.st_size && ::posix_fallocate(file.get(), 0, size) != 0) {
@@ -186,14 +192,17 @@ bool writeWhole(const std::string& path, const void* bytes, std::size_t count) {
   if (!exists && errno != ENOENT) return false;
   if (exists && (!S_ISREG(old.st_mode) || ::access(target.c_str(), W_OK) != 0)) return false;
   std::string name;
-  Descriptor file(openNeighbour(target, name));
-  if (file.get() == kNone) return exists && overwrite(target, bytes, count);
+  Descriptor file(openNeighbour(target, exists ? old.st_mode & 0777U : 0666, name));
+  if (file.get() == kNone) {
+    return exists && isShutFolder(errno) && overwrite(target, bytes, count);
+  }
   if (exists) (void)::fchmod(file.get(), old.st_mode & 07777U);  // some file systems have no modes
   const bool whole = writeAll(file.get(), bytes, count) && ::fsync(file.get()) == 0;
   const bool kept = file.close() && whole;
   if (kept && ::rename(name.c_str(), target.c_str()) == 0) return true;
+  const bool isShut = kept && isShutFolder(errno);
   ::unlink(name.c_str());
-  return kept && exists && overwrite(target, bytes, count);
+  return isShut && exists && overwrite(target, bytes, count);
 }
 
 bool makeFolders(const std::string& path) {

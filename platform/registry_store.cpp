@@ -147,7 +147,7 @@ bool RegistryStore::connect(bool create) {
     makeFolder(path.parent_path());
   }
   // To open a pipe would wait for its other end.
-  for (const char* part : {"", "-journal"}) {
+  for (const char* part : {"", "-journal", "-wal", "-shm"}) {
     if (stat((path.string() + part).c_str(), &status) != 0 || S_ISREG(status.st_mode)) continue;
     trouble = "it is not an ordinary file";
     return false;

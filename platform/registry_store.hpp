@@ -55,8 +55,9 @@ class RegistryStore {
     bool open;
   };
 
-  /// [any] While one lives, the first call of its thread that takes too long is the last: what
-  /// follows finds nothing, at once. For who reads many values while a host waits. They nest.
+  /// [any] While one lives, its thread waits for kPatience once at most: after a call that took
+  /// longer, all others find nothing, at once. For who reads many values while a host waits. An
+  /// inner one shares the wait of the outer one.
   class OneWait {
    public:
     OneWait();
@@ -74,7 +75,7 @@ class RegistryStore {
   RegistryStore& operator=(const RegistryStore&) = delete;
 
   std::optional<Data> read(std::string_view key, std::string_view name);
-  /// All values of a key by name, of a foreign hand's the first kMostValues.
+  /// The first kMostValues values of a key, by name.
   std::vector<Value> list(std::string_view key);
   /// Replaces a value of any type.
   bool write(std::string_view key, std::string_view name, const Data& data);

@@ -2,6 +2,7 @@
 
 #include <glib.h>
 #include <xkbcommon/xkbcommon-compose.h>
+#include <xkbcommon/xkbcommon-keysyms.h>
 
 #include <array>
 #include <cstdint>
@@ -52,8 +53,10 @@ std::optional<std::u32string> KeyComposer::press(KeySym symbol) {
   switch (xkb_compose_state_get_status(state.get())) {
     case XKB_COMPOSE_COMPOSING: return U"";
     case XKB_COMPOSE_COMPOSED: break;
-    case XKB_COMPOSE_NOTHING:
-    case XKB_COMPOSE_CANCELLED: return std::nullopt;  // the key itself is not lost
+    case XKB_COMPOSE_NOTHING: return std::nullopt;
+    case XKB_COMPOSE_CANCELLED:  // a letter is not lost; Escape and its like end the sequence alone
+      if (xkb_keysym_to_utf32(key) < ' ' || key == XKB_KEY_Delete) return U"";
+      return std::nullopt;
   }
   std::array<char, 256> bytes{};
   xkb_compose_state_get_utf8(state.get(), bytes.data(), bytes.size());

@@ -31,6 +31,10 @@ bool KvRegistryKey::setInt(const char* valueName, std::int32_t value) {
 
 bool KvRegistryKey::remove(const char* valueName) { return store.remove(path, valueName); }
 
+std::optional<RegistryStore::Data> KvRegistryKey::value(const char* valueName) {
+  return store.read(path, valueName);
+}
+
 std::vector<RegistryStore::Value> KvRegistryKey::values() { return store.list(path); }
 
 }  // namespace zum

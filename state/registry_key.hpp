@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -29,6 +30,7 @@ class KvRegistryKey {
   bool setInt(const char* valueName, std::int32_t value);
   /// True as well when there was no such value.
   bool remove(const char* valueName);
+  std::optional<RegistryStore::Data> value(const char* valueName);
   /// All values, by name.
   std::vector<RegistryStore::Value> values();
 

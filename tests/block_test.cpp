@@ -206,6 +206,24 @@ TEST_P(BlockOfType, WhatIsNotFiniteIsSilencedAndGotOver) {
   }
 }
 
+// What the DC filter alone would tell of must not outlive it in the drive.
+TEST(Block, AnInfinityAheadOfAPauseDoesNotOutlastIt) {
+  const Stereo in = noise(4096);
+  TestHost fresh;
+  TestHost host;
+  for (TestHost* each : {&fresh, &host}) {
+    each->prepare(4, 0.9F, 0.2F, 0.8F);
+    each->render(noise(4096));
+  }
+  Stereo last(8, 0.25F);
+  last.left[7] = -std::numeric_limits<float>::infinity();
+  host.render(last);
+  host.dispatch(effMainsChanged, 0, 0);
+  host.dispatch(effMainsChanged, 0, 1);
+  host.render(in);
+  EXPECT_GT(energy(host.render(in)), 0.5 * energy(fresh.render(in)));
+}
+
 TEST(Block, AFilterThatDivergesStartsAnew) {
   for (const auto& [rate, cutoff] : {std::pair{22050.0F, 0.8F}, {32000.0F, 0.95F}}) {
     std::vector<Stereo> renders;

@@ -147,7 +147,7 @@ TEST_F(DaehostTest, SaysWhatToDoNext) {
       {"list --set =1", 2, "\"=1\" sets nothing"},
       {"list --set empty=0.5", 2, "(empty) takes no value"},
       {"list --session .", 1, "cannot read ."},
-      {"list --set Cutoff=loud", 2, "\"loud\" in \"Cutoff=loud\" is not a number"},
+      {"list --set Cutoff=loud", 2, "\"loud\" in \"Cutoff=loud\" is no number"},
       {"list --set Cutof=1", 2, "there is no control \"Cutof\""},
       {"list --set Cutoff", 2, "write it as NAME=VALUE"},
       {"view --seconds 1", 1, "no display"},

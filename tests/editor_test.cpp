@@ -493,6 +493,11 @@ TEST(Editor, EscapeClosesWhatIsOnTopAndNoMore) {
     EXPECT_FALSE(isOpen()) << tag;
   }
   EXPECT_EQ(escape(), toHost + 3);
+  desk.click(desk.middleOf(3), buttons::kRight);
+  desk.press(desk.middleOf(155));  // ZERO
+  EXPECT_EQ(desk.effect().value(155).stepped, 1.0F);
+  escape();
+  EXPECT_EQ(desk.effect().value(155).stepped, 0.0F);  // let go of
 }
 
 }  // namespace

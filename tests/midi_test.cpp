@@ -94,6 +94,24 @@ TEST(EventQueue, FullItKeepsTheLastOfAKindAndTheEndsOfNotes) {
                                                       {kValues, EngineEvent::kProgramChange, 9}}));
 }
 
+TEST(EventInbox, WhatOverflowsGoesPastNothingThatIsDueLater) {
+  EventInbox inbox;
+  EventQueue queue;
+  const auto push = [&](std::int32_t time, std::int32_t number, std::int32_t value) {
+    inbox.push({.time = time, .code = EngineEvent::kController, .data1 = number, .data2 = value});
+  };
+  push(500, 7, 0);
+  for (std::size_t i = 1; i < EventInbox::kRoom; ++i) push(0, 8, 0);
+  push(3, 7, 127);
+  inbox.takeInto(queue);
+  EngineEvent event;
+  for (; queue.size() > 0; queue.age(500)) {
+    while (queue.next(event)) {
+    }
+  }
+  EXPECT_EQ(std::pair(event.data1, event.data2), std::pair(7, 127));
+}
+
 TEST_F(MidiTest, AControllerMovesInTheControlPassThatItIsDueIn) {
   TestHost host;
   ASSERT_TRUE(host.client().beginLearn(kCutoff));

@@ -153,8 +153,14 @@ void KvButton::idleStep(int /*flag*/) {
 void KvButton::letGo() {
   const bool springsBack =
       mode == ButtonMode::momentary || mode == ButtonMode::untilFree || mode == ButtonMode::pulse;
-  if (held && springsBack) setValue(0.0F);
+  const bool springs = held && springsBack;
   pressed = held = hovering = false;
+  if (!springs) return;
+  if (boundValue) {
+    send(0.0F);  // what it is bound to was pressed, too
+  } else {
+    setValue(0.0F);
+  }
 }
 
 void KvButton::menuChose(int entry) {

@@ -116,6 +116,7 @@ void KvOptionMenu::closePopup() {
 void KvOptionMenu::closeChild() {
   if (childMenu != nullptr) childMenu->closePopup();
   childMenu = nullptr;
+  aim = {};
 }
 
 // Beside its row, on the right where there is room.

@@ -139,8 +139,9 @@ void HostedProcess::set(const std::string& setting) {
   const std::string value = setting.substr(end + 1);
   float number = 0.0F;
   if (!CLI::detail::lexical_cast(value, number) || !(number >= 0.0F && number <= 1.0F)) {
-    throw Failure("\"" + value + "\" in \"" + setting + "\" is not a number from 0 to 1",
-                  kExitWrongUsage);
+    throw Failure(
+        "\"" + value + "\" in \"" + setting + "\" is no number from 0 to 1; give one, such as 0.5",
+        kExitWrongUsage);
   }
   std::array<char, 32> plain{};  // hexadecimal and the like are the command line's alone
   std::to_chars(plain.data(), plain.data() + plain.size() - 1, number);

@@ -13,6 +13,7 @@
 #include "apps/daehost/midi_feeder.hpp"
 #include "apps/zum/audio_input.hpp"
 #include "apps/zum/audio_output.hpp"
+#include "apps/zum/failure.hpp"
 #include "apps/zum/interruption.hpp"
 #include "apps/zum/option_checks.hpp"
 #include "platform/printable_text.hpp"
@@ -27,6 +28,13 @@ struct RenderOptions : HostOptions {
   int block = 512;  // frames
   bool stopped = false;
 };
+
+// `seconds` into the song.
+void warnOfLostMessages(std::size_t messages, std::size_t room, double seconds) {
+  if (messages <= room) return;
+  warn("at " + std::to_string(seconds) + " s " + std::to_string(messages - room) +
+       " MIDI messages of one block are lost; use a smaller --block");
+}
 
 void render(const RenderOptions& options) {
   options.refuseToOverwrite(options.output, {options.input, options.midi, options.session});

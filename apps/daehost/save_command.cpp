@@ -25,7 +25,9 @@ void save(const SaveOptions& options) {
   options.refuseToOverwrite(options.output);  // a session may be edited in place
   const std::vector<char> record = process.save();
   HostedProcess restored(file, options.type(), kRate, options.tempo);
-  restored.load(record);
+  if (!restored.load(record)) {
+    throw Failure("the plug-in refuses what it saved; choose another --plug-in");
+  }
   const std::int32_t count = process.routines().controlCount(process.get());
   for (std::int32_t index = 1; index <= count; ++index) {
     // The host keeps its bypass itself.

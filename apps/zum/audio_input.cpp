@@ -88,7 +88,7 @@ int AudioInput::read(float* left, float* right, int count) {
 void AudioInput::warnOfDamage() const {
   if (nonFinite == 0) return;
   warn(name + " has " + std::to_string(nonFinite) +
-       " samples that are no finite numbers, and is silent there; export it again");
+       " samples that are no finite numbers; export it again");
 }
 
 }  // namespace zum

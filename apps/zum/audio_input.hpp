@@ -34,7 +34,7 @@ class AudioInput {
   /// Fills up to `count` frames of both channels, mono doubled; fewer only at the end of the file.
   /// Throws Failure when the file breaks off before its end.
   int read(float* left, float* right, int count);
-  /// Tells of samples so far that are no finite numbers: what a filter makes of them is silence.
+  /// Tells of samples so far that are no finite numbers: the effect is silent there.
   void warnOfDamage() const;
 
  private:

@@ -21,9 +21,9 @@ class AudioOutput {
   /// Ends the file and gives it its name. Without this call there is no file.
   void finish();
 
-  // Of all that was written so far.
-  /// Tells of samples that clip.
+  /// Tells of samples so far that clip.
   void warnOfDamage() const;
+  /// Of the finite samples so far.
   float peak() const { return highest; }
 
  private:
@@ -38,7 +38,7 @@ class AudioOutput {
   SndfilePointer file;
   std::vector<float> floats;
   std::vector<int> integers;
-  float highest = 0.0F;  // of what is finite: a host's bypass hands on anything
+  float highest = 0.0F;
   std::int64_t clipped = 0;
 };
 

@@ -12,6 +12,7 @@
 #include "apps/zum/option_checks.hpp"
 #include "apps/zum/parameter_names.hpp"
 #include "apps/zum/temporary_file.hpp"
+#include "state/preset_files.hpp"
 
 namespace zum {
 namespace {
@@ -48,6 +49,9 @@ void make(const CcMapOptions& options) {
   }
   KvChunk chunk;
   writeMapFile(map, chunk);
+  if (!fitsChunkFile(chunk)) {
+    throw Failure("a map of so many bindings does not load; leave some out", kExitWrongUsage);
+  }
   TemporaryFile file(options.path);
   file.write(chunk.data(), std::size_t{4} * chunk.dataWords());
   file.keep();

@@ -80,6 +80,7 @@ int runCommandLine(int argc, char** argv, const char* name, const char* descript
   } catch (const Interruption& interruption) {
     endBy(interruption);
   } catch (const std::exception& error) {
+    std::cout.exceptions(std::ios_base::goodbit);
     return report(std::string(error.what()) + "; this should not happen, please report it",
                   kExitFailed);
   }

@@ -2,17 +2,15 @@
 #include "apps/zum/content_copy.hpp"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 
 #include <array>
-#include <cstdio>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <system_error>
 
 #include "apps/zum/failure.hpp"
 #include "apps/zum/folders.hpp"
+#include "apps/zum/input_file.hpp"
 #include "apps/zum/interruption.hpp"
 #include "apps/zum/temporary_file.hpp"
 
@@ -21,49 +19,29 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// An ordinary file, read piece by piece; throws Failure.
-class PieceReader {
- public:
-  /// `flags` of open(), such as O_NOFOLLOW.
-  explicit PieceReader(const fs::path& name, int flags = 0) : path(name) {
-    // Without O_NONBLOCK opening a pipe waits for somebody to write into it.
-    const int opened = ::open(name.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | flags);
-    if (opened < 0) refuse();
-    file.reset(::fdopen(opened, "rb"));
-    struct stat status {};
-    if (file == nullptr || ::fstat(opened, &status) != 0 || !S_ISREG(status.st_mode)) refuse();
-  }
+using Piece = std::array<char, 65536>;
 
-  /// As long as the room is, but for the last one; empty at the end.
-  std::string_view next() {
-    const std::size_t count = std::fread(piece.data(), 1, piece.size(), file.get());
-    if (std::ferror(file.get()) != 0) refuse();
-    return {piece.data(), count};
-  }
+std::string_view nextPiece(InputFile& file, Piece& piece) {
+  return {piece.data(), file.read(piece.data(), piece.size())};
+}
 
- private:
-  [[noreturn]] void refuse() const {
-    throw Failure("cannot read " + path.string() + "; check that you may read it");
-  }
-
-  fs::path path;
-  std::unique_ptr<std::FILE, int (*)(std::FILE*)> file{nullptr, std::fclose};
-  std::array<char, 65536> piece{};
-};
+InputFile fileOfThePack(const fs::path& path) { return {path, "file", O_NOFOLLOW}; }
 
 bool haveSameBytes(const fs::path& one, const fs::path& other) {
-  PieceReader a(one, O_NOFOLLOW), b(other);
+  InputFile a = fileOfThePack(one), b(other, "file");
+  Piece pieceOfA, pieceOfB;
   for (;;) {
-    const std::string_view piece = a.next();
-    if (piece != b.next()) return false;
+    const std::string_view piece = nextPiece(a, pieceOfA);
+    if (piece != nextPiece(b, pieceOfB)) return false;
     if (piece.empty()) return true;
   }
 }
 
 void copyFile(const fs::path& source, const fs::path& target) {
-  PieceReader from(source, O_NOFOLLOW);
+  InputFile from = fileOfThePack(source);
   TemporaryFile to(target);
-  for (std::string_view piece = from.next(); !piece.empty(); piece = from.next()) {
+  Piece buffer;
+  for (auto piece = nextPiece(from, buffer); !piece.empty(); piece = nextPiece(from, buffer)) {
     throwIfInterrupted();
     if (to.write(piece.data(), piece.size()) < piece.size()) break;
   }

@@ -21,8 +21,9 @@ std::string whyNot(const struct stat& status, const std::string& kind) {
 }  // namespace
 
 // Without O_NONBLOCK opening a pipe waits for somebody to write into it.
-InputFile::InputFile(const std::filesystem::path& path, const std::string& kind)
-    : name(path.string()), file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY)) {
+InputFile::InputFile(const std::filesystem::path& path, const std::string& kind, int flags)
+    : name(path.string()),
+      file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY | flags)) {
   struct stat status {};
   std::string why;
   if (file < 0 || fstat(file, &status) != 0) {

@@ -10,8 +10,9 @@ namespace zum {
 
 class InputFile {
  public:
-  /// `kind` is what the file has to be, such as "music file", as failures call it. Throws Failure.
-  InputFile(const std::filesystem::path& path, const std::string& kind);
+  /// `kind` is what the file has to be, such as "music file", as failures call it. `flags` are more
+  /// of open()'s, such as O_NOFOLLOW. Throws Failure.
+  InputFile(const std::filesystem::path& path, const std::string& kind, int flags = 0);
   ~InputFile();
   InputFile(const InputFile&) = delete;
   InputFile& operator=(const InputFile&) = delete;

@@ -12,6 +12,7 @@
 #include "apps/zum/commands.hpp"
 #include "apps/zum/content_copy.hpp"
 #include "apps/zum/failure.hpp"
+#include "apps/zum/option_checks.hpp"
 #include "apps/zum/settings_failure.hpp"
 #include "platform/content_folder.hpp"
 #include "platform/files.hpp"
@@ -154,8 +155,10 @@ void addInstallContentCommand(CLI::App& app) {
   auto options = std::make_shared<InstallOptions>();
   CLI::App* command = app.add_subcommand(
       "install-content", "Copy presets and samples to your own folder and use them from there");
-  command->add_option("FOLDER", options->folder,
-                      "Content to install; without it, what was installed with this program");
+  command
+      ->add_option("FOLDER", options->folder,
+                   "Content to install; without it, what was installed with this program")
+      ->check(notEmpty());
   command->add_flag("--in-place", options->inPlace, "Copy nothing: use the content where it lies");
   command->callback([options] { installContent(*options); });
 }

@@ -9,9 +9,9 @@ struct Interruption {
   int signal;
 };
 
-/// At the start of a program: what nobody reads, and what goes beyond a file size limit, are failed
-/// writes from here on, the former with an Interruption that is due; and children can be waited
-/// for, whatever the parent ignored.
+/// At the start of a program. From here on SIGPIPE and SIGXFSZ do not end it: the write fails, and
+/// after SIGPIPE throwIfInterrupted() throws. SIGCHLD is as it is by default, so that children can
+/// be waited for whatever the parent ignored.
 void prepareSignals();
 /// From here on SIGINT, SIGTERM and SIGHUP wait for throwIfInterrupted(); a second one of the same
 /// kind does not.

@@ -137,10 +137,4 @@ std::span<const MidiMessage> MidiFile::takeUntil(std::int64_t frame) {
   return {messages.data() + start, next - start};
 }
 
-void warnOfLostMessages(std::size_t messages, std::size_t room, double seconds) {
-  if (messages <= room) return;
-  warn("at " + std::to_string(seconds) + " s " + std::to_string(messages - room) +
-       " MIDI messages of one block are lost; use a smaller --block");
-}
-
 }  // namespace zum

@@ -29,8 +29,4 @@ class MidiFile {
   std::size_t next = 0;
 };
 
-/// Warns of the messages of one block, `seconds` into the song, that are more than there is room
-/// for.
-void warnOfLostMessages(std::size_t messages, std::size_t room, double seconds);
-
 }  // namespace zum

@@ -52,15 +52,14 @@ std::string shown(const RegistryStore::Data& data) {
   return text != nullptr ? printable(*text) : std::to_string(std::get<std::int32_t>(data));
 }
 
-std::vector<RegistryStore::Value> allValues(KvRegistryKey& key) {
-  auto values = key.values();
-  if (!key.problem().empty()) throw settingsFailure("cannot read", key);
-  return values;
-}
-
 void listSettings() {
   auto key = openKey();
-  const auto values = allValues(key);
+  const auto values = key.values();
+  if (!key.problem().empty()) throw settingsFailure("cannot read", key);
+  if (values.size() == RegistryStore::kMostValues) {
+    warn("there may be more than these " + std::to_string(values.size()) +
+         " settings; delete what is not ZUM's");
+  }
   std::size_t width = std::strlen("name");
   for (const auto& value : values) width = std::max(width, printable(value.name).size());
   const auto line = [&](const std::string& name, const char* type, const std::string& value) {
@@ -73,10 +72,9 @@ void listSettings() {
   }
 }
 
-RegistryStore::Value find(KvRegistryKey& key, const std::string& name) {
-  for (auto& value : allValues(key)) {
-    if (strcasecmp(value.name.c_str(), name.c_str()) == 0) return value;
-  }
+RegistryStore::Data find(KvRegistryKey& key, const std::string& name) {
+  if (auto data = key.value(name.c_str())) return *data;
+  if (!key.problem().empty()) throw settingsFailure("cannot read", key);
   throw Failure("there is no setting " + name + "; run zum settings list to see them all");
 }
 
@@ -89,23 +87,32 @@ std::int32_t numberIn(const std::string& text) {
                 kExitWrongUsage);
 }
 
+void refuseLong(const char* what, const std::string& text) {
+  constexpr std::size_t kMost = KvRegistryKey::kTextBytes - 1;
+  if (text.size() <= kMost) return;
+  throw Failure(std::string("the ") + what + " has " + std::to_string(text.size()) +
+                    " bytes; shorten it to at most " + std::to_string(kMost),
+                kExitWrongUsage);
+}
+
 // Folders are given as they are typed in a shell, or in the form that list prints.
 std::string textFor(Kind kind, const std::string& value) {
   std::string text = value;
   if (kind != Kind::text && !value.empty()) {
     if (value.find('\\') == std::string::npos) {
-      text = toInternalPath(std::filesystem::absolute(value).lexically_normal().string());
+      std::error_code error;
+      const auto whole = std::filesystem::absolute(value, error);
+      if (error) throw Failure("the current folder is gone; give the path from / on");
+      text = toInternalPath(whole.lexically_normal().string());
     }
     if (kind == Kind::folderWithBackslash) ensureTrailingBackslash(text);
   }
-  constexpr std::size_t kMost = KvRegistryKey::kTextBytes - 1;
-  if (text.size() <= kMost) return text;
-  throw Failure("the value has " + std::to_string(text.size()) + " bytes; shorten it to at most " +
-                    std::to_string(kMost),
-                kExitWrongUsage);
+  refuseLong("value", text);
+  return text;
 }
 
 void setSetting(const SettingOptions& options) {
+  refuseLong("name", options.name);
   const auto* known = std::find_if(std::begin(kKnown), std::end(kKnown), [&](const auto& setting) {
     return strcasecmp(setting.name, options.name.c_str()) == 0;
   });
@@ -131,7 +138,8 @@ void setSetting(const SettingOptions& options) {
 
 void deleteSetting(const std::string& name) {
   auto key = openKey();
-  if (!key.remove(find(key, name).name.c_str())) throw settingsFailure("cannot write", key);
+  find(key, name);
+  if (!key.remove(name.c_str())) throw settingsFailure("cannot write", key);
 }
 
 }  // namespace
@@ -151,7 +159,7 @@ void addSettingsCommand(CLI::App& app) {
   };
   add("get", "Print the value of a setting")->callback([options] {
     auto key = openKey();
-    std::cout << shown(find(key, options->name).data) << '\n';
+    std::cout << shown(find(key, options->name)) << '\n';
   });
   CLI::App* set = add("set", "Give a setting a value");
   set->add_option("VALUE", options->value, "Text, folder or whole number")->required();

@@ -1,5 +1,5 @@
 // Line by line through a text file, with failures that tell the line; used by automation, plots and
-// texts of presets. Neither a line nor a file is believed to end.
+// texts of presets. Lines and files have a limit: a device could go on for ever.
 #pragma once
 
 #include <array>

@@ -78,10 +78,10 @@ std::vector<TraceRow> readTrace(const std::filesystem::path& path, double from, 
     if (row[kTime] <= last) lines.fail("the time does not rise; make the trace again");
     last = row[kTime];
     if (rows.size() == 1 && last <= from) rows.clear();
-    rows.push_back(row);
-    if (rows.size() > kMostRows) {
+    if (rows.size() == kMostRows) {
       lines.fail("the stretch is too long to draw; choose one with --from and --to");
     }
+    rows.push_back(row);
   }
   if (rows.size() < 2 || rows.back()[kTime] <= from) {
     lines.fail("there is nothing to see in this stretch; the trace ends before, or is too short");
