@@ -48,7 +48,7 @@ class CommaLocale {
     EXPECT_NE(std::setlocale(LC_NUMERIC, "de_DE"), nullptr);
   }
   ~CommaLocale() {
-    std::setlocale(LC_NUMERIC, "C");
+    (void)std::setlocale(LC_NUMERIC, "C");
     unsetenv("LOCPATH");
     std::filesystem::remove_all(folder);
   }
@@ -280,8 +280,9 @@ TEST(Panel, GivesTheInputBackInWhateverOrderPanelsClose) {
   std::vector<std::size_t> order{0, 1, 2};
   do {
     Desk desk;
-    std::vector<KvViewContainer*> panels;
-    for (int i = 0; i < 3; ++i) panels.push_back(desk.add<KvViewContainer>(kPlace, i));
+    int tag = 0;
+    std::vector<KvViewContainer*> panels(3);
+    for (KvViewContainer*& panel : panels) panel = desk.add<KvViewContainer>(kPlace, tag++);
     // The last one comes up twice, and lies on top then.
     for (const std::size_t i : {2U, 0U, 1U, 2U}) panels[i]->popup(PopupMode::none, nullptr, 0);
     std::vector<KvViewContainer*> open = panels;

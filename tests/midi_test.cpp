@@ -277,8 +277,8 @@ TEST_F(MidiTest, WhatNoBlockTakesEndsAsItWasPlayed) {
       gap == Gap::noBlock ? send(host, messages) : play(host, messages);
     };
     for (int block = 0; block < 15; ++block) {
-      std::vector<Sent> messages;
-      for (int i = 0; i < 200; ++i) messages.push_back({i, 0xB0, 7, i % 127});
+      std::vector<Sent> messages(200);
+      for (int i = 0; i < 200; ++i) messages[static_cast<std::size_t>(i)] = {i, 0xB0, 7, i % 127};
       go(messages);
     }
     go({{0, 0x80, 60},
