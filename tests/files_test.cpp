@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <filesystem>
 #include <functional>
@@ -79,10 +80,12 @@ TEST_F(FilesTest, AFileThatMayBeWrittenIsSavedWhateverItsFolder) {
 int openToOthers = 0;  // descriptors that a program started now would get
 
 void countDescriptors(int /*signal*/) {
+  const int interrupted = errno;
   for (int file = 3; file < 64; ++file) {
     const int flags = fcntl(file, F_GETFD);
     openToOthers += flags != -1 && (flags & FD_CLOEXEC) == 0 ? 1 : 0;
   }
+  errno = interrupted;
 }
 
 TEST_F(FilesTest, ProgramsThatAreStartedGetNoneOfThem) {
