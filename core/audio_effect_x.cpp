@@ -10,9 +10,8 @@ namespace {
 // hosts promise to answer them on the audio thread.
 std::intptr_t callOnAudioThread(audioMasterCallback host, AEffect* record, std::int32_t opcode,
                                 std::intptr_t value, float opt = 0.0F) ZUM_REALTIME {
-  ZUM_TRUSTED_BEGIN
-  return host != nullptr ? host(record, opcode, 0, value, nullptr, opt) : 0;
-  ZUM_TRUSTED_END
+  if (host == nullptr) return 0;
+  return trusted([&] { return host(record, opcode, 0, value, nullptr, opt); });
 }
 
 }  // namespace

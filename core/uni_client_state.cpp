@@ -157,9 +157,8 @@ class KvUniClient::PresetIntake final : public PresetVisitor {
       const bool lacksFile =
           !taken && !keeps && parameter.object->getType() == KvChunkableClass::kFile;
       if (lacksFile && missing != nullptr) {
-        ZUM_TRUSTED_BEGIN  // there is none on the audio thread
-            missing->search(static_cast<KvFileObject&>(*parameter.object));
-        ZUM_TRUSTED_END
+        // there is no search on the audio thread
+        trusted([&] { missing->search(static_cast<KvFileObject&>(*parameter.object)); });
       }
       return nullptr;
     }
@@ -212,15 +211,15 @@ class KvUniClient::PresetIntake final : public PresetVisitor {
   const bool isolated;
 };
 
-ZUM_TRUSTED_BEGIN  // these readers own nothing that their end would free
-    PresetFault
-    KvUniClient::checkPreset(const KvChunk& preset, int slot, PresetNeeds& needs) ZUM_REALTIME {
-  KvChunk reader;
-  readAgain(reader, preset);
-  PresetCheck check(*this, needs);
-  return walkPreset(reader, slot, check);
+PresetFault KvUniClient::checkPreset(const KvChunk& preset, int slot, PresetNeeds& needs)
+    ZUM_REALTIME {
+  return trusted([&] {  // the reader owns nothing that its end would free
+    KvChunk reader;
+    readAgain(reader, preset);
+    PresetCheck check(*this, needs);
+    return walkPreset(reader, slot, check);
+  });
 }
-ZUM_TRUSTED_END
 
 bool KvUniClient::reserve(const PresetNeeds& needs) noexcept {
   return controllerMap.reserve(needs.bindings) && stepTable.reserve(needs.objectWords);
@@ -237,21 +236,20 @@ bool KvUniClient::makeRoom(const PresetNeeds& needs) {
 }
 
 /// Parameters that the preset does not hold keep their values.
-ZUM_TRUSTED_BEGIN  // as above
-    void
-    KvUniClient::takePreset(const KvChunk& preset, int slot, bool restoreAll, MissingFiles* missing,
-                            std::string_view title) ZUM_REALTIME {
-  KvChunk reader;
-  readAgain(reader, preset);
-  PresetIntake intake(*this, slot, restoreAll, missing);
-  intakes.fetch_add(1);  // odd while it lasts
-  walkPreset(reader, slot, intake);
-  if (!title.empty()) intake.name(title);
-  intakes.fetch_add(1);
-  clock.clearBuffers();
-  if (hostIsOwn) callHostInBlock(kTempoOfPreset, reader.tempo);
+void KvUniClient::takePreset(const KvChunk& preset, int slot, bool restoreAll,
+                             MissingFiles* missing, std::string_view title) ZUM_REALTIME {
+  trusted([&] {  // as above
+    KvChunk reader;
+    readAgain(reader, preset);
+    PresetIntake intake(*this, slot, restoreAll, missing);
+    intakes.fetch_add(1);  // odd while it lasts
+    walkPreset(reader, slot, intake);
+    if (!title.empty()) intake.name(title);
+    intakes.fetch_add(1);
+    clock.clearBuffers();
+    if (hostIsOwn) callHostInBlock(kTempoOfPreset, reader.tempo);
+  });
 }
-ZUM_TRUSTED_END
 
 KvUniClient::Silence::Silence(KvUniClient& owner)
     : effect(owner), turn(owner.loadTurn), muted(owner.muteRequest.load()) {

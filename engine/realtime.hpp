@@ -1,28 +1,38 @@
 // Marks what the block call may reach: no allocation, lock, system call or exception below it.
 #pragma once
 
+#include <utility>
+
 // clang checks the mark at compile time (-Wfunction-effects) and at run time
 // (-fsanitize=realtime); other compilers see nothing.
 #if defined(__clang__) && defined(__has_cpp_attribute)
 #if __has_cpp_attribute(clang::nonblocking)
+#define ZUM_CHECKS_REALTIME
+#endif
+#endif
+#ifdef ZUM_CHECKS_REALTIME
 #define ZUM_REALTIME noexcept [[clang::nonblocking]]
-#endif
-#endif
-#ifndef ZUM_REALTIME
+#else
 #define ZUM_REALTIME noexcept
 #endif
 
 /// Behind a lambda's parameters: what it captures stays in the registers of the loop around it.
 #define ZUM_INLINED __attribute__((always_inline))
 
-// Round a call that cannot be checked and is known to keep the promise.
-#if defined(__clang__)
-#define ZUM_TRUSTED_BEGIN                                              \
-  _Pragma("clang diagnostic push")                                     \
-      _Pragma("clang diagnostic ignored \"-Wunknown-warning-option\"") \
-          _Pragma("clang diagnostic ignored \"-Wfunction-effects\"")
-#define ZUM_TRUSTED_END _Pragma("clang diagnostic pop")
-#else
-#define ZUM_TRUSTED_BEGIN
-#define ZUM_TRUSTED_END
+namespace zum {
+
+#ifdef ZUM_CHECKS_REALTIME
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wfunction-effects"
 #endif
+/// Runs `work`, which the compiler cannot check and which is known to keep the promise: a comment
+/// at the call says why. The sanitizer still watches it.
+template <class Work>
+decltype(auto) trusted(Work&& work) ZUM_REALTIME {
+  return std::forward<Work>(work)();
+}
+#ifdef ZUM_CHECKS_REALTIME
+#pragma clang diagnostic pop
+#endif
+
+}  // namespace zum

@@ -137,9 +137,7 @@ void KvChunk::adopt(std::unique_ptr<std::uint32_t[]> buffer, std::uint32_t count
 }
 
 void KvChunk::borrow(const void* memory, std::uint32_t count) ZUM_REALTIME {
-  ZUM_TRUSTED_BEGIN  // a reader on the audio thread owns nothing that would be freed here
-      words.reset();
-  ZUM_TRUSTED_END
+  trusted([&] { words.reset(); });  // a reader on the audio thread owns nothing to free here
   source = static_cast<const unsigned char*>(memory);
   capacity = memory != nullptr ? count : 0;
   beyondEnd = false;

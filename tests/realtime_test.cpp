@@ -95,10 +95,10 @@ TEST(Realtime, everyFilterKeepsThePromise) {
 #if defined(__has_feature)
 #if __has_feature(realtime_sanitizer)
 void breakThePromise() ZUM_REALTIME {
-  ZUM_TRUSTED_BEGIN
-  void* (*volatile allocate)(std::size_t) = std::malloc;
-  std::free(allocate(64));
-  ZUM_TRUSTED_END
+  trusted([] {
+    void* (*volatile allocate)(std::size_t) = std::malloc;
+    std::free(allocate(64));
+  });
 }
 TEST(RealtimeDeathTest, sanitizerWatches) {
   EXPECT_DEATH(breakThePromise(), "unsafe-library-call");

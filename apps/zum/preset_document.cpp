@@ -30,29 +30,28 @@ class PresetPlaces final : public PresetVisitor {
     pressed.reserve(words);
   }
 
-  ZUM_TRUSTED_BEGIN  // there is room
-      void
-      header(const KvChunk& chunk, std::int32_t version) ZUM_REALTIME override {
+  void header(const KvChunk& chunk, std::int32_t version) ZUM_REALTIME override {
     library = chunk.version;
     layout = version;
     tempo = chunk.tempo;
     sampleRate = chunk.sampleRate;
   }
   const char* record(std::int32_t id, std::int32_t size, KvChunk& chunk) ZUM_REALTIME override {
-    records.push_back({id, size, chunk.cursor});
+    trusted([&] { records.push_back({id, size, chunk.cursor}); });
     chunk.skip(static_cast<std::uint32_t>(size));
     return nullptr;
   }
   void controller(int number, Binding binding) ZUM_REALTIME override {
-    learned.push_back({number, binding});
+    trusted([&] { learned.push_back({number, binding}); });
   }
   void name(std::string_view text) ZUM_REALTIME override { title = text; }
   void position(std::int32_t version, const PresetPosition& at) ZUM_REALTIME override {
     trailer = version;
     place = at;
   }
-  void aftertouch(Binding binding) ZUM_REALTIME override { pressed.push_back(binding); }
-  ZUM_TRUSTED_END
+  void aftertouch(Binding binding) ZUM_REALTIME override {
+    trusted([&] { pressed.push_back(binding); });
+  }
 
   std::int32_t library = 0;
   std::int32_t layout = 0;
