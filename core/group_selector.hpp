@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/group_mask.hpp"
+#include "core/tags.hpp"
 
 namespace zum {
 
@@ -20,9 +21,9 @@ struct GroupSelector {
 };
 
 inline constexpr GroupSelector kGroupSelectors[] = {
-    {62, 0, 2, {{1, 0, 61}, {2, 1, 60}}},
-    {165, 0, 3, {{3, 0, -1}, {4, 1, 65}, {5, 2, -1}}},
-    {65, 4, 2, {{6, 0, -1}, {7, 1, -1}}},
+    {tag::bank, 0, 2, {{1, 0, tag::multiType}, {2, 1, tag::vowelType}}},
+    {tag::modChoice, 0, 3, {{3, 0, -1}, {4, 1, tag::lfoStyle}, {5, 2, -1}}},
+    {tag::lfoStyle, 4, 2, {{6, 0, -1}, {7, 1, -1}}},
 };
 
 /// Brings the mask in line with `position`; calls `resend(tag)` behind each change that asks so.

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <span>
 
+#include "core/tags.hpp"
 #include "engine/controls.hpp"
 #include "engine/realtime.hpp"
 
@@ -41,10 +42,10 @@ struct ParameterRow {
   std::uint8_t flags = 0;
   ControlValue EngineControls::*value = nullptr;  // null: kept by the effect object
   std::span<const std::int16_t> resets = {};      // tags that a reset button centres, in order
-  int learnTarget = -1;                           // tag that the popup's learn and clear speak of
+  int learnTarget = -1;                           // tag that the panel's learn and clear speak of
 };
 
-inline constexpr int kLastTag = 222;
+inline constexpr int kLastTag = tag::bypass;
 inline constexpr int kLastId = 69;
 inline constexpr int kHostParameters = 60;
 inline constexpr int kPresetRows = 62;  // the first rows, in the order of a preset
