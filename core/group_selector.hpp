@@ -1,8 +1,8 @@
 // The three parameters that choose pages of the window. Applied by setParameter.
 #pragma once
 
-#include "core/group_mask.hpp"
 #include "core/tags.hpp"
+#include "state/group_mask.hpp"
 
 namespace zum {
 

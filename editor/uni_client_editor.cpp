@@ -25,7 +25,7 @@ constexpr int kBackgroundPicture = 1000;
 EffectEditor* createEditor(KvUniClient& effect) { return new KvUniClientEditor(effect); }
 
 KvUniClientEditor::KvUniClientEditor(KvUniClient& owner)
-    : KvEditorBase(layout::kWindow, owner.groups(), pictureBytes),
+    : AEffGUIEditor(layout::kWindow, owner.groups(), pictureBytes),
       effect(owner),
       editorFont(new CFontDesc("Arial", 12)) {}
 

@@ -8,7 +8,7 @@
 
 #include "core/parameter_table.hpp"
 #include "core/uni_client.hpp"
-#include "toolkit/editor_base.hpp"
+#include "editor/host_editor.hpp"
 
 namespace zum {
 
@@ -24,7 +24,7 @@ struct Panel;
 }  // namespace layout
 
 /// [main] The effect outlives it.
-class KvUniClientEditor final : public KvEditorBase, public CControlListener {
+class KvUniClientEditor final : public AEffGUIEditor, public CControlListener {
  public:
   explicit KvUniClientEditor(KvUniClient& owner);
   ~KvUniClientEditor() override { KvUniClientEditor::close(); }

@@ -45,9 +45,6 @@ class Editor final : public KvEditorBase {
         opener(screen.opener()) {}
   bool open(void* /*parent*/) override { return KvEditorBase::open(nullptr, nullptr, opener); }
   bool keyPressed(const WindowKey& /*key*/) override { return true; }
-  void raiseAbout() override {}
-  void openManual() override {}
-  bool aboutIsOpen() const override { return false; }
 
  private:
   CFrame::WindowOpener opener;

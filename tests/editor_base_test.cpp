@@ -54,9 +54,6 @@ class Editor final : public KvEditorBase, public CControlListener {
     ++told;
     close();
   }
-  void raiseAbout() override {}
-  void openManual() override {}
-  bool aboutIsOpen() const override { return false; }
   bool keyPressed(const WindowKey& key) override { return key.virt == keys::kF1 + 1; }
 
   OffscreenWindow* window = nullptr;
@@ -69,9 +66,6 @@ TEST(EditorBase, OpensAgainSharesItsPicturesAndLosesNoRequest) {
   Editor one(mask, dot);
   Editor two(mask, dot);
   int parent = 0;
-  ERect* rect = nullptr;
-  EXPECT_TRUE(one.getRect(&rect));
-  EXPECT_EQ(rect->bottom - rect->top, 40);
   EXPECT_FALSE(one.open(nullptr));
   EXPECT_EQ(one.getBitmap(1058), nullptr);
   one.idle();
@@ -122,10 +116,8 @@ TEST(EditorBase, HandsKeysThatNobodyWantsToTheHost) {
   Editor editor(mask, dot);
   int parent = 0;
   ASSERT_TRUE(editor.open(&parent));
-  VstKeyCode key{0, keys::kF1 + 1, 0};
-  EXPECT_TRUE(editor.onKeyDown(key));
-  key.virt = keys::kHome;
-  EXPECT_FALSE(editor.onKeyDown(key));
+  EXPECT_TRUE(editor.keyDown({0, keys::kF1 + 1, 0}));
+  EXPECT_FALSE(editor.keyDown({0, keys::kHome, 0}));
   editor.window->keyDown({0, keys::kF1 + 1, 0});
   editor.window->keyDown({'a', 0, 0});
   editor.idle();

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "core/group_mask.hpp"
+#include "state/group_mask.hpp"
 #include "toolkit/view/control.hpp"
 #include "toolkit/view/font.hpp"
 

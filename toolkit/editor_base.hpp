@@ -1,58 +1,42 @@
-// An editor as hosts drive it, without its controls: the frame inside of the host's window, the
-// pictures, the groups that are shown, and what other threads ask of the window.
+// The window of an editor without its controls: the frame inside of a host's window, the pictures,
+// the groups that are shown, and what other threads ask of the window.
 #pragma once
 
 #include <atomic>
 
-#include "core/effect_editor.hpp"
-#include "core/group_mask.hpp"
+#include "engine/realtime.hpp"
+#include "state/group_mask.hpp"
 #include "toolkit/control_frame.hpp"
 #include "toolkit/dialogs/window_services.hpp"
 #include "toolkit/picture_table.hpp"
 
 namespace zum {
 
-/// [main] Open between open() and close() of a subclass, any number of times.
-class AEffGUIEditor : public EffectEditor, protected CEditorInterface {
- public:
-  explicit AEffGUIEditor(const CRect& windowRect) : bounds(windowRect) {}
-  ~AEffGUIEditor() override { closeFrame(); }
-
-  bool getRect(ERect** answer) override;
-  bool isOpen() override { return static_cast<bool>(frame); }
-  void idle() override;
-  void draw(ERect* rect) override;
-
- protected:
-  /// False when the system has no window to give; then it stays closed.
-  bool openFrame(void* parent, const CFontDesc* font, const CFrame::WindowOpener& opener);
-  void closeFrame();
-  KvFrame* getFrame() const { return frame.get(); }
-  /// For a call in which a control may tell the host something: the host may close the editor
-  /// there, and the frame lasts until the call is over.
-  Held<KvFrame> holdFrame() const { return frame; }
-
- private:
-  CRect bounds;
-  ERect hostRect{};
-  Held<KvFrame> frame;
-};
-
-/// [main] The mask outlives it, and with it the pages that are shown.
-class KvEditorBase : public AEffGUIEditor {
+/// [main] Open between open() and close(), any number of times. The mask outlives it, and with it
+/// the pages that are shown.
+class KvEditorBase : protected CEditorInterface {
  public:
   KvEditorBase(const CRect& windowRect, GroupMask& mask, PictureTable::Source source)
-      : AEffGUIEditor(windowRect), groupMask(mask), pictureSource(std::move(source)) {}
+      : bounds(windowRect), groupMask(mask), pictureSource(std::move(source)) {}
   ~KvEditorBase() override { KvEditorBase::close(); }
 
   /// Loads the pictures and opens an empty frame; from now on dialogs and messages are shown.
-  bool open(void* parent) override { return open(parent, nullptr, openNativeWindow); }
-  void close() override;
-  void idle() override;
-  void requestFullRedraw() ZUM_REALTIME override { redrawWanted.store(true); }
-  void update() ZUM_REALTIME override { updateWanted.store(true); }
-  bool onKeyDown(VstKeyCode& key) override;
-  bool onKeyUp(VstKeyCode& key) override;
+  /// False when the system has no window to give; then it stays closed.
+  virtual bool open(void* parent) { return open(parent, nullptr, openNativeWindow); }
+  virtual void close();
+  virtual void idle();
+  bool isOpen() const { return static_cast<bool>(frame); }
+
+  const CRect& windowRect() const { return bounds; }
+  /// A part of the window was lost.
+  void redraw(const CRect& part);
+  /// [any] Everything is drawn again at the next idle.
+  void requestFullRedraw() ZUM_REALTIME { redrawWanted.store(true); }
+  /// [any] A state was replaced: every control shows its new value at the next idle.
+  void update() ZUM_REALTIME { updateWanted.store(true); }
+  /// A key that the host saw first. False when it is of no use here.
+  bool keyDown(const WindowKey& key);
+  bool keyUp(const WindowKey& key);
 
   CBitmap* getBitmap(int id) const { return pictures().get(id); }
   /// With one more holder.
@@ -65,6 +49,10 @@ class KvEditorBase : public AEffGUIEditor {
 
  protected:
   bool open(void* parent, const CFontDesc* font, const CFrame::WindowOpener& opener);
+  KvFrame* getFrame() const { return frame.get(); }
+  /// For a call in which a control may tell the host something: the host may close the editor
+  /// there, and the frame lasts until the call is over.
+  Held<KvFrame> holdFrame() const { return frame; }
   /// A key that no control wanted, from the window or from the host.
   bool keyPressed(const WindowKey& /*key*/) override { return false; }
   bool keyReleased(const WindowKey& /*key*/) override { return false; }
@@ -73,6 +61,8 @@ class KvEditorBase : public AEffGUIEditor {
   static PictureTable& pictures();
   bool isBlocked() const override { return WindowServices::get().isMessageOpen(); }
 
+  CRect bounds;
+  Held<KvFrame> frame;
   GroupMask& groupMask;
   PictureTable::Source pictureSource;
   std::atomic<bool> redrawWanted{false};

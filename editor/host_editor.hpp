@@ -1,0 +1,37 @@
+// A window of the toolkit as hosts drive it, in the records and numbers of their interface.
+#pragma once
+
+#include "core/effect_editor.hpp"
+#include "toolkit/editor_base.hpp"
+
+namespace zum {
+
+/// [main] Opens, closes and ticks as the window's own class says.
+class AEffGUIEditor : public EffectEditor, public KvEditorBase {
+ public:
+  using KvEditorBase::KvEditorBase;
+
+  bool open(void* parent) override = 0;
+  void close() override = 0;
+  void idle() override = 0;
+  bool isOpen() override { return KvEditorBase::isOpen(); }
+  bool getRect(ERect** answer) override {
+    const CRect& rect = windowRect();
+    hostRect = {static_cast<std::int16_t>(rect.top), static_cast<std::int16_t>(rect.left),
+                static_cast<std::int16_t>(rect.bottom), static_cast<std::int16_t>(rect.right)};
+    *answer = &hostRect;
+    return true;
+  }
+  void draw(ERect* rect) override { redraw({rect->left, rect->top, rect->right, rect->bottom}); }
+  bool onKeyDown(VstKeyCode& key) override { return keyDown(keyOf(key)); }
+  bool onKeyUp(VstKeyCode& key) override { return keyUp(keyOf(key)); }
+  void requestFullRedraw() ZUM_REALTIME override { KvEditorBase::requestFullRedraw(); }
+  void update() ZUM_REALTIME override { KvEditorBase::update(); }
+
+ private:
+  static WindowKey keyOf(const VstKeyCode& key) { return {key.character, key.virt, key.modifier}; }
+
+  ERect hostRect{};  // the host reads it after the call
+};
+
+}  // namespace zum
