@@ -18,18 +18,20 @@ EventBuffers::EventBuffers() {
 
 // Both sides take the flag, so that no buffer is swapped under a writer's hands. The block tries
 // once; this thread may wait for the few instructions of a swap.
-void EventBuffers::add(const ShortMessage& message) {
+bool EventBuffers::tryPush(const ShortMessage& message) {
   while (midiBusy.exchange(true, std::memory_order_acquire)) std::this_thread::yield();
   Buffer& buffer = buffers[bufferIndex];
-  if (buffer.fill < kEvents) {
+  const bool fits = buffer.fill < kEvents;
+  if (fits) {
     VstMidiEvent& event = buffer.events[static_cast<std::size_t>(buffer.fill++)];
     event.deltaFrames = 0;
     for (std::size_t i = 0; i < message.size(); ++i) event.midiData[i] = message[i];
   }
   midiBusy.store(false, std::memory_order_release);
+  return fits;
 }
 
-VstEvents* EventBuffers::take() ZUM_REALTIME {
+VstEvents* EventBuffers::tryTake() ZUM_REALTIME {
   if (midiBusy.exchange(true, std::memory_order_acquire)) return nullptr;
   Buffer& filled = buffers[bufferIndex];
   bufferIndex ^= 1U;

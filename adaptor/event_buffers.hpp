@@ -18,13 +18,13 @@ class EventBuffers {
 
   EventBuffers();
 
-  /// [midi] For the next block, at its start. What does not fit is lost.
-  void add(const ShortMessage& message);
-  /// [audio] What came since the last call; null for nothing, and while the other thread is just
-  /// writing: then it waits for the next block. Valid until the next call.
-  VstEvents* take() ZUM_REALTIME;
+  /// [host] For the next block, at its start. False for a message that finds no room and is lost.
+  bool tryPush(const ShortMessage& message);
+  /// [audio] What came since the last call, valid until the next one. Null for nothing, and while
+  /// the other thread is just writing: then all of it waits for the next block.
+  VstEvents* tryTake() ZUM_REALTIME;
 
-  /// While it is held take() gives nothing.
+  /// While it is set tryTake() gives nothing.
   std::atomic<bool> midiBusy{false};
 
  private:

@@ -9,7 +9,7 @@
 #include <exception>
 #include <memory>
 
-#include "adaptor/hostlib/routine_table.hpp"
+#include "adaptor/hostlib/effect_group.hpp"
 #include "adaptor/wrapper_group.hpp"
 
 namespace zum {
@@ -18,7 +18,7 @@ namespace {
 constexpr std::int32_t kNoMemory = -7003;
 constexpr std::int32_t kRefused = -1;
 
-/// The file, as long as it is open. [main]
+/// [main] The file, as long as it is open.
 struct Module {
   int opens = 0;
   std::int32_t error = kNoError;  // of the first opening

@@ -13,8 +13,8 @@ struct Entry {
   std::atomic<KvRTASWrapperProcess*> process{nullptr};
 };
 
-/// The audio thread walks it while others enter: it grows by pieces that never move, and never
-/// shrinks.
+/// The audio thread walks the table while others add to it: it grows by pieces that never move, and
+/// never shrinks.
 struct Piece {
   std::array<Entry, 32> entries;
   std::atomic<Piece*> next{nullptr};
@@ -34,7 +34,7 @@ Entry* entryOf(const AEffect* effect) ZUM_REALTIME {
 
 }  // namespace
 
-bool enterProcess(const AEffect* effect, KvRTASWrapperProcess* process) {
+bool tryAddProcess(const AEffect* effect, KvRTASWrapperProcess* process) {
   const std::lock_guard turn(writers);
   Entry* free = entryOf(nullptr);
   if (free == nullptr) {

@@ -1,4 +1,5 @@
-// Which process an effect belongs to: all that the effect's callback is told is its record.
+// Which process an effect belongs to. The effect's callback is told its record alone, and finds the
+// process here.
 #pragma once
 
 #include "core/aeffect.hpp"
@@ -9,9 +10,9 @@ namespace zum {
 class KvRTASWrapperProcess;
 
 // [main] False when the memory does not suffice.
-bool enterProcess(const AEffect* effect, KvRTASWrapperProcess* process);
+bool tryAddProcess(const AEffect* effect, KvRTASWrapperProcess* process);
 void removeProcess(const AEffect* effect);
-/// [any] Null for an effect that is not entered, as one is in its constructor.
+/// [any] Null for an effect that is not in the table, as it is not in its own constructor.
 KvRTASWrapperProcess* findProcess(const AEffect* effect) ZUM_REALTIME;
 
 }  // namespace zum

@@ -1,14 +1,27 @@
 #include "adaptor/wrapper_control.hpp"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 
-#include "adaptor/control_value.hpp"
 #include "adaptor/wrapper_process.hpp"
 
 namespace zum {
+
+float normalisedOf(std::int32_t controlValue) {
+  return static_cast<float>((static_cast<double>(controlValue) + 2147483648.0) *
+                            2.3283064370807974e-10);
+}
+
+std::int32_t controlValueOf(float normalised) {
+  const double held = normalised > 0.0F ? (normalised < 1.0F ? normalised : 1.0F) : 0.0F;
+  // The upper end lies between two integers, the higher of which is none of 32 bits.
+  const double scaled = std::rint(held * 4294967295.0 - 2147483647.5);
+  return static_cast<std::int32_t>(std::min(scaled, 2147483647.0));
+}
 
 KvRTASWrapperPluginControl::KvRTASWrapperPluginControl(KvRTASWrapperProcess& owner,
                                                        std::int32_t parameter)

@@ -1,4 +1,5 @@
-// One of the effect's parameters as a control of the host.
+// One of the effect's parameters as a control of the host, and its value in both forms: the
+// control's 32 bits and the parameter's 0 to 1.
 #pragma once
 
 #include "adaptor/hostlib/plugin_control.hpp"
@@ -6,6 +7,10 @@
 namespace zum {
 
 class KvRTASWrapperProcess;
+
+float normalisedOf(std::int32_t controlValue);
+/// What is outside of 0 to 1 counts as the nearer end, and what is no number as 0.
+std::int32_t controlValueOf(float normalised);
 
 /// [main] The process owns it.
 class KvRTASWrapperPluginControl final : public CPluginControl {

@@ -1,6 +1,5 @@
 #include "adaptor/wrapper_group.hpp"
 
-#include "adaptor/hostlib/identifier.hpp"
 #include "adaptor/wrapper_process.hpp"
 
 namespace zum {

@@ -3,9 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "adaptor/control_value.hpp"
 #include "adaptor/hostlib/effect_group.hpp"
-#include "adaptor/hostlib/identifier.hpp"
 #include "adaptor/process_table.hpp"
 #include "adaptor/wrapper_control.hpp"
 #include "core/host_text.hpp"
@@ -39,7 +37,7 @@ KvRTASWrapperProcess::KvRTASWrapperProcess(const HostRoutines& hostRoutines, flo
   effect.reset(new (std::nothrow) KvUniClient(audioMaster, createEditor));
   if (effect == nullptr) return;
   aeffect = effect->getAeffect();
-  if (!enterProcess(aeffect, this)) throw std::bad_alloc();
+  if (!tryAddProcess(aeffect, this)) throw std::bad_alloc();
   timeInfo.tempo = 120.0;
   call(effSetSampleRate, 0, nullptr, sampleRate);
 }
@@ -91,7 +89,7 @@ std::int32_t KvRTASWrapperProcess::GetControl(std::int32_t index) const {
 void KvRTASWrapperProcess::RenderAudio(float** inputs, float** outputs, std::int32_t sampleCount)
     ZUM_REALTIME {
   if (aeffect == nullptr) return;
-  if (VstEvents* const came = events.take()) {
+  if (VstEvents* const came = events.tryTake()) {
     // the effect's own routines keep the promise; their types in the record cannot say so
     trusted([&] { aeffect->dispatcher(aeffect, effProcessEvents, 0, 0, came, 0.0F); });
   }
@@ -162,7 +160,7 @@ VstTimeInfo* KvRTASWrapperProcess::fillTime() {
 
 void KvRTASWrapperProcess::midiIn(std::int32_t timestampFlag, const ShortMessage& message,
                                   void* process) {
-  if (timestampFlag == 0) static_cast<KvRTASWrapperProcess*>(process)->events.add(message);
+  if (timestampFlag == 0) static_cast<KvRTASWrapperProcess*>(process)->events.tryPush(message);
 }
 
 }  // namespace zum

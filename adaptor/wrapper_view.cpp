@@ -3,13 +3,23 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "adaptor/custom_view.hpp"
 #include "adaptor/wrapper_process.hpp"
 #include "core/effect_editor.hpp"
 #include "state/library_record.hpp"
 
 namespace zum {
 namespace {
+
+/// The view that the host gets: the effect's editor.
+/// The process outlives it.
+class KvRTASWrapperCustomView final : public CCustomView {
+ public:
+  explicit KvRTASWrapperCustomView(KvRTASWrapperProcess& shown) : process(shown) {}
+  void drawContents(const ViewRect* part) override { process.drawEditor(part); }
+
+ private:
+  KvRTASWrapperProcess& process;
+};
 
 ERect editorRect(AEffEditor& editor) {
   ERect* rect = nullptr;

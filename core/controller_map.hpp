@@ -36,7 +36,7 @@ class BindingList {
   /// [any] False when there is no room.
   bool tryAppend(Binding binding) ZUM_REALTIME {
     const std::size_t end = size();
-    if (!words.store(end, wordOf(binding))) return false;
+    if (!words.tryStore(end, wordOf(binding))) return false;
     count.store(end + 1, std::memory_order_release);
     return true;
   }
@@ -49,7 +49,7 @@ class BindingList {
     const std::size_t end = size();
     for (std::size_t i = 0; i < end; ++i) {
       const Binding old = at(i);
-      if (old != binding) words.store(kept++, wordOf(old));
+      if (old != binding) words.tryStore(kept++, wordOf(old));
     }
     count.store(kept, std::memory_order_release);
   }

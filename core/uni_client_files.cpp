@@ -13,7 +13,6 @@
 #include "state/library_record.hpp"
 #include "state/path_text.hpp"
 #include "state/preset_files.hpp"
-#include "state/preset_search.hpp"
 #include "state/settings.hpp"
 
 namespace zum {

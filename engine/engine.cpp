@@ -136,7 +136,7 @@ void Engine::controlPass(KvSystemInfo& clock, ControlPassOwner& owner) ZUM_REALT
     owner.modPageMoved(page);
   }
   output.controlPass(mixSum, noted(shown.master, sums.master()), clock.controlStep);
-  output.enterMeters(lastLimited);
+  output.pushMeters(lastLimited);
 }
 
 // The place on the tab strip while it is held, otherwise the page that was chosen last.

@@ -43,7 +43,7 @@ class Engine {
 
   /// Everything that depends on sample rate or tempo. The caller re-applies the parameters.
   void recompute(const KvSystemInfo& clock, bool keepBuffers) ZUM_REALTIME;
-  /// Forgets what the block DC filters have heard. [main] between blocks
+  /// [main] between blocks. Forgets what the block DC filters have heard.
   void resetOutput() ZUM_REALTIME;
 
   /// One block, any number of frames. A frame's inputs are read before its outputs are written, so
@@ -59,7 +59,7 @@ class Engine {
   const EnvelopeFollower& followerDisplay() const { return follower; }
   /// [any] What the sequencer's amounts are multiplied by, 0 to 1.
   float sequenceLevel() const ZUM_REALTIME { return loadShared(modulators.seqOut); }
-  /// The last control pass's results. [audio] between blocks
+  /// [audio] between blocks. The last control pass's results.
   const ModulatorOutputs& modulation() const { return modulators; }
   float cutoffHz() const { return frequency.cutoffHz(); }
   float resonanceSum() const { return loadShared(shown.resonance); }

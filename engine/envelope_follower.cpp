@@ -21,7 +21,7 @@ void EnvelopeFollower::controlPass(const Inputs& in, const KvSystemInfo& clock,
   if (in.attackSum != lastAttack) setAttack(in.attackSum, clock, detectors);
   out = clampUnit(efLevelGain * level);
   constexpr float kScopeTop = 0.9890000224113464F;
-  scope.enter(clampTo(out * kScopeTop, 0.0F, kScopeTop));
+  scope.push(clampTo(out * kScopeTop, 0.0F, kScopeTop));
 }
 
 void EnvelopeFollower::setRange(float rangeSum, LevelDetectors& detectors) ZUM_REALTIME {

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "engine/clock.hpp"
-#include "engine/display_ring.hpp"
+#include "engine/display_values.hpp"
 #include "engine/level_detectors.hpp"
 #include "engine/svf_lookup.hpp"
 
@@ -11,7 +11,7 @@ namespace zum {
 
 using FollowerScope = DisplayRing<2048>;
 
-/// The settings in a player's units. [any] one aligned word each
+/// [any] The settings in a player's units, one aligned word each.
 struct FollowerReadout {
   float attackMs = 0.0F;
   float releaseMs = 0.0F;  // from a peak down to 0

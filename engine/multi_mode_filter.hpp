@@ -2,9 +2,9 @@
 // still while another type is selected.
 #pragma once
 
-#include "engine/cascade.hpp"
 #include "engine/comb.hpp"
 #include "engine/sample_hold.hpp"
+#include "engine/svf.hpp"
 #include "engine/svf_lookup.hpp"
 
 namespace zum {

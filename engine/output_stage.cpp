@@ -12,12 +12,12 @@ void OutputStage::controlPass(float mixSum, float masterSum, float controlStep) 
   master.aim(2.0F * masterSum, controlStep);
 }
 
-void OutputStage::enterMeters(Float4 limited) ZUM_REALTIME {
+void OutputStage::pushMeters(Float4 limited) ZUM_REALTIME {
   const float peakValue = std::max(limited[0], limited[1]);
   const float level = std::fabs(clampTo(peakValue, 0.0F, 0.9800000190734863F));
   storeShared(meterValue, level);
-  meter.enter(level);
-  meterInverse.enter(1.0F - level);
+  meter.push(level);
+  meterInverse.push(1.0F - level);
 }
 
 }  // namespace zum

@@ -2,7 +2,7 @@
 // two level meters. Left and right in lanes 0 and 1.
 #pragma once
 
-#include "engine/display_ring.hpp"
+#include "engine/display_values.hpp"
 #include "engine/numbers.hpp"
 #include "engine/ramp.hpp"
 
@@ -15,7 +15,7 @@ class OutputStage {
   /// Both sums 0 to 1; master 0.5 is unity gain.
   void controlPass(float mixSum, float masterSum, float controlStep) ZUM_REALTIME;
   /// One point of the meters: the frame ahead of a control pass, as limit() gave it.
-  void enterMeters(Float4 limited) ZUM_REALTIME;
+  void pushMeters(Float4 limited) ZUM_REALTIME;
 
   /// A hard switch, without a cross-fade.
   void setBypass(bool on) ZUM_REALTIME { bypassed = splat(on ? -1 : 0); }

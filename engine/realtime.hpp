@@ -1,4 +1,16 @@
 // Marks what the block call may reach: no allocation, lock, system call or exception below it.
+//
+// Which thread may call an operation, or touch a value, stands in brackets ahead of it:
+//
+//   [audio]  the thread of the block call. It waits for nobody.
+//   [host]   the thread that hands MIDI over, one at a time; it may be the audio thread. Waits for
+//            nobody.
+//   [main]   the host's other threads: main, window, and the one that asks for states. They may
+//            wait for each other and for the end of a block. Windows and dialogs are used by one
+//            of them alone.
+//   [any]    all of these, at any time
+//
+// Words behind it narrow it, as in "[audio] between blocks".
 #pragma once
 
 #include <utility>

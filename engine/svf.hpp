@@ -1,6 +1,8 @@
 // The state-variable stage behind all twenty filter types, in four lanes: left and right, or left
-// and right at two frequencies.
+// and right at two frequencies; and the filter structures that are made of such stages alone.
 #pragma once
+
+#include <array>
 
 #include "engine/numbers.hpp"
 #include "engine/simd.hpp"
@@ -72,6 +74,21 @@ class Stateful {
 
  private:
   State kept{};
+};
+
+/// One stage, or several in series or, by their lanes, in parallel. `stages` in series; the `tap`
+/// output of one feeds the next and the last one's is the output. Lanes are left and right twice,
+/// or left and right at two frequencies.
+template <int stages, Tap tap>
+struct Cascade : Stateful<std::array<SvfStage, stages>> {
+  using State = std::array<SvfStage, stages>;
+  using Coeffs = std::array<SvfLanes, stages>;
+  Coeffs coeffs;
+
+  static Float4 next(State& state, const Coeffs& c, Float4 in) ZUM_REALTIME {
+    for (std::size_t i = 0; i < stages; ++i) in = tapOf<tap>(state[i].next(in, c[i]));
+    return in;
+  }
 };
 
 }  // namespace zum

@@ -2,10 +2,10 @@
 // Each type has a state of its own that stands still while another type is selected.
 #pragma once
 
-#include "engine/cascade.hpp"
 #include "engine/comb.hpp"
 #include "engine/controls.hpp"
 #include "engine/sample_hold.hpp"
+#include "engine/svf.hpp"
 #include "engine/svf_lookup.hpp"
 
 namespace zum {

@@ -90,10 +90,10 @@ RegistryStore::OneWait::~OneWait() {
 RegistryStore::Transaction::Transaction(RegistryStore& store) : owner(store), open(store.begin()) {}
 
 RegistryStore::Transaction::~Transaction() {
-  if (open) owner.giveUp();
+  if (open) owner.rollback();
 }
 
-bool RegistryStore::Transaction::commit() { return std::exchange(open, false) && owner.keep(); }
+bool RegistryStore::Transaction::commit() { return std::exchange(open, false) && owner.commit(); }
 
 fs::path RegistryStore::file() {
   const fs::path folder = configHome();
@@ -216,20 +216,20 @@ bool RegistryStore::begin() {
   inTransaction = true;
   failed = false;
   if (execute(kCreate)) return true;
-  giveUp();
+  rollback();
   return false;
 }
 
-bool RegistryStore::keep() {
+bool RegistryStore::commit() {
   if (!failed && execute("COMMIT")) {
     inTransaction = false;
     return true;
   }
-  giveUp();
+  rollback();
   return false;
 }
 
-void RegistryStore::giveUp() {
+void RegistryStore::rollback() {
   // A full disk has rolled it back already; then there is nothing left to do.
   sqlite3_exec(db.get(), "ROLLBACK", nullptr, nullptr, nullptr);
   inTransaction = false;

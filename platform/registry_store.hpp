@@ -35,12 +35,12 @@ class RegistryStore {
   static constexpr std::chrono::milliseconds kPatience{2000};
   static constexpr std::size_t kMostValues = 1000;
 
-  /// Several reads and writes that no other process comes between, and that are kept together or
-  /// not at all. One at a time.
+  /// Several reads and writes as one: no other process comes between them, and they are committed
+  /// together or not at all. One at a time.
   class Transaction {
    public:
     explicit Transaction(RegistryStore& store);
-    /// Gives up what was not committed.
+    /// Rolls back what was not committed.
     ~Transaction();
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
@@ -102,8 +102,8 @@ class RegistryStore {
   void distrust();
   bool isLate() const;
   bool begin();
-  bool keep();
-  void giveUp();
+  bool commit();
+  void rollback();
   bool holdsRegistry();
   Statement prepare(const char* sql, std::string_view key);
   bool execute(const char* sql);

@@ -11,9 +11,9 @@ struct xkb_compose_state;
 
 namespace zum {
 
-/// By the table of the user's language, which the environment names: the process' locale is the
-/// host's, and knows letters beyond ASCII only if the host has set it. An input method of X would
-/// take its letters from there. [main]
+/// [main] By the table of the user's language, which the environment names. The process' locale,
+/// from which an input method of X takes its letters, is the host's: it knows letters beyond ASCII
+/// only if the host has set it.
 class KeyComposer {
  public:
   /// For every press. Nothing for a key that stands for itself; no characters for one that waits

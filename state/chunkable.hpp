@@ -35,6 +35,10 @@ class KvChunkableClass {
 };
 
 /// Words that an object's writeChunk writes.
-std::uint32_t chunkWordsOf(const KvChunkableClass& object);
+inline std::uint32_t chunkWordsOf(const KvChunkableClass& object) {
+  KvChunk counting;
+  object.writeChunk(&counting);
+  return counting.cursor;
+}
 
 }  // namespace zum

@@ -33,7 +33,7 @@ class GrowingArray {
     return block != nullptr && at < block->size ? loadShared(block->words[at]) : Word{};
   }
   /// [any] False where there is no room.
-  bool store(std::size_t at, Word value) ZUM_REALTIME {
+  bool tryStore(std::size_t at, Word value) ZUM_REALTIME {
     const Block* block = current.load(std::memory_order_acquire);
     if (block == nullptr || at >= block->size) return false;
     storeShared(block->words[at], value);

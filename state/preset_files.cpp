@@ -4,6 +4,7 @@
 #include <array>
 #include <memory>
 #include <new>
+#include <set>
 
 #include "platform/files.hpp"
 #include "state/fileio.hpp"
@@ -31,6 +32,37 @@ std::uint32_t wordsWorthReading(const std::uint32_t* first, std::uint64_t bytes)
   const auto stated = static_cast<std::uint32_t>(std::max(header.totalWords, 0));
   return std::max(static_cast<std::uint32_t>(std::min<std::uint64_t>(bytes / 4, stated)), kHeader);
 }
+
+constexpr int kMostEntries = 100000;  // of a tree; a host waits for this search
+
+class Search {
+ public:
+  explicit Search(const std::string& wantedName) : wanted(wantedName) {}
+
+  FoundPreset in(std::string folder) {
+    const auto id = folderId(folder);
+    if (!id || !visited.insert(*id).second) return {};
+    const auto entries = listFolder(folder);
+    if (!entries) return {};
+    ensureTrailingBackslash(folder);
+    for (const FolderEntry& entry : *entries) {
+      if (--entriesLeft < 0) return {};
+      if (entry.isFolder) {
+        FoundPreset found = in(folder + entry.name);
+        if (!found.path.empty()) return found;
+      } else if (entry.name == wanted) {
+        const std::string path = folder + entry.name;
+        return {path, std::string(folderName(path))};
+      }
+    }
+    return {};
+  }
+
+ private:
+  const std::string& wanted;
+  std::set<FolderId> visited;
+  int entriesLeft = kMostEntries;
+};
 
 }  // namespace
 
@@ -71,6 +103,10 @@ std::vector<std::string> filesWithExtension(const std::string& folder,
 
 bool fitsChunkFile(const KvChunk& chunk) {
   return std::uint64_t{4} * chunk.dataWords() <= kMostBytes;
+}
+
+FoundPreset findPresetFile(const std::string& root, const std::string& fileName) {
+  return Search(fileName).in(root);
 }
 
 }  // namespace zum

@@ -21,14 +21,14 @@ class SharedBank {
 
   explicit SharedBank(Held first) : current(std::move(first)), published(current.get()) {}
 
-  /// [any but audio] Never null, and the same for as long as it is held.
+  /// [main] Never null, and the same for as long as it is held.
   Held get() const {
     const std::lock_guard lock(access);
     dropReplaced();
     return current;
   }
 
-  /// [any but audio] Not null. What it replaces goes now, or with the next call where the audio
+  /// [main] Not null. What it replaces goes now, or with the next call where the audio
   /// thread is in it just now.
   void set(Held next) {
     const std::lock_guard lock(access);

@@ -25,7 +25,7 @@ class SharedText {
   SharedText(const SharedText&) = delete;
   SharedText& operator=(const SharedText&) = delete;
 
-  /// [any] one writer at a time; two at once leave a mixture.
+  /// [any] One writer at a time; two at once leave a mixture.
   void set(std::string_view text) ZUM_REALTIME {
     const std::size_t length = std::min(text.size(), kRoom - 1);
     sequence.fetch_add(1, std::memory_order_acq_rel);
@@ -90,7 +90,7 @@ class SharedName {
 
   explicit SharedName(std::string_view text) { set(text); }
 
-  /// [any but audio] one at a time
+  /// [main] One at a time.
   void set(std::string_view text) ZUM_REALTIME { setIn(kElsewhere, text); }
   /// [audio]
   void setInBlock(std::string_view text) ZUM_REALTIME { setIn(kBlock, text); }

@@ -62,7 +62,7 @@ float KvTableXY::getValue(std::int32_t column) const ZUM_REALTIME {
 
 void KvTableXY::setValue(std::int32_t column, std::int32_t page, float value) ZUM_REALTIME {
   if (column < 0 || column >= size() || page < 0 || page >= pageCount()) return;
-  cells.store(place(column, page), value);
+  cells.tryStore(place(column, page), value);
 }
 
 void KvTableXY::setValueBetween(std::int32_t column, float page, float value) {
@@ -101,7 +101,7 @@ bool KvTableXY::setColumns(std::int32_t count) {
   const auto move = [&](std::int32_t page, std::int32_t column) {
     const std::size_t from = static_cast<std::size_t>(page) * static_cast<std::size_t>(old) +
                              static_cast<std::size_t>(column);
-    cells.store(place(column, page), column < old ? cells.load(from) : 0.0F);
+    cells.tryStore(place(column, page), column < old ? cells.load(from) : 0.0F);
   };
   if (wanted > old) {
     for (std::int32_t page = pageCount(); page-- > 0;) {

@@ -10,7 +10,6 @@
 #include <limits>
 #include <thread>
 
-#include "adaptor/control_value.hpp"
 #include "adaptor/process_table.hpp"
 #include "adaptor/wrapper_control.hpp"
 #include "adaptor/wrapper_group.hpp"
@@ -210,7 +209,7 @@ TEST(Adaptor, MidiWaitsForTheNextBlockAndNoLonger) {
   adaptor.process.getEvents().midiBusy = false;
   adaptor.process.SetControl(1, kHighest);  // also while the signal goes round the effect
   adaptor.render(silence, 64);
-  EXPECT_EQ(adaptor.process.getEvents().take(), nullptr);  // the effect has them
+  EXPECT_EQ(adaptor.process.getEvents().tryTake(), nullptr);  // the effect has them
   adaptor.process.SetControl(1, kLowest);
   adaptor.render(silence, 64);
   EXPECT_EQ(effect.controllerValue(20), 1.0F);

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "engine/display_ring.hpp"
+#include "engine/display_values.hpp"
 #include "toolkit/buffer_draw.hpp"
 #include "toolkit/view/bitmap.hpp"
 #include "toolkit/view/control.hpp"
@@ -276,7 +276,7 @@ TEST(Control, KeepsItsValueInsideItsEnds) {
 
 TEST(BufferDraw, ReadsARingFromItsOldestSample) {
   DisplayRing<139> ring;
-  for (int i = 1; i <= 139 + 100; ++i) ring.enter(static_cast<float>(i % 139) / 256.0F);
+  for (int i = 1; i <= 139 + 100; ++i) ring.push(static_cast<float>(i % 139) / 256.0F);
   ring.points[5] = 2.0F;
   ring.points[6] = std::numeric_limits<float>::quiet_NaN();
   KvBufferDrawAuto one({0, 0, 139, 20});  // a sample a column

@@ -26,7 +26,7 @@ class CEffectTypeRTAS {
   Factory factory;
 };
 
-/// The one group of a file. [main]
+/// [main] The one group of a file.
 class CProcessGroup {
  public:
   CProcessGroup() = default;
@@ -85,7 +85,10 @@ class CEffectGroup : public CDSPProcessGroup {
 
 class CEffectGroupMIDI : public CEffectGroup {};
 
-/// The file's own, null before NewPlugIn and after the last close. [main]
+// [main] The group of the file, null before NewPlugIn and after the last close. Null lets it go.
 CEffectGroup* processGroup();
+void setProcessGroup(std::unique_ptr<CEffectGroup> group);
+/// The routines that the host gets: all of them work on that group.
+const PlugInRoutines& routineTable();
 
 }  // namespace zum

@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "adaptor/hostlib/custom_view.hpp"
 #include "adaptor/hostlib/midi_node.hpp"
 #include "adaptor/hostlib/plugin_control.hpp"
 #include "adaptor/hostlib/transport_access.hpp"
@@ -20,7 +19,23 @@ inline constexpr std::int32_t kUnknownChunk = -7100;
 inline constexpr std::int32_t kBadChunk = -7101;
 inline constexpr std::int32_t kUnknownType = -7103;
 
-/// The list of controls, and the notifications by their index. [main] unless said otherwise
+/// [main] What the host shows in its plug-in window.
+class CPlugInView {
+ public:
+  CPlugInView() = default;
+  CPlugInView(const CPlugInView&) = delete;
+  CPlugInView& operator=(const CPlugInView&) = delete;
+  virtual ~CPlugInView() = default;
+};
+
+/// Drawn by the plug-in itself.
+class CCustomView : public CPlugInView {
+ public:
+  /// A part of it; null for all.
+  virtual void drawContents(const ViewRect* part) = 0;
+};
+
+/// [main] unless said otherwise. The list of controls, and the notifications by their index.
 class CProcess {
  public:
   /// `hostRoutines` outlive it.
@@ -75,7 +90,7 @@ class CDSPProcess : public CProcess {
   using CProcess::CProcess;
 };
 
-/// Registers chunk types. [main]
+/// [main] Registers chunk types.
 class CEffectProcess : public CDSPProcess {
  public:
   using CDSPProcess::CDSPProcess;
@@ -115,7 +130,7 @@ class CEffectProcessMIDI : public virtual CEffectProcess {
   const std::vector<std::unique_ptr<CEffectMIDIDirectDeliveryNode>>& getNodes() const {
     return nodes;
   }
-  /// [midi]
+  /// [host]
   void deliverMidi(std::int32_t timestampFlag, const ShortMessage& message) const {
     for (const auto& node : nodes) node->deliver(timestampFlag, message);
   }

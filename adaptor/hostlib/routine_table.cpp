@@ -1,8 +1,8 @@
-#include "adaptor/hostlib/routine_table.hpp"
-
+// The routines of the library for the host, over the one group of the file.
 #include <exception>
-
 #include <utility>
+
+#include "adaptor/hostlib/effect_group.hpp"
 
 namespace zum {
 

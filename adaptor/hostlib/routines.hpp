@@ -4,8 +4,16 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 
 namespace zum {
+
+/// Four characters as a number, as hosts compare them: in memory they stand in their order.
+inline std::int32_t identifier(const char (&text)[5]) {
+  std::int32_t word = 0;
+  std::memcpy(&word, text, sizeof word);
+  return word;
+}
 
 /// Of the interface; a file refuses any other.
 inline constexpr std::int32_t kInterfaceVersion = 73;
@@ -114,7 +122,7 @@ struct PlugInRoutines {
   void (*viewIdle)(ProcessHandle* process);
 
   const char* (*midiNodeName)(ProcessHandle* process);
-  // [midi] a short message; a flag of 0 means now
+  // [host] a short message; a flag of 0 means now
   void (*deliverMidi)(ProcessHandle* process, std::int32_t timestampFlag,
                       const unsigned char* message);
   // [audio]

@@ -3,7 +3,6 @@
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
-#include <initializer_list>
 #include <memory>
 #include <string>
 #include <vector>
@@ -25,9 +24,6 @@ struct HostOptions {
   }
   /// State first, then single controls.
   void apply(HostedProcess& process) const;
-  /// Throws Failure for an output that is the plug-in or one of the others, by whatever name.
-  void refuseToOverwrite(const std::filesystem::path& output,
-                         std::initializer_list<std::filesystem::path> others = {}) const;
 };
 
 void addHostOptions(CLI::App& command, HostOptions& options);

@@ -1,5 +1,3 @@
-#include <system_error>
-
 #include "apps/daehost/commands.hpp"
 #include "apps/daehost/session_file.hpp"
 #include "apps/zum/failure.hpp"
@@ -12,19 +10,6 @@ void HostOptions::apply(HostedProcess& process) const {
     throw Failure("the plug-in refuses " + session.string() + "; make one with daehost save");
   }
   for (const std::string& setting : settings) process.set(setting);
-}
-
-void HostOptions::refuseToOverwrite(const std::filesystem::path& output,
-                                    std::initializer_list<std::filesystem::path> others) const {
-  std::vector<std::filesystem::path> inputs = {plugIn};
-  inputs.insert(inputs.end(), others);
-  std::error_code none;
-  for (const std::filesystem::path& input : inputs) {
-    if (std::filesystem::equivalent(input, output, none)) {
-      throw Failure("the output would overwrite " + input.string() + "; give it another name",
-                    kExitWrongUsage);
-    }
-  }
 }
 
 void addHostOptions(CLI::App& command, HostOptions& options) {

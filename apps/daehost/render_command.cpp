@@ -16,6 +16,7 @@
 #include "apps/zum/failure.hpp"
 #include "apps/zum/interruption.hpp"
 #include "apps/zum/option_checks.hpp"
+#include "apps/zum/temporary_file.hpp"
 #include "platform/printable_text.hpp"
 
 namespace zum {
@@ -37,7 +38,8 @@ void warnOfLostMessages(std::size_t messages, std::size_t room, double seconds) 
 }
 
 void render(const RenderOptions& options) {
-  options.refuseToOverwrite(options.output, {options.input, options.midi, options.session});
+  refuseToOverwrite(options.output, "output",
+                    {options.plugIn, options.input, options.midi, options.session});
   const PlugInFile file(options.plugIn);
   AudioInput input(options.input);
   holdSignals();

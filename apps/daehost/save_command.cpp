@@ -22,7 +22,8 @@ void save(const SaveOptions& options) {
   const PlugInFile file(options.plugIn);
   HostedProcess process(file, options.type(), kRate, options.tempo);
   options.apply(process);
-  options.refuseToOverwrite(options.output);  // a session may be edited in place
+  // the session that it starts from may be edited in place
+  refuseToOverwrite(options.output, "output", {options.plugIn});
   const std::vector<char> record = process.save();
   HostedProcess restored(file, options.type(), kRate, options.tempo);
   if (!restored.load(record)) {
@@ -40,7 +41,7 @@ void save(const SaveOptions& options) {
   }
   TemporaryFile written(options.output);
   written.write(record.data(), record.size());
-  written.keep();
+  written.commit();
   std::cout << printable(options.output.string()) << ": " << record.size() << " bytes\n";
 }
 

@@ -1,9 +1,9 @@
 #include "apps/daehost/session_file.hpp"
 
-#include <array>
 #include <cstring>
 #include <iterator>
 #include <string>
+#include <utility>
 
 #include "adaptor/hostlib/routines.hpp"
 #include "apps/zum/failure.hpp"
@@ -13,18 +13,7 @@
 namespace zum {
 namespace {
 
-std::vector<char> readBytes(const std::filesystem::path& path) {
-  constexpr std::size_t kMostBytes = 64U << 20U;
-  InputFile file(path, "session record");
-  std::vector<char> bytes;
-  std::array<char, 65536> piece{};
-  while (const std::size_t count = file.read(piece.data(), piece.size())) {
-    bytes.insert(bytes.end(), piece.begin(), piece.begin() + static_cast<std::ptrdiff_t>(count));
-    if (bytes.size() <= kMostBytes) continue;
-    throw Failure(path.string() + " is too long for a session record; make one with daehost save");
-  }
-  return bytes;
-}
+constexpr std::size_t kMostBytes = 64U << 20U;
 
 // Empty, or why it is no record.
 std::string faultOf(const std::vector<char>& bytes) {
@@ -42,19 +31,22 @@ std::string faultOf(const std::vector<char>& bytes) {
                 static_cast<std::uint32_t>(stated - kSessionHeader) / 4);
   PresetDocument document;
   PresetFault fault = readPresetDocument(preset, document);
-  fault.word += kSessionHeader / 4;  // as the file counts
+  fault.word += kSessionHeader / 4;  // counted from the start of the file
   return fault ? describe(fault) : std::string();
 }
 
 }  // namespace
 
 std::vector<char> readSessionFile(const std::filesystem::path& path) {
-  std::vector<char> bytes = readBytes(path);
-  if (const std::string why = faultOf(bytes); !why.empty()) {
+  auto bytes = InputFile(path, "session record").readAll(kMostBytes);
+  if (!bytes) {
+    throw Failure(path.string() + " is too long for a session record; make one with daehost save");
+  }
+  if (const std::string why = faultOf(*bytes); !why.empty()) {
     throw Failure(path.string() + " is no session record that loads: " + why +
                   "; make one with daehost save");
   }
-  return bytes;
+  return *std::move(bytes);
 }
 
 }  // namespace zum

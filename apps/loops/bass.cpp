@@ -1,7 +1,7 @@
 // Bass.wav: a plucked riff in A minor, mono at the bottom and wide above.
 #include <array>
 
-#include "apps/loops/instruments.hpp"
+#include "apps/loops/loop.hpp"
 #include "apps/loops/voices.hpp"
 
 namespace zum::loops {

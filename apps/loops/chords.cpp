@@ -2,7 +2,7 @@
 #include <array>
 #include <cmath>
 
-#include "apps/loops/instruments.hpp"
+#include "apps/loops/loop.hpp"
 #include "apps/loops/voices.hpp"
 
 namespace zum::loops {

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <string_view>
 
-#include "apps/loops/instruments.hpp"
+#include "apps/loops/loop.hpp"
 #include "apps/loops/voices.hpp"
 
 namespace zum::loops {

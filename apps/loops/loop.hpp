@@ -69,4 +69,9 @@ struct Loop {
   void finish();
 };
 
+// The three factory loops, finished for the file.
+Loop drums();
+Loop bass();
+Loop chords();
+
 }  // namespace zum::loops

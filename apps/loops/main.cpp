@@ -10,7 +10,7 @@
 #include <system_error>
 #include <vector>
 
-#include "apps/loops/instruments.hpp"
+#include "apps/loops/loop.hpp"
 #include "platform/standard_streams.hpp"
 
 namespace zum::loops {

@@ -123,7 +123,7 @@ void AudioOutput::warnOfDamage() const {
 void AudioOutput::finish() {
   const int closed = sf_close(file.release());
   checkWrite(closed == 0);
-  temporary.keep();
+  temporary.commit();
 }
 
 }  // namespace zum

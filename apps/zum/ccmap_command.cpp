@@ -54,7 +54,7 @@ void make(const CcMapOptions& options) {
   }
   TemporaryFile file(options.path);
   file.write(chunk.data(), std::size_t{4} * chunk.dataWords());
-  file.keep();
+  file.commit();
 }
 
 }  // namespace

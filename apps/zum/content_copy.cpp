@@ -45,7 +45,7 @@ void copyFile(const fs::path& source, const fs::path& target) {
     throwIfInterrupted();
     if (to.write(piece.data(), piece.size()) < piece.size()) break;
   }
-  to.keep();
+  to.commit();
 }
 
 // Beside the file, under the first free name. A link stays one, and what it leads to as it is.

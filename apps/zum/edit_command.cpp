@@ -61,7 +61,7 @@ class Window {
     if (!frame().writePicture("/proc/self/fd/" + std::to_string(file.descriptor()))) {
       throw Failure("cannot write " + name.string() + "; free space or choose another folder");
     }
-    file.keep();
+    file.commit();
   }
 
  private:
@@ -70,18 +70,8 @@ class Window {
   EffectHost& host;
 };
 
-void refuseSameFiles(const EditOptions& options) {
-  std::error_code ignored;
-  for (const auto& read : {options.loop, options.preset}) {
-    if (std::filesystem::equivalent(options.picture, read, ignored)) {
-      throw Failure("the picture would overwrite " + read.string() + "; give it another name",
-                    kExitWrongUsage);
-    }
-  }
-}
-
 void edit(const EditOptions& options) {
-  refuseSameFiles(options);
+  refuseToOverwrite(options.picture, "picture", {options.loop, options.preset});
   SoundLoop loop = options.loop.empty() ? SoundLoop() : SoundLoop(options.loop);
   holdSignals();
   std::optional<TemporaryFile> picture;

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <cstring>
 
@@ -47,6 +48,16 @@ std::size_t InputFile::read(char* to, std::size_t count) {
                     "; copy or make it again");
     }
   }
+}
+
+std::optional<std::vector<char>> InputFile::readAll(std::size_t most) {
+  std::vector<char> bytes;
+  std::array<char, 65536> piece{};
+  while (const std::size_t count = read(piece.data(), piece.size())) {
+    if (count > most - bytes.size()) return std::nullopt;
+    bytes.insert(bytes.end(), piece.begin(), piece.begin() + static_cast<std::ptrdiff_t>(count));
+  }
+  return bytes;
 }
 
 }  // namespace zum

@@ -4,7 +4,9 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace zum {
 
@@ -19,6 +21,8 @@ class InputFile {
 
   /// Bytes that were read, up to `count`; 0 at the end. Throws Failure.
   std::size_t read(char* to, std::size_t count);
+  /// The bytes up to the end; nothing for a file with more than `most` left. Throws Failure.
+  std::optional<std::vector<char>> readAll(std::size_t most);
 
  private:
   std::string name;

@@ -20,7 +20,8 @@
 namespace zum {
 namespace {
 
-// Of the child, which needs up to 60 bytes for each of the file.
+constexpr std::size_t kMostBytes = 64U << 20U;
+// What the child may have; it needs up to 60 bytes for each byte of the file.
 constexpr rlim_t kMostMemory = 256U << 20U;
 
 [[noreturn]] void failAsTooLong(const std::filesystem::path& path) {
@@ -28,20 +29,8 @@ constexpr rlim_t kMostMemory = 256U << 20U;
                 std::to_string(kMostMemory >> 20U) + " MB of memory; cut it into shorter pieces");
 }
 
-std::string bytesOf(const std::filesystem::path& path) {
-  constexpr std::size_t kMost = 64U << 20U;
-  InputFile file(path, "MIDI file");
-  std::string bytes;
-  std::array<char, 65536> part{};
-  while (const std::size_t got = file.read(part.data(), part.size())) {
-    bytes.append(part.data(), got);
-    if (bytes.size() > kMost) failAsTooLong(path);
-  }
-  return bytes;
-}
-
-// Counted from what is mapped by now, which is terabytes under a sanitizer. Without /proc there is
-// no limit.
+// The limit counts from what is mapped by now, which is terabytes under a sanitizer. Without /proc
+// there is none.
 void limitMemory() {
   rlim_t pages = 0;
   if (!(std::ifstream("/proc/self/statm") >> pages)) return;
@@ -57,8 +46,8 @@ bool isChannelMessage(const smf_event_t& event) {
          event.midi_buffer[0] >= 0x80 && event.midi_buffer[0] < 0xF0;
 }
 
-// What the child does: all messages into the pipe. False for what is no song.
-bool parse(const std::string& bytes, double sampleRate, int pipe) {
+// Writes all messages of the song into the pipe. False for what is no song. Runs in the child.
+bool parse(const std::vector<char>& bytes, double sampleRate, int pipe) {
   smf_t* song = smf_load_from_memory(bytes.data(), static_cast<int>(bytes.size()));
   if (song == nullptr) return false;
   std::vector<MidiMessage> messages;
@@ -80,7 +69,7 @@ bool parse(const std::string& bytes, double sampleRate, int pipe) {
 
 // The library ends the program over a damaged file, and tells standard error why: it reads in a
 // process of its own, and silently.
-[[noreturn]] void runChild(const std::string& bytes, double sampleRate, int pipe) {
+[[noreturn]] void runChild(const std::vector<char>& bytes, double sampleRate, int pipe) {
   constexpr unsigned kLongestRead = 60;  // seconds
   alarm(kLongestRead);
   limitMemory();
@@ -109,11 +98,12 @@ std::string readAll(int pipe) {
 }  // namespace
 
 MidiFile::MidiFile(const std::filesystem::path& path, double sampleRate) {
-  const std::string bytes = bytesOf(path);
+  const auto bytes = InputFile(path, "MIDI file").readAll(kMostBytes);
+  if (!bytes) failAsTooLong(path);
   int ends[2];
   const pid_t child = pipe(ends) == 0 ? fork() : -1;
   if (child < 0) throw Failure("no process is left to read " + path.string() + "; close programs");
-  if (child == 0) runChild(bytes, sampleRate, ends[1]);
+  if (child == 0) runChild(*bytes, sampleRate, ends[1]);
   close(ends[1]);
   const std::string parsed = readAll(ends[0]);
   close(ends[0]);

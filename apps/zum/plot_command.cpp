@@ -9,6 +9,7 @@
 #include "apps/zum/failure.hpp"
 #include "apps/zum/option_checks.hpp"
 #include "apps/zum/plot_drawing.hpp"
+#include "apps/zum/temporary_file.hpp"
 #include "apps/zum/trace.hpp"
 
 namespace zum {
@@ -29,11 +30,7 @@ void plot(const PlotOptions& options) {
     throw Failure("the stretch ends before it begins; give --to a later time than --from",
                   kExitWrongUsage);
   }
-  std::error_code ignored;
-  if (std::filesystem::equivalent(options.trace, options.output, ignored)) {
-    throw Failure(options.output.string() + " is the trace itself; give another name",
-                  kExitWrongUsage);
-  }
+  refuseToOverwrite(options.output, "picture", {options.trace});
   const auto rows = readTrace(options.trace, options.from, options.to);
   // The last pass holds as long as the one before it.
   const double end = 2.0 * rows.back()[kTime] - rows[rows.size() - 2][kTime];

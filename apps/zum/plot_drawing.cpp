@@ -281,7 +281,7 @@ void drawPlot(const std::vector<TraceRow>& rows, const Plot& plot,
     throw Failure("cannot draw " + output.string() + ": " + cairo_status_to_string(status) +
                   "; try a shorter stretch");
   }
-  file.keep();
+  file.commit();
 }
 
 }  // namespace zum

@@ -69,7 +69,7 @@ void makeOne(const fs::path& from, const fs::path& to) {
   }
   TemporaryFile file(to);
   file.write(chunk.data(), std::size_t{4} * chunk.dataWords());
-  file.keep();
+  file.commit();
 }
 
 void makeAll(const fs::path& from, const fs::path& to) {

@@ -23,6 +23,7 @@
 #include "apps/zum/preset_input.hpp"
 #include "apps/zum/render_loop.hpp"
 #include "apps/zum/step_options.hpp"
+#include "apps/zum/temporary_file.hpp"
 #include "apps/zum/trace.hpp"
 #include "engine/clock.hpp"
 #include "engine/engine.hpp"
@@ -70,31 +71,14 @@ void summarise(const RenderOptions& options, const Rendered& rendered, float pea
   }
 }
 
-bool areSame(const std::filesystem::path& a, const std::filesystem::path& b) {
-  std::error_code ignored;
-  // Of a relative path that does not exist yet, weakly_canonical alone makes no full path.
-  const auto full = [&ignored](const std::filesystem::path& path) {
-    return std::filesystem::weakly_canonical(std::filesystem::absolute(path), ignored);
-  };
-  return std::filesystem::equivalent(a, b, ignored) || full(a) == full(b);
-}
-
 // Everything that is written must have a name of its own.
 void refuseSameFiles(const RenderOptions& options, const std::vector<AutomationCurve>& curves) {
-  const auto refuse = [](const std::filesystem::path& written, const std::filesystem::path& other,
-                         const char* what) {
-    if (written.empty() || other.empty() || !areSame(written, other)) return;
-    throw Failure(written.string() + " is the " + what + " itself; give another name",
-                  kExitWrongUsage);
-  };
-  for (const auto& written : {options.output, options.trace}) {
-    refuse(written, options.input, "input");
-    refuse(written, options.preset, "preset");
-    refuse(written, options.midi, "MIDI file");
-    refuse(written, options.controllerMap, "controller map");
-    for (const AutomationCurve& curve : curves) refuse(written, curve.file(), "curve");
-  }
-  refuse(options.trace, options.output, "output");
+  std::vector<std::filesystem::path> others = {options.input, options.preset, options.midi,
+                                               options.controllerMap};
+  for (const AutomationCurve& curve : curves) others.push_back(curve.file());
+  refuseToOverwrite(options.output, "output", others);
+  others.push_back(options.output);
+  refuseToOverwrite(options.trace, "trace", others);
 }
 
 // What is set before the first block.

@@ -28,6 +28,15 @@ mode_t modeFor(const char* target) {
   throw Failure("cannot write " + target.string() + ": " + why);
 }
 
+bool areSame(const std::filesystem::path& a, const std::filesystem::path& b) {
+  std::error_code ignored;
+  // Of a relative path that does not exist yet, weakly_canonical alone makes no full path.
+  const auto full = [&ignored](const std::filesystem::path& path) {
+    return std::filesystem::weakly_canonical(std::filesystem::absolute(path), ignored);
+  };
+  return std::filesystem::equivalent(a, b, ignored) || full(a) == full(b);
+}
+
 }  // namespace
 
 TemporaryFile::TemporaryFile(const std::filesystem::path& destination) {
@@ -58,7 +67,7 @@ TemporaryFile::TemporaryFile(const std::filesystem::path& destination) {
 
 TemporaryFile::~TemporaryFile() {
   if (file >= 0) close(file);
-  if (!kept) unlink(path.c_str());
+  if (!committed) unlink(path.c_str());
 }
 
 std::size_t TemporaryFile::write(const void* data, std::size_t count) {
@@ -74,14 +83,23 @@ std::size_t TemporaryFile::write(const void* data, std::size_t count) {
   return done;
 }
 
-void TemporaryFile::keep() {
+void TemporaryFile::commit() {
   throwIfInterrupted();
   if (close(std::exchange(file, -1)) != 0 && error == 0) error = errno;
   if (error == 0 && rename(path.c_str(), target.c_str()) != 0) error = errno;
   if (error != 0) {
     refuse(target, std::strerror(error) + std::string("; free space or choose another folder"));
   }
-  kept = true;
+  committed = true;
+}
+
+void refuseToOverwrite(const std::filesystem::path& written, const std::string& what,
+                       const std::vector<std::filesystem::path>& inputs) {
+  for (const std::filesystem::path& input : inputs) {
+    if (written.empty() || input.empty() || !areSame(written, input)) continue;
+    throw Failure("the " + what + " would overwrite " + input.string() + "; give it another name",
+                  kExitWrongUsage);
+  }
 }
 
 }  // namespace zum

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace zum {
 
@@ -24,14 +25,19 @@ class TemporaryFile {
   int writeError() const { return error; }
   /// Closes it and puts it in the place of the destination; throws Failure, also when a write
   /// failed before.
-  void keep();
+  void commit();
 
  private:
   std::filesystem::path target;
   std::string path;
   int file = -1;
   int error = 0;
-  bool kept = false;
+  bool committed = false;
 };
+
+/// Throws Failure when the file to be written, which is `what` to the user, is one of `inputs`, by
+/// whatever name. Empty paths stand for no file.
+void refuseToOverwrite(const std::filesystem::path& written, const std::string& what,
+                       const std::vector<std::filesystem::path>& inputs);
 
 }  // namespace zum

@@ -62,7 +62,7 @@ void TraceWriter::add(double seconds, const ControlPassResults& results) {
 
 void TraceWriter::finish() {
   temporary.write(pending.data(), pending.size());
-  temporary.keep();
+  temporary.commit();
 }
 
 std::vector<TraceRow> readTrace(const std::filesystem::path& path, double from, double to) {
