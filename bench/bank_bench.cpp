@@ -7,7 +7,6 @@
 #include <fstream>
 
 #include "bench/bench_host.hpp"
-#include "core/uni_client.hpp"
 #include "platform/files.hpp"
 
 namespace zum::bench {
@@ -15,51 +14,28 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class Effect {
- public:
-  Effect() = default;
-  Effect(const Effect&) = delete;
-  Effect& operator=(const Effect&) = delete;
-  ~Effect() { record->dispatcher(record, effClose, 0, 0, nullptr, 0.0F); }
-  KvUniClient& client() const {
-    return *dynamic_cast<KvUniClient*>(static_cast<AudioEffect*>(record->object));
-  }
-
- private:
-  AEffect* record = createEffect(nullptr);
-};
-
 /// A tree of presets, the user's as long as it lives.
 class Tree {
  public:
   Tree() {
-    std::string pattern = (fs::temp_directory_path() / "zum-bank.XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) std::abort();
-    folder = pattern;
-    const Effect effect;
-    void* data = nullptr;
-    const auto bytes = effect.client().getChunk(&data, false);
+    const test::LinkedEffect effect;
+    const std::string state = effect.state();
     for (int i = 0; i < KvProgramBank::kFolders; ++i) {
       const fs::path inner = folder / ("Folder " + std::to_string(i));
       fs::create_directory(inner);
       for (int j = 0; j < KvProgramBank::kPresets; ++j) {
-        std::ofstream(inner / ("Preset " + std::to_string(j) + ".kvz"), std::ios::binary)
-            .write(static_cast<const char*>(data), bytes);
-        size += static_cast<double>(bytes);
+        std::ofstream(inner / ("Preset " + std::to_string(j) + ".kvz"), std::ios::binary) << state;
+        size += static_cast<double>(state.size());
       }
     }
     writeSettingString(kPresetPath, root());
   }
-  ~Tree() {
-    writeSettingString(kPresetPath, "");
-    std::error_code ignored;
-    fs::remove_all(folder, ignored);
-  }
+  ~Tree() { writeSettingString(kPresetPath, ""); }
   Tree(const Tree&) = delete;
   Tree& operator=(const Tree&) = delete;
   std::string root() const { return toInternalPath(folder.string()); }
 
-  fs::path folder;
+  const test::TemporaryFolder folder;
   double size = 0.0;  // bytes of all files
 };
 
@@ -69,7 +45,7 @@ double bytesInUse() {
 }
 
 void scanOfAFullBank(benchmark::State& state) {
-  const Effect effect;
+  const test::LinkedEffect effect;
   const double before = bytesInUse();
   const Tree tree;
   effect.client().scanBank();
@@ -81,7 +57,7 @@ BENCHMARK(scanOfAFullBank)->Unit(benchmark::kMillisecond);
 
 void saveIntoAFullBank(benchmark::State& state) {
   const Tree tree;
-  const Effect effect;
+  const test::LinkedEffect effect;
   const std::string file = tree.root() + "\\Folder 64\\Preset 64.kvz";
   for ([[maybe_unused]] auto _ : state) {
     effect.client().savePreset(file.c_str(), 0, nullptr, false);

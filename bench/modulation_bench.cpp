@@ -23,19 +23,19 @@ struct Patch {
 void blockCall(benchmark::State& state, const Patch& patch, By by) {
   constexpr int kFirstAmount = 17;  // of the cutoff: follower, LFO, sequencer
   constexpr int kLastAmount = 52;
-  BenchHost host(true);
-  host.selectFilter(patch.bank, patch.type);
-  host.set(14, 0.9);  // glide: the sequence moves in most passes
-  host.set(16, 0.8);
-  host.set(10, 0.6);
+  BenchHost host(patch.bank, patch.type);
+  host.set(14, 0.9F);  // glide: the sequence moves in most passes
+  host.set(16, 0.8F);
+  host.set(10, 0.6F);
   if (by == By::all) {
-    host.time.flags = kVstTransportPlaying;
-    host.set(12, 1.0);  // the level resets the LFO
-    for (int tag = kFirstAmount; tag <= kLastAmount; ++tag) host.set(tag, tag % 2 == 0 ? 0.6 : 0.4);
+    host.host.time.flags = kVstTransportPlaying;
+    host.set(12, 1.0F);  // the level resets the LFO
+    for (int tag = kFirstAmount; tag <= kLastAmount; ++tag)
+      host.set(tag, tag % 2 == 0 ? 0.6F : 0.4F);
   } else if (by != By::nothing) {
     host.set(patch.bank == 0 ? kFirstAmount - 1 + static_cast<int>(by)
                              : kFirstAmount + 2 + static_cast<int>(by),
-             0.7);
+             0.7F);
   }
   host.measure(state, kBlock, 2);
 }

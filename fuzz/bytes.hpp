@@ -1,4 +1,5 @@
-// A fuzz input, read as values from its front. Used by every fuzz target.
+// What the fuzz targets share: an input, read as values from its front, and the claim that ends a
+// target when it does not hold.
 #pragma once
 
 #include <algorithm>
@@ -6,9 +7,14 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 
 namespace zum {
+
+inline void demand(bool holds) {
+  if (!holds) std::abort();
+}
 
 /// Zeros when the input has run out.
 struct Bytes {

@@ -2,7 +2,6 @@
 // Looks for words that lead outside of the buffer, for a refused map that changed something, and
 // for a taken one that does not come back as it is.
 
-#include <cstdlib>
 #include <cstring>
 #include <vector>
 
@@ -14,10 +13,6 @@ namespace {
 using namespace zum;
 
 using Words = std::vector<std::uint32_t>;
-
-void demand(bool holds) {
-  if (!holds) std::abort();
-}
 
 Words wordsOf(const ControllerMap& map) {
   KvChunk chunk;

@@ -1,20 +1,20 @@
 // Any bytes as a sequence of a host's calls to one of two instances. Run by libFuzzer, or over the
 // stored corpus by replay_main.cpp. Looks for undefined behaviour and for texts that overrun.
 
-#include <cstdlib>
 #include <string_view>
 #include <vector>
 
-#include "core/create_effect.hpp"
 #include "core/host_text.hpp"
 #include "fuzz/bytes.hpp"
-#include "fuzz/no_home.hpp"
+#include "tests/support/linked_effect.hpp"
+#include "tests/support/own_home.hpp"
 
 namespace {
 
 using namespace zum;
+using test::LinkedEffect;
 
-const NoHome noHome;
+const test::NoHome noHome;
 
 struct Answers {
   VstTimeInfo time{};
@@ -42,7 +42,7 @@ std::size_t roomOf(std::int32_t opcode) {
   return is(effGetParameterProperties) ? sizeof(VstParameterProperties) : 0;
 }
 
-void dispatch(AEffect* effect, Bytes& in) {
+void dispatch(const LinkedEffect& effect, Bytes& in) {
   constexpr std::size_t kGuard = 32;
   const auto opcode = static_cast<std::int32_t>(in.below(409)) - 8;
   if (opcode == effClose) return;
@@ -64,19 +64,19 @@ void dispatch(AEffect* effect, Bytes& in) {
     if (opcode == effSetChunk) value = static_cast<std::int64_t>(memory.size());
   }
   if (null) ptr = nullptr;
-  const std::intptr_t answer = effect->dispatcher(effect, opcode, index, value, ptr, opt);
+  const std::intptr_t answer = effect.dispatch(opcode, index, value, ptr, opt);
   const auto guard = std::string_view(memory.data(), memory.size()).substr(room);
-  if (room > 0 && guard.find_first_not_of('#') != guard.npos) std::abort();
+  demand(room == 0 || guard.find_first_not_of('#') == guard.npos);
   if (opcode == effGetChunk && !null) {
-    if (answer <= 0) std::abort();  // the host would store a session without a state
+    demand(answer > 0);  // or the host would store a session without a state
     char* chunk = nullptr;
     std::memcpy(&chunk, memory.data(), sizeof chunk);
     std::vector<char> copy(chunk, chunk + answer);
-    effect->dispatcher(effect, effSetChunk, index, answer, copy.data(), 0.0F);
+    effect.dispatch(effSetChunk, index, answer, copy.data());
   }
 }
 
-void process(AEffect* effect, Bytes& in) {
+void process(const LinkedEffect& effect, Bytes& in) {
   const std::size_t frames = in.below(301);
   const unsigned way = in.below(16);
   const std::size_t period = 1 + in.below(8);
@@ -91,22 +91,23 @@ void process(AEffect* effect, Bytes& in) {
   std::array<float*, 2> outputs = {sides[to].data(), sides[to + 1].data()};
   if (way == 15) inputs[1] = nullptr;
   if (way == 14) outputs[0] = nullptr;
-  const auto call = way == 13 ? effect->process : effect->processReplacing;
-  call(effect, inputs.data(), outputs.data(), static_cast<std::int32_t>(frames));
+  AEffect* const record = effect.effect;
+  const auto call = way == 13 ? record->process : record->processReplacing;
+  call(record, inputs.data(), outputs.data(), static_cast<std::int32_t>(frames));
   if (answers.level != kVstProcessLevelOffline) return;
   // Without this every state that is loaded from here on takes half a second.
   answers.level = kVstProcessLevelRealtime;
-  effect->processReplacing(effect, inputs.data(), outputs.data(), 0);
+  effect.process(inputs.data(), outputs.data(), 0);
 }
 
-void callOnce(AEffect* effect, unsigned what, Bytes& in) {
+void callOnce(const LinkedEffect& effect, unsigned what, Bytes& in) {
   if (what == 0) answers.time = in.take<VstTimeInfo>();
   if (what == 1) answers.level = in.take<std::int32_t>();
-  if (what == 2) effect->dispatcher(effect, effSetSampleRate, 0, 0, nullptr, in.take<float>());
-  if (what == 3) effect->getParameter(effect, in.take<std::int32_t>());
+  if (what == 2) effect.dispatch(effSetSampleRate, 0, 0, nullptr, in.take<float>());
+  if (what == 3) effect.get(in.take<std::int32_t>());
   if (what >= 4 && what < 7) {
     const std::int32_t tag = in.take<std::int16_t>() % 300;
-    effect->setParameter(effect, tag, in.take<float>());
+    effect.set(tag, in.take<float>());
   }
   if (what >= 7 && what < 11) process(effect, in);
   if (what >= 11) dispatch(effect, in);
@@ -118,11 +119,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Bytes in{data, size};
   const unsigned kind = in.below(8);
   answers = {.product = kind % 2 == 1 ? "Sony ACID Pro" : ""};
-  AEffect* const effects[] = {createEffect(host), createEffect(kind < 2 ? nullptr : host)};
+  const LinkedEffect effects[] = {LinkedEffect(host), LinkedEffect(kind < 2 ? nullptr : host)};
   for (int calls = 0; in.left > 0 && calls < 300; ++calls) {
     const unsigned what = in.below(32);
     callOnce(effects[what / 16], what % 16, in);
   }
-  for (AEffect* effect : effects) effect->dispatcher(effect, effClose, 0, 0, nullptr, 0.0F);
   return 0;
 }

@@ -4,21 +4,20 @@
 
 #include <array>
 #include <cmath>
-#include <cstdlib>
 #include <vector>
 
 #include "fuzz/bytes.hpp"
-#include "fuzz/no_home.hpp"
-#include "tests/support/plain_effect.hpp"
+#include "tests/support/linked_effect.hpp"
+#include "tests/support/own_home.hpp"
 
 namespace {
 
 using namespace zum;
 
-const NoHome noHome;
+const test::NoHome noHome;
 constexpr std::int32_t kMostFrames = 256;
 
-using Effect = test::PlainEffect;
+using Effect = test::LinkedEffect;
 
 void send(Effect& effect, Bytes& bytes) {
   const unsigned count = bytes.below(64);
@@ -34,7 +33,7 @@ void send(Effect& effect, Bytes& bytes) {
     for (unsigned char& byte : midi[i].midiData) byte = bytes.take<unsigned char>();
     list[i] = bytes.below(32) == 0 ? nullptr : reinterpret_cast<VstEvent*>(&midi[i]);
   }
-  effect.record->dispatcher(effect.record, effProcessEvents, 0, 0, events, 0.0F);
+  effect.dispatch(effProcessEvents, 0, 0, events);
 }
 
 void play(Effect& effect, Bytes& bytes) {
@@ -42,11 +41,9 @@ void play(Effect& effect, Bytes& bytes) {
   for (auto& channel : sound) channel.fill(0.25F);
   std::array<float*, 2> channels = {sound[0].data(), sound[1].data()};
   const auto frames = static_cast<std::int32_t>(bytes.below(kMostFrames + 1));
-  effect.record->processReplacing(effect.record, channels.data(), channels.data(), frames);
+  effect.process(channels.data(), channels.data(), frames);
   for (const auto& channel : sound) {
-    for (const float x : channel) {
-      if (!std::isfinite(x)) std::abort();
-    }
+    for (const float x : channel) demand(std::isfinite(x));
   }
 }
 
@@ -57,19 +54,21 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Bytes bytes{data, size};
   while (bytes.left > 0) {
     switch (bytes.below(8)) {
-      case 0: effect.client.beginLearn(static_cast<std::int32_t>(bytes.below(300)) - 20); break;
-      case 1: effect.client.clearBindings(static_cast<std::int32_t>(bytes.below(300)) - 20); break;
+      case 0: effect.client().beginLearn(static_cast<std::int32_t>(bytes.below(300)) - 20); break;
+      case 1:
+        effect.client().clearBindings(static_cast<std::int32_t>(bytes.below(300)) - 20);
+        break;
       case 2: {
         EngineEvent event;  // as an adaptor may put one into the queue
         event.code = static_cast<std::int32_t>(bytes.below(16)) + 195;
         event.data1 = bytes.take<std::int32_t>();
         event.data2 = static_cast<std::int32_t>(bytes.below(128));
-        effect.client.handleEvent(event);
+        effect.client().handleEvent(event);
         break;
       }
       case 3:
-        effect.client.setOption(0, static_cast<int>(bytes.below(2)), false);
-        effect.client.controllers().learning.store(bytes.below(8) == 0);
+        effect.client().setOption(0, static_cast<int>(bytes.below(2)), false);
+        effect.client().controllers().learning.store(bytes.below(8) == 0);
         break;
       case 4:
       case 5: send(effect, bytes); break;

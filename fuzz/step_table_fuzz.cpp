@@ -2,7 +2,6 @@
 // over the stored corpus by replay_main.cpp. Looks for words that lead outside of the buffer, for a
 // discarded read that is no twin of the taken one, and for a table that does not come back.
 
-#include <cstdlib>
 #include <cstring>
 #include <vector>
 
@@ -14,10 +13,6 @@ namespace {
 using namespace zum;
 
 using Words = std::vector<std::uint32_t>;
-
-void demand(bool holds) {
-  if (!holds) std::abort();
-}
 
 void fill(KvChunk& chunk, const Words& words) {
   auto buffer = std::make_unique<std::uint32_t[]>(words.size());

@@ -13,40 +13,12 @@ namespace {
 constexpr int kCutoff = 3;
 constexpr std::int32_t kPass = 16;  // frames
 
-/// Effect, time ahead of which it is told, message.
-struct Sent {
-  std::int32_t delta;
-  int status;
-  int data1;
-  int data2 = 0;
-};
-
 class MidiTest : public SettingsTest {
  protected:
-  static void send(TestHost& host, const std::vector<Sent>& messages) {
-    std::vector<VstMidiEvent> midi(messages.size());
-    std::vector<std::byte> memory(sizeof(VstEvents) + messages.size() * sizeof(void*));
-    auto* events = new (memory.data()) VstEvents{};
-    events->numEvents = static_cast<std::int32_t>(messages.size());
-    VstEvent** list = events->events;
-    for (std::size_t i = 0; i < messages.size(); ++i) {
-      midi[i].type = kVstMidiType;
-      midi[i].deltaFrames = messages[i].delta;
-      midi[i].midiData[0] = static_cast<unsigned char>(messages[i].status);
-      midi[i].midiData[1] = static_cast<unsigned char>(messages[i].data1);
-      midi[i].midiData[2] = static_cast<unsigned char>(messages[i].data2);
-      list[i] = reinterpret_cast<VstEvent*>(&midi[i]);
-    }
-    EXPECT_EQ(host.dispatch(effProcessEvents, 0, 0, events), 1);
-  }
   /// One control pass.
-  static void pass(TestHost& host) {
-    const Stereo in(kPass);
-    Stereo out(kPass);
-    host.process(in, out, 0, kPass);
-  }
-  static void play(TestHost& host, const std::vector<Sent>& messages) {
-    send(host, messages);
+  static void pass(TestHost& host) { host.render(Stereo(16)); }
+  static void play(TestHost& host, const std::vector<ShortMessage>& messages) {
+    EXPECT_EQ(host.send(messages), 1);
     pass(host);
   }
 };
@@ -117,7 +89,7 @@ TEST_F(MidiTest, AControllerMovesInTheControlPassThatItIsDueIn) {
   ASSERT_TRUE(host.client().beginLearn(kCutoff));
   play(host, {{0, 0xB5, 7, 127}});  // the message that teaches moves already
   EXPECT_EQ(host.get(kCutoff), 1.0F);
-  send(host, {{100, 0xB0, 7, 0}, {100, 0xB0, 7, 127}, {100, 0xB0, 7, 64}, {130, 0xB0, 8, 1}});
+  host.send({{100, 0xB0, 7, 0}, {100, 0xB0, 7, 127}, {100, 0xB0, 7, 64}, {130, 0xB0, 8, 1}});
   for (int passes = 1; passes <= 7; ++passes) {
     EXPECT_EQ(host.get(kCutoff), 1.0F) << passes;
     pass(host);
@@ -174,7 +146,7 @@ TEST_F(MidiTest, AMapThatIsBeingRewrittenMovesNothing) {
   map.controllers[7].append({kCutoff, 0});
   map.aftertouch.append({kCutoff, 0});
   const float before = host.get(kCutoff);
-  send(host, {{0, 0xB0, 7, 127}});  // waits already
+  host.send({{0, 0xB0, 7, 127}});  // waits already
   map.learning.store(true);
   play(host, {{0, 0xB0, 7, 127}, {0, 0xD0, 127}, {0, 0x90, 60, 100}});
   EXPECT_EQ(host.get(kCutoff), before);
@@ -207,7 +179,7 @@ TEST_F(MidiTest, NotesTakeVoicesAndLeaveThem) {
   EXPECT_EQ(played.velocities, (std::array<float, 2>{}));
   EXPECT_EQ(played.lastVelocity, 0.0F);
 
-  send(host, {{40, 0x90, 50, 100}});  // its end comes before it: it never sounds
+  host.send({{40, 0x90, 50, 100}});  // its end comes before it: it never sounds
   play(host, {{0, 0x80, 50, 0}});
   for (int i = 0; i < 4; ++i) pass(host);
   EXPECT_EQ(played.velocities, (std::array<float, 2>{}));
@@ -238,15 +210,15 @@ TEST_F(MidiTest, ProgramsChangeWhereTheUserAllowsIt) {
 TEST_F(MidiTest, AFloodIsBoundedAndTheSoundGoesOn) {
   TestHost host;
   host.client().beginLearn(kCutoff);
-  std::vector<Sent> flood(10000);
-  for (int i = 0; Sent & each : flood) {
+  std::vector<ShortMessage> flood(10000);
+  for (int i = 0; ShortMessage & each : flood) {
     each = {i % 700, 0x80 + i % 128, i % 256, i / 40};
     ++i;
   }
   const Stereo in = noise(512);
   Stereo out(512);
   for (int block = 0; block < 20; ++block) {
-    send(host, flood);
+    host.send(flood);
     host.process(in, out, 0, 512);
     EXPECT_LE(host.client().eventQueue().size(), EventQueue::kRoom);
   }
@@ -270,14 +242,15 @@ TEST_F(MidiTest, WhatNoBlockTakesEndsAsItWasPlayed) {
     play(host, {{0, 0x90, 60, 100}, {0, 0x91, 60, 100}});
     client.muteRequest.store(gap == Gap::mute);
     host.host.level = gap == Gap::offline ? kVstProcessLevelOffline : kVstProcessLevelRealtime;
-    const auto go = [&](std::vector<Sent> messages) {
+    const auto go = [&](std::vector<ShortMessage> messages) {
       if (gap == Gap::noBlock) {
-        for (Sent& each : messages) each.delta = 0;
+        for (ShortMessage& each : messages) each.delta = 0;
       }
-      gap == Gap::noBlock ? send(host, messages) : play(host, messages);
+      host.send(messages);
+      if (gap != Gap::noBlock) pass(host);
     };
     for (int block = 0; block < 15; ++block) {
-      std::vector<Sent> messages(200);
+      std::vector<ShortMessage> messages(200);
       for (int i = 0; i < 200; ++i) messages[static_cast<std::size_t>(i)] = {i, 0xB0, 7, i % 127};
       go(messages);
     }

@@ -57,7 +57,7 @@ using Trace = std::vector<float>;
 
 struct RoutingPasses : ControlPasses {
   explicit RoutingPasses(const Sum& sum) {
-    moves = false;
+    host.moves = false;
     prepare(sum.bank == 0 ? 4 : 15, 0.5F, 0.5F, 0.2F);
     set(kStepMode, 0.1F);
     set(kEfRange, 0.1F);

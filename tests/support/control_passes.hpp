@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "support/test_host.hpp"
+#include "tests/support/test_host.hpp"
 
 namespace zum::test {
 
@@ -44,9 +44,9 @@ class ControlPasses : public TestHost {
   static constexpr std::int32_t kFrames = 16;
 
   explicit ControlPasses(float sampleRate = 48000.0F, double tempo = 120.0)
-      : TestHost(sampleRate), rate(sampleRate), in(kFrames), out(kFrames) {
-    host.hasTime = true;
-    host.time.tempo = tempo;
+      : TestHost(sampleRate), rate(sampleRate) {
+    giveTime(tempo);
+    host.moves = true;
     for (std::int32_t i = 0; i < 8; ++i) {
       client().steps().setValue(i, static_cast<float>(i) / 8.0F);
     }
@@ -65,9 +65,6 @@ class ControlPasses : public TestHost {
   }
   const ModulatorOutputs& pass() {
     process(in, out, 0, kFrames);
-    if (moves && host.time.flags != 0) {
-      host.time.ppqPos += kFrames * host.time.tempo / (60.0 * static_cast<double>(rate));
-    }
     return client().signal().modulation();
   }
   void skip(int passes, float level = 0.0F) {
@@ -82,10 +79,9 @@ class ControlPasses : public TestHost {
   float lfoOut() { return client().signal().modulation().lfoOut; }
   float efOut() { return client().signal().modulation().efOut; }
 
-  bool moves = true;  // the position, while the transport runs
   float rate;
-  Stereo in;
-  Stereo out;
+  Stereo in{kFrames};
+  Stereo out{kFrames};
 };
 
 }  // namespace zum::test

@@ -2,32 +2,19 @@
 // tester's own leaves its marks in somebody's settings, or finds presets there.
 #pragma once
 
-#include <cstdlib>
-#include <filesystem>
-#include <string>
+#include "tests/support/temporary_folder.hpp"
 
 namespace zum::test {
 
 /// Lives as long as the program needs it; made before the first effect is.
-class OwnHome {
- public:
-  OwnHome() noexcept {  // no test can go on without it
-    std::string name = (std::filesystem::temp_directory_path() / "zum-home.XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr) std::abort();
-    folder = name;
-    for (const char* variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_DATA_DIRS"}) {
-      setenv(variable, (folder / variable).c_str(), 1);
-    }
-  }
-  ~OwnHome() {
-    std::error_code ignored;
-    std::filesystem::remove_all(folder, ignored);
-  }
-  OwnHome(const OwnHome&) = delete;
-  OwnHome& operator=(const OwnHome&) = delete;
+struct OwnHome {
+  OwnHome() noexcept { useHome(folder); }
+  TemporaryFolder folder;
+};
 
- private:
-  std::filesystem::path folder;
+/// No settings and no content at all: an instance costs little, and depends on its input alone.
+struct NoHome {
+  NoHome() noexcept { useHome("/dev/null"); }
 };
 
 }  // namespace zum::test

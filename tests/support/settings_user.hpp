@@ -16,6 +16,7 @@
 
 #include "state/registry_key.hpp"
 #include "state/settings.hpp"
+#include "tests/support/temporary_folder.hpp"
 
 namespace zum::test {
 
@@ -37,16 +38,7 @@ inline void ignoreSwitch(int /*index*/, float /*value*/) {}
 
 class SettingsTest : public testing::Test {
  protected:
-  void SetUp() override {
-    std::string pattern = (fs::temp_directory_path() / "zum-settings-XXXXXX").string();
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    folder = pattern;
-    setenv("XDG_CONFIG_HOME", (folder / "config").c_str(), 1);
-    setenv("XDG_DATA_HOME", (folder / "data").c_str(), 1);
-    setenv("XDG_DATA_DIRS", (folder / "system").c_str(), 1);
-    store = folder / "config/Zelvane/registry.db";
-  }
-  void TearDown() override { fs::remove_all(folder); }
+  SettingsTest() { useHome(folder); }
 
   // The form that the store keeps of a path below the test's folder.
   std::string internal(const std::string& path) const {
@@ -64,7 +56,8 @@ class SettingsTest : public testing::Test {
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, textIn(out)};
   }
 
-  fs::path folder, store;
+  const TemporaryFolder folder;
+  const fs::path store = folder / "config/Zelvane/registry.db";
 };
 
 inline Values allValues() {

@@ -1,11 +1,12 @@
-#include "support/test_host.hpp"
+#include "tests/support/test_host.hpp"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <utility>
 
-#include "core/create_effect.hpp"
-#include "support/own_home.hpp"
+#include "tests/support/own_home.hpp"
 
 namespace zum::test {
 namespace {
@@ -43,23 +44,26 @@ std::intptr_t callback(AEffect* effect, std::int32_t opcode, std::int32_t index,
   }
 }
 
+audioMasterCallback answering(HostState& host) {
+  beingMade = &host;
+  return callback;
+}
+
 }  // namespace
 
 TestHost::TestHost(float sampleRate, HostState state, EditorFactory makeEditor)
-    : host(std::move(state)) {
-  beingMade = &host;
-  effect = createEffect(callback, makeEditor);
+    : HostSide{std::move(state)}, LinkedEffect(answering(host), makeEditor), rate(sampleRate) {
   effect->user = &host;
   dispatch(effOpen);
   dispatch(effSetSampleRate, 0, 0, nullptr, sampleRate);
   dispatch(effMainsChanged, 0, 1);
 }
 
-std::string TestHost::text(std::int32_t opcode, std::int32_t index) {
-  std::array<char, 512> room{};
-  room.fill('#');
-  dispatch(opcode, index, 0, room.data());
-  return {room.data(), strnlen(room.data(), room.size())};
+void TestHost::giveTime(double tempo, double ppqPos, std::int32_t flags) {
+  host.hasTime = true;
+  host.time.tempo = tempo;
+  host.time.ppqPos = ppqPos;
+  host.time.flags = flags;
 }
 
 void TestHost::selectFilter(int bank, int type) {
@@ -79,7 +83,9 @@ void TestHost::process(const Stereo& in, Stereo& out, std::size_t at, std::int32
   std::array<float*, 2> from = {const_cast<float*>(in.left.data() + at),
                                 const_cast<float*>(in.right.data() + at)};
   std::array<float*, 2> to = {out.left.data() + at, out.right.data() + at};
-  effect->processReplacing(effect, from.data(), to.data(), frames);
+  process(from.data(), to.data(), frames);
+  if (!host.moves || (host.time.flags & kVstTransportPlaying) == 0) return;
+  host.time.ppqPos += frames * host.time.tempo / (60.0 * static_cast<double>(rate));
 }
 
 Stereo TestHost::render(const Stereo& in, const std::vector<std::int32_t>& blocks) {

@@ -4,11 +4,9 @@
 
 #include <array>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "core/aeffect.hpp"
-#include "core/uni_client.hpp"
+#include "tests/support/linked_effect.hpp"
 
 namespace zum::test {
 
@@ -27,6 +25,7 @@ struct Stereo {
 struct HostState {
   bool hasTime = false;
   VstTimeInfo time{};
+  bool moves = false;  // the position, block by block, while the transport plays
   std::int32_t level = kVstProcessLevelRealtime;
   std::string vendor = "Test";
   std::string product = "Test Host";
@@ -36,22 +35,17 @@ struct HostState {
   std::intptr_t timeFilter = 0;
 };
 
-class TestHost {
+struct HostSide {
+  HostState host;  // there before the effect is made
+};
+
+class TestHost : public HostSide, public LinkedEffect {
  public:
   explicit TestHost(float sampleRate = 44100.0F, HostState state = {},
                     EditorFactory makeEditor = nullptr);
-  TestHost(const TestHost&) = delete;
-  TestHost& operator=(const TestHost&) = delete;
-  ~TestHost() { dispatch(effClose); }
 
-  std::intptr_t dispatch(std::int32_t opcode, std::int32_t index = 0, std::intptr_t value = 0,
-                         void* ptr = nullptr, float opt = 0.0F) {
-    return effect->dispatcher(effect, opcode, index, value, ptr, opt);
-  }
-  /// The text that an opcode writes.
-  std::string text(std::int32_t opcode, std::int32_t index = 0);
-  void set(std::int32_t tag, float value) { effect->setParameter(effect, tag, value); }
-  float get(std::int32_t index) { return effect->getParameter(effect, index); }
+  /// Has the host tell the time from here on.
+  void giveTime(double tempo, double ppqPos = 0.0, std::int32_t flags = 0);
   /// Selects a filter: bank 0 or 1, type 0 to 9.
   void selectFilter(int bank, int type);
   /// The same, types of both banks counted through: 0 to 19.
@@ -60,14 +54,12 @@ class TestHost {
   void prepare(int type, float cutoff, float resonance, float drive);
   /// One block call in the middle of larger buffers.
   void process(const Stereo& in, Stereo& out, std::size_t at, std::int32_t frames);
+  using LinkedEffect::process;
   /// All of `in`, in blocks of the sizes given, again and again.
   Stereo render(const Stereo& in, const std::vector<std::int32_t>& blocks = {512});
 
-  HostState host;
-  AEffect* effect;
-  KvUniClient& client() {
-    return *dynamic_cast<KvUniClient*>(static_cast<AudioEffect*>(effect->object));
-  }
+ private:
+  float rate;
 };
 
 /// Seeded noise in -level..level, different on both sides.
