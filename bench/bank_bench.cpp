@@ -8,6 +8,7 @@
 
 #include "bench/bench_host.hpp"
 #include "platform/files.hpp"
+#include "tests/support/temporary_folder.hpp"
 
 namespace zum::bench {
 namespace {

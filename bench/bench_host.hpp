@@ -6,6 +6,7 @@
 
 #include <array>
 
+#include "core/tags.hpp"
 #include "tests/support/test_host.hpp"
 
 namespace zum::bench {
@@ -65,10 +66,10 @@ class BenchHost : public test::TestHost {
     giveTime(120.0);
     host.moves = true;
     selectFilter(bank, type);
-    set(3, 0.6F);
-    set(0, 0.4F);
-    set(4, 0.6F);
-    set(2, 0.8F);
+    set(tag::cutoff, 0.6F);
+    set(tag::vowelCutoff, 0.4F);
+    set(tag::resonance, 0.6F);
+    set(tag::mixDryWet, 0.8F);
   }
 
   /// Runs in, then measures.

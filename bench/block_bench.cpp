@@ -22,7 +22,7 @@ struct Patch {
 
 void blockCall(benchmark::State& state, const Patch& patch) {
   BenchHost host(patch.bank, patch.type, patch.sound);
-  host.set(5, patch.drive ? 1.0F : 0.0F);
+  host.set(tag::overdrive, patch.drive ? 1.0F : 0.0F);
   // Long enough for the ramps to end and for a silent state to decay as far as it ever will.
   host.measure(state, patch.block, patch.sound ? 2 : 24);
 }

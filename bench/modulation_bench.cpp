@@ -21,21 +21,20 @@ struct Patch {
 };
 
 void blockCall(benchmark::State& state, const Patch& patch, By by) {
-  constexpr int kFirstAmount = 17;  // of the cutoff: follower, LFO, sequencer
-  constexpr int kLastAmount = 52;
+  constexpr int kAmounts[2][3] = {{tag::cutoffEf, tag::cutoffLfo, tag::cutoffSeq},
+                                  {tag::vowelEf, tag::vowelLfo, tag::vowelSeq}};
   BenchHost host(patch.bank, patch.type);
-  host.set(14, 0.9F);  // glide: the sequence moves in most passes
-  host.set(16, 0.8F);
-  host.set(10, 0.6F);
+  host.set(tag::seqGlide, 0.9F);  // the sequence moves in most passes
+  host.set(tag::seqTempo, 0.8F);
+  host.set(tag::lfoRate, 0.6F);
   if (by == By::all) {
     host.host.time.flags = kVstTransportPlaying;
-    host.set(12, 1.0F);  // the level resets the LFO
-    for (int tag = kFirstAmount; tag <= kLastAmount; ++tag)
-      host.set(tag, tag % 2 == 0 ? 0.6F : 0.4F);
+    host.set(tag::lfoTrigOnOff, 1.0F);  // the level resets the LFO
+    for (int amount = tag::cutoffEf; amount <= tag::masterSeq; ++amount) {
+      host.set(amount, amount % 2 == 0 ? 0.6F : 0.4F);
+    }
   } else if (by != By::nothing) {
-    host.set(patch.bank == 0 ? kFirstAmount - 1 + static_cast<int>(by)
-                             : kFirstAmount + 2 + static_cast<int>(by),
-             0.7F);
+    host.set(kAmounts[patch.bank][static_cast<int>(by) - 1], 0.7F);
   }
   host.measure(state, kBlock, 2);
 }

@@ -15,10 +15,10 @@ constexpr float kUnityGain = 0.39763537F;  // 40 g^4 = 1
 /// Unfiltered, unity gain, the fastest attack and the longest release.
 struct FollowerPasses : ControlPasses {
   explicit FollowerPasses(double tempo = 120.0) : ControlPasses(48000.0F, tempo) {
-    set(kEfGain, kUnityGain);
-    set(kEfRange, 0.0F);
-    set(kEfAttack, 0.0F);
-    set(kEfRelease, 1.0F);
+    set(tag::efGain, kUnityGain);
+    set(tag::efFreqRange, 0.0F);
+    set(tag::efAttack, 0.0F);
+    set(tag::efRelease, 1.0F);
   }
 };
 
@@ -30,7 +30,7 @@ TEST(Follower, AttackIsAOnePoleOfTheTables) {
                {0.79056942F, 1.5, 545.0}, {0.81649658F, 1.0, 730.0}, {1.0F, 0.6, 1150.0}};
   for (const auto& c : cases) {
     FollowerPasses host;
-    host.set(kEfAttack, c.attack);
+    host.set(tag::efAttack, c.attack);
     host.skip(2);
     EXPECT_NEAR(host.client().signal().followerDisplay().readout().attackMs, c.shownMs, 0.01);
     const double timeConstant = 48000.0 / 16.0 / (2.0 * 3.14159265 * c.hz);  // passes
@@ -51,7 +51,7 @@ TEST(Follower, APeakFallsInItsNoteWhateverItsHeight) {
                {10, 60.0, 0.5F}, {16, 100.0, 0.9F}, {21, 50.0, 0.3F}};
   for (const auto& c : cases) {
     FollowerPasses host(c.tempo);
-    host.set(kEfRelease, 1.0F - notePosition(c.note));
+    host.set(tag::efRelease, 1.0F - notePosition(c.note));
     host.skip(60, c.peak);
     ASSERT_NEAR(host.efOut(), c.peak, 1e-3F);
     const double length = host.passesOf(kBars[c.note]);
@@ -60,7 +60,7 @@ TEST(Follower, APeakFallsInItsNoteWhateverItsHeight) {
     const double lag = 48000.0 / 16.0 / (2.0 * 3.14159265 * 256.0);  // of the smoothing
     for (const float part : {0.75F, 0.5F, 0.25F}) {
       FollowerPasses fresh(c.tempo);
-      fresh.set(kEfRelease, 1.0F - notePosition(c.note));
+      fresh.set(tag::efRelease, 1.0F - notePosition(c.note));
       fresh.skip(60, c.peak);
       int passes = 0;
       while (fresh.pass(0.0F).efOut > part * c.peak && passes < 10000) ++passes;
@@ -75,13 +75,13 @@ TEST(Follower, APeakFallsInItsNoteWhateverItsHeight) {
 TEST(Follower, GainIsFortyTimesItsFourthPower) {
   for (const float gain : {0.0F, 0.2F, 0.3F, 0.45F, 0.6F, 1.0F}) {
     FollowerPasses host;
-    host.set(kEfGain, gain);
+    host.set(tag::efGain, gain);
     host.skip(100, 0.3F);
     const double due = std::min(1.0, 0.3 * 40.0 * std::pow(static_cast<double>(gain), 4.0));
     EXPECT_NEAR(host.efOut(), due, 1e-3) << gain;
   }
   FollowerPasses host;
-  host.set(kEfGain, 0.0F);
+  host.set(tag::efGain, 0.0F);
   host.skip(100, 1e6F);
   EXPECT_EQ(host.efOut(), 0.0F);
 }
@@ -93,7 +93,7 @@ TEST(Follower, HearsTheLargerSideAndNothingBelowZero) {
   for (const auto& c : cases) {
     for (const float bypass : {0.0F, 1.0F}) {
       FollowerPasses host;
-      host.set(222, bypass);
+      host.set(tag::bypass, bypass);
       host.in.left.assign(16, c.left);
       host.in.right.assign(16, c.right);
       for (int i = 0; i < 100; ++i) host.pass();
@@ -108,8 +108,8 @@ TEST(Follower, RangesFromAThirdUpHearABand) {
       {0.0F, 0.5F}, {0.36F, 0.5F}, {0.38F, 0.0F}, {1.0F, 0.0F}};
   for (const auto& [range, heard] : cases) {
     FollowerPasses host;
-    host.set(kEfRange, range);
-    host.set(kEfRelease, 0.5F);
+    host.set(tag::efFreqRange, range);
+    host.set(tag::efRelease, 0.5F);
     host.skip(3000, 0.5F);
     EXPECT_NEAR(host.efOut(), heard, 1e-3F) << range;
   }
@@ -120,7 +120,7 @@ TEST(Follower, TheRangeSelectsAFrequency) {
     const double centre = std::pow(static_cast<double>(range), 3.0) * 7200.0 + 44.0;
     const auto heard = [&](double hz) {
       FollowerPasses host;
-      host.set(kEfRange, range);
+      host.set(tag::efFreqRange, range);
       int frame = 0;
       for (int i = 0; i < 600; ++i) {
         for (float& x : host.in.left) {

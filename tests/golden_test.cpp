@@ -45,16 +45,14 @@ TEST_P(Golden, AgreesWithTheModel) {
   const auto score = nlohmann::json::parse(std::ifstream(kFolder / (GetParam() + ".json")));
   const Stereo in = readWave(score["input"]);
   const Stereo expected = readWave(score["output"]);
-  const float rate = score["sampleRate"];
-  TestHost host(rate);
+  TestHost host(score["sampleRate"].get<float>());
+  host.host.moves = true;
   for (const auto& [tag, value] : score["parameters"].get<std::vector<std::pair<int, float>>>()) {
     host.set(tag, value);
   }
-
   for (std::int32_t step = 0; const float value : score["steps"].get<std::vector<float>>()) {
     host.client().steps().setValue(step++, value);
   }
-
   Stereo out(in.frames());
   const std::size_t block = score["block"];
   auto changes = score["changes"].get<std::vector<std::tuple<std::size_t, int, float>>>();
@@ -66,17 +64,9 @@ TEST_P(Golden, AgreesWithTheModel) {
     }
     for (; place < score["host"].size() && score["host"][place]["frame"] <= at; ++place) {
       const auto& entry = score["host"][place];
-      host.host.hasTime = true;
-      host.host.time.tempo = entry["tempo"];
-      host.host.time.ppqPos = entry["position"];
-      host.host.time.flags = entry["playing"] ? kVstTransportPlaying : 0;
+      host.giveTime(entry["tempo"], entry["position"], entry["playing"] ? kVstTransportPlaying : 0);
     }
-    const std::size_t frames = std::min(block, in.frames() - at);
-    host.process(in, out, at, static_cast<std::int32_t>(frames));
-    if ((host.host.time.flags & kVstTransportPlaying) != 0) {
-      host.host.time.ppqPos +=
-          static_cast<double>(frames) * host.host.time.tempo / (60.0 * static_cast<double>(rate));
-    }
+    host.process(in, out, at, static_cast<std::int32_t>(std::min(block, in.frames() - at)));
   }
 
   // One frame of rounding may move a held cell.

@@ -19,9 +19,9 @@ enum Wave { sine, square, third, triangle, random };
 /// The LFO in one of its styles, one cycle in 375 passes.
 struct LfoPasses : ControlPasses {
   LfoPasses(bool sync, Wave wave) {
-    set(kLfoStyle, sync ? 1.0F : 0.0F);
-    set(kLfoRate, sync ? 1.0F - notePosition(10) : notePosition(kNote));
-    set(kLfoWave, static_cast<float>(wave) / 4.0F);
+    set(tag::lfoStyle, sync ? 1.0F : 0.0F);
+    set(tag::lfoRate, sync ? 1.0F - notePosition(10) : notePosition(kNote));
+    set(tag::lfoWave, static_cast<float>(wave) / 4.0F);
     play(sync);
   }
 };
@@ -38,8 +38,8 @@ TEST(Lfo, ACycleLastsItsNote) {
                {true, 16, 120.0, 1.0},      {true, 21, 300.0, 1 / (16 * 0.020833)}};
   for (const auto& c : cases) {
     ControlPasses host(96000.0F, c.tempo);
-    host.set(kLfoStyle, c.sync ? 1.0F : 0.0F);
-    host.set(kLfoRate, c.sync ? 1.0F - notePosition(c.note) : notePosition(c.note));
+    host.set(tag::lfoStyle, c.sync ? 1.0F : 0.0F);
+    host.set(tag::lfoRate, c.sync ? 1.0F - notePosition(c.note) : notePosition(c.note));
     host.play(c.sync);
     host.skip(1000);
     double first = 0.0;
@@ -92,7 +92,7 @@ TEST(Lfo, SyncWavesStandAtAStoppedTransport) {
                                            {0.375F, 0.0F}, {0.5F, 0.0F},   {0.625F, 0.0F}};
   for (const auto& [position, still] : cases) {
     LfoPasses host(true, sine);
-    host.set(kLfoWave, position);
+    host.set(tag::lfoWave, position);
     host.skip(1000);
     host.play(false);
     host.skip(16);  // 5 ms
@@ -107,8 +107,8 @@ TEST(Lfo, ResetsToThreeQuartersOfTheCycle) {
   for (const auto& [wave, value] : cases) {
     for (const bool byLevel : {false, true}) {
       LfoPasses host(false, wave);
-      host.set(kLfoTrigOnOff, byLevel ? 1.0F : 0.0F);
-      host.set(kLfoTrigSens, 0.7F);
+      host.set(tag::lfoTrigOnOff, byLevel ? 1.0F : 0.0F);
+      host.set(tag::lfoTrigSens, 0.7F);
       host.skip(120);
       if (byLevel) {
         host.pass(0.8F);
@@ -134,8 +134,8 @@ TEST(Lfo, TriggersAboveItsThresholdAndFallsIn200Ms) {
     const double threshold = std::pow(1.0 - static_cast<double>(sens), 0.8);
     ControlPasses host;
     const Lfo& lfo = host.client().signal().lfoDisplay();
-    host.set(kLfoTrigOnOff, 1.0F);
-    host.set(kLfoTrigSens, sens);
+    host.set(tag::lfoTrigOnOff, 1.0F);
+    host.set(tag::lfoTrigSens, sens);
     float level = 0.0F;
     while (level < 1.2F && (host.pass(level), lfo.triggerValue() == 0.0F)) level += 0.0005F;
     EXPECT_NEAR(level, threshold, 0.004) << sens;
@@ -151,7 +151,7 @@ TEST(Lfo, TriggersAboveItsThresholdAndFallsIn200Ms) {
     EXPECT_NEAR(lfo.lampLevel(), 0.5F, 0.01F);
     host.skip(77);
     EXPECT_EQ(lfo.lampLevel(), 0.0F);
-    host.set(kLfoTrigOnOff, 0.0F);
+    host.set(tag::lfoTrigOnOff, 0.0F);
     host.skip(50, 1.2F);
     EXPECT_EQ(lfo.triggerValue(), 0.0F);
   }
@@ -179,9 +179,9 @@ TEST(Lfo, RandomWavesFollowTheirGenerators) {
 
 TEST(Lfo, TheOtherStyleDrawsMeanwhile) {
   LfoPasses host(true, random);
-  host.set(kLfoStyle, 0.0F);
+  host.set(tag::lfoStyle, 0.0F);
   host.skip(kCyclePasses * 11 / 4);  // halves begin at 0.5, 1, 1.5, 2 and 2.5
-  host.set(kLfoStyle, 1.0F);
+  host.set(tag::lfoStyle, 1.0F);
   std::int64_t seed = 153;
   for (int i = 0; i < 4; ++i) drawn(seed);
   EXPECT_EQ(host.pass(0.0F).lfoOut, (drawn(seed) + 1.0F) * 0.5F);

@@ -29,8 +29,8 @@ TEST(Sequencer, EveryModeHasItsOrder) {
   };
   for (int mode = 0; mode < 5; ++mode) {
     ControlPasses host;
-    host.set(kStepMode, modePosition(mode));
-    host.set(kStepTempo, notePosition(kNote));
+    host.set(tag::seqMode, modePosition(mode));
+    host.set(tag::seqTempo, notePosition(kNote));
     host.skip(kStepPasses / 2);  // into the middle of the steps
     for (std::size_t i = 0; i < orders[mode].size(); ++i) {
       const int step = orders[mode][i];
@@ -51,8 +51,8 @@ TEST(Sequencer, AStepLastsItsNote) {
                {26, 120.0, 192000.0F}, {26, 45.0, 44100.0F}};
   for (const auto& c : cases) {
     ControlPasses host(c.rate, c.tempo);
-    host.set(kStepMode, modePosition(0));
-    host.set(kStepTempo, notePosition(c.note));
+    host.set(tag::seqMode, modePosition(0));
+    host.set(tag::seqTempo, notePosition(c.note));
     const double length = host.passesOf(4.0 * kBars[c.note]);
     int passes = 0;
     for (int step = 1; step <= 17; ++step) {
@@ -70,8 +70,8 @@ TEST(Sequencer, AStepLastsItsNote) {
 
 TEST(Sequencer, ATempoTakesEffectWithoutAJump) {
   ControlPasses host;
-  host.set(kStepMode, modePosition(0));
-  host.set(kStepTempo, notePosition(kNote));
+  host.set(tag::seqMode, modePosition(0));
+  host.set(tag::seqTempo, notePosition(kNote));
   host.skip(kStepPasses * 5 / 2);
   host.host.time.tempo = 60.0;  // the half step that is left takes twice its time
   host.skip(kStepPasses - 2);
@@ -84,9 +84,9 @@ TEST(Sequencer, ATempoTakesEffectWithoutAJump) {
 TEST(Sequencer, AGlideIsALineOfItsLength) {
   for (const float glide : {0.2F, 0.5F, 0.8F, 1.0F}) {
     ControlPasses host;
-    host.set(kStepMode, modePosition(0));
-    host.set(kStepTempo, notePosition(kNote));
-    host.set(kGlide, glide);
+    host.set(tag::seqMode, modePosition(0));
+    host.set(tag::seqTempo, notePosition(kNote));
+    host.set(tag::seqGlide, glide);
     for (int i = 0; i < 8; ++i) host.client().steps().setValue(i, i % 2 == 0 ? 0.1F : 0.9F);
     const double length = kStepPasses * std::pow(static_cast<double>(glide), 3.0);
     float column = 1.0F;
@@ -109,12 +109,12 @@ TEST(Sequencer, AGlideIsALineOfItsLength) {
 
 TEST(Sequencer, AGlideThatBecomesNoneOnItsWayGoesOn) {
   ControlPasses host;
-  host.set(kStepMode, modePosition(0));
-  host.set(kStepTempo, notePosition(kNote));
-  host.set(kGlide, 1.0F);
+  host.set(tag::seqMode, modePosition(0));
+  host.set(tag::seqTempo, notePosition(kNote));
+  host.set(tag::seqGlide, 1.0F);
   while (host.client().steps().lastColumn() != 1.0F) host.pass(0.0F);
   host.skip(kStepPasses / 3);
-  host.set(kGlide, 0.0F);
+  host.set(tag::seqGlide, 0.0F);
   const float before = host.seqOut();
   ASSERT_LT(before, 0.1F);
   EXPECT_NEAR(host.pass(0.0F).seqOut - before, 0.125 / kStepPasses, 1e-5);
@@ -125,9 +125,9 @@ TEST(Sequencer, AGlideThatBecomesNoneOnItsWayGoesOn) {
 TEST(Sequencer, EqualStepsDoNotMove) {
   for (const int mode : {0, 2, 4}) {
     ControlPasses host;
-    host.set(kStepMode, modePosition(mode));
-    host.set(kStepTempo, 1.0F);
-    host.set(kGlide, 0.7F);
+    host.set(tag::seqMode, modePosition(mode));
+    host.set(tag::seqTempo, 1.0F);
+    host.set(tag::seqGlide, 0.7F);
     host.setSteps(0.3F);
     host.skip(40);
     for (int i = 0; i < 500; ++i) ASSERT_EQ(host.pass(0.0F).seqOut, 0.3F) << mode << ' ' << i;
@@ -138,8 +138,8 @@ TEST(Sequencer, EqualStepsDoNotMove) {
 TEST(Sequencer, TheStartOfTheTransportLinesUp) {
   for (const int mode : {0, 2}) {
     ControlPasses host(96000.0F);  // six passes a millisecond, 750 a step
-    host.set(kStepMode, modePosition(mode));
-    host.set(kStepTempo, notePosition(kNote));
+    host.set(tag::seqMode, modePosition(mode));
+    host.set(tag::seqTempo, notePosition(kNote));
     host.skip(10 * 750 + 300);
     ASSERT_NE(host.seqOut(), 0.0F);
     host.play(true);

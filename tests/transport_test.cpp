@@ -14,13 +14,6 @@ namespace {
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInf = std::numeric_limits<double>::infinity();
 
-void giveTime(TestHost& host, double tempo, double position = 0.0, std::int32_t flags = 0) {
-  host.host.hasTime = true;
-  host.host.time.tempo = tempo;
-  host.host.time.ppqPos = position;
-  host.host.time.flags = flags;
-}
-
 TEST(Transport, TempoIsHeldAboveItsLowerEndAndIgnoredAboveItsUpper) {
   const std::pair<double, double> cases[] = {
       {30.0, 45.0},  {44.999, 45.0}, {45.0, 45.0}, {120.5, 120.5}, {500.0, 500.0}, {500.001, 90.0},
@@ -28,9 +21,9 @@ TEST(Transport, TempoIsHeldAboveItsLowerEndAndIgnoredAboveItsUpper) {
   for (const auto& [tempo, used] : cases) {
     TestHost host;
     EXPECT_EQ(host.client().timing().tempoBpm, 120.0);
-    giveTime(host, 90.0);
+    host.giveTime(90.0);
     host.render(noise(64));
-    giveTime(host, tempo);
+    host.giveTime(tempo);
     host.render(noise(64));
     const KvSystemInfo& timing = host.client().timing();
     EXPECT_EQ(timing.tempoBpm, used) << tempo;
@@ -42,7 +35,7 @@ TEST(Transport, TempoIsHeldAboveItsLowerEndAndIgnoredAboveItsUpper) {
 TEST(Transport, TempoWaitsForTheControlPass) {
   TestHost host;
   host.render(noise(1));
-  giveTime(host, 80.0);
+  host.giveTime(80.0);
   host.render(noise(15), {1});
   EXPECT_EQ(host.client().timing().tempoBpm, 120.0);
   host.render(noise(1));
@@ -73,9 +66,9 @@ TEST(Transport, PositionCountsWhileThePlayingBitIsSetOrTheHostHidesIt) {
     HostState state;
     state.product = c.product;
     TestHost host(44100.0F, state);
-    giveTime(host, 100.0, 7.0, kVstTransportPlaying);
+    host.giveTime(100.0, 7.0, kVstTransportPlaying);
     host.render(noise(3));
-    giveTime(host, 100.0, c.position, c.flags);
+    host.giveTime(100.0, c.position, c.flags);
     host.render(noise(3));
     const KvSystemInfo& timing = host.client().timing();
     EXPECT_EQ(timing.transportRunning, c.running ? 1.0F : 0.0F);
@@ -86,7 +79,7 @@ TEST(Transport, PositionCountsWhileThePlayingBitIsSetOrTheHostHidesIt) {
 
 TEST(Transport, AnotherSourceOfTimeOrNoneAtAll) {
   TestHost host;
-  giveTime(host, 77.0, 3.5, kVstTransportPlaying);
+  host.giveTime(77.0, 3.5, kVstTransportPlaying);
   host.render(noise(64));
   host.host.hasTime = false;  // the last values stay
   host.render(noise(64));
@@ -107,7 +100,7 @@ TEST(Transport, AnotherSourceOfTimeOrNoneAtAll) {
 
 TEST(Transport, OneCallEachForLevelAndTimeHoweverLongTheBlock) {
   TestHost host;
-  giveTime(host, 600.0);  // differs in every control pass
+  host.giveTime(600.0);  // differs in every control pass
   host.host.calls.clear();
   int blocks = 0;
   for (const std::int32_t frames : {1, 16, 17, 4096, 65536}) {
@@ -128,7 +121,7 @@ TEST(Transport, AnOfflineBlockTouchesNothing) {
   EXPECT_FALSE(host.client().inProcess);
 
   host.host.level = kVstProcessLevelOffline;
-  giveTime(host, 60.0, 5.0, kVstTransportPlaying);
+  host.giveTime(60.0, 5.0, kVstTransportPlaying);
   const Stereo before = noise(333, 3.0F);
   Stereo out = before;
   host.process(in, out, 0, 333);

@@ -3,23 +3,10 @@
 
 #include <cstdint>
 
+#include "core/tags.hpp"
 #include "tests/support/test_host.hpp"
 
 namespace zum::test {
-
-// Control tags of the modulators.
-inline constexpr int kGlide = 14;
-inline constexpr int kStepTempo = 16;
-inline constexpr int kStepMode = 15;
-inline constexpr int kLfoRate = 10;
-inline constexpr int kLfoWave = 11;
-inline constexpr int kLfoTrigOnOff = 12;
-inline constexpr int kLfoTrigSens = 13;
-inline constexpr int kLfoStyle = 65;
-inline constexpr int kEfRange = 6;
-inline constexpr int kEfAttack = 7;
-inline constexpr int kEfRelease = 8;
-inline constexpr int kEfGain = 9;
 
 /// Bars of the 27 note lengths, as printed.
 inline constexpr double kBars[] = {

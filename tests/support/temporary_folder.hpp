@@ -27,6 +27,7 @@ class TemporaryFolder {
   operator const std::filesystem::path&() const { return path; }
   std::filesystem::path operator/(const std::filesystem::path& below) const { return path / below; }
   std::string string() const { return path.string(); }
+  const char* c_str() const { return path.c_str(); }
 
  private:
   std::filesystem::path path;

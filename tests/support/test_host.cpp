@@ -6,6 +6,7 @@
 #include <limits>
 #include <utility>
 
+#include "core/tags.hpp"
 #include "tests/support/own_home.hpp"
 
 namespace zum::test {
@@ -67,15 +68,19 @@ void TestHost::giveTime(double tempo, double ppqPos, std::int32_t flags) {
 }
 
 void TestHost::selectFilter(int bank, int type) {
-  set(62, static_cast<float>(bank));
-  set(bank == 0 ? 61 : 60, static_cast<float>(type) / 10.0F + 0.05F);
+  set(tag::bank, static_cast<float>(bank));
+  set(bank == 0 ? tag::multiType : tag::vowelType, static_cast<float>(type) / 10.0F + 0.05F);
 }
 
 void TestHost::prepare(int type, float cutoff, float resonance, float drive) {
   selectFilter(type);
-  for (const auto& [tag, value] :
-       {std::pair{3, cutoff}, {0, cutoff}, {4, resonance}, {5, drive}, {1, 0.5F}, {2, 1.0F}}) {
-    set(tag, value);
+  for (const auto& [knob, value] : {std::pair{tag::cutoff, cutoff},
+                                    {tag::vowelCutoff, cutoff},
+                                    {tag::resonance, resonance},
+                                    {tag::overdrive, drive},
+                                    {tag::master, 0.5F},
+                                    {tag::mixDryWet, 1.0F}}) {
+    set(knob, value);
   }
 }
 
