@@ -19,10 +19,10 @@ class KvRTASWrapperPluginControl final : public CPluginControl {
 
   std::int32_t getIndex() const override;
   std::int32_t getSteps() const override { return isSwitch ? 2 : -1; }
-  /// A decimal number of 0 to 1.
+  /// Takes a decimal number of 0 to 1.
   std::int32_t textToValue(const char* text) const override;
   void getName(char* text, std::int32_t room) const override;
-  /// On and Off, or a percentage; without its digits where the room is short.
+  /// Gives On or Off, or a percentage, without its digits where the room is short.
   void valueToText(std::int32_t controlValue, char* text, std::int32_t room) const override;
 
  private:

@@ -5,7 +5,7 @@
 
 namespace zum {
 
-/// [main] The one of its file.
+/// [main] The one group of its file.
 class KvRTASWrapperGroup final : public CEffectGroupMIDI {
  public:
   KvRTASWrapperGroup();

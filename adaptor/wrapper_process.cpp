@@ -42,7 +42,7 @@ KvRTASWrapperProcess::KvRTASWrapperProcess(const HostRoutines& hostRoutines, flo
   call(effSetSampleRate, 0, nullptr, sampleRate);
 }
 
-// The pair goes first: what the effect still says is not for anybody.
+// The process leaves the table first: what the effect still says reaches nobody.
 KvRTASWrapperProcess::~KvRTASWrapperProcess() {
   if (aeffect != nullptr) removeProcess(aeffect);
   if (AEffEditor* const editor = getEditor()) editor->close();  // ahead of its window
@@ -78,7 +78,8 @@ void KvRTASWrapperProcess::SetControl(std::int32_t index, std::int32_t value) {
   CEffectProcess::SetControl(index, value);
 }
 
-// States and learned controllers move parameters without a word: the effect itself is asked.
+// States and learned controllers move parameters without telling the host, so the effect itself is
+// asked.
 std::int32_t KvRTASWrapperProcess::GetControl(std::int32_t index) const {
   const bool isParameter = aeffect != nullptr && index >= kFirstParameter &&
                            index - kFirstParameter < aeffect->numParams;

@@ -14,11 +14,11 @@ namespace zum {
 
 class KvRTASWrapperProcess final : public CEffectProcessMIDI, public CEffectProcessRTAS {
  public:
-  /// The bypass; the effect's parameters follow it.
+  /// Index of the bypass; the effect's parameters follow it.
   static constexpr std::int32_t kBypassControl = 1;
   static constexpr std::int32_t kFirstParameter = 2;
 
-  /// [main] `rate` is the group's, in Hz. The routines outlive it.
+  /// [main] `rate` is the group's, in Hz. The routines outlive the process.
   KvRTASWrapperProcess(const HostRoutines& hostRoutines, float rate, bool stereo);
   ~KvRTASWrapperProcess() override;
 
@@ -33,7 +33,7 @@ class KvRTASWrapperProcess final : public CEffectProcessMIDI, public CEffectProc
   void SetViewPort(const ViewPort* port) override;
   void ViewIdle() override;
   std::unique_ptr<CCustomView> MakeCustomView() override;
-  /// A part of the editor is drawn again; null for all of it.
+  /// Draws a part of the editor again; null for all of it.
   void drawEditor(const ViewRect* part);
 
   /// [audio] On the host's own buffers, in blocks of any size, without delay. In the mono type both
@@ -62,7 +62,7 @@ class KvRTASWrapperProcess final : public CEffectProcessMIDI, public CEffectProc
   float sampleRate;  // Hz
   VstTimeInfo timeInfo{};
   std::unique_ptr<TransportAccess> transport;
-  CEffectMIDIDirectDeliveryNode* midiInNode = nullptr;  // of the base class
+  CEffectMIDIDirectDeliveryNode* midiInNode = nullptr;  // owned by the base class
   EventBuffers events;
   std::atomic<bool> bypassed{false};
   std::int32_t chunkId;

@@ -37,7 +37,7 @@ void KvRTASWrapperProcess::GetViewRect(ViewRect& rect) {
 
 void KvRTASWrapperProcess::SetViewPort(const ViewPort* port) {
   CEffectProcess::SetViewPort(port);
-  // What a window system can place.
+  // Window systems place windows by 16-bit numbers.
   constexpr std::int32_t kFarthest = INT16_MAX;
   AEffEditor* const editor = getEditor();
   if (editor == nullptr) return;

@@ -29,13 +29,13 @@ std::size_t Engine::playChunk(Filter& filter, const Chunk& chunk, KvSystemInfo& 
   using Line = std::array<Float4, kChunkFrames>;
   Line dry;
   Line level;
-  std::array<Float4, kChunkFrames + 1> smooth;  // with the frame before the chunk in front
+  std::array<Float4, kChunkFrames + 1> smooth;  // [0] is of the frame before the chunk
   Line clipped;
   Line shaped;
   Line wet;
   Line limited;
   Line finished;
-  std::array<Float4, kChunkFrames + 1> blended;  // with the frame before the chunk in front
+  std::array<Float4, kChunkFrames + 1> blended;  // [0] is of the frame before the chunk
   blended[0] = dcFilter.lastIn();
 
   LevelDetectors::State levels = detectors.enter();
@@ -72,7 +72,8 @@ std::size_t Engine::playChunk(Filter& filter, const Chunk& chunk, KvSystemInfo& 
     finished[i] = fading ? DcFilter::nextFading(dcOut, blended[i + 1], blended[i])
                          : DcFilter::next(dcOut, blended[i + 1], blended[i]);
   };
-  // The loops below write lines alone, so that nothing they read can change under them.
+  // The loops below write into lines only. A write through an output pointer might change anything
+  // that they read, as far as the compiler knows, and it would load all of it again.
   std::size_t handedOut = 0;
   const auto handOut = [&](std::size_t end) ZUM_INLINED {
     for (; handedOut < end; ++handedOut) {

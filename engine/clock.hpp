@@ -1,4 +1,4 @@
-// The timing block: sample rate, tempo, position, and every rate that the engine derives of them.
+// The timing block: sample rate, tempo, position, and every rate that the engine derives from them.
 // Owned by the effect object; read by every stage in the control pass.
 #pragma once
 
@@ -55,17 +55,17 @@ class KvSystemInfo {
   double tempoBpm = 120.0;
   double samplesPerBeat = 22100.0;
   float controlInterval = 200.0F;    // frames of a control block
-  std::int32_t controlFrames = 200;  // the same
+  std::int32_t controlFrames = 200;  // the same as an integer
   std::int32_t controlCounter = 0;   // frames since the last control pass
   float controlStep = 0.005F;        // 1 / controlInterval
   float sampleRate = 44100.0F;       // Hz
   float voices = 2.0F;               // size of the note arrays in use
   float transportPpq = 0.0F;         // song position in quarter notes, 0 while stopped
-  double transportPpqWide = 0.0;     // the same
+  double transportPpqWide = 0.0;     // the same in 64 bits
   float controlTicksPerBeat = 110.5F;
   float transportRunning = 0.0F;  // 0 or 1
 
-  // derived of the sample rate
+  // derived from the sample rate
   float rateRatio = 0.0F;  // to 44100 Hz
   float invSampleRate = 0.0F;
   float twoOverRate = 0.0F;

@@ -29,13 +29,13 @@ class Comb {
   };
   Coeffs coeffs;
 
-  /// What a run of frames keeps at hand. Two combs lie in the two halves of the lanes.
+  /// What a run of frames keeps in registers. Two combs lie in the two halves of the lanes.
   struct State {
     std::int32_t writeIndex;
     OnePole damping;
     Float4 damped;
     Float4 read;  // last frame's
-    // the right channel's, one frame back
+    // as of the frame before, for the right channel
     OnePole dampingBefore;
     Float4 dampedBefore;
   };
@@ -84,7 +84,8 @@ class Comb {
     if (!keepBuffers) clearRings();
   }
 
-  /// Control pass, only while the type is selected. `hz` of the comb, `amount` of feedback 0 to 1.
+  /// Called in the control pass, only while the type is selected. `delayTarget` in frames, `amount`
+  /// of feedback 0 to 1.
   void aim(std::size_t comb, float delayTarget, float amount, float durationMs, float ticksPerMs)
       ZUM_REALTIME {
     combDelay[comb].advance(delayTarget, durationMs, ticksPerMs);
@@ -142,7 +143,7 @@ class Comb {
   std::int32_t combSize = framesAtBase;
   std::int32_t writeIndex = 0;
   std::array<TickRamp, combs> combDelay{};  // frames
-  Float4 one = splat(1.0F);                 // in memory, as in the output stage
+  Float4 one = splat(1.0F);                 // a member for the reason told in OutputStage
   OnePoleCoeffs dampingCoeffs;
   OnePole damping;
   Float4 damped{};

@@ -30,7 +30,7 @@ struct EngineControls {
   ControlValue lfoRate, lfoWave, lfoTrigOnOff, lfoTrigSens, lfoStyle;
   ControlValue seqGlide, seqMode, seqTempo;
 
-  // amounts: what is moved, by what
+  // amounts of modulation; a name tells what is moved, and by what
   ControlValue cutoffEf, cutoffLfo, cutoffSeq;
   ControlValue vowelEf, vowelLfo, vowelSeq;
   ControlValue resoEf, resoLfo, resoSeq;

@@ -49,14 +49,16 @@ class DcFilter {
     return y;
   }
 
-  /// The same numbers without a conversion to a small one. For a run that starts fading.
+  /// The same numbers as next() gives, without a conversion to such a small float. For a run that
+  /// starts while isFading().
   static Float4 nextFading(Double2& out, Float4 x, Float4 before) ZUM_REALTIME {
     const Double2 y = mixed(out, x, before);
     const Long2 isSmall = absolute(y) < Double2{0x1p-126, 0x1p-126};
     const Float4 normal = narrow(keepWhere(~isSmall, y));
     const Double2 small = keepWhere(isSmall, y);
-    // Added to a small number, 1.5 * 2^52 units leave a whole count of units in its low word.
-    constexpr double kUnits = 0x1.8p52 * 0x1p-149;  // of the last place of small 32-bit numbers
+    // To a small number, 1.5 * 2^52 units are added: what is left of it in the low word is a whole
+    // count of units.
+    constexpr double kUnits = 0x1.8p52 * 0x1p-149;  // in last places of such a small float
     const Double2 counted = small + Double2{kUnits, kUnits};
     out = widenLow(normal) + (counted - Double2{kUnits, kUnits});
     const Int4 count = lowWords(counted);
@@ -78,7 +80,7 @@ class DcFilter {
   static Double2 keepWhere(Long2 mask, Double2 x) ZUM_REALTIME {
     return reinterpret_cast<Double2>(reinterpret_cast<Long2>(x) & mask);
   }
-  /// The low and the high half of both lanes, in lanes 0 and 1.
+  /// The low and the high words of both lanes, in lanes 0 and 1.
   static Int4 lowWords(Double2 x) ZUM_REALTIME {
     const auto words = reinterpret_cast<Int4>(x);
     return __builtin_shufflevector(words, words, 0, 2, 0, 2);

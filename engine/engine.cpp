@@ -14,13 +14,13 @@ int indexOf(const ControlValue& choice, int last) ZUM_REALTIME {
   return clampIndex(loadShared(choice.integer), last);
 }
 
-/// Notes a sum for the window on its way.
+/// Keeps a sum for the window and passes it on.
 float noted(float& word, float sum) ZUM_REALTIME {
   storeShared(word, sum);
   return sum;
 }
 
-/// Between the entries of the note table, so that it truncates to the one that plays.
+/// The number of the note table entry that plays, plus a fraction.
 float notePlace(float sum) ZUM_REALTIME {
   return sum * static_cast<float>(kNoteTable.size() - 1) + 0.5F;
 }
@@ -83,7 +83,7 @@ Engine::Selection Engine::select() const ZUM_REALTIME {
           .bypass = indexOf(controls.bypass, 1) == 1};
 }
 
-// The DC filters alone know of a number that was not finite, so that goes first.
+// recover() asks the DC filters whether a number was not finite, so it goes first.
 void Engine::resetOutput() ZUM_REALTIME {
   recover();
   dcFilter.reset();
@@ -145,7 +145,7 @@ float Engine::wantedModPage() const ZUM_REALTIME {
   return static_cast<float>(indexOf(controls.modChoice, 2)) * 0.33898306F;
 }
 
-// Each modulator reads what stands ahead of it in this pass, and of the others the pass before.
+// Each modulator reads the ones above it as of this pass, and the others as of the pass before.
 void Engine::modulate(const ModulationSums& sums, const KvSystemInfo& clock,
                       ControlPassOwner& owner) ZUM_REALTIME {
   const EngineControls& c = controls;

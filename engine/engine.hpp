@@ -24,9 +24,9 @@ namespace zum {
 /// What the engine's owner does inside a control pass, on the audio thread.
 class ControlPassOwner : public StepSource {
  public:
-  /// First of all in a pass: due events and the host's tempo.
+  /// Called first in every pass: takes due events and the tempo of the host.
   virtual void beginControlPass() ZUM_REALTIME = 0;
-  /// Last of all: the editor's modulation page moved to `position`.
+  /// Called last in a pass in which the modulation page of the editor moved to `position`.
   virtual void modPageMoved(float position) ZUM_REALTIME = 0;
 
  protected:
@@ -67,7 +67,7 @@ class Engine {
   const DisplayValues& display() const { return shown; }
 
  private:
-  /// What the frames play, chosen once a chunk and once a control pass.
+  /// The filter type that frames go through, chosen once a chunk and once a control pass.
   struct Selection {
     int bank = 0;
     int type = 0;
@@ -77,17 +77,17 @@ class Engine {
   };
 
   Selection select() const ZUM_REALTIME;
-  /// Ahead of a control pass: where the frame before is not finite, all that has a memory of the
-  /// signal starts anew. A filter may diverge, and a host may send anything.
+  /// Called ahead of a control pass. Where the frame before is not finite, all that remembers the
+  /// signal is reset: a filter may diverge, and a host may send anything.
   void recover() ZUM_REALTIME;
   void controlPass(KvSystemInfo& clock, ControlPassOwner& owner) ZUM_REALTIME;
   float wantedModPage() const ZUM_REALTIME;
   void modulate(const ModulationSums& sums, const KvSystemInfo& clock, ControlPassOwner& owner)
       ZUM_REALTIME;
-  /// Plays `chunk` up to its end, or to a control pass that selects anything else. Frames
-  /// played.
+  /// Plays `chunk` up to its end, or to a control pass that selects anything else. Returns the
+  /// number of frames played.
   std::size_t play(const Chunk& chunk, KvSystemInfo& clock, ControlPassOwner& owner) ZUM_REALTIME;
-  /// The choice of the DC filter's form is made here, too.
+  /// Also chooses the form of the DC filter.
   template <bool vowelBank, class Filter>
   std::size_t playThrough(Filter& filter, const Chunk& chunk, KvSystemInfo& clock,
                           ControlPassOwner& owner) ZUM_REALTIME {
@@ -110,7 +110,7 @@ class Engine {
   VowelFilter vowel;
   OutputStage output;
   DcFilter dcFilter;
-  DcFilter sharedDcFilter;  // where both sides go into one buffer
+  DcFilter sharedDcFilter;  // used while both outputs are one buffer
   Selection selection;
   Float4 lastLimited{};  // for the meters
   std::size_t ditherPhase = 0;

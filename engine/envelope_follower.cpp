@@ -15,7 +15,7 @@ void EnvelopeFollower::controlPass(const Inputs& in, const KvSystemInfo& clock,
                                    LevelDetectors& detectors) ZUM_REALTIME {
   const float efInputGain = 2.0F * in.gainSum * in.gainSum;
   const float efLevelGain = efInputGain * efInputGain * 10.0F;
-  const float level = detectors.efSmoothed();  // with the settings that it was made with
+  const float level = detectors.efSmoothed();  // read before new settings change its scale
   if (in.rangeSum != lastRange) setRange(in.rangeSum, detectors);
   if (in.releaseSum != lastRelease) setRelease(in.releaseSum, clock, detectors);
   if (in.attackSum != lastAttack) setAttack(in.attackSum, clock, detectors);
@@ -29,7 +29,7 @@ void EnvelopeFollower::setRange(float rangeSum, LevelDetectors& detectors) ZUM_R
   const float r = rangeSum * rangeSum * rangeSum;
   const float efHz = r * 0.8999999761581421F * 8000.0F + 44.0F;
   storeShared(shown.bandHz, efHz);
-  // Row 3 of the tables alone.
+  // The band uses row 3 of the tables alone.
   constexpr RowPosition kRow{3, 0.0F};
   detectors.setFollowerBand(lookupCoefficients(columnOf(efHz, columnScale), kRow),
                             r > 0.05000000074505806F);

@@ -45,7 +45,7 @@ class EnvelopeFollower {
       ZUM_REALTIME;
 
   float columnScale = 0.0F;
-  // what the settings were made of, so that they are made anew only when it moves
+  // the sums that the settings were made from; they are made anew only when one moves
   float lastRange = -1.0F;
   float lastRelease = -1.0F;
   float lastAttack = -1.0F;

@@ -17,7 +17,7 @@ class ResonanceCurve {
   float of(float sum) ZUM_REALTIME;
 
  private:
-  float lastSum = 0.0F;  // a power is worth keeping while nothing moves
+  float lastSum = 0.0F;  // kept with its result: a power is costly, and most passes move nothing
   float lastCurve = 0.0F;
 };
 

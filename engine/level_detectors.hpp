@@ -8,22 +8,22 @@ namespace zum {
 
 class LevelDetectors {
  public:
-  /// The recursions of a run.
+  /// The recursions of the detectors, which a run of frames keeps in registers.
   struct State {
     SvfStage efBand;    // follower: band limit
     Float4 trigBand{};  // trigger: fixed band
     Float4 trigLow{};   // and low-pass
     Float4 peak{};      // both: peak hold with a straight fall
-    Float4 decay{};     // of the last peak, a frame
+    Float4 decay{};     // how far the last peak falls in a frame
     Float4 smooth{};    // follower: smoothing filter
   };
 
-  // of the control pass
+  // settings, made in the control pass
   void setFollowerBand(SvfCoeffs coeffs, bool isHeard) ZUM_REALTIME {
     efCoeffs.set(coeffs);
     efFilterIsBand = splat(isHeard ? -1 : 0);
   }
-  /// Parts of a peak by which it falls in a frame, so that any peak falls for the same time.
+  /// The part of a peak by which it falls in a frame: every peak takes the same time to reach 0.
   void setFollowerDecay(float rate) ZUM_REALTIME { decayRate[0] = rate; }
   void setTriggerDecay(float rate) ZUM_REALTIME { decayRate[1] = rate; }
   /// `k` of the smoothing one-pole.
@@ -44,7 +44,7 @@ class LevelDetectors {
     kept = State{};
     smoothBefore = 0.0F;
   }
-  /// What all recursions of a frame end in: once it is not finite, it never is again.
+  /// A sum that every recursion feeds: once one of them is not finite, it never is again.
   static Float4 ends(const State& run) ZUM_REALTIME {
     return absolute(run.efBand.high) + absolute(run.trigLow) + absolute(run.smooth);
   }
@@ -75,7 +75,7 @@ class LevelDetectors {
     return run.smooth;
   }
 
-  /// Of the last frame, for the control pass.
+  /// The level of the follower in the last frame, for the control pass.
   float efSmoothed() const ZUM_REALTIME { return (kept.smooth[0] + smoothBefore) * smoothK; }
   float trigPeak() const ZUM_REALTIME { return kept.peak[1]; }
 

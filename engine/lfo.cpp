@@ -48,10 +48,10 @@ void Lfo::movePhase(const Inputs& in, const KvSystemInfo& clock) ZUM_REALTIME {
   if (edge > 0.0F) lfoPhase = 0.75F;
 }
 
-// The triangle tells the halves of the cycle that the free random wave draws by.
+// The free random wave draws a new level once a cycle, where the triangle begins to rise.
 void Lfo::followCycle() ZUM_REALTIME {
   const float nowTriangle = waves.triangle.at(lfoPhase);
-  noiseSeed.next();  // drawn every pass and heard by no wave so far
+  noiseSeed.next();  // drawn in every pass, and read by no wave so far
   const bool rising = lastTriangle < nowTriangle;
   lastTriangle = nowTriangle;
   if (rising != lastRising) {

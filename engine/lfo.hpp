@@ -17,7 +17,7 @@ class Lfo {
     float rateSum;
     float waveSum;
     float sensSum;
-    bool sync;         // waves of the song's position
+    bool sync;         // waves follow the song's position
     bool trigEnabled;  // the level detector may reset the phase
     float startPulse;  // of the sequencer
     float trigPeak;    // of the level detector
@@ -28,7 +28,7 @@ class Lfo {
 
   /// 0 to 1.
   float lfoOut() const ZUM_REALTIME { return out; }
-  /// Between the waves, so that it truncates to the one that plays.
+  /// The number of the wave that plays, plus a fraction that tells how near the next one is.
   static float slotPlace(float waveSum) ZUM_REALTIME {
     return waveSum * 4.0F + 0.5F + 1.0000000116860974e-07F;
   }
@@ -36,7 +36,7 @@ class Lfo {
   static float syncWave(int slot, float phase, float drawn) ZUM_REALTIME;
   /// [any] 0 or 1: the level is above the threshold.
   float triggerValue() const ZUM_REALTIME;
-  /// [any] Lights up with a trigger and falls in 50 ms.
+  /// [any] Rises with a trigger and falls in 50 ms.
   const float& lampLevel() const ZUM_REALTIME { return lamp; }
 
  private:

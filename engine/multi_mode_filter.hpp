@@ -36,8 +36,8 @@ class MultiModeFilter {
   void recompute(const KvSystemInfo& clock, bool keepBuffers) ZUM_REALTIME;
   /// All types forget what they have heard.
   void reset() ZUM_REALTIME;
-  /// Frequency side of all types, for the pass of the selected one. Once a pass while the cutoff
-  /// moves: a new sample rate alone changes nothing until it does.
+  /// What all types take from the cutoff. Called in each pass in which the cutoff moves: a new
+  /// sample rate alone changes nothing until it does.
   void updateFilterColumns(float cutoffHz, const KvSystemInfo& clock) ZUM_REALTIME;
   /// Coefficients of the selected type. `feedbackAmount` is the bent resonance, 0 to 1.
   void controlPass(int type, float feedbackAmount, float ticksPerMs) ZUM_REALTIME;
@@ -56,7 +56,7 @@ class MultiModeFilter {
 
  private:
   float columnScale = 0.0F;  // tenths of the Nyquist frequency per Hz
-  // the frequency side, as of the cutoff's last move
+  // what updateFilterColumns() made of the cutoff
   float columnHz = 0.0F;
   float columnsPerHz = 0.0F;
   float samplesPerMs = 0.0F;

@@ -9,7 +9,8 @@ namespace zum {
 
 // clang-format off
 
-// Whole, dotted and triplet lengths by turns; six digits are what the table holds, not fractions.
+// Plain, dotted and triplet lengths in turn. They have six digits and are not to be replaced by
+// exact fractions.
 inline constexpr std::array<float, 27> kNoteTable = {
     4.0F,      3.0F,      2.0F,
     1.5F,      1.0F,      0.75F,     0.666666F,

@@ -36,7 +36,7 @@ class OutputStage {
     const Float4 m3 = m2 * master.at[i];
     return m3 * (one - absolute(m3) * splat(kShapeTwo));
   }
-  /// The rest of the frame: dry to wet is a linear law.
+  /// The rest of the frame: dry/wet mix by a linear law, and bypass.
   Float4 blend(Float4 limited, Float4 dry, std::size_t i) const ZUM_REALTIME {
     return select(bypassed, dry, (limited - dry) * mix.at[i] + dry);
   }
@@ -50,7 +50,8 @@ class OutputStage {
   static constexpr float kShapeTwo = 0.22727271914482117F;  // 0.25 / 1.1 of head room
 
   Int4 bypassed{};
-  // In memory, since compilers build a constant anew from a scalar wherever it is a first operand.
+  // Members, not constants: compilers build a constant anew from a scalar wherever it is a first
+  // operand.
   Float4 clipHigh = splat(2.0F);
   Float4 clipLow = splat(-2.0F);
   Float4 one = splat(1.0F);

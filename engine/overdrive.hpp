@@ -10,7 +10,8 @@ namespace zum {
 
 class Overdrive {
  public:
-  /// The long recursion of a chunk, for memory, with what is left of the chunk before in front.
+  /// The long recursion, the high-pass at 60 Hz, frame by frame through a chunk. It lies in memory,
+  /// behind the last values of the chunk before.
   struct Lines {
     std::array<Float4, kChunkFrames + 1> in;   // dcB times the input
     std::array<Float4, kChunkFrames + 2> out;  // what lies below 60 Hz
@@ -21,7 +22,7 @@ class Overdrive {
   /// `driveSum` 0 to 1.
   void controlPass(float driveSum, float controlStep) ZUM_REALTIME;
 
-  /// The two short recursions go to registers.
+  /// Copies out the states of the two short recursions: a run keeps these in registers.
   void enter(Lines& lines, OnePole& clipState, OnePole& bassState) ZUM_REALTIME {
     threshold.beginChunk();
     makeup.beginChunk();
@@ -78,14 +79,14 @@ class Overdrive {
   }
 
  private:
-  // of the sample rate
+  // derived from the sample rate
   OnePoleCoeffs clipLowpassTimesFour;  // gain of 4 in its k: exact, and a multiplication less
   OnePoleCoeffs bassPath;
-  Float4 one = splat(1.0F);  // in memory, as in the output stage
+  Float4 one = splat(1.0F);  // a member for the reason told in OutputStage
   Float4 dcA{};
   Float4 dcB{};
 
-  // of the control pass
+  // set by the control pass
   Float4 shaperCurve{};
   Float4 crossfade{};  // weight of the driven signal
   Int4 drivenOnly{};   // cross-fade at its end

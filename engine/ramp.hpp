@@ -61,7 +61,7 @@ struct TickRamp {
   float step = 0.0F;
   float ticksLeft = 0.0F;
 
-  /// Takes the pass's input and makes this pass's move. True if the value moved.
+  /// Moves one pass on towards `input`. True if the value moved.
   bool advance(float input, float durationMs, float ticksPerMs) ZUM_REALTIME {
     if (input != target) {
       target = input;

@@ -36,7 +36,7 @@ void StepSequencer::deriveRate(float tempoSum, const KvSystemInfo& clock) ZUM_RE
   stepMs = static_cast<float>(1.0 / stepAdvance) * msPerTick;
 }
 
-// The stop of a transport shorter than the pulse lets the countdown run on.
+// When the transport stops while the pulse lasts, the countdown goes on.
 void StepSequencer::trackTransport(const KvSystemInfo& clock) ZUM_REALTIME {
   if (clock.transportRunning != seqRunningSeen) {
     seqRunningSeen = clock.transportRunning;
@@ -70,7 +70,7 @@ void StepSequencer::countSteps() ZUM_REALTIME {
     pingPongPulseSeen = pulse;
     pingPongCount = 0;
   }
-  if (pingPongCount + 1 != drawnCount) {  // from 1 up, so that the first pass draws
+  if (pingPongCount + 1 != drawnCount) {  // counts from 1, so that the first pass draws, too
     drawnCount = pingPongCount + 1;
     randomStep = truncate(std::fabs(random.next() * static_cast<float>(kSteps)));
   }

@@ -45,7 +45,7 @@ Float4 tapOf(const SvfOutputs& out) ZUM_REALTIME {
   if constexpr (tap == Tap::low) return out.low;
 }
 
-/// State of a stage. Band and low stay with the frame; the states are they plus the guard.
+/// State of a stage. Band and low of a frame are outputs alone; each is kept with the guard added.
 struct SvfStage {
   Float4 bandState{};
   Float4 lowState{};

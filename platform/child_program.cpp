@@ -34,12 +34,14 @@ std::vector<char*> environmentOfChild() {
   return kept;
 }
 
-/// How a child starts: its output into a pipe, nothing else of ours but what it runs on.
+/// How a child starts: its output goes into a pipe, and it inherits no other stream, descriptor or
+/// signal mask.
 class SpawnSettings {
  public:
   explicit SpawnSettings(int output) {
     posix_spawn_file_actions_init(&files);
-    // The pipe first: a host may have closed its own streams, so that it lies in their place.
+    // The pipe comes first: where a host has closed its own streams, the pipe has one of their
+    // numbers.
     if (output >= 0) {
       posix_spawn_file_actions_adddup2(&files, output, STDOUT_FILENO);
     } else {
@@ -132,7 +134,7 @@ bool ChildProgram::hasEnded() {
   return true;
 }
 
-// The end of the pipe tells nothing: what the child started may hold it open.
+// Its end is not told by the end of the pipe, which programs that it started may hold open.
 bool ChildProgram::takeOutput() {
   std::array<char, 1024> part{};
   while (output.size() <= kOutputBytes) {

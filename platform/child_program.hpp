@@ -11,14 +11,14 @@
 
 namespace zum {
 
-/// [any] The file that PATH names so; empty for none. A folder relative to the working one does not
-/// count: that is wherever a host happens to run.
+/// [any] The file of that name in the folders of PATH; empty for none. Folders of PATH that are
+/// relative do not count: they depend on wherever a host runs.
 std::string findProgram(const std::string& name);
 
 /// [main] One run at a time.
 class ChildProgram {
  public:
-  /// What says more than this is stopped.
+  /// A program that writes more than this is stopped.
   static constexpr std::size_t kOutputBytes = 4096;
 
   ChildProgram() = default;
@@ -26,13 +26,13 @@ class ChildProgram {
   ChildProgram& operator=(const ChildProgram&) = delete;
   ~ChildProgram() { stop(); }
 
-  /// By its file; the first argument is its name. It gets this process' environment, but neither
-  /// its descriptors, nor its signals, nor a preloaded library. One that nobody listens to may go
-  /// on speaking when this object is gone. False when it cannot run.
+  /// Starts `file`; the first argument is its name. It gets the environment of this process, but
+  /// neither its descriptors, nor its signals, nor a preloaded library. A program that nobody
+  /// listens to may run on when this object is gone. False when it cannot run.
   bool start(const std::string& file, std::vector<std::string> arguments, bool listens = true);
   bool isRunning() const { return child > 0; }
-  /// What it said, once it has ended well. Nothing while it isRunning(), when it failed, and when
-  /// it was stopped because it said too much.
+  /// What it wrote, once it has ended well. Nothing while it isRunning(), when it failed, and when
+  /// it was stopped because it wrote too much.
   std::optional<std::string> poll();
   /// Ends it, and what it started. Takes a millisecond, a tenth of a second from one that resists.
   void stop();

@@ -4,7 +4,7 @@
 
 namespace zum {
 
-// In a session of its own: what is shown does not end with the host, nor with the starter.
+// Starts it in a session of its own, so that it ends neither with the host nor with `setsid`.
 bool DesktopOpener::open(const std::string& internalPath) {
   const std::string opener = findProgram("xdg-open");
   if (opener.empty()) return false;

@@ -12,7 +12,7 @@ class DesktopOpener {
  public:
   /// False where there is no desktop to ask. The program that comes up lives on by itself.
   bool open(const std::string& internalPath);
-  /// From time to time, until it has been asked.
+  /// To be called from time to time, until the desktop has been asked.
   void poll() {
     if (starter.isRunning()) starter.poll();
   }

@@ -43,7 +43,7 @@ class FileDialogs {
   virtual void poll() {}
 };
 
-/// [main] Of this process; null for none. They stay with their owner.
+/// [main] Sets the dialogs of this process, null for none. They remain their owner's.
 void setFileDialogs(FileDialogs* dialogs);
 FileDialogs* fileDialogs();
 

@@ -82,7 +82,8 @@ int openNeighbour(const std::string& target, mode_t mode, std::string& name) {
   return file;
 }
 
-/// True for a folder that takes no new name, or no new file in the place of an old one.
+/// True for the errors of a folder that takes no new name, or no new file in the place of an old
+/// one.
 bool isShutFolder(int error) {
   return error == EACCES || error == EPERM || error == EROFS || error == EBUSY ||
          error == ENAMETOOLONG;

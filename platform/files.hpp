@@ -28,11 +28,11 @@ struct FolderEntry {
 std::optional<std::vector<FolderEntry>> listFolder(const std::string& path);
 /// The order of listFolder.
 bool namesRise(std::string_view a, std::string_view b);
-/// The same for every way to one folder: its device and its number there.
+/// A folder's device and its number there: the same for every path that leads to it.
 using FolderId = std::pair<std::uint64_t, std::uint64_t>;
 std::optional<FolderId> folderId(const std::string& path);
 
-/// Of a regular file alone; a pipe or a device is none, and is never waited for.
+/// The size of a regular file. Nothing for a pipe or a device; none of them is waited for.
 std::optional<std::uint64_t> fileSize(const std::string& path);
 bool fileExists(const std::string& path);
 /// Bytes that were read from the start of a regular file, at most `count`; nothing when it cannot

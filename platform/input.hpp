@@ -36,8 +36,8 @@ inline constexpr std::uint8_t kPageDown = 16;
 inline constexpr std::uint8_t kEnter = 19;
 inline constexpr std::uint8_t kInsert = 21;
 inline constexpr std::uint8_t kDelete = 22;
-inline constexpr std::uint8_t kNumpad0 = 24;  // and the nine behind it
-inline constexpr std::uint8_t kF1 = 40;       // and the eleven behind it
+inline constexpr std::uint8_t kNumpad0 = 24;  // 25 to 33 are 1 to 9
+inline constexpr std::uint8_t kF1 = 40;       // 41 to 51 are F2 to F12
 // bits of the modifier byte
 inline constexpr std::uint8_t kShiftBit = 1;
 inline constexpr std::uint8_t kAltBit = 2;

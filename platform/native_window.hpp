@@ -41,7 +41,7 @@ class WindowEvents {
   virtual void windowGone() = 0;
 };
 
-/// Of a window in which nothing but another one's view lies.
+/// For a window that shows nothing but the view of another one.
 class PassiveWindowEvents : public WindowEvents {
  public:
   void windowPressed(int /*x*/, int /*y*/, int /*buttonWord*/) override {}
@@ -67,14 +67,14 @@ class NativeWindow {
 
   /// [main] Tells everything that has come, without waiting.
   virtual void poll() = 0;
-  /// A part of a picture of the window's size, at once. CAIRO_FORMAT_RGB24.
+  /// Shows a part of `picture`, which has the size of the window, at once. CAIRO_FORMAT_RGB24.
   virtual void show(cairo_surface_t* picture, int left, int top, int right, int bottom) = 0;
   /// As the system names it, 0 when it is gone.
   virtual std::uintptr_t handle() const = 0;
   /// Buttons and modifiers as they are just now.
   virtual int currentButtons() const = 0;
   virtual bool hasFocus() const = 0;
-  /// Of a window inside of a host's; the system gives it to the others.
+  /// For a window inside of a host's. Others get the focus from the system.
   virtual void takeFocus() = 0;
   virtual void setCursor(WindowCursor cursor) = 0;
 };

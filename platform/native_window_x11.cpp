@@ -64,8 +64,9 @@ bool X11Window::create(const WindowRequest& request, X11Guard& guard) {
     above = parent;
     screen = attributes.screen;
   }
-  // The screen's own visual, whatever the parent's: in one with alpha our pixels would be clear.
-  // Such a window must not take border and colours from its parent.
+  // The visual is the screen's own, whatever the parent's: in one with alpha our pixels would be
+  // transparent. A window with another visual than its parent's needs border and colours of its
+  // own.
   Visual* visual = DefaultVisualOfScreen(screen);
   colours = XCreateColormap(display, RootWindowOfScreen(screen), visual, AllocNone);
   XSetWindowAttributes attributes{};
@@ -140,8 +141,8 @@ X11Window::~X11Window() {
   XCloseDisplay(display);
 }
 
-/// Cairo notes what it has sent until the server has it; it looks through its notes only before it
-/// sends more, and would lose them here.
+/// Cairo keeps a record of what it has sent until the server has it, and looks through these
+/// records only before it sends more: without that they would leak here.
 void X11Window::closeSurface() {
   if (!lost) XSync(display, False);
   cairo_surface_destroy(

@@ -11,7 +11,7 @@ struct Utf8Character {
   char32_t code;
   std::size_t bytes;  // 0: the text begins with none
 };
-/// Of a text that is not empty.
+/// `text` is not empty.
 Utf8Character firstCharacter(std::string_view text);
 
 /// False for line ends, escape sequences and whatever else acts instead of being seen.

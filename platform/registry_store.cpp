@@ -24,7 +24,8 @@ constexpr const char* kCreate =
 constexpr const char* kTextType = "string";
 constexpr const char* kNumberType = "int";
 
-// Many times a setting and the schema. One function over texts of this length takes milliseconds.
+// Many times the length of a setting and of the schema. One function over texts of this length
+// takes milliseconds.
 constexpr int kMostBytes = 16384;
 // A setting is found and written in some ten steps; between two looks at the clock lie milliseconds
 // at most.
@@ -60,7 +61,8 @@ std::string textAt(sqlite3_stmt* statement, int column) {
   return bytes != nullptr ? std::string(bytes, static_cast<std::size_t>(count)) : std::string();
 }
 
-// Of the columns `first`, the type, and the data behind it. A foreign hand may have put anything.
+// The value in column `first`, which is its type, and the one behind it. Other programs may have
+// put anything there.
 std::optional<RegistryStore::Data> dataAt(sqlite3_stmt* statement, int first) {
   const std::string type = textAt(statement, first);
   const int stored = sqlite3_column_type(statement, first + 1);

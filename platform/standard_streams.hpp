@@ -1,4 +1,5 @@
-// Standard streams that whoever started the program had closed. Called by every main, first of all.
+// Stands in for standard streams that whoever started the program had closed. Called by every main,
+// first of all.
 #pragma once
 
 #include <fcntl.h>
@@ -6,9 +7,9 @@
 
 namespace zum {
 
-/// Opens the ones that are closed on /dev/null, or the next file to be opened would be one of them
-/// and get our messages into its bytes. The wrong way round: what is read or written there fails
-/// as it would on a closed one, and is told.
+/// Opens the closed ones on /dev/null: otherwise the next file that is opened would get their
+/// number, and our messages into its bytes. They are opened the wrong way round, so that reads and
+/// writes fail as on a closed stream, and the failure is told.
 inline void openStandardStreams() {
   for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
     if (fcntl(stream, F_GETFD) >= 0) continue;

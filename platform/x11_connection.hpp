@@ -9,7 +9,7 @@ namespace zum {
 /// connection: nothing can be said to it from then on.
 Display* connectToServer(bool& lost);
 
-/// The window that it lies in; 0 for the screen, and for one that is gone.
+/// The window that `inner` lies in; 0 for the screen, and for a window that is gone.
 Window windowAbove(Display* display, Window inner);
 
 }  // namespace zum

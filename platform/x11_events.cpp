@@ -144,7 +144,7 @@ void X11Window::tellLeft() {
   if (std::exchange(toldInside, false)) events.windowLeft();
 }
 
-/// For the last time. Nothing of it stays on the screen.
+/// Tells the last event. Nothing of the window stays on the screen.
 void X11Window::tellGone() {
   queue.clear();
   focused = false;
@@ -166,7 +166,7 @@ void X11Window::enter(const XCrossingEvent& event) {
 
 void X11Window::leave(const XCrossingEvent& event) {
   if (event.detail == NotifyInferior) return;
-  if (event.mode == NotifyGrab) {  // it may stay where it is
+  if (event.mode == NotifyGrab) {  // the pointer may still be over us
     strayed = true;
     return;
   }
@@ -175,8 +175,8 @@ void X11Window::leave(const XCrossingEvent& event) {
 }
 
 void X11Window::focusChanged(const XFocusChangeEvent& event) {
-  // Grabs of the keyboard pass. With the pointer over us keys come here although the focus is at
-  // a window around ours; that is none.
+  // A grab of the keyboard is over soon. With the pointer over us keys come here although the focus
+  // is at a window around ours: that is no focus of ours.
   const bool grab = event.mode == NotifyGrab || event.mode == NotifyUngrab;
   const bool pointer = event.detail == NotifyPointer || event.detail == NotifyPointerRoot ||
                        event.detail == NotifyDetailNone;
@@ -191,7 +191,7 @@ void X11Window::tellKey(XEvent& event) {
     XLookupString(&event.xkey, text, sizeof text, &symbol, nullptr);
   }
   const WindowKey key = windowKeyOf(symbol, event.xkey.state);
-  // A host gets every key of a window in its own at once, dead or not: nobody writes there.
+  // In a window inside of a host's nobody writes text: every key goes on at once, dead or not.
   if (parent == 0 && event.type == KeyPress) {
     if (const auto text = composer.press(symbol)) return tellText(*text, key);
   }
@@ -201,8 +201,9 @@ void X11Window::tellKey(XEvent& event) {
         event.type == KeyPress ? events.windowKeyPressed(key) : events.windowKeyReleased(key);
     if (wanted || alive.expired()) return;
   }
-  // The host gets it, but not back what it sent: the two would play ball with it. It may listen at
-  // a window around the one that it gave us, and its toolkit knows only that one by name.
+  // The host gets the key, unless it was the host that sent it: the two would pass it to and fro.
+  // It may listen at a window around the one that it gave us, and its toolkit knows only that one
+  // by name.
   if (handle() == 0 || parent == 0 || event.xkey.send_event != 0) return;
   const X11Guard guard(display);
   const long mask = event.type == KeyPress ? KeyPressMask : KeyReleaseMask;

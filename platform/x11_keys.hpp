@@ -14,7 +14,7 @@ int buttonWordOf(unsigned state);
 /// 0 for a button that is none of the three: the wheel and what is beside it. The server has
 /// swapped them already for a mouse in the left hand.
 int buttonOf(unsigned number);
-/// A key without character and number is none of ours.
+/// What comes back without character and number is a key of no use to us.
 WindowKey windowKeyOf(KeySym symbol, unsigned state);
 
 /// Tells the second press of a double click; the third one is a first one again.

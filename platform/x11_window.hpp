@@ -55,7 +55,7 @@ class X11Window final : public NativeWindow {
   bool pointerIsOutside() const;
 
   WindowEvents& events;
-  // Empties with the window: what is told may close it.
+  // Goes with the window: whoever calls out keeps a weak pointer, as what is told may close it.
   std::shared_ptr<bool> life = std::make_shared<bool>(true);
   bool lost = false;  // the server went: nothing can be said to it any more
   Display* display = nullptr;

@@ -7,8 +7,8 @@
 //   word 4      magic number
 //   word 5...   whatever the writer puts, in the order of its calls
 //
-// Words are copied as they stand, little-endian. A reader and a writer are held against each other
-// by the order of their calls alone.
+// Words are copied as they stand, little-endian. Nothing in a chunk tells what a word means: its
+// reader makes the same calls in the same order as its writer did.
 #pragma once
 
 #include <array>
@@ -82,7 +82,7 @@ class KvChunk {
 
   /// True once anything past the end of the buffer was asked for, since the last header.
   bool overrun() const ZUM_REALTIME { return beyondEnd; }
-  /// A reader that met what cannot be: as good as a read past the end.
+  /// Marks the chunk as overrun, too: for a reader that met a value that cannot be.
   void refuse() ZUM_REALTIME { beyondEnd = true; }
   /// True if a string that starts `ahead` words behind the cursor lies in the buffer whole.
   bool stringFits(std::uint32_t ahead) const ZUM_REALTIME;

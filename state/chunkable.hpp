@@ -9,7 +9,7 @@ namespace zum {
 
 class KvChunkableClass {
  public:
-  /// What a preset's reader does behind a read.
+  /// Kind of object: tells a preset's reader what to do after a read.
   enum Type : std::int32_t { kFile = 1, kTable = 4, kMouseArea = 6 };
 
   explicit KvChunkableClass(std::int32_t objectType) : type(objectType) {}
@@ -18,7 +18,7 @@ class KvChunkableClass {
   virtual ~KvChunkableClass() = default;
 
   /// With `discard` the same words are read and nothing changes. Not 0 when the state was taken.
-  /// May run on the audio thread: whoever needs room for a state has it before.
+  /// May run on the audio thread: objects that need room for a state make it before.
   virtual std::int32_t readChunk(KvChunk* chunk, bool discard) ZUM_REALTIME = 0;
   virtual void writeChunk(KvChunk* chunk) const = 0;
   // Places of the interface that nothing in this system fills.

@@ -9,15 +9,15 @@
 
 namespace zum {
 
-/// A temporary: the answer may come long after it went. The owner lives on until then, or cancels
-/// its questions.
+/// Made for one question and gone at once, while the answer may come much later. So the owner must
+/// live until then, or cancel its questions.
 class KvFileChooser {
  public:
   using Then = std::function<void(const std::string& path)>;
 
   /// Longest path, terminator included; a longer one is told of and counts as cancelled.
   static constexpr std::size_t kPathBytes = 256;
-  /// What the forms by text answer when nothing was chosen.
+  /// The path that the forms with a title or a start folder hand over when nothing was chosen.
   static constexpr const char* kNothing = "EMPTY";
 
   /// `ownerObject` is whom the dialog is for.

@@ -21,7 +21,7 @@ const KvFileio::Name* KvFileio::list(const std::string& folder, int& count, bool
     folderFlags.push_back(entry.isFolder ? 1 : 0);
   }
   count = static_cast<int>(names.size());
-  if (names.empty()) names.emplace_back();  // an empty folder is no missing one
+  if (names.empty()) names.emplace_back();  // null would say that the folder is missing
   return names.data();
 }
 
@@ -47,7 +47,7 @@ KvStreamableFile::KvStreamableFile(const std::string& path, const char* mode) {
 }
 
 KvStreamableFile::~KvStreamableFile() {
-  if (file != nullptr) (void)std::fclose(file);  // who writes flushes before
+  if (file != nullptr) (void)std::fclose(file);  // writers flush it before
 }
 
 }  // namespace zum

@@ -26,10 +26,10 @@ class KvFileio {
   const Name* listAll(const std::string& folder, int& count) { return list(folder, count, true); }
   bool isFolder(int entry) const { return folderFlags[static_cast<std::size_t>(entry)] != 0; }
 
-  /// 1, also for a shorter file, whose rest of the buffer is 0. 0 for a path of less than two
-  /// characters, without a buffer, and for what cannot be opened.
+  /// Returns 1, also for a file that is shorter: the rest of the buffer is 0 then. Returns 0 for a
+  /// path of less than two characters, for no buffer, and for what cannot be opened.
   static int readFile(const char* path, void* buffer, std::size_t byteCount);
-  /// 1, or 0 when the file cannot be written: then what was there stays.
+  /// Returns 1, or 0 when the file cannot be written: then what was there stays.
   static int writeFile(const char* path, const void* buffer, std::size_t byteCount);
 
  private:

@@ -13,8 +13,8 @@
 
 namespace zum {
 
-/// Storage is never given back before the end, since a reader may still be in it: doubling keeps
-/// what was outgrown below what is in use.
+/// Storage that was outgrown is kept to the end, since a reader may still be in it. Every block is
+/// at least twice as large as the one before, so all that is kept takes less than what is in use.
 template <class Word>
 class GrowingArray {
  public:

@@ -16,7 +16,7 @@ struct Wanted {
   KvFileObject* object;
   std::string path;
 
-  /// Not when another preset came while the user was asked.
+  /// False when another preset was loaded while the user was asked.
   bool isCurrent() const { return object->path() == path; }
 };
 

@@ -18,19 +18,19 @@ class KvFileObject : public KvChunkableClass {
   virtual bool takeFile(const std::string& path) = 0;
 };
 
-/// [main] One load's searches: a folder in which the user found a file serves for the others. The
-/// user is asked about one after the other and answers when this may be gone; the objects live as
-/// long as the owner of the questions, who cancels them.
+/// [main] The searches of one load. A folder in which the user found a file serves for the other
+/// files, too. The user is asked about one file after the other, and may answer when this object is
+/// gone; the file objects live as long as the owner of the questions, who cancels them.
 class MissingFiles {
  public:
   MissingFiles(void* owner, bool asksNobody);
-  /// In the factory's samples, where the last one was found, and where the user says. The object
-  /// stays without its file when it is nowhere.
+  /// Looks in the factory's samples and where the last file was found, then asks the user. An
+  /// object whose file is nowhere stays without it.
   void search(KvFileObject& object);
 
  private:
   struct Search;
-  std::shared_ptr<Search> shared;  // with the questions
+  std::shared_ptr<Search> shared;  // the open questions hold it, too
 };
 
 }  // namespace zum

@@ -13,9 +13,9 @@
 namespace zum {
 namespace {
 
-/// A preset has some hundred words. What claims more than this is not worth its memory.
+/// A preset has some hundred words. A file with more bytes than this is refused.
 constexpr std::uint64_t kMostBytes = 1U << 20U;
-/// Read at once; few files have more.
+/// Read in one go; few files have more.
 constexpr std::size_t kFirstWords = 1024;
 
 /// Words of zeros; null when the memory does not suffice.
@@ -23,7 +23,8 @@ std::unique_ptr<std::uint32_t[]> makeWords(std::size_t count) {
   return std::unique_ptr<std::uint32_t[]>(new (std::nothrow) std::uint32_t[count]());
 }
 
-/// Whole words that a header is good for in a file of so many bytes; its own, if it is none.
+/// How many words to read from a file of so many bytes: what its header states and the file has, or
+/// the header alone where it is none of ours.
 std::uint32_t wordsWorthReading(const std::uint32_t* first, std::uint64_t bytes) {
   constexpr auto kHeader = static_cast<std::uint32_t>(KvChunk::kHeaderWords);
   KvChunk header;
@@ -66,7 +67,7 @@ class Search {
 
 }  // namespace
 
-// No length of a header is believed further than the file goes.
+// The length that a header states counts only as far as the file goes.
 ChunkFile readChunkFile(const std::string& path, KvChunk& chunk) {
   if (path.size() < 2) return ChunkFile::missing;
   std::array<std::uint32_t, kFirstWords> first{};

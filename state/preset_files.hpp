@@ -12,8 +12,8 @@ namespace zum {
 
 enum class ChunkFile : std::uint8_t {
   read,
-  missing,  // or not to be opened
-  tooLong,  // above a megabyte: no file of this system's
+  missing,  // or it cannot be opened
+  tooLong,  // above a megabyte, which no preset or map is
 };
 
 /// [main] Fills `chunk` with the words that the file's header states, or with what there is of them

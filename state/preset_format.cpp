@@ -30,14 +30,14 @@ class Walk {
     return false;
   }
   bool damaged(const char* why) ZUM_REALTIME { return fail(PresetFault::damaged, why); }
-  /// One word of the body; where it is remembered for reports.
+  /// Takes one word of the body and remembers its place for reports.
   bool take(std::int32_t& word, const char* what) ZUM_REALTIME {
     start = chunk.cursor;
     chunk.getInt(word);
     return !chunk.overrun() || damaged(what);
   }
   bool takeBinding(std::int32_t tag, Binding& binding) ZUM_REALTIME {
-    // Cut to 16 bits it may be anything, an end mark for one.
+    // Cut to 16 bits, such a tag might become an end mark.
     if (tag != static_cast<std::int16_t>(tag)) return damaged("a binding's tag is out of range");
     std::int32_t mode = 0;
     if (layout >= kFirstModeLayout && !take(mode, "breaks off in a binding")) return false;
@@ -109,7 +109,7 @@ class Walk {
   }
 
   bool name() ZUM_REALTIME {
-    std::int32_t count = 0;  // whatever it says, there is one name
+    std::int32_t count = 0;  // not used: there is one name, whatever it says
     if (firstSlot && !take(count, "breaks off ahead of the name")) return false;
     start = chunk.cursor;
     const std::string_view text = chunk.getText();

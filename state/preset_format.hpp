@@ -57,7 +57,7 @@ struct PresetFault {
     none,
     wrongMagic,    // no chunk of this library
     wrongProduct,  // of another product
-    wrongLayout,   // of no version that there is
+    wrongLayout,   // of an unknown version
     damaged,       // does not fit together, or breaks off
   };
   Kind kind = none;
@@ -75,8 +75,8 @@ struct PresetPosition {
   bool hasFolder = false;
 };
 
-/// Told of a preset's parts in their order. The walk checks sizes, marks and ends; it reads past
-/// nothing.
+/// Is told of a preset's parts in their order. The walk has checked sizes, marks and ends, and
+/// never reads past the end.
 class PresetVisitor {
  public:
   PresetVisitor() = default;
@@ -85,12 +85,13 @@ class PresetVisitor {
   virtual ~PresetVisitor() = default;
 
   virtual void header(const KvChunk& /*chunk*/, std::int32_t /*layout*/) ZUM_REALTIME {}
-  /// Reads the record's words, `size` of them, all in the buffer. Null, or what is wrong with them.
+  /// Reads the `size` words of the record, which are all in the buffer. Returns null, or what is
+  /// wrong with them.
   virtual const char* record(std::int32_t id, std::int32_t size, KvChunk& chunk) ZUM_REALTIME = 0;
   virtual void mapBegins() ZUM_REALTIME {}
   virtual void controller(int number, Binding binding) ZUM_REALTIME = 0;
   virtual void mapEnds() ZUM_REALTIME {}
-  /// Not for an empty name, nor for one that a zero byte empties.
+  /// Not called for an empty name, nor for one that starts with a zero byte.
   virtual void name(std::string_view text) ZUM_REALTIME = 0;
   virtual void position(std::int32_t trailer, const PresetPosition& position) ZUM_REALTIME = 0;
   virtual void aftertouchBegins() ZUM_REALTIME {}

@@ -8,7 +8,7 @@
 namespace zum {
 namespace {
 
-/// What a program of this product starts with.
+/// True for the header and the first words of a program of this product.
 bool startsLikeAPreset(KvChunk& chunk) {
   if (!chunk.readHeader()) return false;
   chunk.getInt();

@@ -19,7 +19,7 @@
 namespace zum {
 
 struct BankPreset {
-  KvChunk chunk;      // the whole file; nothing of one that is refused
+  KvChunk chunk;      // the whole file; empty for one that is refused
   std::string name;   // of the file, without its extension
   PresetFault fault;  // why it is refused
 };
@@ -28,7 +28,7 @@ class KvProgramBank {
  public:
   static constexpr int kFolders = 128;
   static constexpr int kPresets = 128;  // of a folder
-  /// Of all presets, those that are refused included: a scan has an end.
+  /// Limit for all presets together, those that are refused included, so that a scan has an end.
   static constexpr std::size_t kMostBytes = std::size_t{32} << 20U;
   static constexpr const char* kMidiFolder = "Midi Programs";
   static constexpr const char* kNoPreset = "empty";
@@ -41,8 +41,8 @@ class KvProgramBank {
   /// kind are left out without a word; a preset that the check refuses keeps its place. A root that
   /// is empty or relative gives an empty bank.
   void scan(std::string root, const Check& check);
-  /// [main] Reads the tree of `older` behind the writing of a file: its folder, and what there was
-  /// no room for. The other folders are the same ones.
+  /// [main] Reads the tree of `older` again after `file` was written: only the folder of that file,
+  /// and what there was no room for. All other folders are shared with `older`.
   void scanBehind(const KvProgramBank& older, const std::string& file, const Check& check);
 
   // [any] once scanned. Null, -1 or an empty count for what is not there.
@@ -64,12 +64,12 @@ class KvProgramBank {
   struct Folder {
     std::string name;
     std::deque<BankPreset> presets;  // chunks do not move
-    std::size_t bytes = 0;           // that its presets have as files
+    std::size_t bytes = 0;           // size of its presets as files
     bool isWhole = false;            // nothing was left out
   };
   const Folder* at(int folder) const ZUM_REALTIME;
   void fill(const Check& check, const KvProgramBank* older, const std::optional<FolderId>& written);
-  /// What there is room for.
+  /// Reads as many presets of a folder as fit into `room` bytes.
   std::shared_ptr<const Folder> read(const std::string& name, std::size_t room, const Check& check);
 
   std::string extension;

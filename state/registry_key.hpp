@@ -34,7 +34,7 @@ class KvRegistryKey {
   /// All values, by name.
   std::vector<RegistryStore::Value> values();
 
-  /// What is read and written until its end is one piece for other processes.
+  /// Until the transaction ends, what is read and written is one piece to other processes.
   RegistryStore::Transaction transaction() { return RegistryStore::Transaction(store); }
   /// Why the last call failed; empty when there was just no such value.
   const std::string& problem() const { return store.problem(); }

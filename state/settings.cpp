@@ -35,7 +35,7 @@ void writeFolders(KvRegistryKey& key, const ContentType& type, const std::string
   write(type.useNamedKeys ? name + "save" : "presetsavepath" + index, path);
 }
 
-// An empty folder of content makes them relative.
+// Without a folder of content the paths are relative.
 void writeAllFolders(KvRegistryKey& key, const std::string& content) {
   for (const ContentType& type : kContentTypes) writeFolders(key, type, content);
   key.setString(kAudioFilePath, content + "Samples\\Factory");
@@ -64,7 +64,7 @@ void takeContent(KvRegistryKey& key, const std::string& installed) {
 void fillIn(KvRegistryKey& key, const std::string& product) {
   // Content may come after the first start, by a package for all users.
   const std::string installed = has(key, kContentPath) ? "" : installedContentFolder();
-  // What is complete, as at every start but the first, is only read.
+  // Settings that are complete, as at every start but the first, are not written again.
   if (installed.empty() && isInitialised(key) && has(key, kInstallPath) && has(key, kPresetPath)) {
     return;
   }

@@ -60,7 +60,7 @@ class SharedBank {
   };
 
  private:
-  // Behind the store of `published`: whoever enters from then on does not enter an old one.
+  // Runs after the store of `published`: whoever enters from then on enters the new bank.
   void dropReplaced() const {
     const KvProgramBank* const entered = inBlock.load();
     std::erase_if(replaced, [entered](const Held& bank) { return bank.get() != entered; });
@@ -68,7 +68,7 @@ class SharedBank {
 
   mutable std::mutex access;
   Held current;
-  mutable std::vector<Held> replaced;  // one at most, but for the time of a call
+  mutable std::vector<Held> replaced;  // at most one between two calls
   std::atomic<const KvProgramBank*> published;
   std::atomic<const KvProgramBank*> inBlock{nullptr};
 };

@@ -18,7 +18,8 @@ std::size_t cellsOf(std::int32_t columns, std::int32_t pages) ZUM_REALTIME {
   return static_cast<std::size_t>(columns) * static_cast<std::size_t>(pages);
 }
 
-/// A table without cells may be of a size that no words of its chunk bear out.
+/// A table without cells has no words in its chunk that would bear out its size, so there is a
+/// limit.
 bool canBe(std::int32_t columns, std::int32_t pages) ZUM_REALTIME {
   constexpr std::int32_t kMostWithoutCells = 1024;
   const bool hasCells = columns > 0 && pages > 0;
@@ -127,8 +128,8 @@ bool KvTableXY::setPageCount(std::int32_t count) {
 
 void KvTableXY::keepMorphInside() ZUM_REALTIME {
   const auto limit = static_cast<float>(pageCount());
-  // In 32 bit the limit itself from a count of 1 on: the position then waits for the next valid
-  // one.
+  // In 32 bits this is the limit itself, from a count of 1 on: the position then stays there until
+  // a valid one is set.
   if (morphPosition() >= limit) storeShared(morph, limit - 9.99999993922529e-09F);
   if (currentPage() >= pageCount()) storeShared(current, std::max(pageCount() - 1, 0));
 }

@@ -25,29 +25,29 @@ class KvTableXY final : public KvTable, public KvInitInterface {
   float getValue(std::int32_t column) const ZUM_REALTIME;
   /// [any] One cell; cells that are not there are ignored.
   void setValue(std::int32_t column, std::int32_t page, float value) ZUM_REALTIME;
-  /// Shares `value` between the two pages round a page position, each taking its part of the way.
+  /// Moves a cell towards `value` on both pages round a page position, further on the nearer one.
   void setValueBetween(std::int32_t column, float page, float value);
   void setValue(std::int32_t index, float value) ZUM_REALTIME override {
     setValue(index, 0, value);
   }
   void setPoint(float position, float value) ZUM_REALTIME override;
 
-  // Sizes move cells: one thread at a time, and while no block runs, or a step is heard out of
-  // place. Readers stay inside the memory in any case. False when it does not suffice, and for more
-  // than 1024 columns without pages, or pages without columns.
+  // A new size moves cells. One thread at a time; while a block runs, a step may be heard out of
+  // place, but readers always stay inside the memory. False when the memory does not suffice, for
+  // more than 1024 columns without pages, and for as many pages without columns.
   std::int32_t size() const ZUM_REALTIME override { return loadShared(columns); }
   /// One page of `count` columns, as far as there is room.
   bool resize(std::int32_t count) ZUM_REALTIME override;
   bool setColumns(std::int32_t count);
   bool setPageCount(std::int32_t count);
   std::int32_t pageCount() const ZUM_REALTIME { return loadShared(pages); }
-  /// [main] Room for so many cells ahead of a read, which does not allocate. A chunk's words are
-  /// always enough.
+  /// [main] Makes room for so many cells ahead of a read, which does not allocate. As many as a
+  /// chunk has words are always enough.
   bool reserve(std::size_t count) noexcept { return cells.reserve(count); }
   /// [any] Cells that a read may have without an allocation.
   std::size_t capacity() const ZUM_REALTIME { return cells.capacity(); }
 
-  /// Taken only inside the pages.
+  /// Positions outside of the pages are ignored.
   void setMorphPosition(float position);
   float morphPosition() const { return loadShared(morph); }
   std::int32_t currentPage() const { return loadShared(current); }

@@ -33,16 +33,16 @@ class CProcessGroup {
   CProcessGroup(const CProcessGroup&) = delete;
   CProcessGroup& operator=(const CProcessGroup&) = delete;
 
-  /// Starts it, by its first operation. Not 0 for an error.
+  /// The first operation of a group: starts it. Not 0 for an error.
   virtual std::int32_t Initialize() = 0;
   virtual ~CProcessGroup() = default;
 };
 
 class CDSPProcessGroup : public CProcessGroup {
  public:
-  /// Of the host, in Hz.
+  /// The rate of the host, in Hz.
   float getSampleRate() const { return sampleRate; }
-  /// A rate that is none is left out.
+  /// A rate that is no positive number is ignored.
   void setSampleRate(float rate) {
     if (std::isfinite(rate) && rate > 0.0F) sampleRate = rate;
   }

@@ -44,7 +44,7 @@ std::int32_t CProcess::WriteChunk(std::int32_t /*chunkId*/, const SessionRecord&
   return kUnknownChunk;
 }
 
-// Every control has a place of its own.
+// An error where two controls have the same index.
 std::int32_t CEffectProcess::EffectInit() {
   constexpr std::int32_t kDoubleControl = -7102;
   for (const auto& control : getControls()) {

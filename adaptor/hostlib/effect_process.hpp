@@ -53,7 +53,7 @@ class CProcess {
 
   /// The host moved a control.
   virtual void SetControl(std::int32_t index, std::int32_t value);
-  /// The lower end for one that there is not.
+  /// Gives the lower end of the range for an index that there is not.
   virtual std::int32_t GetControl(std::int32_t index) const;
 
   // [any] The plug-in moved a control, or the user has a hand on it.

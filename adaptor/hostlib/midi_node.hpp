@@ -20,7 +20,7 @@ class CEffectMIDIDirectDeliveryNode {
 
   const std::string& getName() const { return name; }
   void activate() { active.store(true); }
-  /// [host] Nothing before it was activated.
+  /// [host] Does nothing before activate().
   void deliver(std::int32_t timestampFlag, const ShortMessage& message) const {
     if (active.load()) callback(timestampFlag, message, context);
   }

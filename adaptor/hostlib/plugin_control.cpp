@@ -17,8 +17,8 @@ void copyToRoom(std::string_view from, char* text, std::int32_t room) {
   text[length] = '\0';
 }
 
-// Held inside what a float can hold. Beyond the doubles the exponent tells to which side, or,
-// without one, the first digit.
+// The number is held inside what a float can hold. What does not even fit a double is too large or
+// too small by its exponent or, where it has none, by its first digit.
 float decimalNumber(const char* text) {
   if (text == nullptr) return 0.0F;
   while (*text == ' ' || *text == '+') ++text;

@@ -15,7 +15,7 @@ inline std::int32_t identifier(const char (&text)[5]) {
   return word;
 }
 
-/// Of the interface; a file refuses any other.
+/// Version of the interface; a file refuses any other.
 inline constexpr std::int32_t kInterfaceVersion = 73;
 /// Codes of stems.
 inline constexpr std::int32_t kMonoStem = 0;

@@ -18,7 +18,8 @@ class MidiFeeder {
   MidiFeeder(const MidiFeeder&) = delete;
   MidiFeeder& operator=(const MidiFeeder&) = delete;
 
-  /// All messages before that frame are with the process when it returns. How many they were.
+  /// Hands over all messages before that frame. The process has them when this returns their
+  /// number.
   std::size_t deliverUntil(std::int64_t frame);
 
  private:

@@ -143,11 +143,11 @@ void HostedProcess::set(const std::string& setting) {
         "\"" + value + "\" in \"" + setting + "\" is no number from 0 to 1; give one, such as 0.5",
         kExitWrongUsage);
   }
-  std::array<char, 32> plain{};  // hexadecimal and the like are the command line's alone
+  std::array<char, 32> plain{};  // the control reads decimals alone, the command line more
   std::to_chars(plain.data(), plain.data() + plain.size() - 1, number);
   const std::int32_t wanted = routines().textToValue(get(), index, plain.data());
   routines().setControl(get(), index, wanted);
-  constexpr std::int64_t kRounding = 1000;  // on the way through a float
+  constexpr std::int64_t kRounding = 1000;  // the value is a float on its way
   if (std::abs(std::int64_t{routines().getControl(get(), index)} - wanted) > kRounding) {
     throw Failure("control " + std::to_string(index) + " (" + controlName(index) +
                       ") takes no value; choose another",

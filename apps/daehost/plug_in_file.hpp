@@ -11,7 +11,7 @@
 
 namespace zum {
 
-/// Open from its making on. Throws Failure.
+/// Opened by the constructor. Throws Failure.
 class PlugInFile {
  public:
   explicit PlugInFile(const std::filesystem::path& path);
@@ -39,10 +39,10 @@ class HostedProcess {
   ProcessHandle* get() const { return process.get(); }
 
   std::string controlName(std::int32_t index) const;
-  /// By its name, in any case, or by its index.
+  /// The index of the control of that name, in any case, or of that index.
   std::int32_t findControl(const std::string& text) const;
   std::string controlText(std::int32_t index) const;
-  /// "NAME=VALUE", the value as the control reads it.
+  /// Takes "NAME=VALUE", the value as the control reads it.
   void set(const std::string& setting);
 
   /// A whole session record, header and all.

@@ -42,7 +42,7 @@ class HostWindow final : public PassiveWindowEvents {
   std::unique_ptr<NativeWindow> window;
 };
 
-/// As much as has gone by; less after a halt.
+/// Plays the silence up to frame `until`; after a halt, only the first part of it.
 void playSilence(HostedProcess& process, std::array<std::vector<float>, 3>& channels,
                  std::int64_t until) {
   const std::int64_t due = until - process.position;

@@ -1,5 +1,5 @@
-// Two bars of stereo sound that bite their own tail; every instrument of zum-loops renders into
-// one.
+// Two bars of stereo sound whose end runs on into their beginning; every instrument of zum-loops
+// renders into one.
 #pragma once
 
 #include <algorithm>

@@ -26,7 +26,7 @@ class AudioInput {
 
   int sampleRate() const { return info.samplerate; }
   int format() const { return info.format; }
-  /// 0 when the file does not tell, as in a stream.
+  /// The length; 0 when the file does not tell it, as in a stream.
   sf_count_t frames() const { return info.frames == SF_COUNT_MAX ? 0 : info.frames; }
   /// Title, artist and the like, by libsndfile's numbers.
   std::vector<std::pair<int, std::string>> texts() const;

@@ -23,7 +23,7 @@ class AudioOutput {
 
   /// Tells of samples so far that clip.
   void warnOfDamage() const;
-  /// Of the finite samples so far.
+  /// The highest magnitude of the finite samples so far.
   float peak() const { return highest; }
 
  private:

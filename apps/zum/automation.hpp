@@ -15,7 +15,8 @@ class AutomationCurve {
 
   int tag() const { return parameter; }
   const std::filesystem::path& file() const { return source; }
-  /// Linear between the points, constant before and after them. Times must not fall between calls.
+  /// The value at `time`: linear between the points, constant before and after them. Times must not
+  /// fall between calls.
   float valueAt(double time);
 
  private:

@@ -75,7 +75,7 @@ int runCommandLine(int argc, char** argv, const char* name, const char* descript
   try {
     CLI::App app(description, name);
     for (const AddToCommandLine add : commands) add(app);
-    app.require_subcommand(0, 1);  // none is reported behind what else is wrong
+    app.require_subcommand(0, 1);  // runToTheEnd() refuses 0, behind all other faults
     return runToTheEnd(app, argc, argv);
   } catch (const Interruption& interruption) {
     endBy(interruption);

@@ -55,7 +55,7 @@ class Window {
 
   void idle() { host.idleEditor(); }
   bool isGone() const { return frame().isGone(); }
-  /// As drawn last.
+  /// Writes the window as it was drawn last.
   void writePicture(TemporaryFile& file, const std::filesystem::path& name) const {
     // The frame wants a name to write to, and the file does not have its own yet.
     if (!frame().writePicture("/proc/self/fd/" + std::to_string(file.descriptor()))) {
@@ -91,7 +91,7 @@ void edit(const EditOptions& options) {
       picture.reset();
     }
     if (options.seconds > 0.0 && shown.count() >= options.seconds) break;
-    next = std::max(next + kTick, Clock::now());  // ticks that were missed stay so
+    next = std::max(next + kTick, Clock::now());  // missed ticks are not made up for
   }
   if (picture) window.writePicture(*picture, options.picture);  // it was closed early
 }

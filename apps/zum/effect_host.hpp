@@ -34,7 +34,7 @@ class EffectHost {
   /// Some thirty times a second.
   void idleEditor() { dispatch(effEditIdle); }
   void closeEditor() { dispatch(effEditClose); }
-  /// For what no host can see.
+  /// For an EffectView of what no host can see.
   const AEffect& record() const { return *effect; }
 
  private:

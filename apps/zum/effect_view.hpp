@@ -34,16 +34,16 @@ class EffectView {
  public:
   explicit EffectView(const AEffect& record);
 
-  /// Of the last control pass so far.
+  /// What the last control pass came to.
   ControlPassResults results() const;
   /// Fills the sequencer's steps with `values`, again and again; not empty.
   void setSteps(std::span<const float> values);
   std::vector<BankEntry> bank() const;
-  // Both as the window loads a preset; false for one that is refused.
-  /// Of a file, by its full path in the internal form, which names the preset.
+  // Both load as the window does; false for a preset that is refused.
+  /// `path` is full, in the internal form, and names the preset.
   bool loadPresetFile(const std::string& path);
   bool loadProgram(int folder, int program);
-  /// Of a file that is known to be one, by its path in the internal form.
+  /// `path`, in the internal form, is of a file that is known to be a map.
   void loadControllerMap(const std::string& path);
   /// As if it had been learned. Controller -1 is channel pressure.
   void bind(int controller, int tag);

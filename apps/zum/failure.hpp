@@ -17,7 +17,7 @@ struct Failure : std::runtime_error {
   int exitCode;
 };
 
-/// As its messages begin; set once, at the program's start.
+/// What messages begin with; set once, at the program's start.
 inline const char* programName = "zum";
 
 // Each prints one line on standard error, whatever file names and the like are in the text.

@@ -83,7 +83,8 @@ std::optional<std::string> textOf(KvRegistryKey& key, const char* name) {
   return buffer.data();
 }
 
-// A folder stays that the user chose: it is a real place, and no part of the content that was.
+// True for a folder that the user chose: an absolute path outside of the content that was
+// registered before.
 bool staysAsChosen(const std::string& path, const std::optional<std::string>& oldContent,
                    const std::string& content) {
   if (!isAbsolutePath(path)) return false;
@@ -95,7 +96,7 @@ void registerContent(const std::string& content) {
   struct {
     const char* name;
     std::string path;
-    bool follows;  // the content that was registered, in any case
+    bool follows;  // moves to the new content, whatever the user chose
     std::optional<std::string> earlier{};
   } folders[] = {{kInstallPath, content, true},
                  {kContentPath, content, true},
@@ -105,7 +106,7 @@ void registerContent(const std::string& content) {
   const RegistryStore::OneWait oneWait;
   KvRegistryKey key(libraryRecord().product);
   for (auto& folder : folders) folder.earlier = textOf(key, folder.name);
-  // Or the next start would fill in the folders anew, as this one may.
+  // Done now, or the next start of the effect would fill in the folders anew.
   initSettings([](int, float) {});
   auto oldContent = textOf(key, kContentPath);
   if (oldContent) ensureTrailingBackslash(*oldContent);

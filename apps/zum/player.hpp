@@ -16,7 +16,7 @@ class Player {
 
   /// Plays from now on. Both outlive it, and nobody else uses the loop or processes.
   Player(EffectHost& effectHost, SoundLoop& played);
-  /// Behind the block that is at work.
+  /// Ends behind the block that is at work.
   ~Player();
   Player(const Player&) = delete;
   Player& operator=(const Player&) = delete;

@@ -26,7 +26,7 @@ struct PresetDocument {
   KvTableXY steps;
   std::array<std::vector<Binding>, preset::kControllers> controllers;
   std::vector<Binding> aftertouch;
-  /// What a file made from this document will not have, in words.
+  /// Says what a file made from this document will lack.
   std::vector<std::string> remarks;
 };
 

@@ -14,7 +14,7 @@ constexpr std::size_t kMostFrames = std::size_t{512} * kReadFrames;  // 256 MB
 
 }  // namespace
 
-// Not by the length that the file tells: a stream tells none.
+// Reads up to the end, not by the length that the file tells: a stream tells none.
 SoundLoop::SoundLoop(const std::filesystem::path& path) {
   AudioInput input(path);
   rate = input.sampleRate();

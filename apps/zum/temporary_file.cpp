@@ -62,7 +62,7 @@ TemporaryFile::TemporaryFile(const std::filesystem::path& destination) {
     refuse(destination, std::strerror(errno) +
                             std::string("; choose a folder that exists and that you can write to"));
   }
-  fchmod(file, modeFor(target.c_str()));  // some file systems have no modes: then as it is
+  fchmod(file, modeFor(target.c_str()));  // fails on file systems without modes, which is fine
 }
 
 TemporaryFile::~TemporaryFile() {
