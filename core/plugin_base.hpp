@@ -5,6 +5,8 @@
 
 namespace zum {
 
+inline constexpr const char* kVendor = "Zelvane";
+
 /// Gives an object an allocation that starts on a cache line.
 struct alignas(64) KvAligned {};
 

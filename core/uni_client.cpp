@@ -1,4 +1,4 @@
-// Construction, and what a host asks of the effect outside of the block.
+// Construction, the block call, and what a host asks of the effect.
 
 #include "core/uni_client.hpp"
 
@@ -7,18 +7,21 @@
 #include <cstring>
 #include <exception>
 
-#include "core/create_effect.hpp"
 #include "core/host_text.hpp"
-#include "platform/file_dialogs.hpp"
-#include "platform/message_box.hpp"
+#include "core/tags.hpp"
+#include "engine/shared_value.hpp"
+#include "platform/files.hpp"
+#include "platform/random_source.hpp"
 #include "platform/registry_store.hpp"
+#include "state/file_chooser.hpp"
+#include "state/library_record.hpp"
 
 namespace zum {
 namespace {
 
-constexpr const char* kVendor = "Zelvane";
 constexpr const char* kProduct = "ZUM";
 constexpr const char* kNoParameter = "empty";
+constexpr std::int32_t kTempoOfPreset = 50;  // private opcode of hosts of our own
 
 /// "%f" whatever the host's locale says: six digits behind a point.
 void showValue(char* text, float value, const char* label) {
@@ -30,59 +33,57 @@ void showValue(char* text, float value, const char* label) {
   copyText(text, shown.data(), kHostTextRoom);
 }
 
+void silence(float** outputs, std::int32_t frames) ZUM_REALTIME {
+  if (outputs == nullptr || frames <= 0) return;
+  for (int channel = 0; channel < 2; ++channel) {
+    if (outputs[channel] != nullptr) std::fill_n(outputs[channel], frames, 0.0F);
+  }
+}
+
+bool complete(const float* const* channels) ZUM_REALTIME {
+  return channels != nullptr && channels[0] != nullptr && channels[1] != nullptr;
+}
+
+bool isHostIndex(std::int32_t index) { return index >= 0 && index < kHostParameters; }
+
 }  // namespace
 
+// ---- construction
+
 KvUniClient::KvUniClient(audioMasterCallback host, EditorFactory makeEditor)
-    : KvPluginBase(host, kPrograms, kHostParameters),
-      clock(bufferRegistry, tempoListeners),
-      mouseArea([this] {
-        std::array<float*, KvMouseAreaChunk::kCount> words{};
-        std::transform(engine.controls.mouseArea.begin(), engine.controls.mouseArea.end(),
-                       words.begin(), [](float& word) { return &word; });
-        return words;
-      }()) {
+    : KvPluginBase(host, kPrograms, kHostParameters) {
   const RegistryStore::OneWait oneWait;  // for settings that another program keeps locked
-  constructRecords();
   readHostNames();
-  timeRecord = std::make_unique<VstTimeInfo>();
   setFixedFacts();
   clock.setControlInterval(Engine::kControlFrames);
   clock.controlCounter = Engine::kControlFrames;  // the very first frame runs a control pass
   clock.setSampleRate(clock.sampleRate);
   for (const BufferRecord& buffer : engine.buffers()) bufferRegistry.push_back(buffer);
-  controllerMap.reserve();
-  buildLinks();
-  readSettings();
-  if (makeEditor != nullptr) setEditor(makeEditor(*this));
+  initSettings([this](int index, float value) { switches.set(index, value); });
+  if (makeEditor != nullptr) {
+    EffectEditor* made = makeEditor(*this);
+    setEditor(made);
+    window.connect(made);
+  }
   recomputeEngine(false);
   loadDefaults();
   setNumPrograms(kPrograms);
 }
 
 KvUniClient::~KvUniClient() {
-  cancelFileQuestions(this);
-  cancelMessages(this);
+  dialogs.cancel();
   // Not with the base: the window shows what goes here.
+  window.connect(nullptr);
   delete getEditor();
   setEditor(nullptr);
 }
 
-void KvUniClient::constructRecords() {
-  const auto rows = parameterRows();
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    records[i].id = rows[i].id;
-    records[i].tag = rows[i].tag;
-    records[i].name = rows[i].name;
-  }
-}
-
 void KvUniClient::readHostNames() {
-  char text[256];
-  getHostVendorString(text);
-  hostIsFxpansion = std::strcmp(text, "FXpansion") == 0;
-  hostIsOwn = std::strcmp(text, kVendor) == 0;
-  getHostProductString(text);
-  hostIsAcid = std::strcmp(text, "Sony ACID Pro") == 0;
+  char vendor[256];
+  char product[256];
+  getHostVendorString(vendor);
+  getHostProductString(product);
+  transport.setHost(vendor, product);
 }
 
 void KvUniClient::setFixedFacts() {
@@ -97,30 +98,85 @@ void KvUniClient::setFixedFacts() {
   setNumOutputs(2);
 }
 
+// Up to here there are no programs; none of what a user keeps can make the construction fail.
+void KvUniClient::loadDefaults() {
+  setNumPrograms(0);
+  const std::string root = presetRoot();
+  if (!root.empty()) {
+    makeFolders(root);
+    loadPresetFile((root + "default." + preset::kExtension).c_str(), 0, nullptr, false);
+  }
+  storeShared(position.folder, 0);
+  scanBank();
+}
+
+AEffect* createEffect(audioMasterCallback host, EditorFactory makeEditor) noexcept {
+  try {
+    return (new KvUniClient(host, makeEditor))->getAeffect();
+  } catch (const std::exception&) {
+    return nullptr;
+  }
+}
+
+// ---- the block
+
+void KvUniClient::processReplacing(float** inputs, float** outputs, std::int32_t frames)
+    ZUM_REALTIME {
+  StateGate::Block block(gate);
+  if (!block.isOpen()) {
+    silence(outputs, frames);
+    return midi.passBlock();
+  }
+  // An offline host gets its buffers back untouched.
+  if (getCurrentProcessLevel() == kVstProcessLevelOffline) {
+    block.leaveOffline();
+    return midi.passBlock();
+  }
+  transport.read(transport.isFed() ? &transport.adaptorTime() : getTimeInfo(Transport::kFilter));
+  midi.beginBlock();
+  if (frames > 0 && complete(inputs) && complete(outputs)) {
+    engine.process(inputs, outputs, frames, clock, *this);
+  }
+}
+
+void KvUniClient::beginControlPass() ZUM_REALTIME {
+  midi.takeDue(Engine::kControlFrames, bank);
+  if (transport.takeTempo()) recomputeEngine(true);
+}
+
+void KvUniClient::modPageMoved(float page) ZUM_REALTIME { setParameter(tag::modChoice, page); }
+
+void KvUniClient::recomputeEngine(bool keepBuffers) ZUM_REALTIME {
+  engine.recompute(clock, keepBuffers);
+  parameters.applyAllStored();
+}
+
+std::int32_t KvUniClient::processEvents(VstEvents* events) {
+  if (!transport.isFed()) midi.receive(*events);  // else the adaptor feeds the queue itself
+  return 1;
+}
+
 // Hosts promise that no block runs meanwhile, and say nothing of who loads a state on another
 // thread.
 void KvUniClient::suspend() {
-  const Silence silence(*this);
+  const StateGate::Silence silence(gate);
   clock.clearBuffers();
 }
 
 void KvUniClient::resume() {
   wantEvents();
-  const Silence silence(*this);
+  const StateGate::Silence silence(gate);
   engine.resetOutput();
 }
 
 void KvUniClient::setSampleRate(float rate) {
-  const Silence silence(*this);
+  const StateGate::Silence silence(gate);
   KvPluginBase::setSampleRate(rate);
   clock.setSampleRate(rate);
   recomputeEngine(false);
 }
 
-const KvParameter* KvUniClient::hostParameter(std::int32_t index) const ZUM_REALTIME {
-  return index >= 0 && index < kHostParameters ? hostTable[static_cast<std::size_t>(index)]
-                                               : nullptr;
-}
+// ---- parameters towards the host
 
 // Label and name are the same text: no parameter has a unit.
 void KvUniClient::getParameterLabel(std::int32_t index, char* text) {
@@ -128,12 +184,12 @@ void KvUniClient::getParameterLabel(std::int32_t index, char* text) {
 }
 
 void KvUniClient::getParameterName(std::int32_t index, char* text) {
-  const KvParameter* record = hostParameter(index);
+  const KvParameter* record = parameters.hostParameter(index);
   copyText(text, record != nullptr ? record->name : kNoParameter, kHostTextRoom);
 }
 
 void KvUniClient::getParameterDisplay(std::int32_t index, char* text) {
-  const KvParameter* record = hostParameter(index);
+  const KvParameter* record = parameters.hostParameter(index);
   if (record == nullptr) {
     copyText(text, kNoParameter, kHostTextRoom);
   } else {
@@ -142,7 +198,7 @@ void KvUniClient::getParameterDisplay(std::int32_t index, char* text) {
 }
 
 bool KvUniClient::getParameterProperties(std::int32_t index, VstParameterProperties* properties) {
-  const KvParameter* record = hostParameter(index);
+  const KvParameter* record = parameters.hostParameter(index);
   properties->flags = 0;
   copyText(properties->label, record != nullptr ? record->name : kNoParameter,
            sizeof properties->label);
@@ -152,9 +208,34 @@ bool KvUniClient::getParameterProperties(std::int32_t index, VstParameterPropert
   return record != nullptr;
 }
 
+void KvUniClient::setParameterAutomated(std::int32_t index, float value) {
+  if (isHostIndex(index)) KvPluginBase::setParameterAutomated(index, value);
+}
+
+bool KvUniClient::beginEdit(std::int32_t index) {
+  return isHostIndex(index) && KvPluginBase::beginEdit(index);
+}
+
+bool KvUniClient::endEdit(std::int32_t index) {
+  return isHostIndex(index) && KvPluginBase::endEdit(index);
+}
+
+void KvUniClient::randomise(SystemRandom& random) {
+  for (std::int32_t tag = 0; tag < kHostParameters; ++tag) {
+    const KvParameter* record = parameters.hostParameter(tag);
+    if (record == nullptr) continue;
+    const float moved = ParameterStore::moved(*record, random);
+    beginEdit(tag);
+    setParameterAutomated(tag, moved);
+    endEdit(tag);
+  }
+}
+
+// ---- what the effect is
+
 bool KvUniClient::getOutputProperties(std::int32_t /*index*/, VstPinProperties* properties) {
   properties->flags = kVstPinIsActive | kVstPinIsStereo;
-  return hostIsAcid;
+  return transport.host().isAcid;
 }
 
 bool KvUniClient::getEffectName(char* name) {
@@ -191,18 +272,6 @@ std::int32_t KvUniClient::canDo(const char* text) {
 // No sound outlasts the input by a time that a host could wait for.
 std::int32_t KvUniClient::getGetTailSize() { return truncate(loadShared(sampleRate) * 0.0F); }
 
-bool KvUniClient::beginEdit(std::int32_t index) {
-  return index >= 0 && index < kHostParameters && KvPluginBase::beginEdit(index);
-}
-
-bool KvUniClient::endEdit(std::int32_t index) {
-  return index >= 0 && index < kHostParameters && KvPluginBase::endEdit(index);
-}
-
-EffectEditor* KvUniClient::effectEditor() const ZUM_REALTIME {
-  return static_cast<EffectEditor*>(editor);
-}
-
 void KvUniClient::raiseAbout() {
   if (EffectEditor* shown = effectEditor()) shown->raiseAbout();
 }
@@ -216,11 +285,127 @@ bool KvUniClient::aboutIsOpen() const {
   return shown != nullptr && shown->aboutIsOpen();
 }
 
-AEffect* createEffect(audioMasterCallback host, EditorFactory makeEditor) noexcept {
-  try {
-    return (new KvUniClient(host, makeEditor))->getAeffect();
-  } catch (const std::exception&) {
-    return nullptr;
+// ---- states and presets
+
+std::int32_t KvUniClient::getChunk(void** data, bool /*isPreset*/) { return desk.writeState(data); }
+
+std::int32_t KvUniClient::setChunk(const void* data, std::int32_t byteSize, bool /*isPreset*/) {
+  KvChunk state;
+  state.borrow(data, static_cast<std::uint32_t>(byteSize > 0 ? byteSize / 4 : 0));
+  desk.load(state, 0, {.restoreAll = true, .findPath = true, .storesRevertPoint = true});
+  return 1;
+}
+
+// At the first program, and at none, the name is that of the state.
+void KvUniClient::getProgramName(char* name) {
+  const std::int32_t program = loadShared(curProgram);
+  getProgramNameIndexed(0, program == 0 ? -1 : program, name);
+}
+
+bool KvUniClient::getProgramNameIndexed(std::int32_t /*category*/, std::int32_t index, char* text) {
+  if (index == -1) {
+    slot().name.copyTo(text, kVstMaxProgNameLen);
+  } else {
+    copyText(text, bank.programName(index).c_str(), kVstMaxProgNameLen);
+  }
+  return true;
+}
+
+void KvUniClient::presetTaken(float tempo) ZUM_REALTIME {
+  if (transport.host().isOwn) callHostInBlock(kTempoOfPreset, tempo);
+}
+
+void KvUniClient::loadPresetFile(const char* path, int slot, const char* extension, bool notify) {
+  if (!PresetDesk::isSlot(slot)) return;
+  if (path == nullptr) {
+    return dialogs.askWhatToLoad(extension, [this, slot, notify](const std::string& chosen) {
+      loadPresetFile(chosen.c_str(), slot, nullptr, notify);
+    });
+  }
+  if (files.load(path, slot) && notify) updateDisplay();
+}
+
+void KvUniClient::savePreset(const char* path, int slot, const char* extension, bool notify,
+                             const std::function<void()>& done) {
+  if (!PresetDesk::isSlot(slot)) return;
+  if (path == nullptr) {
+    return dialogs.askWhereToSave(extension, [this, slot, notify, done](const std::string& file) {
+      savePreset(file.c_str(), slot, nullptr, notify, done);
+    });
+  }
+  if (!files.save(path, slot)) return;
+  if (notify) updateDisplay();
+  if (done) done();
+}
+
+void KvUniClient::stepPreset(int slot, int direction) {
+  if (!PresetDesk::isSlot(slot)) return;
+  const std::optional<std::string> file = files.neighbour(slot, direction);
+  if (file) loadPresetFile(file->c_str(), slot, nullptr, true);
+}
+
+// The bank is read anew in any case: presets may have come or gone.
+void KvUniClient::choosePresetRoot(const std::function<void()>& done) {
+  dialogs.askForRoot(
+      presetRoot(),
+      [this, done](const std::string& chosen) {
+        bank.setRoot(chosen);
+        done();
+      },
+      [this, done] {
+        bank.scan();
+        done();
+      });
+}
+
+void KvUniClient::setOption(int index, int value, bool persist) {
+  if (!UserSwitches::exists(index)) return;
+  if (persist) writeSettingInt(kSwitches[static_cast<std::size_t>(index)].valueName, value);
+  switches.set(index, static_cast<float>(value));
+}
+
+template <class Edit>
+bool KvUniClient::editSteps(const Edit& edit) {
+  StateGate::Silence silence(gate, StateGate::Silence::Ends::withEveryMute);
+  if (silence.isComplete()) return edit();
+  silence.staysUntilAStateIsLoaded();
+  return false;
+}
+
+bool KvUniClient::setStepColumns(std::int32_t count) {
+  return editSteps([&] { return stepTable.setColumns(count); });
+}
+
+bool KvUniClient::setStepPages(std::int32_t count) {
+  return editSteps([&] { return stepTable.setPageCount(count); });
+}
+
+// ---- controller maps
+
+void KvUniClient::saveCcMap(const char* path) {
+  if (path == nullptr) {
+    return dialogs.askForMapToSave(
+        [this](const std::string& chosen) { saveCcMap(chosen.c_str()); });
+  }
+  const std::string file = path;
+  if (file == KvFileChooser::kNothing || file.size() < 2) return;
+  if (!midi.saveMap(file)) PresetDialogs::tell("saving cc map to " + file + " failed");
+}
+
+void KvUniClient::loadCcMap(const char* path) {
+  if (path == nullptr) {
+    return dialogs.askForMapToLoad(
+        [this](const std::string& chosen) { loadCcMap(chosen.c_str()); });
+  }
+  const std::string file = path;
+  if (file == KvFileChooser::kNothing) return;
+  switch (midi.loadMap(file)) {
+    case MidiIn::MapFile::taken:
+    case MidiIn::MapFile::ignored: return;
+    case MidiIn::MapFile::invalid: return PresetDialogs::tellInvalid();
+    case MidiIn::MapFile::newer:
+      return PresetDialogs::tell(std::string("midi map was written with a newer version of ") +
+                                 libraryRecord().product);
   }
 }
 

@@ -1,93 +1,59 @@
-// The effect object: the one thing that a host talks to. Owns every parameter record, the engine,
-// the timing block, the program bank and the editor. Its operations stand in one source each for
-// what the host asks, parameters, the block call, MIDI, states in memory, preset files and
-// programs.
+// The effect object: the one thing that a host talks to. It owns the rooms in which all of the
+// effect's work is done, says in which order they are made and passed through, and forwards: what a
+// host, the window or an adaptor asks for stands here under its name, and is done in a room.
 #pragma once
 
 #include <array>
-#include <atomic>
 #include <functional>
-#include <memory>
-#include <mutex>
 #include <string>
-#include <string_view>
-#include <utility>
 #include <vector>
 
-#include "core/controller_map.hpp"
+#include "core/bank_walk.hpp"
 #include "core/create_effect.hpp"
-#include "core/effect_editor.hpp"
-#include "core/event_inbox.hpp"
-#include "core/event_queue.hpp"
-#include "core/note_state.hpp"
-#include "core/parameter.hpp"
-#include "core/parameter_table.hpp"
+#include "core/editor_link.hpp"
+#include "core/file_desk.hpp"
+#include "core/midi_in.hpp"
+#include "core/parameter_store.hpp"
 #include "core/plugin_base.hpp"
+#include "core/preset_desk.hpp"
+#include "core/preset_dialogs.hpp"
+#include "core/state_gate.hpp"
+#include "core/transport.hpp"
+#include "core/user_switches.hpp"
 #include "engine/engine.hpp"
-#include "state/group_mask.hpp"
-#include "state/mouse_area_chunk.hpp"
-#include "state/preset_format.hpp"
-#include "state/settings.hpp"
-#include "state/shared_bank.hpp"
-#include "state/shared_text.hpp"
 #include "state/table_xy.hpp"
 
 namespace zum {
 
-/// What a readout shows beside a raw value. [any] aligned words
-struct Readouts {
-  float efGain = 0.0F;  // linear, 0 to 2
-  float efGainDb = 0.0F;
-  float lfoThreshold = 0.0F;  // linear
-  float lfoThresholdDb = 0.0F;
-  float glidePercent = 0.0F;
-};
-
-class MissingFiles;
 class SystemRandom;
 
-/// Where the current state of a slot came from. [any]
-struct PresetSlot {
-  SharedName name{"default"};
-  SharedText<4096> path;  // of the file
-  SharedText<1024> folder;
-};
-
-/// How a state is loaded.
-struct LoadFlags {
-  bool restoreAll = false;  // as a host's session: excluded parameters and program position, too
-  bool quiet = false;       // no messages
-  bool findPath = false;    // looks for the preset's file on disk
-  bool storesRevertPoint = false;
-  std::string_view title = {};  // in place of the preset's own name
-};
-
-class KvUniClient final : public KvPluginBase, public KvAligned, private ControlPassOwner {
+class KvUniClient final : public KvPluginBase,
+                          public KvAligned,
+                          private ControlPassOwner,
+                          private PresetHost {
  public:
   static constexpr std::int32_t kPrograms = 128;
-  static constexpr int kSlots = 1;
-  // Switches that outlast a session, by their index in the settings.
-  static constexpr int kIgnoreProgramChanges = 0;
-  static constexpr int kIsolateMap = 1;
+  static constexpr int kIgnoreProgramChanges = UserSwitches::kIgnoreProgramChanges;
+  static constexpr int kIsolateMap = UserSwitches::kIsolateMap;
 
   KvUniClient(audioMasterCallback host, EditorFactory makeEditor);
   /// What it asked the user is dropped, and its window closed.
   ~KvUniClient() override;
 
-  // [main] the host's operations
+  // ---- [main] the host's operations
   void suspend() override;
   void resume() override;
   void setSampleRate(float rate) override;
   /// Steps through the whole bank: behind a folder's end into the next folder, at both ends
   /// around.
-  void setProgram(std::int32_t index) override;
+  void setProgram(std::int32_t index) override { bank.setProgram(index); }
   void setProgramName(const char* /*name*/) override {}
   void getProgramName(char* name) override;
+  bool getProgramNameIndexed(std::int32_t category, std::int32_t index, char* text) override;
   void getParameterLabel(std::int32_t index, char* text) override;
   void getParameterDisplay(std::int32_t index, char* text) override;
   void getParameterName(std::int32_t index, char* text) override;
   bool getParameterProperties(std::int32_t index, VstParameterProperties* properties) override;
-  bool getProgramNameIndexed(std::int32_t category, std::int32_t index, char* text) override;
   bool getOutputProperties(std::int32_t index, VstPinProperties* properties) override;
   /// The state as the bytes of a preset file. They stay valid until the next call.
   std::int32_t getChunk(void** data, bool isPreset) override;
@@ -107,16 +73,32 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   void openManual() override;
   bool aboutIsOpen() const override;
 
-  // [any] parameters, by control tag
-  void setParameter(std::int32_t tag, float value) ZUM_REALTIME override;
-  float getParameter(std::int32_t index) ZUM_REALTIME override;
+  // ---- parameters
+  /// [any] By control tag.
+  void setParameter(std::int32_t tag, float value) ZUM_REALTIME override {
+    parameters.setParameter(tag, value);
+  }
+  /// [any]
+  float getParameter(std::int32_t index) ZUM_REALTIME override {
+    return parameters.hostValue(index);
+  }
   void setParameterAutomated(std::int32_t index, float value) override;
+  /// [any] The stored forms of a row's value; of a tag without one, nothing that ever moves.
+  const ControlValue& value(int tag) const ZUM_REALTIME { return parameters.value(tag); }
+  /// [main] The tab strip as it is pressed just now: left and right button, x, y, Shift, Control.
+  void setMouseArea(const std::array<float, KvMouseAreaChunk::kCount>& words) {
+    parameters.setMouseArea(words);
+  }
+  /// [main] Every parameter of the host's moves by chance, as far as its range for that goes.
+  void randomise(SystemRandom& random);
 
-  // [main] presets. What is refused changes nothing; messages tell of it.
+  // ---- [main] presets. What is refused changes nothing; messages tell of it.
   /// Fills the chunk with the state of a slot. False when there is no such slot.
-  bool writePreset(KvChunk& chunk, int slot);
+  bool writePreset(KvChunk& chunk, int slot) { return desk.write(chunk, slot); }
   /// Takes a state over, in silence. False when it is refused.
-  bool loadPreset(const KvChunk& preset, int slot, LoadFlags flags);
+  bool loadPreset(const KvChunk& preset, int slot, const LoadFlags& flags) {
+    return desk.load(preset, slot, flags);
+  }
   /// A null path asks the user and goes on with the answer, a null extension is that of presets.
   /// `notify` tells the host, `done` is called when the file is written, and is a program where it
   /// lies in the bank's tree.
@@ -127,37 +109,35 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   void nextPreset(int slot) { stepPreset(slot, 1); }
   void previousPreset(int slot) { stepPreset(slot, -1); }
   /// Any program of a folder of several.
-  void randomPreset();
-  void storeRevertPoint();
-  void revertToStored();
+  void randomPreset() { bank.playAny(); }
+  void storeRevertPoint() { desk.storeRevertPoint(); }
+  void revertToStored() { desk.revertToStored(); }
   /// Reads the bank anew from the folder of the settings.
-  void scanBank();
-  /// Root of the preset tree with a backslash at its end; empty for none, and for one that would
-  /// lie in whatever folder the host runs in.
-  static std::string presetRoot();
+  void scanBank() { bank.scan(); }
+  /// Root of the preset tree with a backslash at its end; empty for none.
+  static std::string presetRoot() { return PresetDesk::root(); }
   /// Asks for another root of the preset tree, and reads the bank from it. `done` follows also
   /// when none was chosen.
   void choosePresetRoot(const std::function<void()>& done);
   /// Back to the presets that came with the content; a message where none are installed.
-  void resetPresetRoot();
-  /// Every parameter of the host's moves by chance, as far as its range for that goes.
-  void randomise(SystemRandom& random);
+  void resetPresetRoot() { bank.resetRoot(); }
   /// Switch 0 ignores program changes, switch 1 isolates the controller map from presets.
   /// `persist` keeps it in the settings.
   void setOption(int index, int value, bool persist);
+  float option(int index) const { return switches.get(index); }
   // Sizes of the step table. False when the block call did not end in time: then the effect stays
   // silent until a state is loaded.
   bool setStepColumns(std::int32_t count);
   bool setStepPages(std::int32_t count);
 
-  // [main] MIDI learn and controller maps
+  // ---- [main] MIDI learn and controller maps
   /// The next controller, or pressure, moves the parameter from now on. False for a tag that there
   /// is not.
-  bool beginLearn(std::int32_t tag);
-  void endLearn();
+  bool beginLearn(std::int32_t tag) { return midi.beginLearn(tag); }
+  void endLearn() { midi.endLearn(); }
   /// What was learned of the parameter, by controllers; pressure keeps it.
-  void clearBindings(std::int32_t tag);
-  void clearAllBindings();
+  void clearBindings(std::int32_t tag) { midi.clearBindings(tag); }
+  void clearAllBindings() { midi.clearAllBindings(); }
   /// A null path asks the user and goes on with the answer.
   void saveCcMap(const char* path);
   void loadCcMap(const char* path);
@@ -165,202 +145,77 @@ class KvUniClient final : public KvPluginBase, public KvAligned, private Control
   /// [host] One thread at a time, which need not be that of the block. Always 1.
   std::int32_t processEvents(VstEvents* events) override;
 
-  // [audio]
-  /// What is due in a control pass.
-  void handleEvent(const EngineEvent& event) ZUM_REALTIME;
-  /// The program of that number in the folder for MIDI, from memory.
-  void playMidiProgram(int index) ZUM_REALTIME;
+  // ---- [audio]
   void processReplacing(float** inputs, float** outputs, std::int32_t frames) ZUM_REALTIME override;
-
+  /// What is due in a control pass.
+  void handleEvent(const EngineEvent& event) ZUM_REALTIME { midi.handle(event, bank); }
+  /// The program of that number in the folder for MIDI, from memory.
+  void playMidiProgram(int index) ZUM_REALTIME { bank.playMidiProgram(index); }
   /// Every constant of sample rate and tempo, and every stored parameter set anew.
   void recomputeEngine(bool keepBuffers) ZUM_REALTIME;
 
-  /// Set while a state is replaced or the engine set anew: blocks are silent and touch nothing.
-  std::atomic<bool> muteRequest{false};
-  /// Set while a block runs; stays set behind a block that the host took offline.
-  std::atomic<bool> inProcess{false};
-  /// Set by an adaptor that fills `timeRecord` and feeds events itself.
-  std::atomic<bool> adaptorTransport{false};
-
-  /// [any] The last block was left as the host gave it.
-  bool isOffline() const { return offline.load(std::memory_order_relaxed); }
-
+  // ---- [any] what the window and hosts of our own look at
+  bool isOffline() const { return gate.isOffline(); }
   const KvSystemInfo& timing() const { return clock; }
   const EngineControls& controls() const { return engine.controls; }
-  const Readouts& readouts() const { return readout; }
-  GroupMask& groups() { return groupMask; }
   const Engine& signal() const { return engine; }
+  const Readouts& readouts() const { return parameters.readouts(); }
+  GroupMask& groups() { return parameters.groups(); }
   KvTableXY& steps() { return stepTable; }
-  /// [any] The stored forms of a row's value; of a tag without one, nothing that ever moves.
-  const ControlValue& value(int tag) const ZUM_REALTIME;
   /// The tag that learns, -1 for none.
-  const std::atomic<std::int32_t>& learning() const { return learnTarget; }
-  /// [main] The tab strip as it is pressed just now: left and right button, x, y, Shift, Control.
-  void setMouseArea(const std::array<float, KvMouseAreaChunk::kCount>& words);
-  ControllerMap& controllers() { return controllerMap; }
-  const PresetSlot& slot() const { return slots[0]; }
-  const NoteState& played() const { return noteState; }
-  EventQueue& eventQueue() { return events; }
+  const std::atomic<std::int32_t>& learning() const { return midi.learning(); }
+  ControllerMap& controllers() { return midi.map(); }
   /// The last value of a controller, 0 to 1.
-  float controllerValue(int number) const {
-    return loadShared(controllerValues[static_cast<std::size_t>(number)]);
-  }
-  std::int32_t currentFolder() const { return loadShared(curFolder); }
-  float option(int index) const { return loadShared(options[static_cast<std::size_t>(index)]); }
+  float controllerValue(int number) const { return midi.controllerValue(number); }
+  const NoteState& played() const { return midi.played(); }
+  EventQueue& eventQueue() { return midi.queue(); }
+  const PresetSlot& slot() const { return desk.slot(); }
+  std::int32_t currentFolder() const { return loadShared(position.folder); }
   /// [any but audio]
-  SharedBank::Held programs() const { return bank.get(); }
-  VstTimeInfo& adaptorTime() { return *timeRecord; }
+  SharedBank::Held programs() const { return bank.programs(); }
+  VstTimeInfo& adaptorTime() { return transport.adaptorTime(); }
 
  private:
-  class StateSource;
-  class PresetCheck;
-  class PresetIntake;
-  /// The loaders' turn, and no block at work while it lasts. A mute that was there before stays.
-  class Silence {
-   public:
-    explicit Silence(KvUniClient& owner);
-    ~Silence() { effect.muteRequest.store(muted); }
-    Silence(const Silence&) = delete;
-    Silence& operator=(const Silence&) = delete;
-
-   private:
-    KvUniClient& effect;
-    const std::lock_guard<std::recursive_mutex> turn;
-    const bool muted;
-  };
-  /// Room that a state asks for.
-  struct PresetNeeds {
-    ControllerMap::Counts bindings{};
-    std::size_t objectWords = 0;
-  };
-
   // steps of the construction, in their order
-  void constructRecords();
   void readHostNames();
   void setFixedFacts();
-  void buildLinks();
-  void readSettings();
   void loadDefaults();
 
-  static bool isSlot(int slot) ZUM_REALTIME { return slot >= 0 && slot < kSlots; }
-  PresetFault checkPreset(const KvChunk& preset, int slot, PresetNeeds& needs) ZUM_REALTIME;
-  PresetFault checkProgram(const BankPreset& program, PresetNeeds& needs);
-  static void tellFault(const PresetFault& fault);
-  /// False, and a message, for a preset that is refused.
-  bool accepts(const KvChunk& preset, int slot, bool quiet, PresetNeeds& needs);
-  /// Under the loaders' turn. False when the memory does not suffice.
-  bool replaceState(const KvChunk& preset, int slot, const PresetNeeds& needs, bool restoreAll,
-                    bool quiet, std::string_view title);
-  void updateEditor() ZUM_REALTIME;
-  bool reserve(const PresetNeeds& needs) noexcept;
-  /// In silence, so that no block writes into what grows; without it where there is room. False
-  /// when the memory does not suffice.
-  bool makeRoom(const PresetNeeds& needs);
-  ControllerMap::Read takeCcMap(KvChunk& map);
-  bool hasRoomFor(const PresetNeeds& needs) const ZUM_REALTIME;
-  /// `missing` is null on the audio thread, where nobody can look for files.
-  void takePreset(const KvChunk& preset, int slot, bool restoreAll, MissingFiles* missing,
-                  std::string_view title) ZUM_REALTIME;
-  /// Silence from here on. False when a block is still at work after half a second, or, unless
-  /// `waitsForOffline`, when the last block was left offline: it cannot tell that from one at work.
-  bool silenceBlocks(bool waitsForOffline = true);
+  void stepPreset(int slot, int direction);
   template <class Edit>
   bool editSteps(const Edit& edit);
-  void askWhereToSave(int slot, const std::string& extension, bool notify,
-                      const std::function<void()>& done);
-  bool writePresetFile(const std::string& file, int slot);
-  void stepPreset(int slot, int direction);
-  /// Path and folder of a slot after a file, or after where a search finds it.
-  void takeOrigin(int slot, const std::string& file);
-  void findOrigin(int slot);
-  void setPresetRoot(std::string root);
-  /// Reads a new bank by `scan`, which gets it with what it checks presets by. The old one stays
-  /// where the memory does not suffice.
-  void readBank(const std::function<void(KvProgramBank&, const KvProgramBank::Check&)>& scan);
-  void setBank(const SharedBank::Held& newBank);
-  /// A file that was written plays as it is from now on, where it is a program. Reads one folder.
-  void readBankBehind(const std::string& file);
-  /// In the bank that is in use: the program of that place, or the neighbour folder's.
-  const BankPreset* moveTo(const KvProgramBank& all, std::int32_t index);
-  /// The program position goes where the current file lies in the bank, if it does.
-  void takePosition();
+  EffectEditor* effectEditor() const { return window.get(); }
 
-  const KvParameter* hostParameter(std::int32_t index) const ZUM_REALTIME;
-  const ControlValue& valueOf(int row) const ZUM_REALTIME;
-  ControlValue& valueOf(int row) ZUM_REALTIME {
-    return const_cast<ControlValue&>(std::as_const(*this).valueOf(row));
-  }
-  /// Derives the forms of a row's value, which stands as it is.
-  void applyValue(int row, float value) ZUM_REALTIME;
-  /// Derives the forms of the stored value anew.
-  void applyStored(int row) ZUM_REALTIME;
-  void multiplySequence(ControlValue& amount) ZUM_REALTIME;
-  void setVowel(VowelFormants& formants, float value) ZUM_REALTIME;
-  void pressReset(int row, float position) ZUM_REALTIME;
-  void requestFullRedraw() ZUM_REALTIME;
-  EffectEditor* effectEditor() const ZUM_REALTIME;
-
-  /// Of what arrives just now.
-  bool isShut(EngineEvent::Code code) const ZUM_REALTIME;
-  void takeDueEvents() ZUM_REALTIME;
-  void moveController(std::int32_t number, std::int32_t data) ZUM_REALTIME;
-  void learnAndMove(BindingList& list, float value) ZUM_REALTIME;
-
-  void readTransport() ZUM_REALTIME;
-  void takeTempo() ZUM_REALTIME;
+  // The engine's and the desk's calls into their owner.
   void beginControlPass() ZUM_REALTIME override;
   void modPageMoved(float position) ZUM_REALTIME override;
-  float stepValue(std::int32_t step) ZUM_REALTIME override;
+  float stepValue(std::int32_t step) ZUM_REALTIME override { return stepTable.getValue(step, 0); }
+  void presetTaken(float tempo) ZUM_REALTIME override;
 
-  // parameter lists, in the order of construction
-  std::vector<KvParameter*> allRecords;
-  std::vector<KvParameter*> presetRecords;
-  std::vector<KvParameter*> frequencyRecords;
-  std::array<KvParameter*, kHostParameters> hostTable{};
-
-  // timing block and its registries
+  // A room knows those above it alone.
   std::vector<BufferRecord> bufferRegistry;
   std::vector<TempoListener*> tempoListeners;
-  KvSystemInfo clock;
-  double workingTempo = 120.0;  // of this block, beats per minute
-
-  // MIDI
-  EventInbox inbox;
-  EventQueue events;
-  NoteState noteState;
-  std::array<float, preset::kControllers> controllerValues{};
-  std::atomic<std::int32_t> learnTarget{-1};  // tag that learns, -1 for none
-
-  // states
-  std::array<PresetSlot, kSlots> slots;
-  std::int32_t curFolder = 0;
-  KvChunk stateChunk;   // what the host was given last
-  KvChunk revertChunk;  // snapshot
-  std::string revertName = "default";
-  ControllerMap controllerMap;
-  std::array<float, kSwitches.size()> options = {1.0F, 0.0F};
-  /// Of those who replace states; never taken by the audio thread.
-  std::recursive_mutex loadTurn;
-  /// Twice the number of presets that were taken over; odd while one is.
-  std::atomic<std::uint32_t> intakes{0};
-  SharedBank bank{std::make_shared<const KvProgramBank>(preset::kExtension)};
-  std::string fullRoot;  // of a tree that the bank has no room for, once told
-
-  // host flags
-  std::atomic<bool> offline{false};
-  bool hostIsFxpansion = false;  // stored, nothing reads it
-  bool hostIsOwn = false;
-  bool hostIsAcid = false;
-
-  std::array<KvParameter, kParameterRows> records{};
-  std::array<ControlValue, kParameterRows - kPresetRows> windowValues{};
-  std::array<float, kParameterRows> resetMarks{};
-  Readouts readout;
-  GroupMask groupMask;
+  KvSystemInfo clock{bufferRegistry, tempoListeners};
   Engine engine;
   KvTableXY stepTable;
-  KvMouseAreaChunk mouseArea;
-  std::unique_ptr<VstTimeInfo> timeRecord;
+  EditorLink window;
+  UserSwitches switches;
+  StateGate gate;
+  Transport transport{clock};
+  ParameterStore parameters{engine, stepTable, window};
+  MidiIn midi{gate, parameters, switches};
+  ProgramPosition position{curProgram};
+  PresetDialogs dialogs;
+  PresetDesk desk{
+      {gate, parameters, midi.map(), stepTable, clock, position, switches, window, dialogs, *this}};
+  BankWalk bank{gate, desk, position, window};
+  FileDesk files{gate, desk, bank, window};
+
+ public:
+  // Under the names by which hosts of our own know them.
+  std::atomic<bool>& muteRequest = gate.muteRequest;
+  std::atomic<bool>& inProcess = gate.inProcess;
+  std::atomic<bool>& adaptorTransport = transport.adaptorTransport;
 };
 
 }  // namespace zum

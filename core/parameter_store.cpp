@@ -1,11 +1,12 @@
-// Parameters: the link step of the construction, and what a value does when it is set.
+#include "core/parameter_store.hpp"
 
 #include <algorithm>
 #include <bit>
 #include <cmath>
 
 #include "core/group_selector.hpp"
-#include "core/uni_client.hpp"
+#include "core/tags.hpp"
+#include "engine/formant_table.hpp"
 #include "engine/shared_value.hpp"
 #include "platform/random_source.hpp"
 
@@ -14,13 +15,11 @@ namespace {
 
 constexpr float kInitialMark = 0.5F;  // of position 0, so that setting stored values resets nothing
 
-/// Positions of the vowel selectors in Hz. The last entry is never reached.
-constexpr std::array<float, 10> formantOne = {320.0F,  500.0F,  700.0F,  1000.0F, 1500.0F,
-                                              1650.0F, 1800.0F, 2300.0F, 3200.0F, 3200.0F};
-constexpr std::array<float, 10> formantTwo = {800.0F, 1000.0F, 1150.0F, 1400.0F, 500.0F,
-                                              320.0F, 700.0F,  500.0F,  320.0F,  320.0F};
-
 constexpr ControlValue kNoValue;
+
+const ParameterRow& rowAt(int row) ZUM_REALTIME {
+  return parameterRows()[static_cast<std::size_t>(row)];
+}
 
 int stepPosition(const ParameterRow& row, float value) ZUM_REALTIME {
   const int last = row.positions - 1;
@@ -42,46 +41,48 @@ void storePosition(ControlValue& control, int position) ZUM_REALTIME {
 
 }  // namespace
 
-void KvUniClient::buildLinks() {
-  const auto rows = parameterRows();
+ParameterStore::ParameterStore(Engine& signal, KvTableXY& steps, const EditorLink& shown)
+    : engine(signal), window(shown), mouseArea([&signal] {
+        std::array<float*, KvMouseAreaChunk::kCount> words{};
+        std::transform(signal.controls.mouseArea.begin(), signal.controls.mouseArea.end(),
+                       words.begin(), [](float& word) { return &word; });
+        return words;
+      }()) {
   resetMarks.fill(kInitialMark);
+  const auto rows = parameterRows();
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const ParameterRow& row = rows[i];
     KvParameter& record = records[i];
-    allRecords.push_back(&record);
-    if (row.id >= 0) presetRecords.push_back(&record);
+    record.id = row.id;
+    record.tag = row.tag;
+    record.name = row.name;
     record.randomRange = isAmount(row.rule) ? 0.25F : 1.0F;
-    if (row.rule != Rule::table) {
-      ControlValue& control = valueOf(static_cast<int>(i));
+    if (isSwitch(row.rule)) record.flags = KvParameter::kSwitch;
+    if (row.rule == Rule::table) {
+      record.object = &steps;
+    } else {
+      ControlValue& control =
+          row.value != nullptr ? engine.controls.*row.value : windowValues[i - kPresetRows];
+      values[i] = &control;
       control.raw = row.initial;
       record.value = &control.raw;
       if (row.rule == Rule::button) storePosition(control, buttonPosition(row.initial));
     }
-    if (row.rule == Rule::table) record.object = &stepTable;
     if (row.rule == Rule::area) record.object = &mouseArea;
-    if (isSwitch(row.rule)) record.flags = KvParameter::kSwitch;
+    if (row.id >= 0) inPresets.push_back(&record);
     if (row.tag < kHostParameters) hostTable[static_cast<std::size_t>(row.tag)] = &record;
   }
-  for (const std::int32_t tag : {3, 0}) {  // cutoff of either bank
-    frequencyRecords.push_back(&records[static_cast<std::size_t>(rowOfTag(tag))]);
-  }
 }
 
-const ControlValue& KvUniClient::valueOf(int row) const ZUM_REALTIME {
-  ControlValue EngineControls::*const member = parameterRows()[static_cast<std::size_t>(row)].value;
-  if (member != nullptr) return engine.controls.*member;
-  return windowValues[static_cast<std::size_t>(row - kPresetRows)];
-}
-
-void KvUniClient::setParameter(std::int32_t tag, float value) ZUM_REALTIME {
+void ParameterStore::setParameter(std::int32_t tag, float value) ZUM_REALTIME {
   const int at = rowOfTag(tag);
-  if (at < 0 || parameterRows()[static_cast<std::size_t>(at)].rule == Rule::table) return;
+  if (at < 0 || rowAt(at).rule == Rule::table) return;
   storeShared(valueOf(at).raw, value);
   applyValue(at, value);
 }
 
 // Another thread may set a new value meanwhile; it stays, and its derived forms win.
-void KvUniClient::applyStored(int at) ZUM_REALTIME {
+void ParameterStore::applyStored(int at) ZUM_REALTIME {
   constexpr int kTries = 4;
   float applied = loadShared(valueOf(at).raw);
   for (int i = 0; i < kTries; ++i) {
@@ -92,8 +93,8 @@ void KvUniClient::applyStored(int at) ZUM_REALTIME {
   }
 }
 
-void KvUniClient::applyValue(int at, float value) ZUM_REALTIME {
-  const ParameterRow& row = parameterRows()[static_cast<std::size_t>(at)];
+void ParameterStore::applyValue(int at, float value) ZUM_REALTIME {
+  const ParameterRow& row = rowAt(at);
   ControlValue& control = valueOf(at);
   switch (row.rule) {
     case Rule::plain:
@@ -129,24 +130,25 @@ void KvUniClient::applyValue(int at, float value) ZUM_REALTIME {
     }
     case Rule::vowel:
       storeShared(control.integer, truncate(value));
-      setVowel(row.tag == 58 ? engine.controls.formantsA : engine.controls.formantsB, value);
+      setVowel(row.tag == tag::vowelA ? engine.controls.formantsA : engine.controls.formantsB,
+               value);
       break;
     case Rule::button: storePosition(control, buttonPosition(value)); break;
     case Rule::resetButton: {
       const int position = buttonPosition(value);
       storePosition(control, position);
-      requestFullRedraw();
+      window.requestFullRedraw();
       pressReset(at, static_cast<float>(position));
       return;
     }
     case Rule::table: break;
   }
-  if ((row.flags & kRedraw) != 0) requestFullRedraw();
+  if ((row.flags & kRedraw) != 0) window.requestFullRedraw();
 }
 
 // The audio thread makes the same product whenever the level moves; a level that moved meanwhile is
 // taken up here, so that the last product is always of the last amount.
-void KvUniClient::multiplySequence(ControlValue& amount) ZUM_REALTIME {
+void ParameterStore::multiplySequence(ControlValue& amount) ZUM_REALTIME {
   constexpr int kTries = 4;
   float level = engine.sequenceLevel();
   for (int i = 0; i < kTries; ++i) {
@@ -158,68 +160,63 @@ void KvUniClient::multiplySequence(ControlValue& amount) ZUM_REALTIME {
 }
 
 // Nine steps without a glide between vowels: the morph is what glides.
-void KvUniClient::setVowel(VowelFormants& formants, float value) ZUM_REALTIME {
+void ParameterStore::setVowel(VowelFormants& formants, float value) ZUM_REALTIME {
   const float scaled = 8.0F * value;
-  const int i = clampIndex(truncate(scaled), static_cast<int>(formantOne.size()) - 1);
+  const int i = clampIndex(truncate(scaled), static_cast<int>(kFormantTable.size()) - 1);
+  const FormantRow& row = kFormantTable[static_cast<std::size_t>(i)];
   storeShared(formants.vowelPos, scaled);
   storeShared(formants.position, static_cast<float>(i));
-  storeShared(formants.formantOneHz, formantOne[static_cast<std::size_t>(i)]);
-  storeShared(formants.formantTwoHz, formantTwo[static_cast<std::size_t>(i)]);
+  storeShared(formants.formantOneHz, row.oneHz);
+  storeShared(formants.formantTwoHz, row.twoHz);
 }
 
 // A press and a release both centre the amounts; the tiny difference of the mark is what tells
 // one from the other, and a repeat of the same one from a change.
-void KvUniClient::pressReset(int row, float position) ZUM_REALTIME {
+void ParameterStore::pressReset(int row, float position) ZUM_REALTIME {
   const float mark = position * 0.00001F + kInitialMark;
   float& last = resetMarks[static_cast<std::size_t>(row)];
   if (loadShared(last) == mark) return;
   storeShared(last, mark);
-  for (const std::int16_t tag : parameterRows()[static_cast<std::size_t>(row)].resets) {
+  for (const std::int16_t tag : rowAt(row).resets) {
     setParameter(tag, mark);
   }
 }
 
-const ControlValue& KvUniClient::value(int tag) const ZUM_REALTIME {
+const ControlValue& ParameterStore::value(int tag) const ZUM_REALTIME {
   const int row = rowOfTag(tag);
-  return row >= 0 && parameterRows()[static_cast<std::size_t>(row)].rule != Rule::table
-             ? valueOf(row)
-             : kNoValue;
+  return row >= 0 && rowAt(row).rule != Rule::table ? valueOf(row) : kNoValue;
 }
 
-void KvUniClient::setMouseArea(const std::array<float, KvMouseAreaChunk::kCount>& words) {
+void ParameterStore::setMouseArea(const std::array<float, KvMouseAreaChunk::kCount>& words)
+    ZUM_REALTIME {
   for (std::size_t i = 0; i < words.size(); ++i) {
     storeShared(engine.controls.mouseArea[i], words[i]);
   }
 }
 
-float KvUniClient::getParameter(std::int32_t index) ZUM_REALTIME {
+const KvParameter* ParameterStore::hostParameter(std::int32_t index) const ZUM_REALTIME {
+  return index >= 0 && index < kHostParameters ? hostTable[static_cast<std::size_t>(index)]
+                                               : nullptr;
+}
+
+float ParameterStore::hostValue(std::int32_t index) const ZUM_REALTIME {
   const KvParameter* record = hostParameter(index);
   return record != nullptr && record->value != nullptr ? loadShared(*record->value) : 0.0F;
 }
 
-void KvUniClient::setParameterAutomated(std::int32_t index, float value) {
-  if (index >= 0 && index < kHostParameters) KvPluginBase::setParameterAutomated(index, value);
+float ParameterStore::moved(const KvParameter& record, SystemRandom& random) {
+  const float chance = static_cast<float>(random.next()) * 3.051851e-5F * 2.0F - 1.0F;
+  return clampUnit(loadShared(*record.value) + chance * record.randomRange);
 }
 
-void KvUniClient::randomise(SystemRandom& random) {
-  for (const KvParameter* record : hostTable) {
-    if (record == nullptr) continue;
-    const float chance = static_cast<float>(random.next()) * 3.051851e-5F * 2.0F - 1.0F;
-    const float moved = loadShared(*record->value) + chance * record->randomRange;
-    beginEdit(record->tag);
-    setParameterAutomated(record->tag, clampUnit(moved));
-    endEdit(record->tag);
-  }
+const KvParameter* ParameterStore::recordOfId(std::int32_t id) const ZUM_REALTIME {
+  const int row = rowOfId(id);
+  return row >= 0 ? &records[static_cast<std::size_t>(row)] : nullptr;
 }
 
-void KvUniClient::requestFullRedraw() ZUM_REALTIME {
-  if (EffectEditor* shown = effectEditor()) shown->requestFullRedraw();
-}
-
-void KvUniClient::recomputeEngine(bool keepBuffers) ZUM_REALTIME {
-  engine.recompute(clock, keepBuffers);
+void ParameterStore::applyAllStored() ZUM_REALTIME {
   for (int row = 0; row < kPresetRows; ++row) {
-    if (parameterRows()[static_cast<std::size_t>(row)].rule != Rule::table) applyStored(row);
+    if (rowAt(row).rule != Rule::table) applyStored(row);
   }
 }
 

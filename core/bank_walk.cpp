@@ -1,0 +1,155 @@
+#include "core/bank_walk.hpp"
+
+#include <algorithm>
+#include <chrono>
+#include <memory>
+#include <new>
+#include <vector>
+
+#include "engine/shared_value.hpp"
+#include "platform/content_folder.hpp"
+#include "platform/random_source.hpp"
+#include "state/path_text.hpp"
+#include "state/settings.hpp"
+
+namespace zum {
+namespace {
+
+constexpr const char* kNowhere = ":-(";  // folder of a program whose file is not found
+
+}  // namespace
+
+void BankWalk::scan() {
+  read([](KvProgramBank& scanned, const KvProgramBank::Check& check) {
+    scanned.scan(PresetDesk::root(), check);
+  });
+}
+
+void BankWalk::scanBehind(const std::string& file) {
+  const auto old = programs();
+  read([&](KvProgramBank& scanned, const KvProgramBank::Check& check) {
+    scanned.scanBehind(*old, file, check);
+  });
+  const StateGate::Turn turn(gate);
+  takePosition();
+}
+
+void BankWalk::read(const Scan& fill) {
+  try {
+    const auto scanned = std::make_shared<KvProgramBank>(preset::kExtension);
+    fill(*scanned, [this](const KvChunk& preset) {
+      PresetNeeds needs;
+      return desk.check(preset, 0, needs);
+    });
+    setBank(scanned);
+  } catch (const std::bad_alloc&) {
+  }
+}
+
+void BankWalk::setBank(const SharedBank::Held& newBank) {
+  const std::string& left = newBank->firstLeftOut();
+  if (!left.empty() && fullRoot != newBank->root()) {
+    PresetDialogs::tell("The presets in " + newBank->root() +
+                        " take more than 32 MB.\nThe programs end ahead of " + left +
+                        "; the preset menu still loads what follows.");
+  }
+  fullRoot = left.empty() ? std::string() : newBank->root();
+  const StateGate::Turn turn(gate);
+  // The audio thread plays these without asking for memory.
+  for (int i = 0; i < KvProgramBank::kPresets; ++i) {
+    PresetNeeds needs;
+    const BankPreset* program = newBank->getMidiProgram(i);
+    if (program != nullptr && !desk.check(*program, needs)) desk.makeRoom(needs);
+  }
+  bank.set(newBank);
+}
+
+void BankWalk::setRoot(std::string root) {
+  ensureTrailingBackslash(root);
+  writeSettingString(kPresetPath, root);
+  storeShared(position.folder, 0);
+  scan();
+}
+
+void BankWalk::resetRoot() {
+  const std::string content = readSettingString(kContentPath).value_or("");
+  if (content.empty() || !holdsContent(content)) {
+    return PresetDialogs::tell(
+        "There are no factory presets to go back to. Run zum install-content.");
+  }
+  setRoot(content + kContentTypes[0].name);
+}
+
+const BankPreset* BankWalk::moveTo(const KvProgramBank& all, std::int32_t index) {
+  int folder = loadShared(position.folder);
+  if (all.get(folder, index) == nullptr) {
+    if (index < 0) {
+      folder = folder > 0 ? folder - 1 : std::max(all.folderCount() - 1, 0);
+      index = std::max(all.presetCount(folder) - 1, 0);
+    } else {
+      folder = all.get(folder + 1, 0) != nullptr ? folder + 1 : 0;
+      index = 0;
+    }
+  }
+  storeShared(position.program, index);
+  storeShared(position.folder, folder);
+  return all.get(folder, index);
+}
+
+// Position and state change in one turn, so that they go together whoever else loads.
+void BankWalk::setProgram(std::int32_t index) {
+  PresetFault fault;
+  {
+    const StateGate::Turn turn(gate);
+    if (index == loadShared(position.program)) return;
+    const auto all = programs();
+    const BankPreset* program = moveTo(*all, index);
+    if (program == nullptr) return;
+    PresetNeeds needs;
+    fault = desk.check(*program, needs);
+    if (!fault) {
+      if (!desk.replace(program->chunk, 0, needs, {.title = program->name})) return;
+      desk.findOrigin(0);
+      PresetSlot& slot = desk.slot();
+      if (slot.folder.get().empty() && !PresetDesk::root().empty()) slot.folder.set(kNowhere);
+    }
+  }
+  if (fault) return PresetDialogs::tellFault(fault);
+  window.update();
+}
+
+void BankWalk::playAny() {
+  const auto all = programs();
+  std::vector<int> choice;
+  for (int folder = 0; folder < all->folderCount(); ++folder) {
+    if (all->presetCount(folder) > 1) choice.push_back(folder);
+  }
+  if (choice.empty()) return;
+  const auto now = std::chrono::system_clock::now().time_since_epoch();
+  SystemRandom random(static_cast<std::uint32_t>(now / std::chrono::milliseconds(1)));
+  const int folder = choice[static_cast<std::size_t>(random.next()) % choice.size()];
+  const int index = random.next() % all->presetCount(folder);
+  const BankPreset& program = *all->get(folder, index);
+  if (program.fault) return PresetDialogs::tellFault(program.fault);
+  desk.load(program.chunk, 0, {.findPath = true});
+}
+
+void BankWalk::playMidiProgram(int index) ZUM_REALTIME {
+  const SharedBank::InBlock programsNow(bank);
+  const BankPreset* program = programsNow->getMidiProgram(index);
+  if (program != nullptr) desk.tryPlay(*program);
+}
+
+void BankWalk::takePosition() {
+  const auto all = programs();
+  const int folder = all->findFolder(desk.slot().folder.get());
+  const int program = all->findPreset(folder, desk.slot().name.get());
+  if (folder >= 0) storeShared(position.folder, folder);
+  if (program >= 0) storeShared(position.program, program);
+}
+
+std::string BankWalk::programName(std::int32_t index) const {
+  return std::string(programs()->presetName(loadShared(position.folder), index));
+}
+
+}  // namespace zum

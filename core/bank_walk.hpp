@@ -1,0 +1,62 @@
+// [main] The bank of programs, the walk of a host's program arrows through it, chance. A program
+// change by MIDI plays from it on the audio thread.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "core/midi_in.hpp"
+#include "core/preset_desk.hpp"
+#include "state/shared_bank.hpp"
+
+namespace zum {
+
+class BankWalk final : public MidiPrograms {
+ public:
+  BankWalk(StateGate& stateGate, PresetDesk& presetDesk, ProgramPosition& at,
+           const EditorLink& shown)
+      : gate(stateGate), desk(presetDesk), position(at), window(shown) {}
+  BankWalk(const BankWalk&) = delete;
+  BankWalk& operator=(const BankWalk&) = delete;
+
+  /// Reads the bank anew from the folder of the settings.
+  void scan();
+  /// A file that was written plays as it is from now on, where it is a program. Reads one folder.
+  void scanBehind(const std::string& file);
+  /// Another root of the preset tree, which is kept in the settings and read.
+  void setRoot(std::string root);
+  /// Back to the presets that came with the content; a message where none are installed.
+  void resetRoot();
+
+  /// Plays a program of the current folder; behind a folder's end that of the next folder, at both
+  /// ends around.
+  void setProgram(std::int32_t index);
+  /// Any program of a folder of several.
+  void playAny();
+  /// [audio]
+  void playMidiProgram(int index) ZUM_REALTIME override;
+  /// The position goes where the current file lies in the bank, if it does.
+  void takePosition();
+
+  std::string programName(std::int32_t index) const;
+  /// [any but audio]
+  SharedBank::Held programs() const { return bank.get(); }
+
+ private:
+  using Scan = std::function<void(KvProgramBank&, const KvProgramBank::Check&)>;
+  /// Reads a new bank by `fill`, which gets it with what it checks presets by. The old one stays
+  /// where the memory does not suffice.
+  void read(const Scan& fill);
+  void setBank(const SharedBank::Held& newBank);
+  /// In the bank that is in use: the program of that place, or the neighbour folder's.
+  const BankPreset* moveTo(const KvProgramBank& all, std::int32_t index);
+
+  StateGate& gate;
+  PresetDesk& desk;
+  ProgramPosition& position;
+  const EditorLink& window;
+  SharedBank bank{std::make_shared<const KvProgramBank>(preset::kExtension)};
+  std::string fullRoot;  // of a tree that the bank has no room for, once told
+};
+
+}  // namespace zum

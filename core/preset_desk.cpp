@@ -1,0 +1,178 @@
+#include "core/preset_desk.hpp"
+
+#include <chrono>
+#include <thread>
+
+#include "core/preset_intake.hpp"
+#include "core/state_source.hpp"
+#include "engine/shared_value.hpp"
+#include "platform/files.hpp"
+#include "state/path_text.hpp"
+#include "state/preset_files.hpp"
+#include "state/settings.hpp"
+
+namespace zum {
+
+// ---- out of the parameters
+
+// A program change on the audio thread may come in between; then all of it is written again, and at
+// last in silence: a state is better old than none.
+bool PresetDesk::write(KvChunk& chunk, int slot) {
+  if (!isSlot(slot)) return false;
+  const StateGate::Turn turn(around.gate);  // a state that is half loaded is nobody's session
+  constexpr int kTries = 8;
+  const StateSource source(around.parameters, around.map, this->slot(slot), around.position);
+  chunk.sampleRate = around.clock.sampleRate;
+  const auto write = [&] {
+    chunk.tempo = static_cast<float>(loadShared(around.clock.tempoBpm));
+    PresetNeeds needs;
+    return writePreset(chunk, slot, source) && !check(chunk, slot, needs);
+  };
+  for (int i = 0; i < kTries; ++i) {
+    const std::uint32_t intake = around.gate.intakeCount();
+    if (write() && intake % 2 == 0 && intake == around.gate.intakeCount()) return true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  const StateGate::Silence silence(around.gate);
+  return write();
+}
+
+std::int32_t PresetDesk::writeState(void** data) {
+  const StateGate::Turn turn(around.gate);
+  if (!write(stateChunk, 0)) return 0;
+  *data = const_cast<void*>(stateChunk.data());
+  return static_cast<std::int32_t>(4 * stateChunk.dataWords());
+}
+
+void PresetDesk::storeRevertPoint() {
+  const StateGate::Turn turn(around.gate);
+  if (write(revertChunk, 0)) {
+    revertName = slot().name.get();
+  } else {
+    revertChunk.adopt(nullptr, 0);  // half a state is no point to come back to
+  }
+}
+
+// ---- into the parameters
+
+PresetFault PresetDesk::check(const KvChunk& preset, int slot, PresetNeeds& needs) const
+    ZUM_REALTIME {
+  return trusted([&] {  // the reader owns nothing that its end would free
+    KvChunk reader;
+    reader.borrow(preset.data(), preset.dataWords());  // the chunk may be read by others, too
+    PresetCheck visitor(around.parameters, needs);
+    return walkPreset(reader, slot, visitor);
+  });
+}
+
+PresetFault PresetDesk::check(const BankPreset& program, PresetNeeds& needs) const {
+  return program.fault ? program.fault : check(program.chunk, 0, needs);
+}
+
+// The message comes before the turn is taken: a box that stays open holds nobody up.
+bool PresetDesk::accepts(const KvChunk& preset, int slot, bool quiet, PresetNeeds& needs) const {
+  if (!isSlot(slot)) return false;
+  const PresetFault fault = check(preset, slot, needs);
+  if (fault && !quiet) PresetDialogs::tellFault(fault);
+  return !fault;
+}
+
+bool PresetDesk::reserve(const PresetNeeds& needs) noexcept {
+  return around.map.reserve(needs.bindings) && around.steps.reserve(needs.objectWords);
+}
+
+bool PresetDesk::hasRoomFor(const PresetNeeds& needs) const ZUM_REALTIME {
+  return around.map.hasRoomFor(needs.bindings) && needs.objectWords <= around.steps.capacity();
+}
+
+bool PresetDesk::makeRoom(const PresetNeeds& needs) {
+  if (hasRoomFor(needs)) return true;
+  const StateGate::Silence silence(around.gate);
+  return reserve(needs);
+}
+
+void PresetDesk::take(const KvChunk& preset, int slot, const LoadFlags& flags,
+                      MissingFiles* missing) ZUM_REALTIME {
+  trusted([&] {  // as in check()
+    KvChunk reader;
+    reader.borrow(preset.data(), preset.dataWords());
+    const bool isolatesMap = around.switches.isOn(UserSwitches::kIsolateMap);
+    PresetIntake visitor(
+        {around.parameters, around.map, slots[static_cast<std::size_t>(slot)], around.position},
+        flags.restoreAll, isolatesMap, missing);
+    {
+      const StateGate::Intake intake(around.gate);
+      walkPreset(reader, slot, visitor);
+      if (!flags.title.empty()) visitor.name(flags.title);
+    }
+    around.clock.clearBuffers();
+    around.host.presetTaken(reader.tempo);
+  });
+}
+
+bool PresetDesk::replace(const KvChunk& preset, int slot, const PresetNeeds& needs,
+                         const LoadFlags& flags) {
+  MissingFiles missing = around.dialogs.missingFiles(flags.quiet);
+  const StateGate::Silence silence(around.gate, StateGate::Silence::Ends::withEveryMute);
+  if (!hasRoomFor(needs) && !reserve(needs)) return false;
+  take(preset, slot, flags, &missing);
+  around.clock.controlCounter = around.clock.controlFrames;  // the next block starts with a pass
+  return true;
+}
+
+bool PresetDesk::load(const KvChunk& preset, int slot, const LoadFlags& flags) {
+  PresetNeeds needs;
+  if (!accepts(preset, slot, flags.quiet, needs)) return false;
+  {
+    const StateGate::Turn turn(around.gate);
+    if (!replace(preset, slot, needs, flags)) return false;
+    if (flags.findPath) findOrigin(slot);
+    if (flags.storesRevertPoint) storeRevertPoint();
+  }
+  around.window.update();
+  return true;
+}
+
+void PresetDesk::revertToStored() {
+  {
+    const StateGate::Turn turn(around.gate);
+    PresetNeeds needs;
+    const bool isStored = revertChunk.dataWords() != 0 && !check(revertChunk, 0, needs);
+    if (!isStored || !replace(revertChunk, 0, needs, {.quiet = true, .title = revertName})) return;
+  }
+  around.window.update();
+}
+
+bool PresetDesk::tryPlay(const BankPreset& program) ZUM_REALTIME {
+  PresetNeeds needs;
+  if (check(program.chunk, 0, needs) || !hasRoomFor(needs)) return false;
+  take(program.chunk, 0, {.title = program.name}, nullptr);
+  around.window.update();
+  return true;
+}
+
+// ---- where it came from
+
+std::string PresetDesk::root() {
+  std::string root = readSettingString(kPresetPath).value_or("");
+  if (!isAbsolutePath(root)) return {};
+  ensureTrailingBackslash(root);
+  return root;
+}
+
+void PresetDesk::takeOrigin(int slot, const std::string& file) {
+  PresetSlot& names = this->slot(slot);
+  names.path.set(file);
+  names.folder.set(folderName(file));
+}
+
+void PresetDesk::findOrigin(int slot) {
+  PresetSlot& names = this->slot(slot);
+  const std::string tree = root();
+  if (tree.empty()) return;
+  const FoundPreset found = findPresetFile(tree, names.name.get() + "." + preset::kExtension);
+  names.folder.set(found.folder);
+  if (!found.path.empty()) names.path.set(found.path);
+}
+
+}  // namespace zum
