@@ -2,6 +2,7 @@
 // and the command line read its rows; nothing is listed twice.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <span>
 
@@ -32,17 +33,28 @@ enum class Rule : std::uint8_t {
 /// Bits of a row's `flags`.
 inline constexpr std::uint8_t kRedraw = 1;  // the window shows more of it than its control
 
+/// What stands in the panel behind a main knob.
+struct KnobPanel {
+  int knob;
+  tag::Panel buttons;
+  int learns;                             // tag that its learn and clear speak of
+  std::span<const std::int16_t> amounts;  // tags; by follower, LFO, sequencer, whichever move it
+};
+
 struct ParameterRow {
-  int tag;           // control tag, and host index below 60
-  int id;            // identifier in a preset, -1 for what a preset does not hold
-  const char* name;  // towards the host
-  float initial;     // raw
+  int tag;                     // control tag, and host index below 60
+  int id;                      // identifier in a preset, -1 for what a preset does not hold
+  const char* name;            // towards the host, of version 2
+  const char* path;            // module in which a host that has modules shows it...
+  std::array<char, 28> title;  // ...and as what: once in a path, ends with a zero
+  float initial;               // raw
   Rule rule;
   std::uint8_t positions = 0;  // of a step value
   std::uint8_t flags = 0;
+  float perCount = 1.0F;  // raw for each 1 that its control in the window counts
   ControlValue EngineControls::*value = nullptr;  // null: kept by the effect object
   std::span<const std::int16_t> resets = {};      // tags that a reset button centres, in order
-  int learnTarget = -1;                           // tag that the panel's learn and clear speak of
+  const KnobPanel* panel = nullptr;               // behind this main knob, or around this button
 };
 
 inline constexpr int kLastTag = tag::bypass;
@@ -57,6 +69,11 @@ std::span<const ParameterRow> parameterRows() ZUM_REALTIME;
 int rowOfTag(int tag) ZUM_REALTIME;
 /// The same for a preset's identifier.
 int rowOfId(int id) ZUM_REALTIME;
+/// The row of a tag itself, null for a tag without one.
+const ParameterRow* findRow(int tag) ZUM_REALTIME;
+
+/// Hosts record it and hear of each move.
+constexpr bool isAutomated(const ParameterRow& row) { return row.tag < kHostParameters; }
 
 constexpr bool isAmount(Rule rule) { return rule == Rule::amount || rule == Rule::sequencedAmount; }
 

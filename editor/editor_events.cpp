@@ -1,6 +1,5 @@
 // What a control's report does.
 
-#include <algorithm>
 #include <chrono>
 #include <cmath>
 
@@ -14,32 +13,12 @@
 namespace zum {
 namespace {
 
-/// What turns a control's count into a parameter's 0 to 1.
-float factorOf(int tag) {
-  const int row = rowOfTag(tag);
-  if (row < 0) return 1.0F;
-  switch (tag) {
-    case 60:
-    case 61: return 0.1F;
-    case 15: return 0.2000100016593933F;  // a hair above a fifth: the step is cut, not rounded
-    case 165: return 0.33333334F;
-    case 12:
-    case 62:
-    case 65:
-    case 222: return 0.5F;
-    default: break;
-  }
-  const Rule rule = parameterRows()[static_cast<std::size_t>(row)].rule;
-  return rule == Rule::resetButton ? 0.5F : 1.0F;
-}
-
-/// The host hears of these, and records them.
-bool isAutomated(int tag) { return tag <= 52 || tag == 58 || tag == 59; }
-
 enum class Act : std::uint8_t {
+  none,
   setsParameter,
   closesPanel,
-  learnsOrClears,
+  learns,
+  clears,
   choosesPreset,
   choosesFolder,
   resetsFolder,
@@ -52,36 +31,35 @@ enum class Act : std::uint8_t {
   learnMenu,
 };
 
-Act actOf(int tag) {
+Act actOf(int tag, const ParameterRow* row) {
   switch (tag) {
-    case 162: return Act::choosesPreset;
-    case 163: return Act::pressesTabs;
-    case 203: return Act::choosesFolder;
-    case 205: return Act::resetsFolder;
-    case 209: return Act::nextProgram;
-    case 210: return Act::previousProgram;
-    case 221: return Act::opensAbout;
-    case KvUniClientEditor::kManualTag: return Act::opensManual;
-    case KvUniClientEditor::kLearnMenuTag: return Act::learnMenu;
+    case tag::presetMenu: return Act::choosesPreset;
+    case tag::mouseArea: return Act::pressesTabs;
+    case tag::choosePresetFolder: return Act::choosesFolder;
+    case tag::resetPresetFolder: return Act::resetsFolder;
+    case tag::nextProgram: return Act::nextProgram;
+    case tag::previousProgram: return Act::previousProgram;
+    case tag::about: return Act::opensAbout;
+    case tag::manual: return Act::opensManual;
+    case tag::learnMenu: return Act::learnMenu;
     default: break;
   }
-  for (const layout::Panel& panel : layout::kPanels) {
-    if (tag == panel.close) return Act::closesPanel;
-    if (tag == panel.learn || tag == panel.clear) return Act::learnsOrClears;
+  if (row == nullptr) return Act::none;
+  if (row->panel != nullptr) {
+    if (tag == row->panel->buttons.close) return Act::closesPanel;
+    if (tag == row->panel->buttons.learn) return Act::learns;
+    if (tag == row->panel->buttons.clear) return Act::clears;
   }
-  const int row = rowOfTag(tag);
-  return row >= 0 && !parameterRows()[static_cast<std::size_t>(row)].resets.empty()
-             ? Act::resetsAmounts
-             : Act::setsParameter;
+  return row->resets.empty() ? Act::setsParameter : Act::resetsAmounts;
 }
 
 }  // namespace
 
-void KvUniClientEditor::send(int tag, float value) {
-  if (isAutomated(tag)) {
-    effect.setParameterAutomated(tag, value);
+void KvUniClientEditor::send(const ParameterRow& row, float value) {
+  if (isAutomated(row)) {
+    effect.setParameterAutomated(row.tag, value);
   } else {
-    effect.setParameter(tag, value);
+    effect.setParameter(row.tag, value);
   }
 }
 
@@ -102,12 +80,22 @@ void KvUniClientEditor::tellOfReset(const ParameterRow& row) {
 void KvUniClientEditor::valueChanged(CControl& control) {
   const int tag = control.getTag();
   const float value = control.getValue();
+  const ParameterRow* const row = findRow(tag);
   control.setDirty(true);
-  switch (actOf(tag)) {
-    case Act::setsParameter: return send(tag, value * factorOf(tag));
-    case Act::closesPanel: return closePanel(tag);
-    case Act::learnsOrClears:
-      return learnOrClear(parameterRows()[static_cast<std::size_t>(rowOfTag(tag))], value);
+  switch (actOf(tag, row)) {
+    case Act::none: return;
+    case Act::setsParameter: return send(*row, value * row->perCount);
+    case Act::closesPanel: return closePanel(row->panel->knob);
+    case Act::learns:
+      if (value == 1.0F) {
+        effect.beginLearn(row->panel->learns);
+      } else {
+        effect.endLearn();
+      }
+      return;
+    case Act::clears:
+      if (value == 0.0F) effect.clearBindings(row->panel->learns);
+      return;
     case Act::choosesPreset: return choosePreset(static_cast<KvOptionMenu&>(control));
     case Act::choosesFolder:
       if (value == 0.0F)
@@ -131,9 +119,9 @@ void KvUniClientEditor::valueChanged(CControl& control) {
       if (value == 0.0F) openManual();
       return;
     case Act::resetsAmounts:
-      tellOfReset(parameterRows()[static_cast<std::size_t>(rowOfTag(tag))]);
+      tellOfReset(*row);
       // A host that closed the window meanwhile has let go of the button.
-      return send(tag, isOpen() ? value * factorOf(tag) : 0.0F);
+      return send(*row, isOpen() ? value * row->perCount : 0.0F);
     case Act::learnMenu: return chooseFromLearnMenu(control);
   }
 }
@@ -143,24 +131,13 @@ void KvUniClientEditor::valueChanged(CControl& control) {
 void KvUniClientEditor::pressTabs(const KvMouseArea& area) {
   effect.setMouseArea(area.published());
   effect.setParameter(area.getTag(), area.getValue());
-  if (area.published()[KvMouseArea::left] > 0.0F) effect.setParameter(165, area.getValue());
+  if (area.published()[KvMouseArea::left] > 0.0F)
+    effect.setParameter(tag::modChoice, area.getValue());
 }
 
-void KvUniClientEditor::closePanel(int closeTag) {
+void KvUniClientEditor::closePanel(int knob) {
   for (std::size_t i = 0; i < panels.size(); ++i) {
-    if (layout::kPanels[i].close == closeTag) panels[i]->closePopup();
-  }
-}
-
-void KvUniClientEditor::learnOrClear(const ParameterRow& row, float value) {
-  const bool isLearn = std::any_of(layout::kPanels.begin(), layout::kPanels.end(),
-                                   [&](const auto& panel) { return panel.learn == row.tag; });
-  if (!isLearn) {
-    if (value == 0.0F) effect.clearBindings(row.learnTarget);
-  } else if (value == 1.0F) {
-    effect.beginLearn(row.learnTarget);
-  } else {
-    effect.endLearn();
+    if (layout::kPanels[i].knob == knob) panels[i]->closePopup();
   }
 }
 

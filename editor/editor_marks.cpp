@@ -32,10 +32,10 @@ void KvUniClientEditor::addMarks() {
   for (const layout::Panel& row : layout::kPanels) {
     const layout::Group group = groupOf(row.knob);
     std::vector<KvMarksView::Mark> marks;
-    const int* slider = row.sliders;
+    auto amount = findRow(row.knob)->panel->amounts.begin();
     for (const Modulator& modulator : kModulators) {
       if (group == modulator.page || group == modulator.part) continue;
-      marks.push_back({&effect.value(*slider++).bipolar, colorOf(modulator.tint)});
+      marks.push_back({&effect.value(*amount++).bipolar, colorOf(modulator.tint)});
     }
     marks.push_back(
         {&isLearned[static_cast<std::size_t>(row.knob)], colorOf(pictures::kControllerTint)});

@@ -116,25 +116,27 @@ void KvUniClientEditor::addMenu(int tag) {
 void KvUniClientEditor::addUpperControls() {
   for (const layout::Knob& row : layout::kUpperKnobs) addKnob(row);
   addRings(true);
-  addSwitch(62);
-  addMenu(61);
-  addMenu(60);
+  addSwitch(tag::bank);
+  addMenu(tag::multiType);
+  addMenu(tag::vowelType);
 }
 
 void KvUniClientEditor::addLowerControls() {
   for (const layout::Knob& row : layout::kLowerKnobs) addKnob(row);
   addRings(false);
   addTraces();
-  addSwitch(65);
-  addSwitch(12);
-  addMenu(15);
+  addSwitch(tag::lfoStyle);
+  addSwitch(tag::lfoTrigOnOff);
+  addMenu(tag::seqMode);
 
   // Lights up when the level triggers the LFO.
-  auto* const lamp = make<KvDisplay>({204, 286, 219, 301}, 63, getBitmap(1038), 15, 32);
+  auto* const lamp =
+      make<KvDisplay>({204, 286, 219, 301}, tag::triggerLamp, getBitmap(1038), 15, 32);
   lamp->bind(&effect.signal().lfoDisplay().lampLevel(), 1.0F, 0.0F, false);
   add(lamp, layout::lfoPage);
   // Covers the trigger, which the synchronous style does not have.
-  auto* const cover = make<KvDisplay>({133, 280, 244, 358}, 66, getBitmap(1019), 78, 1);
+  auto* const cover =
+      make<KvDisplay>({133, 280, 244, 358}, tag::triggerCover, getBitmap(1019), 78, 1);
   cover->group = layout::syncedLfo;
   cover->groupMask = &getGroupMask();
   topViews.emplace_back(cover);
@@ -143,20 +145,22 @@ void KvUniClientEditor::addLowerControls() {
 void KvUniClientEditor::addTraces() {
   const Engine& signal = effect.signal();
   const FollowerScope& level = signal.followerDisplay().scopeRing();
-  auto* const follower = make<KvScopeView>({253, 288, 471, 352}, 67, KvBufferDraw::Style::filled);
+  auto* const follower =
+      make<KvScopeView>({253, 288, 471, 352}, tag::followerTrace, KvBufferDraw::Style::filled);
   follower->setRing(level.points.data(), &level.writeIndex, FollowerScope::kPoints);
   follower->setColors(kTraceColor, kScopeShade, kHighlight);
   follower->backgroundColor = kBlackColor;
   add(follower, layout::followerPage);
 
-  auto* const wave = make<KvWaveFormView>({253, 288, 471, 353}, 64, freeWaves(),
-                                          &effect.value(65).stepped, &signal.display().lfoWaveSlot);
+  auto* const wave =
+      make<KvWaveFormView>({253, 288, 471, 353}, tag::lfoTrace, freeWaves(),
+                           &effect.value(tag::lfoStyle).stepped, &signal.display().lfoWaveSlot);
   wave->setSyncedWaves(syncedWaves());
   wave->setColors(kTraceColor, kWaveShade, kHighlight);
   wave->backgroundColor = kBlackColor;
   add(wave, layout::lfoPage);
 
-  auto* const steps = make<KvTableView>({253, 288, 471, 353}, 68);
+  auto* const steps = make<KvTableView>({253, 288, 471, 353}, tag::stepTable);
   steps->barColor = kScopeShade;
   steps->barShade = kTraceColor;
   steps->gridColor = {128, 128, 128, 255};
@@ -168,15 +172,16 @@ void KvUniClientEditor::addTraces() {
 }
 
 void KvUniClientEditor::addGlobalControls() {
-  auto* const tabs = make<KvDisplay>({252, 264, 472, 283}, 164, getBitmap(1036), 20, 3);
-  tabs->bind(&effect.value(165).stepped, 2.0F, 0.0F, true);
+  auto* const tabs = make<KvDisplay>({252, 264, 472, 283}, tag::pageTabs, getBitmap(1036), 20, 3);
+  tabs->bind(&effect.value(tag::modChoice).stepped, 2.0F, 0.0F, true);
   add(tabs, layout::always);
-  add(make<KvMouseArea>({251, 264, 471, 283}, 163), layout::always);
+  add(make<KvMouseArea>({251, 264, 471, 283}, tag::mouseArea), layout::always);
 
   // Holds the page, and is never seen.
-  auto* const page = make<KvOptionMenu>({113, 215, 153, 235}, 165, "", KvOptionMenu::kPictures);
+  auto* const page =
+      make<KvOptionMenu>({113, 215, 153, 235}, tag::modChoice, "", KvOptionMenu::kPictures);
   for (const char* name : {"follower", "LFO", "sequencer"}) page->addEntry(name, -1, false);
-  page->bind(&effect.value(165).stepped);
+  page->bind(&effect.value(tag::modChoice).stepped);
   add(page, layout::always)->setVisible(false);
 
   const Engine& signal = effect.signal();
@@ -188,19 +193,20 @@ void KvUniClientEditor::addGlobalControls() {
     view->backgroundColor = kBlackColor;
     add(view, layout::always);
   };
-  meter(200, {185, 381, 324, 414}, signal.meters().meter, KvBufferDraw::Style::filled);
-  meter(201, {185, 414, 324, 446}, signal.meters().meterInverse, KvBufferDraw::Style::outline);
+  meter(tag::meter, {185, 381, 324, 414}, signal.meters().meter, KvBufferDraw::Style::filled);
+  meter(tag::meterInverse, {185, 414, 324, 446}, signal.meters().meterInverse,
+        KvBufferDraw::Style::outline);
 
-  auto* const strip = make<KvDisplay>({336, 6, 474, 25}, 207, getBitmap(1053), 19, 5);
+  auto* const strip = make<KvDisplay>({336, 6, 474, 25}, tag::statusStrip, getBitmap(1053), 19, 5);
   strip->bind(&status, 4.0F, 0.0F, true);
   add(strip, layout::always);
 
   addPresetMenu();
-  addButton(209, {157, 36, 168, 51}, 1005);
-  addButton(210, {35, 36, 46, 51}, 1003);
-  addButton(221, {338, 35, 400, 52}, 1002);
-  addButton(199, {197, 265, 242, 276}, 1041)->bind(&effect.value(199).stepped);
-  addSwitch(222);
+  addButton(tag::nextProgram, {157, 36, 168, 51}, 1005);
+  addButton(tag::previousProgram, {35, 36, 46, 51}, 1003);
+  addButton(tag::about, {338, 35, 400, 52}, 1002);
+  addButton(tag::resetAll, {197, 265, 242, 276}, 1041)->bind(&effect.value(tag::resetAll).stepped);
+  addSwitch(tag::bypass);
 }
 
 KvButton* KvUniClientEditor::addButton(int tag, const CRect& rect, int picture) {
@@ -214,7 +220,7 @@ void KvUniClientEditor::addPresetMenu() {
   constexpr std::uint32_t kStyle = KvOptionMenu::kFolder | KvOptionMenu::kSubFolders |
                                    KvOptionMenu::kSteps | KvOptionMenu::kSaveEntry |
                                    KvOptionMenu::kPresetsHeader;
-  auto* const menu = make<KvOptionMenu>({46, 35, 157, 52}, 162, "default", kStyle);
+  auto* const menu = make<KvOptionMenu>({46, 35, 157, 52}, tag::presetMenu, "default", kStyle);
   menu->listOffsetX = -12;
   menu->listOffsetY = 19;
   menu->textColor = kWhiteColor;
@@ -237,9 +243,12 @@ void KvUniClientEditor::addReadouts() {
   const struct {
     int tag;
     const float* variable;
-  } numbers[] = {{144, &levels.efGainDb},       {145, &follower.attackMs},
-                 {146, &follower.releaseMs},    {147, &follower.bandHz},
-                 {150, &levels.lfoThresholdDb}, {152, &levels.glidePercent}};
+  } numbers[] = {{tag::efGainReadout, &levels.efGainDb},
+                 {tag::efAttackReadout, &follower.attackMs},
+                 {tag::efReleaseReadout, &follower.releaseMs},
+                 {tag::efFreqRangeReadout, &follower.bandHz},
+                 {tag::lfoTrigSensReadout, &levels.lfoThresholdDb},
+                 {tag::seqGlideReadout, &levels.glidePercent}};
   const auto place = [this](KvDisplay* readout, layout::Group group) {
     readout->group = group;
     readout->groupMask = &getGroupMask();
@@ -257,7 +266,7 @@ void KvUniClientEditor::addReadouts() {
     readout->setFont(editorFont.get(), 11, kWhiteColor);
     readout->setUnit(row.unit);
     constexpr float kLowestBand = 45.0F;  // Hz; below it the follower hears everything
-    if (row.knob == 6) readout->setOffBelow(kLowestBand, "OFF");
+    if (row.knob == tag::efFreqRange) readout->setOffBelow(kLowestBand, "OFF");
     place(readout, row.group);
   }
   for (const layout::PictureReadout& row : layout::kPictureReadouts) {
@@ -273,7 +282,7 @@ void KvUniClientEditor::addReadouts() {
 
 // The effect's state decides the pages, before anything is drawn.
 void KvUniClientEditor::resendPages() {
-  for (const int tag : {62, 165, 222}) {
+  for (const int tag : {tag::bank, tag::modChoice, tag::bypass}) {
     effect.setParameter(tag, loadShared(effect.value(tag).raw));
   }
 }

@@ -1,6 +1,9 @@
 // The panels that pop up over the window: each main knob's amounts, and what is told about the
 // program.
 
+#include <string>
+#include <string_view>
+
 #include "editor/making.hpp"
 #include "editor/palette_color.hpp"
 #include "toolkit/button.hpp"
@@ -30,6 +33,14 @@ constexpr PanelButton kClear{{128, 107, 168, 118}, 1026, 38};
 constexpr CRect kTitle{12, 2, 108, 17};
 constexpr int kTitleSize = 11;  // pixels
 
+std::string upperCase(std::string_view text) {
+  std::string letters(text);
+  for (char& letter : letters) {
+    if (letter >= 'a' && letter <= 'z') letter = static_cast<char>(letter - 'a' + 'A');
+  }
+  return letters;
+}
+
 /// Lies over a button that its panel's picture shows, which goes dark while it is pressed.
 class DrawnButton final : public KvButton {
  public:
@@ -47,7 +58,7 @@ class DrawnButton final : public KvButton {
 }  // namespace
 
 void KvUniClientEditor::addLearnMenu() {
-  learnMenu = make<KvOptionMenu>({}, kLearnMenuTag, "", KvOptionMenu::kPlain);
+  learnMenu = make<KvOptionMenu>({}, tag::learnMenu, "", KvOptionMenu::kPlain);
   learnMenu->addEntry("midi Learn", -1, false);
   learnMenu->addEntry("clear", -1, false);
   getFrame()->addView(learnMenu);
@@ -92,16 +103,19 @@ KvTextView* KvUniClientEditor::addText(KvViewContainer& panel, const CRect& rect
 void KvUniClientEditor::addPanelControls() {
   for (std::size_t i = 0; i < panels.size(); ++i) {
     const layout::Panel& row = layout::kPanels[i];
+    const ParameterRow& knob = *findRow(row.knob);
+    const std::span amounts = knob.panel->amounts;
+    const tag::Panel& tags = knob.panel->buttons;
     KvViewContainer& panel = *panels[i];
-    const bool isTall = row.sliders[2] >= 0;
-    addText(panel, kTitle, kTitleSize)->setText(row.title);
-    for (int slider = 0; slider < (isTall ? 3 : 2); ++slider) {
+    const bool isTall = amounts.size() == std::size(kSliderTops);
+    addText(panel, kTitle, kTitleSize)->setText(upperCase(knob.title.data()));
+    for (std::size_t slider = 0; slider < amounts.size(); ++slider) {
       const int left = slider == 0 ? row.firstLeft : 12;
       const int top = kSliderTops[slider];
-      addSlider(panel, row.sliders[slider], {left, top, left + kSliderWidth, top + kSliderHeight});
+      addSlider(panel, amounts[slider], {left, top, left + kSliderWidth, top + kSliderHeight});
     }
     const auto button = [&](const PanelButton& look, int tag, ButtonMode mode) {
-      const float initial = 2.0F * parameterRows()[static_cast<std::size_t>(rowOfTag(tag))].initial;
+      const float initial = 2.0F * findRow(tag)->initial;
       const CRect rect = look.rect.movedBy(0, isTall ? look.lower : 0);
       auto* const made =
           make<KvButton>({0, 0, rect.width(), rect.height()}, tag, nullptr, initial, mode);
@@ -109,13 +123,12 @@ void KvUniClientEditor::addPanelControls() {
       panel.addView(made, rect.left, rect.top);
       return made;
     };
-    button(kReset, row.reset, ButtonMode::momentary)->bind(&effect.value(row.reset).stepped);
-    button(kClose, row.close, ButtonMode::momentary);
-    KvButton* const learn = button(kLearn, row.learn, ButtonMode::cycle);
-    const ParameterRow& learns = parameterRows()[static_cast<std::size_t>(rowOfTag(row.learn))];
+    button(kReset, tags.reset, ButtonMode::momentary)->bind(&effect.value(tags.reset).stepped);
+    button(kClose, tags.close, ButtonMode::momentary);
+    KvButton* const learn = button(kLearn, tags.learn, ButtonMode::cycle);
     learn->setCondition(
-        std::make_unique<KvIntEqualCondition>(effect.learning(), learns.learnTarget));
-    button(kClear, row.clear, ButtonMode::momentary);
+        std::make_unique<KvIntEqualCondition>(effect.learning(), knob.panel->learns));
+    button(kClear, tags.clear, ButtonMode::momentary);
   }
 }
 
@@ -124,14 +137,15 @@ void KvUniClientEditor::addAboutControls() {
     int tag;
     CPoint place;
     int picture;
-  } rows[] = {{203, {140, 98}, 1045}, {205, {257, 98}, 1016}};
+  } rows[] = {{tag::choosePresetFolder, {140, 98}, 1045},
+              {tag::resetPresetFolder, {257, 98}, 1016}};
   for (const auto& [tag, place, picture] : rows) {
     auto* const button = make<KvButton>({0, 0, 100, 17}, tag, nullptr, 0.0F, ButtonMode::momentary);
     button->setBackground(holdBitmap(picture));
     aboutPanel->addView(button, place.x, place.y);
   }
   auto* const manual =
-      make<DrawnButton>({0, 0, 100, 17}, kManualTag, nullptr, 0.0F, ButtonMode::momentary);
+      make<DrawnButton>({0, 0, 100, 17}, tag::manual, nullptr, 0.0F, ButtonMode::momentary);
   aboutPanel->addView(manual, 327, 20);
   constexpr CRect kFolder{140, 118, 420, 134};
   constexpr int kFolderSize = 11;  // pixels

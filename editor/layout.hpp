@@ -95,16 +95,13 @@ struct PictureReadout {
   Group group;
 };
 
-/// The panel of a knob's amounts. Tags in the order in which they stand.
+/// The panel of a knob. What stands in it is told by the knob's row of the parameter table.
 struct Panel {
   int knob;
-  const char* title;  // as the knob is lettered
-  CPoint marks;       // of the knob: the dots beside its name
-  CRect rect;         // where it would stand if it were not opened at the pointer
+  CPoint marks;  // of the knob: the dots beside its name
+  CRect rect;    // where it would stand if it were not opened at the pointer
   int picture;
-  int sliders[3];  // -1 ends them
-  int firstLeft;   // of the first slider, pixels from the panel's corner
-  int reset, close, learn, clear;
+  int firstLeft;  // of the first slider, pixels from the panel's corner
 };
 
 inline constexpr int kReadoutPicture = 1010;

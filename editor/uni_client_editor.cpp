@@ -101,7 +101,7 @@ void KvUniClientEditor::showPresetNameAnew() {
 void KvUniClientEditor::showStatus() {
   enum Picture { ready, learning, bypassed, loading, offline };
   Picture picture = ready;
-  if (loadShared(effect.value(222).integer) != 0) picture = bypassed;
+  if (loadShared(effect.value(tag::bypass).integer) != 0) picture = bypassed;
   if (effect.learning().load(std::memory_order_relaxed) >= 0) picture = learning;
   if (effect.isOffline()) picture = offline;
   if (effect.muteRequest.load(std::memory_order_relaxed)) picture = loading;

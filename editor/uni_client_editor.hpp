@@ -50,9 +50,6 @@ class KvUniClientEditor final : public AEffGUIEditor, public CControlListener {
   KvControl* getControl(int tag) const;
   KvViewContainer* getAboutPanel() const { return aboutPanel; }
 
-  static constexpr int kLearnMenuTag = 1000000;
-  static constexpr int kManualTag = 204;  // a button alone: no parameter has it
-
  private:
   // The steps of open(), in its order. Each adds to the frame.
   void addLearnMenu();
@@ -85,13 +82,12 @@ class KvUniClientEditor final : public AEffGUIEditor, public CControlListener {
   KvViewContainer* makePanel(const CRect& rect, int picture);
 
   // events
-  void send(int tag, float value);
+  void send(const ParameterRow& row, float value);
   void tellOfReset(const ParameterRow& row);
   void choosePreset(KvOptionMenu& menu);
   void stepProgram(int direction);
-  void learnOrClear(const ParameterRow& row, float value);
   void chooseFromLearnMenu(CControl& menu);
-  void closePanel(int closeTag);
+  void closePanel(int knob);
   void pressTabs(const KvMouseArea& area);
   bool keyPressed(const WindowKey& key) override;
   void showPresetName();

@@ -80,6 +80,7 @@ TEST(Editor, EachPanelHoldsItsKnobsAmountsAndLearns) {
   for (const auto& [knob, title, target] : kPanels) {
     SCOPED_TRACE(title);
     const layout::Panel& panel = *std::ranges::find(layout::kPanels, knob, &layout::Panel::knob);
+    const KnobPanel& inside = *findRow(knob)->panel;
     desk.showGroup(groupOf(knob));
     desk.click(desk.middleOf(knob), buttons::kRight);
     auto* const opened = static_cast<KvViewContainer*>(desk.editor().shownFrame()->getModalView());
@@ -88,8 +89,7 @@ TEST(Editor, EachPanelHoldsItsKnobsAmountsAndLearns) {
     EXPECT_EQ(opened->getViewSize().height(), panel.rect.height());
     EXPECT_EQ(static_cast<KvTextView*>(opened->children().front().get())->getText(), title);
     Tags sliders;
-    for (const int slider : panel.sliders) {
-      if (slider < 0) continue;
+    for (const int slider : inside.amounts) {
       sliders.push_back(slider);
       const auto before = desk.values();
       desk.drag(slider, 20, 0);
@@ -97,25 +97,25 @@ TEST(Editor, EachPanelHoldsItsKnobsAmountsAndLearns) {
       EXPECT_NEAR(desk.values()[slider], 0.5F + 0.13F, 1e-5F);
     }
     desk.host.host.calls.clear();
-    desk.click(panel.reset);
+    desk.click(inside.buttons.reset);
     EXPECT_EQ(desk.host.host.calls, edits(sliders));
     for (const int slider : sliders) EXPECT_EQ(desk.values()[slider], 0.5F);
-    desk.click(panel.learn);
+    desk.click(inside.buttons.learn);
     EXPECT_EQ(desk.effect().learning(), target);
-    desk.click(panel.learn);
+    desk.click(inside.buttons.learn);
     EXPECT_EQ(desk.effect().learning(), -1);
-    desk.click(panel.learn);
-    desk.click(panel.clear);  // nothing to clear yet, and still learning
+    desk.click(inside.buttons.learn);
+    desk.click(inside.buttons.clear);  // nothing to clear yet, and still learning
     auto before = desk.values();
     desk.controller(20, 30);
     EXPECT_EQ(desk.changedSince(before), Tags{target});
     desk.controller(20, 90);
     EXPECT_NEAR(desk.values()[target], 90.0F / 127.0F, 1e-6F);
     before = desk.values();
-    desk.click(panel.clear);
+    desk.click(inside.buttons.clear);
     desk.controller(20, 10);
     EXPECT_EQ(desk.changedSince(before), Tags{});
-    desk.click(panel.close);
+    desk.click(inside.buttons.close);
     EXPECT_EQ(desk.editor().shownFrame()->getModalView(), nullptr);
   }
   desk.host.set(17, 0.9F);
@@ -136,19 +136,20 @@ TEST(Editor, DotsTellWhatMovesAKnob) {
                                                            {1034, {kFollower, kSequencer}},
                                                            {1035, {kFollower, kLfo}}};
   for (const layout::Panel& panel : layout::kPanels) {
-    SCOPED_TRACE(panel.title);
+    SCOPED_TRACE(panel.knob);
     desk.showGroup(groupOf(panel.knob));
     const auto dot = [&](std::size_t i) {
       return desk.window->pixel(panel.marks.x + 6 * static_cast<int>(i) + 1, panel.marks.y + 1);
     };
     const std::vector<std::uint32_t>& wanted = tints.at(panel.picture);
+    const std::span amounts = findRow(panel.knob)->panel->amounts;
     std::size_t i = 0;
     for (; i < wanted.size(); ++i) {
       const std::uint32_t bare = dot(i);
-      desk.host.set(panel.sliders[i], 0.4F);
+      desk.host.set(amounts[i], 0.4F);
       desk.tick();
       EXPECT_EQ(dot(i), wanted[i]);
-      desk.host.set(panel.sliders[i], 0.50001F);
+      desk.host.set(amounts[i], 0.50001F);
       desk.tick();
       EXPECT_EQ(dot(i), bare);
     }

@@ -90,14 +90,14 @@ TEST_F(PluginWindow, PanelsOpenHoldAmountsLearnAndClose) {
   for (const layout::Panel& panel : layout::kPanels) {
     if (panel.knob != 3 && panel.knob != 9 && panel.knob != 1) continue;
     SCOPED_TRACE(panel.knob);
+    const int amount = findRow(panel.knob)->panel->amounts.front();
     effect.showGroup(knobOf(panel.knob).group);
     const CPoint at = middle(knobOf(panel.knob).rect);
     const CPoint corner{std::min(at.x, layout::kWindow.right - panel.rect.width()),
                         std::min(at.y, layout::kWindow.bottom - panel.rect.height())};
     effect.click(at, 3);
-    EXPECT_EQ(effect.drag(corner + CPoint{panel.firstLeft + 73, 42}, {20, 0}),
-              Tags{panel.sliders[0]});
-    EXPECT_NEAR(effect.get(panel.sliders[0]), 0.63F, 1e-5F);
+    EXPECT_EQ(effect.drag(corner + CPoint{panel.firstLeft + 73, 42}, {20, 0}), Tags{amount});
+    EXPECT_NEAR(effect.get(amount), 0.63F, 1e-5F);
     effect.click(corner + CPoint{105, panel.rect.height() - 10});  // learn
     const Values before = effect.values();
     effect.controller(++controller, 30);
