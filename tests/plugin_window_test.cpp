@@ -7,12 +7,14 @@
 #include <X11/Xlib.h>
 #include <X11/keysym.h>
 
+#include <algorithm>
 #include <chrono>
 #include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 
+#include "core/tags.hpp"
 #include "tests/hosts/window_host.hpp"
 
 namespace zum::test {
@@ -87,12 +89,13 @@ TEST_F(PluginWindow, PanelsOpenHoldAmountsLearnAndClose) {
   Instance effect(library, robot);
   ASSERT_TRUE(effect.open(place));
   int controller = 20;
-  for (const layout::Panel& panel : layout::kPanels) {
-    if (panel.knob != 3 && panel.knob != 9 && panel.knob != 1) continue;
-    SCOPED_TRACE(panel.knob);
-    const int amount = findRow(panel.knob)->panel->amounts.front();
-    effect.showGroup(knobOf(panel.knob).group);
-    const CPoint at = middle(knobOf(panel.knob).rect);
+  const std::pair<int, int> knobs[] = {
+      {tag::efGain, tag::efGainLfo}, {tag::cutoff, tag::cutoffEf}, {tag::master, tag::masterEf}};
+  for (const auto& [knob, amount] : knobs) {
+    SCOPED_TRACE(knob);
+    const layout::Panel& panel = *std::ranges::find(layout::kPanels, knob, &layout::Panel::knob);
+    effect.showGroup(knobOf(knob).group);
+    const CPoint at = middle(knobOf(knob).rect);
     const CPoint corner{std::min(at.x, layout::kWindow.right - panel.rect.width()),
                         std::min(at.y, layout::kWindow.bottom - panel.rect.height())};
     effect.click(at, 3);
@@ -101,13 +104,14 @@ TEST_F(PluginWindow, PanelsOpenHoldAmountsLearnAndClose) {
     effect.click(corner + CPoint{105, panel.rect.height() - 10});  // learn
     const Values before = effect.values();
     effect.controller(++controller, 30);
-    EXPECT_EQ(effect.changedSince(before), Tags{panel.knob});
+    EXPECT_EQ(effect.changedSince(before), Tags{knob});
     effect.controller(controller, 90);
     effect.controller(controller + 40, 10);  // that one was not asked for
-    EXPECT_NEAR(effect.get(panel.knob), 90.0F / 127.0F, 1e-6F);
-    effect.set(panel.knob, 0.5F);
-    effect.click(panel.knob == 3 ? kCorner : corner + CPoint{161, 9});  // beside it, and its button
-    EXPECT_EQ(effect.turn(panel.knob), Tags{panel.knob});
+    EXPECT_NEAR(effect.get(knob), 90.0F / 127.0F, 1e-6F);
+    effect.set(knob, 0.5F);
+    effect.click(knob == tag::cutoff ? kCorner
+                                     : corner + CPoint{161, 9});  // beside it, and its button
+    EXPECT_EQ(effect.turn(knob), Tags{knob});
   }
   effect.call(effEditClose);
 }
