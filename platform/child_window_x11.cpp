@@ -3,7 +3,6 @@
 
 #include "platform/child_window.hpp"
 #include "platform/x11_connection.hpp"
-#include "platform/x11_errors.hpp"
 
 namespace zum {
 namespace {

@@ -5,7 +5,6 @@
 #include <cairo-xlib.h>
 
 #include "platform/x11_connection.hpp"
-#include "platform/x11_errors.hpp"
 #include "platform/x11_window.hpp"
 
 namespace zum {

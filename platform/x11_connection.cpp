@@ -1,6 +1,35 @@
 #include "platform/x11_connection.hpp"
 
+#include <atomic>
+#include <utility>
+
 namespace zum {
+namespace {
+
+std::mutex turns;
+// Read by handlers in other threads, about other connections.
+std::atomic<Display*> guarded = nullptr;
+std::atomic<XErrorHandler> previous = nullptr;
+std::atomic<XIOErrorHandler> previousIo = nullptr;
+int errors = 0;  // of the guarded connection, in the guard's thread
+
+int onError(Display* display, XErrorEvent* event) {
+  if (display != guarded) {
+    const XErrorHandler next = previous;
+    return next != nullptr ? next(display, event) : 0;
+  }
+  ++errors;
+  return 0;
+}
+
+/// The window hears of it from the connection's own exit handler.
+int onIoError(Display* display) {
+  if (display == guarded) return 0;
+  const XIOErrorHandler next = previousIo;
+  return next != nullptr ? next(display) : 0;
+}
+
+}  // namespace
 
 Display* connectToServer(bool& lost) {
   static const bool threads = XInitThreads() != 0;  // the host may run several
@@ -20,6 +49,24 @@ Window windowAbove(Display* display, Window inner) {
   if (XQueryTree(display, inner, &root, &above, &below, &count) == 0) return 0;
   if (below != nullptr) XFree(below);
   return above == root ? 0 : above;
+}
+
+X11Guard::X11Guard(Display* ours) : turn(turns), display(ours) {
+  errors = 0;
+  guarded = ours;
+  previous = XSetErrorHandler(onError);
+  previousIo = XSetIOErrorHandler(onIoError);
+}
+
+X11Guard::~X11Guard() {
+  XSetErrorHandler(previous);
+  XSetIOErrorHandler(previousIo);
+  guarded = nullptr;
+}
+
+bool X11Guard::failed() {
+  XSync(display, False);
+  return std::exchange(errors, 0) != 0;
 }
 
 }  // namespace zum

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "platform/x11_connection.hpp"
-#include "platform/x11_errors.hpp"
 #include "platform/x11_window.hpp"
 
 namespace zum {

@@ -57,9 +57,19 @@ class CEffectGroup : public CDSPProcessGroup {
     if (types.empty()) CreateEffectTypes();
     return kNoError;
   }
-  GroupDescription describe() const;
+  GroupDescription describe() const {
+    return {manufacturer.c_str(),
+            manufacturerId,
+            product.c_str(),
+            version,
+            category,
+            static_cast<std::int32_t>(types.size())};
+  }
   /// Null for a type that there is not.
-  const CEffectTypeRTAS* getType(std::int32_t index) const;
+  const CEffectTypeRTAS* getType(std::int32_t index) const {
+    if (index < 0 || index >= static_cast<std::int32_t>(types.size())) return nullptr;
+    return types[static_cast<std::size_t>(index)].get();
+  }
 
  protected:
   virtual void CreateEffectTypes() = 0;
