@@ -39,7 +39,7 @@ class BankWalk final : public MidiPrograms {
   void takePosition();
 
   std::string programName(std::int32_t index) const;
-  /// [any but audio]
+  /// [main]
   SharedBank::Held programs() const { return bank.get(); }
 
  private:

@@ -1,5 +1,5 @@
-// [any but audio, where no other word is said] States in memory: what a host saves and gives back,
-// the revert point, and the way of a preset into the parameters.
+// [main] unless said otherwise. States in memory: what a host saves and gives back, the revert
+// point, and the way of a preset into the parameters.
 #pragma once
 
 #include <array>

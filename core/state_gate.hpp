@@ -48,7 +48,7 @@ class StateGate {
     bool open;
   };
 
-  /// [any but audio] Of those who replace or read states. One thread may take it again.
+  /// [main] Of those who replace or read states. One thread may take it again.
   class Turn {
    public:
     explicit Turn(StateGate& gate) : lock(gate.turns) {}
@@ -57,7 +57,7 @@ class StateGate {
     const std::lock_guard<std::recursive_mutex> lock;
   };
 
-  /// [any but audio] A turn in which no block is at work, or none that ends within half a second.
+  /// [main] A turn in which no block is at work, or none that ends within half a second.
   class Silence {
    public:
     enum class Ends : std::uint8_t {

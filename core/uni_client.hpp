@@ -171,7 +171,7 @@ class KvUniClient final : public KvPluginBase,
   EventQueue& eventQueue() { return midi.queue(); }
   const PresetSlot& slot() const { return desk.slot(); }
   std::int32_t currentFolder() const { return loadShared(position.folder); }
-  /// [any but audio]
+  /// [main]
   SharedBank::Held programs() const { return bank.programs(); }
   VstTimeInfo& adaptorTime() { return transport.adaptorTime(); }
 
