@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "core/editor_link.hpp"
+#include "core/effect_editor.hpp"
 #include "core/parameter.hpp"
 #include "core/parameter_table.hpp"
 #include "engine/engine.hpp"

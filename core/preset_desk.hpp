@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/editor_link.hpp"
+#include "core/effect_editor.hpp"
 #include "core/preset_check.hpp"
 #include "core/preset_dialogs.hpp"
 #include "core/preset_slot.hpp"

@@ -10,7 +10,7 @@
 
 #include "core/bank_walk.hpp"
 #include "core/create_effect.hpp"
-#include "core/editor_link.hpp"
+#include "core/effect_editor.hpp"
 #include "core/file_desk.hpp"
 #include "core/midi_in.hpp"
 #include "core/parameter_store.hpp"
