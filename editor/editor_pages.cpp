@@ -9,6 +9,7 @@
 #include "toolkit/display.hpp"
 #include "toolkit/image.hpp"
 #include "toolkit/knob.hpp"
+#include "toolkit/menu_style.hpp"
 #include "toolkit/mouse_area.hpp"
 #include "toolkit/option_menu.hpp"
 #include "toolkit/scope_view.hpp"
@@ -103,7 +104,7 @@ void KvUniClientEditor::addSwitch(int tag) {
 void KvUniClientEditor::addMenu(int tag) {
   const auto row = std::find_if(layout::kMenus.begin(), layout::kMenus.end(),
                                 [tag](const layout::Menu& each) { return each.tag == tag; });
-  auto* const menu = make<KvOptionMenu>(row->rect, row->tag, "", KvOptionMenu::kPictures);
+  auto* const menu = make<KvOptionMenu>(row->rect, row->tag, "", menu_style::kPictures);
   for (int i = 1; i <= row->rows; ++i) menu->addEntry(std::to_string(i), -1, false);
   menu->closedBitmap = getBitmap(row->closedPicture);
   menu->openBitmap = getBitmap(row->openPicture);
@@ -179,7 +180,7 @@ void KvUniClientEditor::addGlobalControls() {
 
   // Holds the page, and is never seen.
   auto* const page =
-      make<KvOptionMenu>({113, 215, 153, 235}, tag::modChoice, "", KvOptionMenu::kPictures);
+      make<KvOptionMenu>({113, 215, 153, 235}, tag::modChoice, "", menu_style::kPictures);
   for (const char* name : {"follower", "LFO", "sequencer"}) page->addEntry(name, -1, false);
   page->bind(&effect.value(tag::modChoice).stepped);
   add(page, layout::always)->setVisible(false);
@@ -217,9 +218,9 @@ KvButton* KvUniClientEditor::addButton(int tag, const CRect& rect, int picture) 
 }
 
 void KvUniClientEditor::addPresetMenu() {
-  constexpr std::uint32_t kStyle = KvOptionMenu::kFolder | KvOptionMenu::kSubFolders |
-                                   KvOptionMenu::kSteps | KvOptionMenu::kSaveEntry |
-                                   KvOptionMenu::kPresetsHeader;
+  constexpr std::uint32_t kStyle = menu_style::kFolder | menu_style::kSubFolders |
+                                   menu_style::kSteps | menu_style::kSaveEntry |
+                                   menu_style::kPresetsHeader;
   auto* const menu = make<KvOptionMenu>({46, 35, 157, 52}, tag::presetMenu, "default", kStyle);
   menu->listOffsetX = -12;
   menu->listOffsetY = 19;

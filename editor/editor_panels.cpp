@@ -8,6 +8,7 @@
 #include "editor/palette_color.hpp"
 #include "toolkit/button.hpp"
 #include "toolkit/knob.hpp"
+#include "toolkit/menu_style.hpp"
 #include "toolkit/option_menu.hpp"
 #include "toolkit/panel.hpp"
 #include "toolkit/text_view.hpp"
@@ -58,7 +59,7 @@ class DrawnButton final : public KvButton {
 }  // namespace
 
 void KvUniClientEditor::addLearnMenu() {
-  learnMenu = make<KvOptionMenu>({}, tag::learnMenu, "", KvOptionMenu::kPlain);
+  learnMenu = make<KvOptionMenu>({}, tag::learnMenu, "", menu_style::kPlain);
   learnMenu->addEntry("midi Learn", -1, false);
   learnMenu->addEntry("clear", -1, false);
   getFrame()->addView(learnMenu);

@@ -8,6 +8,7 @@
 
 #include "platform/files.hpp"
 #include "support/desk.hpp"
+#include "toolkit/menu_style.hpp"
 #include "toolkit/option_menu.hpp"
 #include "toolkit/panel.hpp"
 
@@ -16,18 +17,19 @@ namespace {
 
 constexpr CRect kPlace{10, 10, 110, 27};
 
-KvOptionMenu* addMenu(Desk& desk, std::uint32_t style = KvOptionMenu::kPlain) {
+KvOptionMenu* addMenu(Desk& desk, std::uint32_t style = menu_style::kPlain) {
   auto* const menu = desk.add<KvOptionMenu>(kPlace, 60, "default", style);
   return menu;
 }
 
-CPoint middleOf(const KvOptionMenu& menu, int row) {
-  for (int y = menu.getListRect().top; y < menu.getListRect().bottom; ++y) {
-    const CPoint point{menu.getListRect().left + 5, y + 5};
-    if (menu.rowAt(point) == row) return point;
+CPoint middleOf(const MenuList& list, int row) {
+  for (int y = list.getRect().top; y < list.getRect().bottom; ++y) {
+    const CPoint point{list.getRect().left + 5, y + 5};
+    if (list.rowAt(point) == row) return point;
   }
   return {-1, -1};
 }
+CPoint middleOf(const KvOptionMenu& menu, int row) { return middleOf(*menu.openList(), row); }
 
 TEST(OptionMenu, ChoosesByClicksAndByOneDragAndClosesWithAClickOutside) {
   Desk desk;
@@ -75,7 +77,7 @@ TEST(OptionMenu, StaysInsideTheFrameAndAHiddenOneIsShut) {
   EXPECT_EQ(menu->getSelectedEntry(), -1);  // the list came under the pointer
   desk.window->wheel(290, 190, -1.0F);
   desk.ticks(1);
-  EXPECT_EQ(menu->rowAt({list.left + 5, list.top + 5}), 3);
+  EXPECT_EQ(menu->openList()->rowAt({list.left + 5, list.top + 5}), 3);
   mask.set(3, false);
   desk.ticks(1);
   EXPECT_FALSE(menu->isListOpen());
@@ -106,9 +108,9 @@ TEST(OptionMenu, MarksTheRowInUseAlsoInAPicture) {
 /// An open list whose first row has a sub-menu, and where that row is.
 struct OpenTree {
   OpenTree() {
-    for (const char* row : {"one", "two", "three", "four"}) inner->addEntry(row, -1, false);
-    inner->listOffsetY = -17;
-    menu->addEntry(inner, "more");
+    auto inner = std::make_unique<MenuRows>();
+    for (const char* row : {"one", "two", "three", "four"}) inner->tryAppend(row);
+    menu->addEntry(std::move(inner), "more");
     for (const char* row : {"LP", "HP", "BP"}) menu->addEntry(row, -1, false);
     desk.click(20, 15);
     first = middleOf(*menu, 0);
@@ -121,7 +123,7 @@ struct OpenTree {
   }
   Desk desk;
   KvOptionMenu* menu = addMenu(desk);
-  KvOptionMenu* inner = new KvOptionMenu({}, nullptr, 1, *desk.frame, "", KvOptionMenu::kPlain);
+  bool isInnerOpen() const { return menu->openList()->getChild() != nullptr; }
   CPoint first;
 };
 
@@ -141,14 +143,14 @@ TEST(OptionMenu, ASubMenuStaysForAHandThatIsOnItsWayThere) {
   for (const auto& [way, rest, stays] : cases) {
     OpenTree tree;
     tree.move(0, 0);
-    ASSERT_EQ(tree.menu->openSubMenu(), tree.inner);
+    ASSERT_TRUE(tree.isInnerOpen());
     for (const CPoint& to : way) tree.move(to.x, to.y);
     tree.desk.ticks(rest);
-    EXPECT_EQ(tree.menu->openSubMenu() != nullptr, stays) << way.back().x << ' ' << way.back().y;
+    EXPECT_EQ(tree.isInnerOpen(), stays) << way.back().x << ' ' << way.back().y;
     // The wheel has nothing to scroll here.
     tree.desk.window->wheel(tree.first.x, tree.first.y, -1.0F);
     tree.desk.ticks(1);
-    EXPECT_EQ(tree.menu->openSubMenu() != nullptr, stays);
+    EXPECT_EQ(tree.isInnerOpen(), stays);
   }
 }
 
@@ -158,9 +160,9 @@ TEST(OptionMenu, KeysOpenSubMenusLeaveThemAndChoose) {
       OpenTree tree;
       tree.key(keys::kDown);
       tree.key(opens);
-      EXPECT_EQ(tree.menu->openSubMenu(), tree.inner);
+      EXPECT_TRUE(tree.isInnerOpen());
       tree.key(leaves);
-      EXPECT_EQ(tree.menu->openSubMenu(), nullptr);
+      EXPECT_FALSE(tree.isInnerOpen());
       EXPECT_TRUE(tree.menu->isListOpen());
       tree.key(keys::kLeft);
       tree.key(opens);
@@ -179,11 +181,11 @@ TEST(OptionMenu, KeepsItsRowsInOrderAndItsSelectionOnItsRow) {
   std::string text;
   EXPECT_EQ(menu->getCurrent(text), -1);
   EXPECT_EQ(text, "Empty");
-  for (std::size_t i = 0; i < KvOptionMenu::kMostRows; ++i) {
+  for (std::size_t i = 0; i < MenuRows::kMost; ++i) {
     EXPECT_TRUE(menu->addEntry(std::to_string(i), -1, long(i)));
   }
   EXPECT_FALSE(menu->addEntry("too many", 0, false));
-  EXPECT_FALSE(menu->addEntry(new KvOptionMenu({}, nullptr, 1, *desk.frame, "", 1), "too many"));
+  EXPECT_FALSE(menu->addEntry(std::make_unique<MenuRows>(), "too many"));
   menu->setCurrent(5);
   EXPECT_TRUE(menu->removeEntry(2));
   EXPECT_EQ(menu->getCurrent(text), 4);
@@ -239,7 +241,7 @@ TEST(OptionMenu, OverAFolderListsFilesSubFoldersAndFixedRows) {
   const CPoint deep = middleOf(*nested, nested->getEntryIndex("Deep"));
   desk.window->move(deep.x, deep.y);
   desk.ticks(1);
-  const KvOptionMenu* const inner = nested->openSubMenu();
+  const MenuList* const inner = nested->openList()->getChild();
   ASSERT_NE(inner, nullptr);
   const CPoint low = middleOf(*inner, 0);
   desk.click(low.x, low.y);
@@ -267,13 +269,13 @@ TEST(OptionMenu, OverAFolderListsFilesSubFoldersAndFixedRows) {
   outer->setListener(&rereader);
   outer->setFolder(rereader.folder, "kvz");
   desk.click(20, 15);
-  const KvOptionMenu* list = outer;
-  for (const char* name : {"A", "B"}) {
-    const CPoint row = middleOf(*list, list->getEntryIndex(name));
-    desk.window->move(row.x, row.y);
+  const MenuList* list = outer->openList();
+  for (const int row : {outer->fixedRows(), 0}) {
+    const CPoint folderRow = middleOf(*list, row);
+    desk.window->move(folderRow.x, folderRow.y);
     desk.ticks(1);
-    list = list->openSubMenu();
-    ASSERT_NE(list, nullptr) << name;
+    list = list->getChild();
+    ASSERT_NE(list, nullptr) << row;
   }
   const CPoint file = middleOf(*list, 0);
   desk.click(file.x, file.y);

@@ -69,11 +69,6 @@ class KvControl : public CControl {
   virtual void setBoundsAndArea(int left, int top, int right, int bottom);
   /// What a press with the right button opens.
   virtual void setPopupPanel(KvViewContainer* /*panel*/) {}
-  // Menus alone do something here.
-  virtual void setCurrent(int /*entry*/) {}
-  virtual void stepPreset(int /*direction*/) {}
-  virtual void rescan(const char* /*folder*/) {}
-  virtual void removeAllEntries() {}
   /// The view hides until the pointer rests on this one.
   virtual void addShownCompanion(CView* view);
   virtual void addHiddenCompanion(CView* view);

@@ -7,7 +7,7 @@
 #include "toolkit/base_control.hpp"
 #include "toolkit/bound_value.hpp"
 #include "toolkit/condition.hpp"
-#include "toolkit/menu_entry.hpp"
+#include "toolkit/menu_user_entry.hpp"
 
 namespace zum {
 

@@ -13,6 +13,11 @@ class MenuScroll {
  public:
   static constexpr int kWidth = 11;  // pixels
 
+  MenuScroll() = default;
+  /// 0 at the top, 1 at the bottom.
+  explicit MenuScroll(float start) : position(start) {}
+  float getPosition() const { return position; }
+
   void setRows(int all, int seen) {
     hidden = std::max(all - seen, 0);
     visibleShare = all > 0 ? static_cast<float>(seen) / static_cast<float>(all) : 1.0F;
@@ -60,7 +65,7 @@ class MenuScroll {
   CRect bar;
   int hidden = 0;  // rows
   float visibleShare = 1.0F;
-  float position = 0.0F;  // 0 at the top, 1 at the bottom
+  float position = 0.0F;
 };
 
 }  // namespace zum

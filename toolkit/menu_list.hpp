@@ -1,0 +1,107 @@
+// An open list of a menu, and beside it the lists of the sub-menus that are open: where they lie,
+// what they look like, and what the mouse and the keys do to them.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "platform/input.hpp"
+#include "toolkit/menu_aim.hpp"
+#include "toolkit/menu_rows.hpp"
+#include "toolkit/menu_scroll.hpp"
+#include "toolkit/view/bitmap.hpp"
+#include "toolkit/view/damage.hpp"
+#include "toolkit/view/font.hpp"
+
+namespace zum {
+
+/// How lists look.
+struct MenuLook {
+  CBitmap* rowBitmap = nullptr;      // rows as they are under the pointer
+  int rowBitmapHeight = 17;          // pixels
+  CBitmap* subMenuBitmap = nullptr;  // sign of a sub-menu: plain and, a row lower, lit
+  int itemHeight = 17;               // of a row, pixels
+  int fontSize = 12;                 // pixels
+  CColor selectedTextColor = kWhiteColor;
+  CColor selectedBackColor = kGreyColor;
+  CColor markColor = kGreyColor;  // of the row in use
+  CColor frameColor = kGreyColor;
+  CColor separatorColor = kGreyColor;  // of headers and of rows that are off
+};
+constexpr int kMenuTextInset = 6;  // pixels, also of a closed menu
+
+/// [main] The outermost one takes what the user does, and hands it to the list it is meant for.
+class MenuList {
+ public:
+  struct Style {
+    MenuLook look;
+    const CFontDesc* font = nullptr;
+    CColor textColor = kBlackColor;
+    CColor backgroundColor = kWhiteColor;
+    CBitmap* picture = nullptr;  // of the whole list; sub-menus have none
+  };
+  /// Whether a row is what the menu shows when it is closed.
+  using InUse = std::function<bool(const MenuRows& rows, int row)>;
+
+  /// Its top left corner as near to `corner` as the room allows; what is too long is scrolled. The
+  /// rows outlive it.
+  MenuList(MenuRows& shown, const Style& listStyle, const CRect& space, CPoint corner,
+           int leastWidth);
+  /// It opens next time where it was left.
+  ~MenuList() { rows.scrollPosition = scroll.getPosition(); }
+  MenuList(const MenuList&) = delete;
+  MenuList& operator=(const MenuList&) = delete;
+
+  const CRect& getRect() const { return rect; }
+  /// The list of the sub-menu that is open, null for none.
+  const MenuList* getChild() const { return child.get(); }
+  /// -1 for none.
+  int rowAt(CPoint where) const;
+  /// Of all lists.
+  CRect drawnArea() const;
+  void draw(CDrawContext& context, const InUse& inUse) const;
+  /// Adds what changed since the last call.
+  void gatherDamage(Damage& damage);
+
+  void press(CPoint where);
+  void move(CPoint where);
+  /// True when it ended the drag of a scroll bar.
+  bool release();
+  bool isOnRow(CPoint where);
+  /// Chooses the row at a place, or opens its sub-menu.
+  std::optional<MenuChoice> pick(CPoint where);
+  /// False for a place outside of all lists.
+  bool wheel(CPoint where, float distance);
+  std::optional<MenuChoice> pressKey(const WindowKey& key);
+  /// A pointer that rests on its way into a sub-menu means the row under it.
+  void tick(std::optional<CPoint> pointer);
+
+ private:
+  int rowsInside() const;
+  int firstVisible() const { return scroll.isNeeded() ? scroll.firstRow() : 0; }
+  CRect rowRect(int row) const;
+  void drawRow(CDrawContext& context, int row, bool isMarked) const;
+  void placeBar();
+  void changed() { damaged.add(rect); }
+  MenuList* listAt(CPoint where);
+  MenuList* dragged();
+  void follow(CPoint where);
+  void hover(int row);
+  void walk(int from, int direction);
+  void openChild(int row);
+  void closeChild();
+  std::optional<MenuChoice> choose(int row);
+
+  MenuRows& rows;
+  Style style;
+  CRect room;
+  CRect rect;
+  MenuScroll scroll;
+  int hoveredRow = -1;
+  MenuAim aim;  // from the hovered row
+  Damage damaged;
+  std::unique_ptr<MenuList> child;  // of the hovered row
+};
+
+}  // namespace zum
