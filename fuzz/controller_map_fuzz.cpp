@@ -2,28 +2,19 @@
 // Looks for words that lead outside of the buffer, for a refused map that changed something, and
 // for a taken one that does not come back as it is.
 
-#include <cstring>
-#include <vector>
-
 #include "core/controller_map.hpp"
 #include "fuzz/bytes.hpp"
+#include "tests/support/chunk_words.hpp"
 
 namespace {
 
 using namespace zum;
 
-using Words = std::vector<std::uint32_t>;
+using test::Words;
 
 Words wordsOf(const ControllerMap& map) {
-  KvChunk chunk;
-  map.writeCcMap(chunk);
-  chunk.allocate(chunk.cursor);
-  chunk.cursor = 0;
-  chunk.countOnly = false;
-  map.writeCcMap(chunk);
-  demand(!chunk.overrun() && chunk.cursor == chunk.dataWords());
-  Words words(chunk.dataWords());
-  std::memcpy(words.data(), chunk.data(), 4 * words.size());
+  Words words = test::written([&](KvChunk& chunk) { map.writeCcMap(chunk); });
+  demand(!words.empty());
   return words;
 }
 

@@ -2,32 +2,20 @@
 // over the stored corpus by replay_main.cpp. Looks for words that lead outside of the buffer, for a
 // discarded read that is no twin of the taken one, and for a table that does not come back.
 
-#include <cstring>
-#include <vector>
-
 #include "fuzz/bytes.hpp"
 #include "state/table_xy.hpp"
+#include "tests/support/chunk_words.hpp"
 
 namespace {
 
 using namespace zum;
 
-using Words = std::vector<std::uint32_t>;
-
-void fill(KvChunk& chunk, const Words& words) {
-  auto buffer = std::make_unique<std::uint32_t[]>(words.size());
-  std::copy(words.begin(), words.end(), buffer.get());
-  chunk.adopt(std::move(buffer), static_cast<std::uint32_t>(words.size()));
-}
+using test::fill;
+using test::Words;
 
 Words contentOf(KvTableXY& table) {
-  KvChunk chunk;
-  chunk.allocate(chunkWordsOf(table));
-  chunk.countOnly = false;
-  table.writeChunk(&chunk);
-  demand(!chunk.overrun() && chunk.cursor == chunk.dataWords());
-  Words words(chunk.dataWords());
-  std::memcpy(words.data(), chunk.data(), 4 * words.size());
+  Words words = test::written([&](KvChunk& chunk) { table.writeChunk(&chunk); });
+  demand(!words.empty());
   return words;
 }
 

@@ -7,9 +7,11 @@
 #include <set>
 #include <thread>
 
+#include "core/tags.hpp"
 #include "platform/files.hpp"
 #include "support/settings_user.hpp"
 #include "support/test_host.hpp"
+#include "support/told.hpp"
 
 namespace zum::test {
 namespace {
@@ -17,44 +19,48 @@ namespace {
 /// Settings of its own that name a tree of presets; each has a cutoff to be told by.
 class BankTest : public SettingsTest {
  protected:
-  void SetUp() override {
-    SettingsTest::SetUp();
+  BankTest() {
     initSettings(ignoreSwitch);
     writeSettingString(kPresetPath, internal("tree"));
     fs::create_directories(folder / "tree");
   }
 
   static std::string stateWith(float cutoff) {
-    TestHost host;
-    host.set(kCutoff, cutoff);
-    void* data = nullptr;
-    const auto bytes = static_cast<std::size_t>(host.dispatch(effGetChunk, 0, 0, &data));
-    return {static_cast<char*>(data), bytes};
+    const TestHost host;
+    host.set(tag::cutoff, cutoff);
+    return host.state();
   }
   void put(const std::string& name, float cutoff) const {
     putText(folder / "tree" / name, stateWith(cutoff));
   }
   /// Three folders with presets and an empty one between them.
   void putTree() const {
-    put("A/a0.kvz", 0.0F);
-    put("A/a1.kvz", 0.0625F);
-    put("A/a2.kvz", 0.125F);
     fs::create_directories(folder / "tree/B");
-    put("C/c0.kvz", 0.25F);
-    put("C/c1.kvz", 0.3125F);
-    put("Midi Programs/m0.kvz", 0.5F);
-    put("Midi Programs/m1.kvz", 0.5625F);
+    for (const auto& [name, cutoff] : std::map<std::string, float>{{"A/a0", 0.0F},
+                                                                   {"A/a1", 0.0625F},
+                                                                   {"A/a2", 0.125F},
+                                                                   {"C/c0", 0.25F},
+                                                                   {"C/c1", 0.3125F},
+                                                                   {"Midi Programs/m0", 0.5F},
+                                                                   {"Midi Programs/m1", 0.5625F}}) {
+      put(name + ".kvz", cutoff);
+    }
   }
   std::string path(const std::string& name) const { return internal("tree/" + name); }
-
-  static constexpr int kCutoff = 3;
+  void load(const TestHost& host, const std::string& name, bool isUsers = false) const {
+    host.client().loadPresetFile(path(name).c_str(), 0, nullptr, isUsers);
+  }
+  void save(const TestHost& host, const std::string& name) const {
+    host.client().savePreset(path(name).c_str(), 0, nullptr, false);
+  }
+  static std::string nameOf(const TestHost& host) { return host.client().slot().name.get(); }
 };
 
 TEST_F(BankTest, ProgramsWalkThroughTheWholeBank) {
   putTree();
   TestHost host;
   EXPECT_EQ(host.effect->numPrograms, 128);
-  host.set(kCutoff, 1.0F);
+  host.set(tag::cutoff, 1.0F);
   const struct {
     int asked, program, folder;
     const char* name;  // null: nothing is loaded
@@ -72,15 +78,15 @@ TEST_F(BankTest, ProgramsWalkThroughTheWholeBank) {
     host.client().setProgram(step.asked);
     EXPECT_EQ(host.dispatch(effGetProgram), step.program);
     EXPECT_EQ(host.client().currentFolder(), step.folder);
-    EXPECT_EQ(host.client().slot().name.get(), step.name);
+    EXPECT_EQ(nameOf(host), step.name);
     EXPECT_EQ(host.text(effGetProgramName), step.name);
-    EXPECT_EQ(host.get(kCutoff), step.cutoff);
+    EXPECT_EQ(host.get(tag::cutoff), step.cutoff);
   }
   EXPECT_EQ(host.client().slot().path.get(), path("A/a0.kvz"));
   EXPECT_EQ(host.client().slot().folder.get(), "A");
   fs::remove(folder / "tree/A/a1.kvz");  // in memory it stays
   host.client().setProgram(1);
-  EXPECT_EQ(host.client().slot().name.get(), "a1");
+  EXPECT_EQ(nameOf(host), "a1");
   EXPECT_EQ(host.client().slot().folder.get(), ":-(");
 }
 
@@ -93,7 +99,7 @@ TEST_F(BankTest, AWalkEntersTheNeighbourFolders) {
                                                {-1, "c1"}, {0, "c0"}, {-1, "a0"}};
   for (const auto& [asked, name] : steps) {
     host.client().setProgram(asked);
-    EXPECT_EQ(host.client().slot().name.get(), name) << asked;
+    EXPECT_EQ(nameOf(host), name) << asked;
   }
   EXPECT_EQ(host.text(effGetProgramNameIndexed, 0), "a0");
   EXPECT_EQ(host.text(effGetProgramNameIndexed, 7), "empty");
@@ -106,32 +112,28 @@ TEST_F(BankTest, HoldsTheFirst128OfEachAndOnlyWhatIsAPreset) {
     putText(folder / "tree/A" / (number + ".kvz"), state);
     fs::create_directories(folder / "tree" / ("F" + number));
   }
-  const auto put = [&](const std::string& name, std::size_t at, char byte) {
-    std::string text = state;
-    text[at] = byte;
-    putText(folder / "tree/A" / name, text);
-  };
   putText(folder / "tree/A/0 short.kvz", state.substr(0, 12));
   putText(folder / "tree/A/0 other.txt", state);
   putText(folder / "tree/A/0 long.kvz", state);
   fs::resize_file(folder / "tree/A/0 long.kvz", std::uintmax_t{1} << 40U);  // no disk has as much
-  put("0 magic.kvz", 16, '?');
-  put("0 product.kvz", 24, '\0');
-  put("0 reserved.kvz", 32, '\x01');
+  for (const auto& [at, byte] : {std::pair{16U, '?'}, {24U, '\0'}, {32U, '\x01'}}) {
+    std::string other = state;  // magic number, product, reserved word
+    other[at] = byte;
+    putText(folder / "tree/A" / ("0 " + std::to_string(at) + ".kvz"), other);
+  }
   TestHost host;
-  const auto held = host.client().programs();
-  const KvProgramBank& bank = *held;
-  EXPECT_EQ(bank.folderCount(), 128);
-  EXPECT_EQ(bank.folderName(127), "F1126");
-  ASSERT_EQ(bank.presetCount(0), 128);
-  EXPECT_EQ(bank.presetName(0, 0), "1000");
-  EXPECT_EQ(bank.presetName(0, 127), "1127");
-  EXPECT_EQ(bank.get(0, 128), nullptr);
-  EXPECT_EQ(bank.get(128, 0), nullptr);
+  const auto bank = host.client().programs();
+  EXPECT_EQ(bank->folderCount(), 128);
+  EXPECT_EQ(bank->folderName(127), "F1126");
+  ASSERT_EQ(bank->presetCount(0), 128);
+  EXPECT_EQ(bank->presetName(0, 0), "1000");
+  EXPECT_EQ(bank->presetName(0, 127), "1127");
+  EXPECT_EQ(bank->get(0, 128), nullptr);
+  EXPECT_EQ(bank->get(128, 0), nullptr);
   // The window's arrows reach what the bank does not hold.
-  host.client().loadPresetFile(path("A/1127.kvz").c_str(), 0, nullptr, false);
+  load(host, "A/1127.kvz");
   host.client().nextPreset(0);
-  EXPECT_EQ(host.client().slot().name.get(), "1128");
+  EXPECT_EQ(nameOf(host), "1128");
   writeSettingString(kPresetPath, "presets");  // would lie wherever the host runs
   host.client().scanBank();
   EXPECT_EQ(host.client().programs()->folderCount(), 0);
@@ -142,9 +144,9 @@ TEST_F(BankTest, FilesHaveNeighboursRoundBothEnds) {
   TestHost host;
   KvUniClient& client = host.client();
   client.nextPreset(0);  // no file yet
-  EXPECT_EQ(client.slot().name.get(), "default");
+  EXPECT_EQ(nameOf(host), "default");
   host.host.calls.clear();
-  client.loadPresetFile(path("C/c1.kvz").c_str(), 0, nullptr, true);
+  load(host, "C/c1.kvz", true);
   EXPECT_EQ(host.host.calls,
             (std::vector<std::array<std::intptr_t, 3>>{{audioMasterUpdateDisplay, 0, 0}}));
   EXPECT_EQ(client.slot().folder.get(), "C");
@@ -156,52 +158,50 @@ TEST_F(BankTest, FilesHaveNeighboursRoundBothEnds) {
       {&KvUniClient::previousPreset, 0.25F}};
   for (const auto& [step, cutoff] : steps) {
     (client.*step)(0);
-    EXPECT_EQ(host.get(kCutoff), cutoff);
+    EXPECT_EQ(host.get(tag::cutoff), cutoff);
   }
   fs::rename(folder / "tree/C/c0.kvz", folder / "tree/C/d.kvz");
   client.previousPreset(0);  // without a match from the outside in
-  EXPECT_EQ(client.slot().name.get(), "d");
+  EXPECT_EQ(nameOf(host), "d");
 }
 
 TEST_F(BankTest, ASavedStateIsAFileThatLoads) {
   putTree();
   TestHost host;
   KvUniClient& client = host.client();
-  host.set(kCutoff, 0.875F);
-  client.savePreset(path("C/new.kvz").c_str(), 0, nullptr, false);
-  EXPECT_EQ(client.slot().name.get(), "new");
+  host.set(tag::cutoff, 0.875F);
+  save(host, "C/new.kvz");
+  EXPECT_EQ(nameOf(host), "new");
   EXPECT_EQ(client.slot().path.get(), path("C/new.kvz"));
-  host.set(kCutoff, 0.0F);
+  host.set(tag::cutoff, 0.0F);
   client.nextPreset(0);
   client.previousPreset(0);
-  EXPECT_EQ(host.get(kCutoff), 0.875F);
+  EXPECT_EQ(host.get(tag::cutoff), 0.875F);
   client.scanBank();
   EXPECT_EQ(client.programs()->findPreset(client.programs()->findFolder("C"), "new"), 2);
 
-  testing::internal::CaptureStderr();
   const std::string good = textIn(folder / "tree/C/new.kvz");
-  ASSERT_TRUE(client.setStepColumns(300000));
-  client.savePreset(path("C/new.kvz").c_str(), 0, nullptr, false);  // more than a file may have
-  EXPECT_TRUE(textIn(folder / "tree/C/new.kvz") == good);
-  ASSERT_TRUE(client.setStepColumns(8));
-  client.savePreset(path("none/new.kvz").c_str(), 0, nullptr, false);
-  std::string newer = textIn(folder / "tree/C/new.kvz");
+  std::string newer = good;
   newer[4] = 4;
   putText(folder / "tree/C/newer.kvz", newer);
-  client.loadPresetFile(path("C/newer.kvz").c_str(), 0, nullptr, false);
   fs::copy_file(folder / "tree/C/c0.kvz", folder / "tree/C/long.kvz");
   fs::resize_file(folder / "tree/C/long.kvz", (1U << 20U) + 1);
-  client.loadPresetFile(path("C/long.kvz").c_str(), 0, nullptr, false);
-  client.loadPresetFile(path("C/missing.kvz").c_str(), 0, nullptr, false);
-  client.loadPresetFile("x", 0, nullptr, false);
-  client.loadPresetFile(nullptr, 0, nullptr, false);  // no dialogs here: as if cancelled
-  client.savePreset(nullptr, 0, nullptr, false);
-  const std::string told = testing::internal::GetCapturedStderr();
-  EXPECT_NE(told.find("saving preset to " + path("none/new.kvz") + " failed"), told.npos) << told;
-  EXPECT_NE(told.find("preset was written with a newer version of ZUM"), told.npos) << told;
-  EXPECT_NE(told.find("This is no valid ZUM format!"), told.npos) << told;
+  const std::string told = toldBy([&] {
+    ASSERT_TRUE(client.setStepColumns(300000));
+    save(host, "C/new.kvz");  // more than a file may have
+    ASSERT_TRUE(client.setStepColumns(8));
+    save(host, "none/new.kvz");
+    for (const char* name : {"C/newer.kvz", "C/long.kvz", "C/missing.kvz"}) load(host, name);
+    client.loadPresetFile("x", 0, nullptr, false);
+    client.loadPresetFile(nullptr, 0, nullptr, false);  // no dialogs here: as if cancelled
+    client.savePreset(nullptr, 0, nullptr, false);
+  });
+  EXPECT_TRUE(textIn(folder / "tree/C/new.kvz") == good);
+  EXPECT_TRUE(has(told, "saving preset to " + path("none/new.kvz") + " failed")) << told;
+  EXPECT_TRUE(has(told, "preset was written with a newer version of ZUM")) << told;
+  EXPECT_TRUE(has(told, "This is no valid ZUM format!")) << told;
   EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 4) << told;
-  EXPECT_EQ(client.slot().name.get(), "new");
+  EXPECT_EQ(nameOf(host), "new");
 }
 
 TEST_F(BankTest, MidiPlaysProgramsFromMemory) {
@@ -210,15 +210,15 @@ TEST_F(BankTest, MidiPlaysProgramsFromMemory) {
   KvUniClient& client = host.client();
   fs::remove_all(folder / "tree");
   client.playMidiProgram(1);
-  EXPECT_EQ(host.get(kCutoff), 0.5625F);
-  EXPECT_EQ(client.slot().name.get(), "m1");
+  EXPECT_EQ(host.get(tag::cutoff), 0.5625F);
+  EXPECT_EQ(nameOf(host), "m1");
   for (const int index : {2, -1, 127}) client.playMidiProgram(index);
-  EXPECT_EQ(client.slot().name.get(), "m1");
+  EXPECT_EQ(nameOf(host), "m1");
   EXPECT_FALSE(client.muteRequest.load());
   client.scanBank();
-  host.set(kCutoff, 0.0F);
+  host.set(tag::cutoff, 0.0F);
   client.playMidiProgram(1);  // no such folder
-  EXPECT_EQ(host.get(kCutoff), 0.0F);
+  EXPECT_EQ(host.get(tag::cutoff), 0.0F);
 }
 
 TEST_F(BankTest, WhatIsSavedIsTheProgramThatPlays) {
@@ -226,21 +226,21 @@ TEST_F(BankTest, WhatIsSavedIsTheProgramThatPlays) {
   TestHost host;
   KvUniClient& client = host.client();
   const auto before = client.programs();
-  host.set(kCutoff, 0.875F);
-  client.savePreset(path("A/a1.kvz").c_str(), 0, nullptr, false);
+  host.set(tag::cutoff, 0.875F);
+  save(host, "A/a1.kvz");
   EXPECT_EQ(host.dispatch(effGetProgram), 1);
   client.setProgram(2);
   client.setProgram(1);
-  EXPECT_EQ(host.get(kCutoff), 0.875F);
+  EXPECT_EQ(host.get(tag::cutoff), 0.875F);
   EXPECT_EQ(client.programs()->get(2, 0), before->get(2, 0));  // not read again
-  client.savePreset(path("Midi Programs/m1.kvz").c_str(), 0, nullptr, false);
-  host.set(kCutoff, 0.0F);
+  save(host, "Midi Programs/m1.kvz");
+  host.set(tag::cutoff, 0.0F);
   client.playMidiProgram(1);
-  EXPECT_EQ(host.get(kCutoff), 0.875F);
-  client.savePreset(path("A/a0b.kvz").c_str(), 0, nullptr, false);  // all behind it move on
+  EXPECT_EQ(host.get(tag::cutoff), 0.875F);
+  save(host, "A/a0b.kvz");  // all behind it move on
   EXPECT_EQ(host.text(effGetProgramName), "a0b");
   client.setProgram(2);
-  EXPECT_EQ(client.slot().name.get(), "a1");
+  EXPECT_EQ(nameOf(host), "a1");
 }
 
 TEST_F(BankTest, WhatIsRefusedKeepsItsPlaceAndNoMemory) {
@@ -254,17 +254,14 @@ TEST_F(BankTest, WhatIsRefusedKeepsItsPlaceAndNoMemory) {
   putText(folder / "tree/A/a2.kvz", hollow);
   fs::resize_file(folder / "tree/A/a2.kvz", 4 * kWords);
   TestHost host;
-  host.set(kCutoff, 1.0F);
+  host.set(tag::cutoff, 1.0F);
   const std::pair<int, const char*> refused[] = {{1, "wrong plugin version"},
                                                  {2, "This is no valid ZUM format!"}};
   for (const auto& [program, message] : refused) {
     EXPECT_EQ(host.client().programs()->get(0, program)->chunk.dataWords(), 0U);
-    testing::internal::CaptureStderr();
-    host.client().setProgram(program);
-    const std::string told = testing::internal::GetCapturedStderr();
-    EXPECT_NE(told.find(message), told.npos) << told;
+    EXPECT_TRUE(has(toldBy([&, at = program] { host.client().setProgram(at); }), message));
     EXPECT_EQ(host.dispatch(effGetProgram), program);
-    EXPECT_EQ(host.get(kCutoff), 1.0F);
+    EXPECT_EQ(host.get(tag::cutoff), 1.0F);
   }
 }
 
@@ -279,21 +276,21 @@ TEST_F(BankTest, TakesNoMoreThan32Megabytes) {
   std::memcpy(large.data(), &kWords, 4);
   putText(folder / "tree/B/b.kvz", state);
   for (int i = 10; i < 43; ++i) putText(folder / "tree/A" / (std::to_string(i) + ".kvz"), large);
-  testing::internal::CaptureStderr();
-  TestHost host;
-  KvUniClient& client = host.client();
-  EXPECT_EQ(client.programs()->presetCount(0), 32);
-  EXPECT_EQ(client.programs()->findFolder("B"), 1);
-  EXPECT_EQ(client.programs()->presetCount(1), 0);
-  client.savePreset(path("B/c.kvz").c_str(), 0, nullptr, false);
-  EXPECT_EQ(client.programs()->presetCount(1), 0);
-  const std::string told = testing::internal::GetCapturedStderr();
-  EXPECT_NE(told.find("A\\42.kvz"), told.npos) << told;
+  std::unique_ptr<TestHost> host;
+  const std::string told = toldBy([&] {
+    host = std::make_unique<TestHost>();
+    save(*host, "B/c.kvz");
+  });
+  const auto presetsOf = [&](int at) { return host->client().programs()->presetCount(at); };
+  EXPECT_EQ(presetsOf(0), 32);
+  EXPECT_EQ(host->client().programs()->findFolder("B"), 1);
+  EXPECT_EQ(presetsOf(1), 0);
+  EXPECT_TRUE(has(told, "A\\42.kvz")) << told;
   EXPECT_EQ(told.find("32 MB"), told.rfind("32 MB")) << told;
   fs::remove(folder / "tree/A/42.kvz");
   fs::remove(folder / "tree/A/41.kvz");
-  client.savePreset(path("B/d.kvz").c_str(), 0, nullptr, false);
-  EXPECT_EQ(client.programs()->presetCount(1), 3);
+  save(*host, "B/d.kvz");
+  EXPECT_EQ(presetsOf(1), 3);
 }
 
 // An offline block never says that it ended.
@@ -308,7 +305,7 @@ TEST_F(BankTest, ReplacedBanksGo) {
   std::vector<std::weak_ptr<const KvProgramBank>> banks;
   for (int i = 0; i < 100; ++i) {
     if (i % 2 == 0) client.scanBank();
-    if (i % 2 == 1) client.savePreset(path("A/new.kvz").c_str(), 0, nullptr, false);
+    if (i % 2 == 1) save(host, "A/new.kvz");
     banks.emplace_back(client.programs());
   }
   EXPECT_EQ(std::count_if(banks.begin(), banks.end(), [](const auto& b) { return !b.expired(); }),
@@ -329,8 +326,7 @@ TEST_F(BankTest, StatesAreSavedAndBanksReplacedBesideProgramChanges) {
     }
   });
   for (int i = 0; i < 20; ++i) {
-    void* data = nullptr;
-    EXPECT_GT(client.getChunk(&data, false), 0) << i;
+    EXPECT_FALSE(host.state().empty()) << i;
     for (int scans = 0; scans < 10; ++scans) client.scanBank();
   }
   stop.store(true);
@@ -348,10 +344,9 @@ TEST_F(BankTest, ASessionHoldsThePositionOfItsState) {
   });
   TestHost other;
   for (int i = 0; i < 200 && !HasFailure(); ++i) {
-    void* data = nullptr;
-    const std::intptr_t bytes = host.dispatch(effGetChunk, 0, 0, &data);
-    other.dispatch(effSetChunk, 0, bytes, data);
-    EXPECT_EQ(other.get(kCutoff), 0.0625F * static_cast<float>(other.dispatch(effGetProgram))) << i;
+    other.load(host.state());
+    EXPECT_EQ(other.get(tag::cutoff), 0.0625F * static_cast<float>(other.dispatch(effGetProgram)))
+        << i;
   }
   stop.store(true);
   window.join();
@@ -361,15 +356,12 @@ TEST_F(BankTest, ConstructionLoadsTheDefaultPresetAndARecallFindsItsFile) {
   putTree();
   put("default.kvz", 0.6875F);
   TestHost host;
-  EXPECT_EQ(host.get(kCutoff), 0.6875F);
+  EXPECT_EQ(host.get(tag::cutoff), 0.6875F);
   EXPECT_EQ(host.client().slot().path.get(), path("default.kvz"));
   EXPECT_TRUE(host.host.calls.empty() || host.host.calls.back()[0] != audioMasterUpdateDisplay);
-  host.client().loadPresetFile(path("C/c1.kvz").c_str(), 0, nullptr, false);
-  void* data = nullptr;
-  const std::intptr_t bytes = host.dispatch(effGetChunk, 0, 0, &data);
-  const std::string session(static_cast<char*>(data), static_cast<std::size_t>(bytes));
+  load(host, "C/c1.kvz");
   TestHost other;
-  other.dispatch(effSetChunk, 0, bytes, const_cast<char*>(session.data()));
+  other.load(host.state());
   EXPECT_EQ(other.client().slot().path.get(), path("C/c1.kvz"));
   EXPECT_EQ(other.client().slot().folder.get(), "C");
   EXPECT_EQ(other.dispatch(effGetProgram), 1);
@@ -380,17 +372,17 @@ TEST_F(BankTest, ChancePicksFoldersOfSeveral) {
   put("A/alone.kvz", 0.0F);
   TestHost host;
   host.client().randomPreset();
-  EXPECT_EQ(host.client().slot().name.get(), "default");
+  EXPECT_EQ(nameOf(host), "default");
   // A file holds the name that the state had before it was saved there.
   TestHost writer;
   for (const std::string name : {"one", "two", "three"}) {
-    writer.client().savePreset(path("A/" + name + ".kvz").c_str(), 0, nullptr, false);
+    save(writer, "A/" + name + ".kvz");
   }
   host.client().scanBank();
   std::set<std::string> seen;
   for (int i = 0; i < 2000 && seen.size() < 3; ++i) {
     host.client().randomPreset();
-    seen.insert(host.client().slot().name.get());
+    seen.insert(nameOf(host));
     std::this_thread::sleep_for(std::chrono::milliseconds(1));  // the seed is the time
   }
   EXPECT_EQ(seen, (std::set<std::string>{"default", "one", "two"}));

@@ -233,6 +233,30 @@ TEST(Block, FramesOfZeroOrLessAreNoBlock) {
   EXPECT_EQ(host.render(in), twin.render(in));
 }
 
+TEST(StateGate, SilencesNestAndAMuteThatWasLeftOutlastsThem) {
+  StateGate gate;
+  using Silence = StateGate::Silence;
+  const auto blockIsOpen = [&gate] { return StateGate::Block(gate).isOpen(); };
+  {
+    const Silence outer(gate);
+    EXPECT_TRUE(outer.isComplete() && Silence(gate).isComplete());
+    EXPECT_FALSE(blockIsOpen());  // the inner one left the outer one's mute
+    EXPECT_FALSE(gate.inProcess.load());
+  }
+  EXPECT_TRUE(blockIsOpen());
+  EXPECT_FALSE(gate.inProcess.load());
+  Silence(gate).staysUntilAStateIsLoaded();
+  EXPECT_TRUE(Silence(gate).isComplete());
+  EXPECT_FALSE(blockIsOpen());
+  EXPECT_TRUE(Silence(gate, Silence::Ends::withEveryMute).isComplete());  // as a load does
+  EXPECT_TRUE(blockIsOpen());
+  StateGate::Block(gate).leaveOffline();  // its byte stays, and nobody but a load waits for it
+  EXPECT_TRUE(gate.inProcess.load() && gate.isOffline());
+  EXPECT_FALSE(Silence(gate).isComplete());
+  EXPECT_TRUE(blockIsOpen());
+  EXPECT_FALSE(gate.inProcess.load() || gate.isOffline());
+}
+
 TEST(Block, MutedBlocksAreSilentAndMoveNothing) {
   TestHost host;
   TestHost twin;
@@ -253,51 +277,6 @@ TEST(Block, MutedBlocksAreSilentAndMoveNothing) {
   EXPECT_EQ(host.host.levelCalls, levelCalls);
   host.client().muteRequest = false;
   EXPECT_EQ(host.render(in), twin.render(in));
-}
-
-TEST(Block, BypassIsTheDcFilterAlone) {
-  TestHost host;
-  host.set(tag::bypass, 1.0F);
-  const Stereo out = host.render(Stereo(500, 1.0F), {7});
-  float expected = 1.0F;
-  for (std::size_t i = 0; i < 500; ++i) {
-    ASSERT_EQ(out.left[i], expected) << i;
-    ASSERT_EQ(out.right[i], expected) << i;
-    expected = static_cast<float>(static_cast<double>(expected) * 0.998);
-  }
-}
-
-TEST(Block, TheControlGridIsCountedAcrossCalls) {
-  TestHost host;
-  const MeterRing& meter = host.client().signal().meters().meter;  // one point a pass
-  int frames = 0;
-  for (const std::size_t block : {1U, 1U, 14U, 1U, 15U, 17U, 31U, 160U, 3U}) {
-    host.render(noise(block), {static_cast<std::int32_t>(block)});
-    frames += static_cast<int>(block);
-    EXPECT_EQ(meter.writeIndex, (frames + 15) / 16) << frames;
-  }
-}
-
-TEST(Block, TheMultiModeCombHearsTheLeftSideOnly) {
-  Stereo rightOnly = noise(6000);
-  std::fill(rightOnly.left.begin(), rightOnly.left.end(), 0.0F);
-  Stereo leftOnly = noise(6000);
-  std::fill(leftOnly.right.begin(), leftOnly.right.end(), 0.0F);
-  const auto rendered = [](int type, const Stereo& in) {
-    TestHost host;
-    host.prepare(type, 0.4F, 0.8F, 0.0F);
-    host.render(Stereo(2000));
-    return host.render(in);
-  };
-  EXPECT_LT(energy(rendered(6, rightOnly)), 1e-10);
-  const Stereo out = rendered(6, leftOnly);
-  EXPECT_GT(energy(out), 1.0);
-  for (std::size_t i = 1; i < out.frames(); ++i) {  // the right side is a frame late
-    ASSERT_NEAR(out.right[i], out.left[i - 1], 1e-5F) << i;
-  }
-  const Stereo apart = rendered(16, rightOnly);  // the vowel bank's hears both
-  EXPECT_GT(energy(apart), 1.0);
-  EXPECT_LT(*std::max_element(apart.left.begin(), apart.left.end()), 1e-6F);
 }
 
 }  // namespace

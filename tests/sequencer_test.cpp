@@ -10,10 +10,16 @@
 namespace zum::test {
 namespace {
 
-constexpr int kNote = 16;  // 0.0625 bars: 375 passes at 120 beats per minute and 48 kHz
-constexpr int kStepPasses = 375;
+constexpr int kStepPasses = 375;  // 0.0625 bars at 120 beats per minute and 48 kHz
 
-float modePosition(int mode) { return (static_cast<float>(mode) + 0.5F) / 5.0F; }
+/// Steps of 375 passes in one of the modes.
+struct StepPasses : ControlPasses {
+  explicit StepPasses(int mode, float sampleRate = 48000.0F, double tempo = 120.0)
+      : ControlPasses(sampleRate, tempo) {
+    set(tag::seqMode, (static_cast<float>(mode) + 0.5F) / 5.0F);
+    set(tag::seqTempo, notePosition(16));
+  }
+};
 
 TEST(Sequencer, EveryModeHasItsOrder) {
   std::vector<int> random;
@@ -28,9 +34,7 @@ TEST(Sequencer, EveryModeHasItsOrder) {
       random,
   };
   for (int mode = 0; mode < 5; ++mode) {
-    ControlPasses host;
-    host.set(tag::seqMode, modePosition(mode));
-    host.set(tag::seqTempo, notePosition(kNote));
+    StepPasses host(mode);
     host.skip(kStepPasses / 2);  // into the middle of the steps
     for (std::size_t i = 0; i < orders[mode].size(); ++i) {
       const int step = orders[mode][i];
@@ -50,8 +54,7 @@ TEST(Sequencer, AStepLastsItsNote) {
                {12, 120.0, 48000.0F},  {16, 60.0, 48000.0F}, {21, 97.5, 96000.0F},
                {26, 120.0, 192000.0F}, {26, 45.0, 44100.0F}};
   for (const auto& c : cases) {
-    ControlPasses host(c.rate, c.tempo);
-    host.set(tag::seqMode, modePosition(0));
+    StepPasses host(0, c.rate, c.tempo);
     host.set(tag::seqTempo, notePosition(c.note));
     const double length = host.passesOf(4.0 * kBars[c.note]);
     int passes = 0;
@@ -68,24 +71,10 @@ TEST(Sequencer, AStepLastsItsNote) {
   }
 }
 
-TEST(Sequencer, ATempoTakesEffectWithoutAJump) {
-  ControlPasses host;
-  host.set(tag::seqMode, modePosition(0));
-  host.set(tag::seqTempo, notePosition(kNote));
-  host.skip(kStepPasses * 5 / 2);
-  host.host.time.tempo = 60.0;  // the half step that is left takes twice its time
-  host.skip(kStepPasses - 2);
-  EXPECT_EQ(host.seqOut(), 0.25F);
-  host.skip(4);
-  EXPECT_EQ(host.seqOut(), 0.375F);
-}
-
 // A glide's length is the step's times the cube of the parameter.
 TEST(Sequencer, AGlideIsALineOfItsLength) {
   for (const float glide : {0.2F, 0.5F, 0.8F, 1.0F}) {
-    ControlPasses host;
-    host.set(tag::seqMode, modePosition(0));
-    host.set(tag::seqTempo, notePosition(kNote));
+    StepPasses host(0);
     host.set(tag::seqGlide, glide);
     for (int i = 0; i < 8; ++i) host.client().steps().setValue(i, i % 2 == 0 ? 0.1F : 0.9F);
     const double length = kStepPasses * std::pow(static_cast<double>(glide), 3.0);
@@ -108,9 +97,7 @@ TEST(Sequencer, AGlideIsALineOfItsLength) {
 }
 
 TEST(Sequencer, AGlideThatBecomesNoneOnItsWayGoesOn) {
-  ControlPasses host;
-  host.set(tag::seqMode, modePosition(0));
-  host.set(tag::seqTempo, notePosition(kNote));
+  StepPasses host(0);
   host.set(tag::seqGlide, 1.0F);
   while (host.client().steps().lastColumn() != 1.0F) host.pass(0.0F);
   host.skip(kStepPasses / 3);
@@ -122,24 +109,10 @@ TEST(Sequencer, AGlideThatBecomesNoneOnItsWayGoesOn) {
   EXPECT_EQ(host.seqOut(), 0.25F);  // the next step is there at once
 }
 
-TEST(Sequencer, EqualStepsDoNotMove) {
-  for (const int mode : {0, 2, 4}) {
-    ControlPasses host;
-    host.set(tag::seqMode, modePosition(mode));
-    host.set(tag::seqTempo, 1.0F);
-    host.set(tag::seqGlide, 0.7F);
-    host.setSteps(0.3F);
-    host.skip(40);
-    for (int i = 0; i < 500; ++i) ASSERT_EQ(host.pass(0.0F).seqOut, 0.3F) << mode << ' ' << i;
-  }
-}
-
 // Both edges of a pulse of a millisecond put the sequence to its start.
 TEST(Sequencer, TheStartOfTheTransportLinesUp) {
   for (const int mode : {0, 2}) {
-    ControlPasses host(96000.0F);  // six passes a millisecond, 750 a step
-    host.set(tag::seqMode, modePosition(mode));
-    host.set(tag::seqTempo, notePosition(kNote));
+    StepPasses host(mode, 96000.0F);  // six passes a millisecond, 750 a step
     host.skip(10 * 750 + 300);
     ASSERT_NE(host.seqOut(), 0.0F);
     host.play(true);

@@ -8,6 +8,7 @@
 #include <cmath>
 #include <thread>
 
+#include "core/tags.hpp"
 #include "engine/shared_value.hpp"
 #include "support/test_host.hpp"
 
@@ -22,7 +23,6 @@ constexpr std::chrono::seconds kPatience{10};
 struct Session {
   TestHost host;
   const Stereo in = noise(kFrames);
-  std::atomic<bool> stop{false};
   std::atomic<std::uint32_t> mutes{0};  // odd while the engine stands still
   std::atomic<std::uint32_t> blocks{0};
   std::atomic<std::uint32_t> step{0};
@@ -36,13 +36,16 @@ struct Session {
     }
   }
 
+  /// A thread that does one thing until it is told to stop, or goes.
+  std::jthread repeat(void (Session::*work)()) {
+    return std::jthread([this, work](const std::stop_token& stop) {
+      while (!stop.stop_requested()) (this->*work)();
+    });
+  }
+
   void playBlock() {
-    host.host.hasTime = true;
-    host.host.time.tempo = 100.0 + (blocks.load() / 8U % 3U);
-    host.host.time.flags = kVstTransportPlaying;
-    Stereo out(kFrames);
-    out.left.assign(kFrames, 9.0F);
-    out.right = out.left;
+    host.giveTime(100.0 + (blocks.load() / 8U % 3U), 0.0, kVstTransportPlaying);
+    Stereo out(kFrames, 9.0F);
     const std::uint32_t before = mutes.load();
     host.process(in, out, 0, kFrames);
     const bool underMute = before % 2 == 1 && mutes.load() == before;
@@ -57,7 +60,7 @@ struct Session {
     }
   }
 
-  void switchBypass() { host.set(222, static_cast<float>(step++ % 2)); }
+  void switchBypass() { host.set(tag::bypass, static_cast<float>(step++ % 2)); }
 
   void readEverything() {
     for (std::int32_t index = -1; index <= kHostParameters; ++index) {
@@ -93,23 +96,19 @@ struct Session {
   }
 };
 
-TEST(Threads, disturbNeitherBlocksNorEachOther) {
+TEST(Threads, DisturbNeitherBlocksNorEachOther) {
   Session session;
-  std::vector<std::thread> threads;
+  std::vector<std::jthread> threads;
   for (const auto work : {&Session::playBlock, &Session::setEverything, &Session::switchBypass,
                           &Session::readEverything}) {
-    threads.emplace_back([&session, work] {
-      while (!session.stop.load()) (session.*work)();
-    });
+    threads.push_back(session.repeat(work));
   }
   for (int i = 0; i < 25 && !testing::Test::HasFailure(); ++i) session.replaceStateUnderMute();
-  session.stop.store(true);
-  for (std::thread& thread : threads) thread.join();
 }
 
 /// Two states that differ in everything; a block must hear the one or the other.
 struct TwoStates {
-  std::array<std::vector<std::uint8_t>, 2> bytes;
+  std::array<std::string, 2> bytes;
 
   TwoStates() {
     for (const std::size_t kind : {std::size_t{0}, std::size_t{1}}) {
@@ -122,9 +121,7 @@ struct TwoStates {
       for (int i = 0; i < 20; ++i) {
         client.controllers().controllers[kind].append({static_cast<std::int16_t>(i), 0});
       }
-      void* data = nullptr;
-      const auto size = static_cast<std::size_t>(host.dispatch(effGetChunk, 0, 0, &data));
-      bytes[kind].assign(static_cast<std::uint8_t*>(data), static_cast<std::uint8_t*>(data) + size);
+      bytes[kind] = host.state();
     }
   }
   static float value(std::size_t kind) { return kind == 0 ? 0.25F : 0.75F; }
@@ -137,16 +134,14 @@ TEST(Threads, LoadAStateInOnePiece) {
   const TwoStates states;
   Session session;
   KvUniClient& client = session.host.client();
-  std::thread audio([&session] {
-    while (!session.stop.load()) session.playBlock();
-  });
+  std::jthread audio = session.repeat(&Session::playBlock);
   for (int i = 0; i < kLoads && !testing::Test::HasFailure(); ++i) {
     const std::size_t kind = static_cast<std::size_t>(i) % 2;
     KvChunk chunk;
     chunk.borrow(states.bytes[kind].data(),
                  static_cast<std::uint32_t>(states.bytes[kind].size() / 4));
     ASSERT_TRUE(client.loadPreset(chunk, 0, {.restoreAll = true, .quiet = true}));
-    for (const std::int32_t tag : {0, 3, 52, 59}) {
+    for (const std::int32_t tag : {tag::vowelCutoff, tag::cutoff, tag::masterSeq, tag::vowelB}) {
       ASSERT_EQ(session.host.get(tag), TwoStates::value(kind)) << i;
     }
     ASSERT_EQ(client.steps().size(), kind == 0 ? 8 : 32);
@@ -157,8 +152,6 @@ TEST(Threads, LoadAStateInOnePiece) {
       Session::await([&] { return session.blocks.load() > seen + 1; });
     }
   }
-  session.stop.store(true);
-  audio.join();
 }
 
 // A flood that overflows, again and again: what is taken keeps its order, and the last one comes.
@@ -194,14 +187,8 @@ TEST(Threads, RecallRevertAndRetuneAtOnce) {
   const TwoStates states;
   Session session;
   TestHost& host = session.host;
-  const auto recall = [&](std::size_t kind) {
-    const auto& bytes = states.bytes[kind];
-    host.client().setChunk(bytes.data(), static_cast<std::int32_t>(bytes.size()), false);
-  };
-  recall(0);
-  std::thread audio([&session] {
-    while (!session.stop.load()) session.playBlock();
-  });
+  host.load(states.bytes[0]);
+  std::jthread audio = session.repeat(&Session::playBlock);
   std::thread window([&host] {
     for (int i = 0; i < kTurns; ++i) host.client().revertToStored();
   });
@@ -212,14 +199,13 @@ TEST(Threads, RecallRevertAndRetuneAtOnce) {
       host.dispatch(effMainsChanged, 0, 1);
     }
   });
-  for (std::size_t i = 0; i < kTurns; ++i) recall(i % 2);
+  for (std::size_t i = 0; i < kTurns; ++i) host.load(states.bytes[i % 2]);
   window.join();
   main.join();
-  session.stop.store(true);
-  audio.join();
+  audio = {};
   EXPECT_FALSE(host.client().muteRequest.load());
   const bool second = host.client().steps().size() != 8;
-  EXPECT_EQ(host.get(3), TwoStates::value(second ? 1 : 0));
+  EXPECT_EQ(host.get(tag::cutoff), TwoStates::value(second ? 1 : 0));
   EXPECT_EQ(host.client().controllers().controllers[second ? 1 : 0].size(), 20U);
 }
 
