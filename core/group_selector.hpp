@@ -1,30 +1,52 @@
 // The three parameters that choose pages of the window. Applied by setParameter.
 #pragma once
 
+#include <cstdint>
+
 #include "core/tags.hpp"
 #include "state/group_mask.hpp"
 
 namespace zum {
 
+/// What the window shows and hides together.
+namespace groups {
+enum Group : std::uint8_t {
+  always = 0,
+  filterPage,
+  vowelPage,
+  followerPage,
+  lfoPage,
+  sequencerPage,
+  freeLfo,
+  syncedLfo,
+};
+}  // namespace groups
+
 /// A group that a selector shows at one of its positions.
 struct SelectorGroup {
-  int group;
+  groups::Group group;
   int position;
   int resend;  // tag whose stored value is set again when the group appears or goes, -1 for none
 };
 
 struct GroupSelector {
   int tag;
-  int parent;  // group that must be shown for the selector's own ones to show
+  groups::Group parent;  // must be shown for the selector's own ones to show
   int count;
   SelectorGroup groups[3];  // ascending
 };
 
+// clang-format off
 inline constexpr GroupSelector kGroupSelectors[] = {
-    {tag::bank, 0, 2, {{1, 0, tag::multiType}, {2, 1, tag::vowelType}}},
-    {tag::modChoice, 0, 3, {{3, 0, -1}, {4, 1, tag::lfoStyle}, {5, 2, -1}}},
-    {tag::lfoStyle, 4, 2, {{6, 0, -1}, {7, 1, -1}}},
+    {tag::bank, groups::always, 2, {{groups::filterPage, 0, tag::multiType},
+                                    {groups::vowelPage,  1, tag::vowelType}}},
+    {tag::modChoice, groups::always, 3, {{groups::followerPage,  0, -1},
+                                         {groups::lfoPage,       1, tag::lfoStyle},
+                                         {groups::sequencerPage, 2, -1}}},
+    {tag::lfoStyle, groups::lfoPage, 2, {{groups::freeLfo,   0, -1},
+                                         {groups::syncedLfo, 1, -1}}},
 };
+// clang-format on
 
 /// Brings the mask in line with `position`; calls `resend(tag)` behind each change that asks so.
 template <class Resend>

@@ -2,9 +2,9 @@
 // in pixels of the window.
 #pragma once
 
-#include <cstdint>
 #include <span>
 
+#include "core/group_selector.hpp"
 #include "engine/display_values.hpp"
 #include "toolkit/view/geometry.hpp"
 
@@ -12,17 +12,7 @@ namespace zum::layout {
 
 inline constexpr CRect kWindow{0, 0, 508, 470};
 
-/// Groups that are shown and hidden together.
-enum Group : std::uint8_t {
-  always = 0,
-  filterPage,
-  vowelPage,
-  followerPage,
-  lfoPage,
-  sequencerPage,
-  freeLfo,
-  syncedLfo,
-};
+using namespace groups;
 
 /// A main knob. It shows the parameter of its tag.
 struct Knob {

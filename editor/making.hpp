@@ -16,7 +16,7 @@ Control* KvUniClientEditor::make(const CRect& rect, int tag, const More&... more
 }
 
 template <class Control>
-Control* KvUniClientEditor::add(Control* control, layout::Group group) {
+Control* KvUniClientEditor::add(Control* control, groups::Group group) {
   control->group = group;
   control->groupMask = &getGroupMask();
   getFrame()->addView(control);

@@ -6,6 +6,7 @@
 #include <array>
 #include <vector>
 
+#include "core/group_selector.hpp"
 #include "core/parameter_table.hpp"
 #include "core/uni_client.hpp"
 #include "editor/host_editor.hpp"
@@ -18,7 +19,6 @@ class KvOptionMenu;
 class KvTextView;
 
 namespace layout {
-enum Group : std::uint8_t;
 struct Knob;
 struct Panel;
 }  // namespace layout
@@ -70,7 +70,7 @@ class KvUniClientEditor final : public AEffGUIEditor, public CControlListener {
   template <class Control, class... More>
   Control* make(const CRect& rect, int tag, const More&... more);
   template <class Control>
-  Control* add(Control* control, layout::Group group);
+  Control* add(Control* control, groups::Group group);
   void addKnob(const layout::Knob& row);
   void addRings(bool upper);
   void addSwitch(int tag);

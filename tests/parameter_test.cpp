@@ -274,5 +274,24 @@ TEST(Parameter, HostsSeeNamesValuesAndSwitches) {
   }
 }
 
+TEST(Parameter, PathsAndTitlesTellEachFromTheOthers) {
+  std::set<std::pair<std::string, std::string>> seen;
+  for (const ParameterRow& row : parameterRows()) {
+    EXPECT_TRUE(seen.emplace(row.path, row.title.data()).second) << row.path << row.title.data();
+    EXPECT_FALSE(*row.path == '\0' || row.title.front() == '\0') << row.tag;
+  }
+  const std::tuple<int, std::string, std::string> cases[] = {
+      {tag::vowelA, "Filter", "Vowel A"},
+      {tag::vowelSeq, "Filter", "Morph by sequencer"},
+      {tag::lfoRateEf, "LFO", "Rate by follower"},
+      {tag::seqGlideLfo, "Sequencer", "Glide by LFO"},
+      {tag::masterPanel.learn, "Output", "Master: learn"},
+  };
+  for (const auto& [tag, path, title] : cases) {
+    EXPECT_EQ(findRow(tag)->path, path);
+    EXPECT_EQ(findRow(tag)->title.data(), title);
+  }
+}
+
 }  // namespace
 }  // namespace zum::test

@@ -9,6 +9,7 @@
 #include "apps/zum/failure.hpp"
 #include "apps/zum/numbers_in_text.hpp"
 #include "apps/zum/text_lines.hpp"
+#include "core/tags.hpp"
 #include "state/table_xy.hpp"
 
 namespace zum {
@@ -31,13 +32,12 @@ std::vector<float> parseSteps(std::string_view text) {
 }
 
 ParameterSetting parseSequencerMode(std::string_view name) {
-  constexpr int kModeTag = 15;
   constexpr std::array<std::string_view, 5> kModes = {"forward", "backward", "ping-pong", "inverse",
                                                       "random"};
   const auto* const found = std::find(kModes.begin(), kModes.end(), name);
   if (found != kModes.end()) {
     const auto position = static_cast<float>(std::distance(kModes.begin(), found));
-    return {kModeTag, position / static_cast<float>(kModes.size()) + 0.1F};
+    return {tag::seqMode, position / static_cast<float>(kModes.size()) + 0.1F};
   }
   std::string list;
   for (const std::string_view mode : kModes) {
