@@ -1,5 +1,6 @@
-// What a full bank costs: the scan of 128 folders with 128 presets each while the files are in the
-// system's cache, the memory that it takes against the files' size, and a save into it.
+// What a state costs, from memory and to the host, and what a full bank does: the scan of 128
+// folders with 128 presets each while the files are in the system's cache, the memory that it takes
+// against the files' size, and a save into it.
 
 #include <malloc.h>
 
@@ -44,6 +45,25 @@ double bytesInUse() {
   const struct mallinfo2 heap = mallinfo2();
   return static_cast<double>(heap.uordblks) + static_cast<double>(heap.hblkhd);
 }
+
+void loadFromMemory(benchmark::State& state) {
+  const test::LinkedEffect effect;
+  KvChunk preset;
+  effect.client().writePreset(preset, 0);
+  for ([[maybe_unused]] auto _ : state) {
+    benchmark::DoNotOptimize(effect.client().loadPreset(preset, 0, {}));
+  }
+}
+BENCHMARK(loadFromMemory)->Unit(benchmark::kMicrosecond);
+
+void saveToMemory(benchmark::State& state) {
+  const test::LinkedEffect effect;
+  void* data = nullptr;
+  for ([[maybe_unused]] auto _ : state) {
+    benchmark::DoNotOptimize(effect.client().getChunk(&data, false));
+  }
+}
+BENCHMARK(saveToMemory)->Unit(benchmark::kMicrosecond);
 
 void scanOfAFullBank(benchmark::State& state) {
   const test::LinkedEffect effect;

@@ -93,12 +93,4 @@ class BenchHost : public test::TestHost {
   test::Stereo out{kFrames};
 };
 
-/// The main function's body.
-inline int runAll(int argc, char** argv) {
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-  benchmark::RunSpecifiedBenchmarks();
-  return 0;
-}
-
 }  // namespace zum::bench

@@ -1,8 +1,7 @@
 // What a stereo frame costs in the block call: every filter type, drive off and full, sound and
-// silence, four block sizes; beside it the bare filters that the engine is measured against.
-// `block_bench --benchmark_filter=block:64` gives the goals' figures in one run.
-
-#include <string>
+// silence, four block sizes, and what moves the cutoff; beside it the bare filters that the engine
+// is measured against. `block_bench --benchmark_filter=block:64` gives the goals' figures in one
+// run.
 
 #include "bench/bench_host.hpp"
 
@@ -12,44 +11,44 @@ namespace {
 BENCHMARK(bareChain<1>)->Name("bare/stages:1/block:64");
 BENCHMARK(bareChain<2>)->Name("bare/stages:2/block:64");
 
-struct Patch {
-  int bank;
-  int type;
-  bool drive;
-  bool sound;
-  std::int32_t block;
-};
-
-void blockCall(benchmark::State& state, const Patch& patch) {
-  BenchHost host(patch.bank, patch.type, patch.sound);
-  host.set(tag::overdrive, patch.drive ? 1.0F : 0.0F);
+void play(benchmark::State& state) {
+  const bool sound = state.range(3) != 0;
+  BenchHost host(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)), sound);
+  host.set(tag::overdrive, static_cast<float>(state.range(2)));
   // Long enough for the ramps to end and for a silent state to decay as far as it ever will.
-  host.measure(state, patch.block, patch.sound ? 2 : 24);
+  host.measure(state, static_cast<std::int32_t>(state.range(4)), sound ? 2 : 24);
 }
+BENCHMARK(play)
+    ->ArgNames({"bank", "type", "drive", "sound", "block"})
+    ->ArgsProduct({{0, 1}, benchmark::CreateDenseRange(0, 9, 1), {0, 1}, {1, 0}, {1, 16, 64, 512}});
 
-void registerAll() {
-  for (const std::int32_t block : {1, 16, 64, 512}) {
-    for (int bank = 0; bank < 2; ++bank) {
-      for (int type = 0; type < 10; ++type) {
-        for (const bool drive : {false, true}) {
-          for (const bool sound : {true, false}) {
-            const std::string name =
-                std::string(bank == 0 ? "multi" : "vowel") + "/type:" + std::to_string(type) +
-                (drive ? "/drive:1" : "/drive:0") + (sound ? "/sound" : "/silence") +
-                "/block:" + std::to_string(block);
-            benchmark::RegisterBenchmark(name.c_str(), blockCall,
-                                         Patch{bank, type, drive, sound, block});
-          }
-        }
-      }
+// One stage, two and a comb of each bank; with the transport running, everything moves everything.
+void playModulated(benchmark::State& state) {
+  enum By { nothing, follower, lfo, sequencer, all };
+  constexpr int kAmounts[2][3] = {{tag::cutoffEf, tag::cutoffLfo, tag::cutoffSeq},
+                                  {tag::vowelEf, tag::vowelLfo, tag::vowelSeq}};
+  const auto bank = static_cast<int>(state.range(0));
+  const auto by = static_cast<int>(state.range(2));
+  BenchHost host(bank, static_cast<int>(state.range(1)));
+  host.set(tag::seqGlide, 0.9F);  // the sequence moves in most passes
+  host.set(tag::seqTempo, 0.8F);
+  host.set(tag::lfoRate, 0.6F);
+  if (by == all) {
+    host.host.time.flags = kVstTransportPlaying;
+    host.set(tag::lfoTrigOnOff, 1.0F);  // the level resets the LFO
+    for (int amount = tag::cutoffEf; amount <= tag::masterSeq; ++amount) {
+      host.set(amount, amount % 2 == 0 ? 0.6F : 0.4F);
     }
+  } else if (by != nothing) {
+    host.set(kAmounts[bank][by - 1], 0.7F);
   }
+  host.measure(state, static_cast<std::int32_t>(state.range(3)), 2);
 }
+BENCHMARK(playModulated)
+    ->ArgNames({"bank", "type", "by", "block"})
+    ->ArgsProduct({{0, 1}, {2, 4, 5, 6}, benchmark::CreateDenseRange(0, 4, 1), {64}});
 
 }  // namespace
 }  // namespace zum::bench
 
-int main(int argc, char** argv) {
-  zum::bench::registerAll();
-  return zum::bench::runAll(argc, argv);
-}
+BENCHMARK_MAIN();

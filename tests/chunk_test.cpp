@@ -9,7 +9,6 @@
 #include "state/mouse_area_chunk.hpp"
 #include "state/table_xy.hpp"
 #include "support/chunk_words.hpp"
-#include "support/told.hpp"
 
 namespace zum::test {
 namespace {
@@ -77,16 +76,6 @@ TEST(Chunk, TwoPassesWriteTheSameWords) {
   EXPECT_TRUE(reader.isNewer());
   reader.version = 3;
   EXPECT_FALSE(reader.isNewer());
-}
-
-TEST(Chunk, AnotherMagicNumberIsRefusedAndToldUnlessQuiet) {
-  for (const bool quiet : {true, false}) {
-    KvChunk chunk;
-    fill(chunk, {5, 3, 120.0F, 44100.0F, 26101978});
-    const std::string told = toldBy([&] { EXPECT_FALSE(chunk.readHeader(quiet)); });
-    EXPECT_EQ(has(told, "\t This is no valid ZUM format!"), !quiet) << told;
-    EXPECT_EQ(told.empty(), quiet);
-  }
 }
 
 TEST(Chunk, NothingBehindTheEndIsTouched) {

@@ -11,16 +11,17 @@
 namespace zum::test {
 namespace {
 
-constexpr int kNote = 16;          // a cycle of the free style: 375 passes
-constexpr int kCyclePasses = 375;  // the same in the sync style: a quarter of a beat
+constexpr int kCyclePasses = 375;
 
 enum Wave { sine, square, third, triangle, random };
 
-/// The LFO in one of its styles, one cycle in 375 passes.
+/// The LFO in one of its styles, one cycle in 375 passes or in a note of one's own.
 struct LfoPasses : ControlPasses {
-  LfoPasses(bool sync, Wave wave) {
+  LfoPasses(bool sync, Wave wave) : LfoPasses(sync, wave, sync ? 10 : 16, 48000.0F, 120.0) {}
+  LfoPasses(bool sync, Wave wave, int note, float sampleRate, double tempo)
+      : ControlPasses(sampleRate, tempo) {
     set(tag::lfoStyle, sync ? 1.0F : 0.0F);
-    set(tag::lfoRate, sync ? 1.0F - notePosition(10) : notePosition(kNote));
+    set(tag::lfoRate, sync ? 1.0F - notePosition(note) : notePosition(note));
     set(tag::lfoWave, static_cast<float>(wave) / 4.0F);
     play(sync);
   }
@@ -37,10 +38,7 @@ TEST(Lfo, ACycleLastsItsNote) {
                {true, 0, 50.0, 1.0 / 64.0}, {true, 10, 173.0, 0.25},
                {true, 16, 120.0, 1.0},      {true, 21, 300.0, 1 / (16 * 0.020833)}};
   for (const auto& c : cases) {
-    ControlPasses host(96000.0F, c.tempo);
-    host.set(tag::lfoStyle, c.sync ? 1.0F : 0.0F);
-    host.set(tag::lfoRate, c.sync ? 1.0F - notePosition(c.note) : notePosition(c.note));
-    host.play(c.sync);
+    LfoPasses host(c.sync, sine, c.note, 96000.0F, c.tempo);
     host.skip(1000);
     double first = 0.0;
     int cycles = -1;
@@ -127,6 +125,16 @@ TEST(Lfo, ResetsToThreeQuartersOfTheCycle) {
       EXPECT_TRUE(wave == square || host.lfoOut() != before);
     }
   }
+}
+
+TEST(Lfo, ALevelAtTheThresholdDoesNotTrigger) {
+  ControlPasses host;
+  host.set(tag::lfoTrigOnOff, 1.0F);
+  host.set(tag::lfoTrigSens, 0.0F);
+  host.skip(300, 1.0F);
+  EXPECT_EQ(host.client().signal().lfoDisplay().triggerValue(), 0.0F);
+  host.skip(300, 1.01F);
+  EXPECT_EQ(host.client().signal().lfoDisplay().triggerValue(), 1.0F);
 }
 
 TEST(Lfo, TriggersAboveItsThresholdAndFallsIn200Ms) {

@@ -99,6 +99,11 @@ TEST_F(MidiTest, AControllerMovesInTheControlPassThatItIsDueIn) {
   pass(host);
   pass(host);
   EXPECT_FLOAT_EQ(host.client().controllerValue(8), 1.0F / 127.0F);
+  VstEvents none{};
+  for (const int count : {2, -5}) {  // of null pointers
+    none.numEvents = count;
+    EXPECT_EQ(host.dispatch(effProcessEvents, 0, 0, &none), 1);
+  }
 }
 
 TEST_F(MidiTest, LearningIsSpentByOneMessageAndBindsAsOftenAsAsked) {
@@ -209,25 +214,6 @@ TEST_F(MidiTest, ProgramsChangeWhereTheUserAllowsIt) {
   EXPECT_EQ(TestHost().client().option(0), 0.0F);
 }
 
-TEST_F(MidiTest, AFloodIsBoundedAndTheSoundGoesOn) {
-  TestHost host;
-  std::vector<ShortMessage> flood(10000);
-  for (int i = 0; ShortMessage & each : flood) {
-    each = {i % 700, 0x80 + i % 128, i % 256, i / 40};
-    ++i;
-  }
-  for (int block = 0; block < 20; ++block) {
-    host.send(flood);
-    EXPECT_GT(energy(host.render(noise(512))), 0.0);
-    EXPECT_LE(host.client().eventQueue().size(), EventQueue::kRoom);
-  }
-  VstEvents none{};
-  for (const int count : {2, -5}) {  // of null pointers
-    none.numEvents = count;
-    EXPECT_EQ(host.dispatch(effProcessEvents, 0, 0, &none), 1);
-  }
-}
-
 // A host goes on sending while no block takes it, far more than there is room for.
 TEST_F(MidiTest, WhatNoBlockTakesEndsAsItWasPlayed) {
   enum class Gap { mute, offline, noBlock };  // the last one as in the second host's bypass
@@ -246,8 +232,8 @@ TEST_F(MidiTest, WhatNoBlockTakesEndsAsItWasPlayed) {
       if (gap != Gap::noBlock) pass(host);
     };
     for (int block = 0; block < 15; ++block) {
-      std::vector<ShortMessage> messages;
-      for (int i = 0; i < 200; ++i) messages.push_back({i, 0xB0, 7, i % 127});
+      std::vector<ShortMessage> messages(200);
+      for (int i = 0; i < 200; ++i) messages[static_cast<std::size_t>(i)] = {i, 0xB0, 7, i % 127};
       go(messages);
     }
     go({{0, 0x80, 60},

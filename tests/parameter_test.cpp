@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
 #include <climits>
 #include <cmath>
@@ -12,6 +13,7 @@
 #include <set>
 
 #include "core/tags.hpp"
+#include "platform/random_source.hpp"
 #include "support/test_host.hpp"
 
 namespace zum::test {
@@ -97,6 +99,8 @@ TEST(Parameter, VowelSelectorsHaveNineStepsAndNoGlide) {
       const VowelFormants& moved = first ? controls.formantsA : controls.formantsB;
       EXPECT_EQ(moved.formantOneHz, one);
       EXPECT_EQ(moved.formantTwoHz, two);
+      const bool inside = value >= 0.0F && value <= 1.0F;
+      EXPECT_TRUE(!inside || moved.position == std::floor(8.0F * value)) << moved.position;
       EXPECT_EQ((first ? controls.formantsB : controls.formantsA).formantOneHz, 700.0F);
     }
   }
@@ -121,32 +125,34 @@ TEST(Parameter, ReadoutsFollowTheirParameters) {
     EXPECT_NEAR(static_cast<double>(readout), expected, 1e-4) << tag << ' ' << value;
   }
   for (int tag = tag::cutoffEf; tag <= tag::masterSeq; ++tag) {
-    for (const auto& [value, bipolar] : {std::pair{0.0F, -1.0F}, {0.25F, -0.5F}, {0.5F, 0.0F}}) {
+    for (const auto& [value, bipolar] : {std::pair{0.0F, -1.0F}, {0.25F, -0.5F}, {1.0F, 1.0F}}) {
       host.set(tag, value);
       EXPECT_EQ(forms(host, tag).bipolar, bipolar) << tag;
+      EXPECT_EQ(forms(host, tag).integer, static_cast<int>(bipolar)) << tag;
     }
   }
 }
 
-/// A button and the amounts that it centres.
+/// A button, the amounts that it centres, and the knob that the buttons beside it speak of: those
+/// of sequencer tempo and glide are crossed.
 const struct {
-  int tag, first, last;
-} kResets[] = {{tag::efFreqRangePanel.reset, tag::efRangeLfo, tag::efRangeSeq},
-               {tag::efReleasePanel.reset, tag::efReleaseLfo, tag::efReleaseSeq},
-               {tag::efAttackPanel.reset, tag::efAttackLfo, tag::efAttackSeq},
-               {tag::efGainPanel.reset, tag::efGainLfo, tag::efGainSeq},
-               {tag::lfoRatePanel.reset, tag::lfoRateEf, tag::lfoRateSeq},
-               {tag::lfoWavePanel.reset, tag::lfoWaveEf, tag::lfoWaveSeq},
-               {tag::lfoTrigSensPanel.reset, tag::lfoSensEf, tag::lfoSensSeq},
-               {tag::seqTempoPanel.reset, tag::seqTempoEf, tag::seqTempoLfo},
-               {tag::seqGlidePanel.reset, tag::seqGlideEf, tag::seqGlideLfo},
-               {tag::cutoffPanel.reset, tag::cutoffEf, tag::cutoffSeq},
-               {tag::vowelCutoffPanel.reset, tag::vowelEf, tag::vowelSeq},
-               {tag::resonancePanel.reset, tag::resoEf, tag::resoSeq},
-               {tag::overdrivePanel.reset, tag::driveEf, tag::driveSeq},
-               {tag::mixDryWetPanel.reset, tag::mixEf, tag::mixSeq},
-               {tag::masterPanel.reset, tag::masterEf, tag::masterSeq},
-               {tag::resetAll, tag::cutoffEf, tag::masterSeq}};
+  int tag, first, last, knob;
+} kResets[] = {{tag::efFreqRangePanel.reset, tag::efRangeLfo, tag::efRangeSeq, tag::efFreqRange},
+               {tag::efReleasePanel.reset, tag::efReleaseLfo, tag::efReleaseSeq, tag::efRelease},
+               {tag::efAttackPanel.reset, tag::efAttackLfo, tag::efAttackSeq, tag::efAttack},
+               {tag::efGainPanel.reset, tag::efGainLfo, tag::efGainSeq, tag::efGain},
+               {tag::lfoRatePanel.reset, tag::lfoRateEf, tag::lfoRateSeq, tag::lfoRate},
+               {tag::lfoWavePanel.reset, tag::lfoWaveEf, tag::lfoWaveSeq, tag::lfoWave},
+               {tag::lfoTrigSensPanel.reset, tag::lfoSensEf, tag::lfoSensSeq, tag::lfoTrigSens},
+               {tag::seqTempoPanel.reset, tag::seqTempoEf, tag::seqTempoLfo, tag::seqGlide},
+               {tag::seqGlidePanel.reset, tag::seqGlideEf, tag::seqGlideLfo, tag::seqTempo},
+               {tag::cutoffPanel.reset, tag::cutoffEf, tag::cutoffSeq, tag::cutoff},
+               {tag::vowelCutoffPanel.reset, tag::vowelEf, tag::vowelSeq, tag::vowelCutoff},
+               {tag::resonancePanel.reset, tag::resoEf, tag::resoSeq, tag::resonance},
+               {tag::overdrivePanel.reset, tag::driveEf, tag::driveSeq, tag::overdrive},
+               {tag::mixDryWetPanel.reset, tag::mixEf, tag::mixSeq, tag::mixDryWet},
+               {tag::masterPanel.reset, tag::masterEf, tag::masterSeq, tag::master},
+               {tag::resetAll, tag::cutoffEf, tag::masterSeq, -1}};
 
 TEST(Parameter, ResetButtonsCentreTheirListOncePerMove) {
   const struct {
@@ -158,6 +164,11 @@ TEST(Parameter, ResetButtonsCentreTheirListOncePerMove) {
                {"released", 0.0F, 0.5F},
                {"released again", 0.2F, 0.75F}};
   for (const auto& reset : kResets) {
+    const auto row = static_cast<std::size_t>(rowOfTag(reset.tag));
+    const std::size_t buttons = reset.knob < 0 ? 1 : 4;  // of a panel: reset, close, learn, clear
+    for (const ParameterRow& button : parameterRows().subspan(row, buttons)) {
+      EXPECT_EQ(button.panel != nullptr ? button.panel->learns : -1, reset.knob) << button.tag;
+    }
     TestHost host;
     for (const auto& move : moves) {
       SCOPED_TRACE(testing::Message() << move.what << ", button " << reset.tag);
@@ -191,6 +202,26 @@ TEST(Parameter, NothingElseCentresAmounts) {
   host.render(noise(64));
   ASSERT_EQ(host.client().timing().tempoBpm, 97.0);
   for (int tag = tag::cutoffEf; tag <= tag::masterSeq; ++tag) EXPECT_EQ(host.get(tag), 0.7F) << tag;
+}
+
+TEST(Parameter, ChanceMovesAmountsByAQuarterAndKnobsByAll) {
+  SystemRandom random(1);
+  const std::tuple<int, float, float, float> cases[] = {{tag::cutoffEf, 0.5F, 0.25F, 0.75F},
+                                                        {tag::masterSeq, 0.9F, 0.65F, 1.0F},
+                                                        {tag::cutoff, 0.3F, 0.0F, 1.0F}};
+  for (const auto& [tag, from, low, high] : cases) {
+    TestHost host;
+    float lowest = from;
+    float highest = from;
+    for (int i = 0; i < 300; ++i) {
+      host.set(tag, from);
+      host.client().randomise(random);
+      lowest = std::min(lowest, host.get(tag));
+      highest = std::max(highest, host.get(tag));
+    }
+    EXPECT_TRUE(lowest >= low - 1e-6F && lowest < low + 0.05F) << tag << ' ' << lowest;
+    EXPECT_TRUE(highest <= high + 1e-6F && highest > high - 0.05F) << tag << ' ' << highest;
+  }
 }
 
 TEST(Parameter, SelectorsShowTheirGroupsBelowAShownParent) {

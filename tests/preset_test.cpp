@@ -14,6 +14,8 @@
 namespace zum::test {
 namespace {
 
+using Bindings = std::vector<Binding>;
+
 std::uint32_t bits(Word word) { return word; }
 
 /// The state as a host gets it.
@@ -124,8 +126,9 @@ TEST(State, EveryVersionIsRead) {
         draft.records.insert(draft.records.begin(), {777, 3, 1, 2, 3});
         draft.records.push_back({45, 3, bits(0.25F), 9, 9});
         draft.records.push_back({778, 0});
-        draft.map = modes ? Words{9, 3, 1, bits(-2)} : Words{9, 3, 4, bits(-2)};
-        draft.aftertouch = modes ? Words{3, 1} : Words{3};
+        draft.map = modes ? Words{9, tag::cutoff, 1, bits(-2)}
+                          : Words{9, tag::cutoff, tag::resonance, bits(-2)};
+        draft.aftertouch = modes ? Words{tag::cutoff, 1} : Words{tag::cutoff};
         ASSERT_TRUE(load(host, draft.words(), {.restoreAll = all, .quiet = true}));
         EXPECT_EQ(host.get(tag::cutoff), 0.75F);
         EXPECT_EQ(host.get(tag::overdrive), 0.25F);
@@ -135,12 +138,12 @@ TEST(State, EveryVersionIsRead) {
         EXPECT_EQ(host.dispatch(effGetProgram), placed ? 5 : 0);
         EXPECT_EQ(host.client().currentFolder(), placed ? 2 : 0);
         const ControllerMap& map = host.client().controllers();
-        const std::vector<Binding> bound = map.controllers[9].all();
-        EXPECT_EQ(bound,
-                  modes ? std::vector<Binding>({{3, 1}}) : std::vector<Binding>({{3, 0}, {4, 0}}));
+        const Bindings bound = map.controllers[9].all();
+        EXPECT_EQ(bound, modes ? Bindings({{tag::cutoff, 1}})
+                               : Bindings({{tag::cutoff, 0}, {tag::resonance, 0}}));
         const std::int16_t mode = modes ? 1 : 0;
         EXPECT_EQ(map.aftertouch.all(),
-                  trailer >= 14 ? std::vector<Binding>({{3, mode}}) : std::vector<Binding>());
+                  trailer >= 14 ? Bindings({{tag::cutoff, mode}}) : Bindings());
         EXPECT_FALSE(map.learning.load());
       }
     }
@@ -212,10 +215,10 @@ TEST(State, BrokenAnywhereItIsRefusedOrReadWhole) {
 
 TEST(State, IsolatedMapsStayAndAreEmptiedByARecall) {
   Draft draft;
-  draft.map = {9, 3, 0, bits(-2)};
-  draft.aftertouch = {3, 0};
-  const std::vector<Binding> old = {{tag::overdrive, 0}};
-  const std::vector<Binding> taken = {{tag::cutoff, 0}};
+  draft.map = {9, tag::cutoff, 0, bits(-2)};
+  draft.aftertouch = {tag::cutoff, 0};
+  const Bindings old = {{tag::overdrive, 0}};
+  const Bindings taken = {{tag::cutoff, 0}};
   for (const bool isolated : {false, true}) {
     for (const bool all : {false, true}) {
       TestHost host;
@@ -224,8 +227,8 @@ TEST(State, IsolatedMapsStayAndAreEmptiedByARecall) {
       map.aftertouch.append(old[0]);
       host.client().setOption(1, isolated ? 1 : 0, false);
       ASSERT_TRUE(load(host, draft.words(), {.restoreAll = all, .quiet = true}));
-      const std::vector<Binding> kept = isolated && !all ? old : std::vector<Binding>();
-      EXPECT_EQ(map.controllers[9].all(), isolated ? std::vector<Binding>() : taken);
+      const Bindings kept = isolated && !all ? old : Bindings();
+      EXPECT_EQ(map.controllers[9].all(), isolated ? Bindings() : taken);
       EXPECT_EQ(map.controllers[20].all(), kept);
       EXPECT_EQ(map.aftertouch.all(), isolated ? kept : taken);
     }

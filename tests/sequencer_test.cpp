@@ -71,6 +71,16 @@ TEST(Sequencer, AStepLastsItsNote) {
   }
 }
 
+TEST(Sequencer, ATempoTakesEffectWithoutAJump) {
+  StepPasses host(0);
+  host.skip(kStepPasses * 5 / 2);
+  host.host.time.tempo = 60.0;  // the half step that is left takes twice its time
+  host.skip(kStepPasses - 2);
+  EXPECT_EQ(host.seqOut(), 0.25F);
+  host.skip(4);
+  EXPECT_EQ(host.seqOut(), 0.375F);
+}
+
 // A glide's length is the step's times the cube of the parameter.
 TEST(Sequencer, AGlideIsALineOfItsLength) {
   for (const float glide : {0.2F, 0.5F, 0.8F, 1.0F}) {

@@ -39,9 +39,6 @@ class ControlPasses : public TestHost {
     }
   }
 
-  void setSteps(float value) {
-    for (std::int32_t i = 0; i < 8; ++i) client().steps().setValue(i, value);
-  }
   void play(bool running) { host.time.flags = running ? kVstTransportPlaying : 0; }
 
   /// The next block on a constant level, or on what `in` was filled with; the host's position

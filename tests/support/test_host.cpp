@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <limits>
 #include <utility>
 
 #include "core/tags.hpp"
@@ -121,23 +120,19 @@ Stereo noise(std::size_t frames, float level) {
 
 double energy(const Stereo& a) {
   double sum = 0.0;
-  for (const float x : a.left) sum += static_cast<double>(x) * static_cast<double>(x);
-  for (const float x : a.right) sum += static_cast<double>(x) * static_cast<double>(x);
+  for (const auto* side : {&a.left, &a.right}) {
+    for (const float x : *side) sum += static_cast<double>(x) * static_cast<double>(x);
+  }
   return sum;
 }
 
 double errorDb(const Stereo& a, const Stereo& b) {
-  double difference = 0.0;
-  const auto add = [&](const std::vector<float>& x, const std::vector<float>& y) {
-    for (std::size_t i = 0; i < x.size(); ++i) {
-      const double d = static_cast<double>(x[i]) - static_cast<double>(y[i]);
-      difference += d * d;
-    }
-  };
-  add(a.left, b.left);
-  add(a.right, b.right);
-  if (difference == 0.0) return -std::numeric_limits<double>::infinity();
-  return 10.0 * std::log10(difference / energy(b));
+  Stereo difference = a;
+  for (std::size_t i = 0; i < a.frames(); ++i) {
+    difference.left[i] -= b.left[i];
+    difference.right[i] -= b.right[i];
+  }
+  return 10.0 * std::log10(energy(difference) / energy(b));
 }
 
 }  // namespace zum::test
