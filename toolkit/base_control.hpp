@@ -74,7 +74,6 @@ class KvControl : public CControl {
   virtual void addHiddenCompanion(CView* view);
 
   KvFrame& getFrame() const { return ownerFrame; }
-  bool companionsShown() const { return companionsOut; }
   /// Where a caption would stand, above the rectangle.
   static constexpr int kCaptionHeight = 12;
 
@@ -119,6 +118,11 @@ class KvControl : public CControl {
   void take(float newValue) {
     setValue(newValue);
     setDirty(true);
+  }
+  /// Within an edit that goes on.
+  void moveTo(float newValue) {
+    take(newValue);
+    report();
   }
 
  private:

@@ -1,5 +1,10 @@
-// A variable of the engine as a control shows it: read at each tick, never written.
+// A variable of the engine as a control shows it: read at each tick, never written. And how numbers
+// are written, whatever the host's locale says: behind a point.
 #pragma once
+
+#include <array>
+#include <charconv>
+#include <string>
 
 #include "engine/shared_value.hpp"
 
@@ -23,5 +28,16 @@ struct BoundValue {
     return range != 0.0F ? (raw() - min) / range : 0.0F;
   }
 };
+
+/// As of "%*.*f". Width and decimals are at most 40.
+inline std::string numberText(float value, int width, int decimals) {
+  std::array<char, 128> digits{};
+  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(),
+                                 static_cast<double>(value), std::chars_format::fixed, decimals);
+  std::string text(digits.data(), end.ptr);
+  const auto wanted = static_cast<std::size_t>(width);
+  if (text.size() < wanted) text.insert(0, wanted - text.size(), ' ');
+  return text;
+}
 
 }  // namespace zum

@@ -19,7 +19,6 @@ class KvBufferDraw {
   explicit KvBufferDraw(const CRect& bounds);
 
   void setBounds(const CRect& bounds);
-  const CRect& getBounds() const { return rect; }
   /// The trace runs into the shade where it rises, and from the shade into the highlight where it
   /// falls.
   void setColors(CColor trace, CColor shade, CColor highlight);

@@ -1,7 +1,6 @@
 #include "toolkit/button.hpp"
 
 #include "toolkit/control_frame.hpp"
-#include "toolkit/number_text.hpp"
 
 namespace zum {
 namespace {

@@ -1,4 +1,4 @@
-// What a button's light may depend on besides a variable.
+// Not reached by this effect's window: what a button's light may depend on besides a variable.
 #pragma once
 
 #include <atomic>

@@ -4,8 +4,6 @@
 #include <cmath>
 
 #include "toolkit/control_frame.hpp"
-#include "toolkit/knob_motion.hpp"
-#include "toolkit/number_text.hpp"
 #include "toolkit/option_menu.hpp"
 
 namespace zum {
@@ -52,7 +50,7 @@ void KvDisplay::setOffBelow(float limit, std::string word) {
 
 float KvDisplay::shownValue() const {
   if (linkedMenu != nullptr) return linkedMenu->getValue();
-  return boundValue && !dragging ? boundValue.raw() : getValue();
+  return boundValue && !drag.isOn() ? boundValue.raw() : getValue();
 }
 
 int KvDisplay::shownFrame() const {
@@ -62,7 +60,7 @@ int KvDisplay::shownFrame() const {
     const auto outside = static_cast<float>(strip.frameCount);
     return index > -1.0F ? static_cast<int>(std::min(index, outside)) : -1;
   }
-  const float position = boundValue && !dragging ? boundValue.position() : getValue();
+  const float position = boundValue && !drag.isOn() ? boundValue.position() : getValue();
   return strip.frameAt(roundFrame
                            ? position + half / static_cast<float>(std::max(strip.frameCount - 1, 1))
                            : position,
@@ -105,44 +103,34 @@ void KvDisplay::draw(CDrawContext& context) {
   KvControl::draw(context);
 }
 
-void KvDisplay::moveTo(float newValue) {
-  take(newValue);
-  report();
-}
-
 MouseResult KvDisplay::onMouseDown(CPoint& where, int buttons) {
   if (!isDraggable() || !getMouseableArea().contains(where)) return MouseResult::notHandled;
   if (opensPanel(popupPanel, where, buttons)) return MouseResult::done;
   showCompanions();
   if (boundValue) setValue(boundValue.raw());
-  dragging = true;
-  lastX = where.x;
-  lastY = where.y;
+  drag.begin(where);
   beginEdit();
   return MouseResult::handled;
 }
 
 MouseResult KvDisplay::onMouseMoved(CPoint& where, int buttons) {
-  const bool drags = (buttons & (buttons::kLeft | buttons::kRight)) != 0;
-  if (!dragging || !drags) return MouseResult::notHandled;
-  const int movement = horizontal ? lastX - where.x : where.y - lastY;
-  lastX = where.x;
-  lastY = where.y;
-  moveTo(getValue() + dragStep(sensitivity, buttons) * static_cast<float>(movement));
+  const auto way = drag.move(where, buttons, sensitivity, horizontal);
+  if (!way) return MouseResult::notHandled;
+  moveTo(getValue() + *way);
   return MouseResult::handled;
 }
 
 MouseResult KvDisplay::onMouseUp(CPoint& where, int /*buttons*/) {
-  if (!dragging) return MouseResult::notHandled;
+  if (!drag.isOn()) return MouseResult::notHandled;
   if (!getMouseableArea().contains(where)) startExit();
-  dragging = false;
+  drag.end();
   endEdit();
   setDirty(true);
   return MouseResult::handled;
 }
 
 bool KvDisplay::onWheel(CPoint& where, float distance, int /*buttons*/) {
-  if (!isDraggable() || dragging || !getMouseableArea().contains(where)) return false;
+  if (!isDraggable() || drag.isOn() || !getMouseableArea().contains(where)) return false;
   if (boundValue) setValue(boundValue.raw());
   beginEdit();
   moveTo(getValue() + distance * kWheelStep);
@@ -155,7 +143,7 @@ void KvDisplay::idleStep(int /*flag*/) {
     const bool number = showNumber || strip.bitmap == nullptr;
     const bool changed =
         number ? shownValue() != drawnValue : shownFrame() * strip.frameHeight != currentOffset;
-    if (changed && boundValue && !dragging) setValue(boundValue.raw());
+    if (changed && boundValue && !drag.isOn()) setValue(boundValue.raw());
     if (changed || needsValueDraw) setDirty(true);
   }
   companionTick();

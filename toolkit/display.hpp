@@ -6,6 +6,7 @@
 #include "toolkit/base_control.hpp"
 #include "toolkit/bound_value.hpp"
 #include "toolkit/film_strip.hpp"
+#include "toolkit/value_drag.hpp"
 
 namespace zum {
 
@@ -60,7 +61,6 @@ class KvDisplay : public KvControl {
   float shownValue() const;
   int shownFrame() const;
   bool isDraggable() const { return isShown() && showNumber && getMouseEnabled(); }
-  void moveTo(float newValue);
 
   FilmStrip strip;
   std::string unit;
@@ -73,9 +73,7 @@ class KvDisplay : public KvControl {
   KvViewContainer* popupPanel = nullptr;
   int currentOffset = 0;  // of the picture drawn last, in the strip
   float drawnValue = 0.0F;
-  int lastX = 0;
-  int lastY = 0;
-  bool dragging = false;
+  ValueDrag drag;
 };
 
 }  // namespace zum

@@ -1,8 +1,6 @@
 #include "toolkit/knob.hpp"
 
 #include "toolkit/control_frame.hpp"
-#include "toolkit/knob_motion.hpp"
-#include "toolkit/number_text.hpp"
 #include "toolkit/panel.hpp"
 
 namespace zum {
@@ -92,11 +90,6 @@ void KvKnob::storeFlag(float held) const {
   if (pressFlag != nullptr) storeShared(*pressFlag, held);
 }
 
-void KvKnob::moveTo(float newValue) {
-  take(newValue);
-  report();
-}
-
 void KvKnob::jumpTo(CPoint where) {
   const CRect& size = getViewSize();
   const float across =
@@ -117,9 +110,7 @@ MouseResult KvKnob::onMouseDown(CPoint& where, int buttons) {
   }
   showCompanions();
   follow();
-  dragging = true;
-  lastX = where.x;
-  lastY = where.y;
+  drag.begin(where);
   storeFlag(1.0F);
   beginEdit();
   if (jumpMode != kDrags) jumpTo(where);
@@ -127,24 +118,20 @@ MouseResult KvKnob::onMouseDown(CPoint& where, int buttons) {
 }
 
 MouseResult KvKnob::onMouseMoved(CPoint& where, int buttons) {
-  if (!dragging || (buttons & (buttons::kLeft | buttons::kRight)) == 0) {
-    return MouseResult::notHandled;
-  }
-  const int movement = horizontal ? lastX - where.x : where.y - lastY;
-  lastX = where.x;
-  lastY = where.y;
+  const auto way = drag.move(where, buttons, sensitivity, horizontal);
+  if (!way) return MouseResult::notHandled;
   if (jumpMode != kDrags && horizontal) {
     jumpTo(where);
   } else {
-    moveTo(getValue() + dragStep(sensitivity, buttons) * static_cast<float>(movement));
+    moveTo(getValue() + *way);
   }
   return MouseResult::handled;
 }
 
 MouseResult KvKnob::onMouseUp(CPoint& where, int /*buttons*/) {
-  if (!dragging) return MouseResult::notHandled;
+  if (!drag.isOn()) return MouseResult::notHandled;
   if (!getMouseableArea().contains(where)) startExit();
-  dragging = false;
+  drag.end();
   storeFlag(0.0F);
   if (springBack) {
     moveTo(0.5F);
@@ -157,7 +144,7 @@ MouseResult KvKnob::onMouseUp(CPoint& where, int /*buttons*/) {
 }
 
 bool KvKnob::onWheel(CPoint& where, float distance, int buttons) {
-  if (!takesMouse(where) || springBack || dragging) return false;
+  if (!takesMouse(where) || springBack || drag.isOn()) return false;
   const float step = (buttons & buttons::kShift) != 0 ? kFineWheelStep : kWheelStep;
   follow();
   take(getValue() + distance * step);
@@ -169,7 +156,7 @@ bool KvKnob::onWheel(CPoint& where, float distance, int buttons) {
 
 // What the user holds is not fought by a slower engine. A hand may come ahead of the first tick.
 void KvKnob::follow() {
-  if (!boundValue || dragging) return;
+  if (!boundValue || drag.isOn()) return;
   const float before = getValue();
   setValue(boundValue.position());
   if (getValue() != before) setDirty(true);

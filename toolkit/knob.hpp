@@ -5,6 +5,7 @@
 #include "toolkit/base_control.hpp"
 #include "toolkit/bound_value.hpp"
 #include "toolkit/film_strip.hpp"
+#include "toolkit/value_drag.hpp"
 
 namespace zum {
 
@@ -61,17 +62,14 @@ class KvKnob : public KvControl {
   CRect movedPicture(const CBitmap& bitmap, float position) const;
   void follow();
   void jumpTo(CPoint where);
-  void moveTo(float newValue);
   void storeFlag(float held) const;
 
-  int lastX = 0;
-  int lastY = 0;
   BoundValue boundValue;
   float overlayLast = 0.0F;
   FilmStrip strip;
   int handleBorder = 0;
   float sensitivity;
-  bool dragging = false;
+  ValueDrag drag;
 };
 
 }  // namespace zum

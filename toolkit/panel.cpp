@@ -1,7 +1,6 @@
 #include "toolkit/panel.hpp"
 
 #include <algorithm>
-#include <utility>
 
 #include "toolkit/control_frame.hpp"
 
@@ -17,17 +16,11 @@ void moveBy(KvControl& view, int dx, int dy) {
 }  // namespace
 
 void KvViewContainer::addView(KvControl* fresh, int left, int top) {
-  views.emplace_back(fresh);
+  views.add(fresh);
   if (left == kUnmoved) return;
   const CPoint corner = getViewSize().topLeft();
   const CRect& size = fresh->getViewSize();
   moveBy(*fresh, corner.x + left - size.left, corner.y + top - size.top);
-}
-
-KvControl* KvViewContainer::getViewAt(CPoint where, int buttons) const {
-  const auto view = std::find_if(views.rbegin(), views.rend(),
-                                 [&](const auto& child) { return child->hitTest(where, buttons); });
-  return view != views.rend() ? view->get() : nullptr;
 }
 
 void KvViewContainer::drawRect(CDrawContext& context, const CRect& area) {
@@ -41,9 +34,7 @@ void KvViewContainer::drawRect(CDrawContext& context, const CRect& area) {
     context.setFillColor(backgroundColor);
     context.drawRect(part, DrawStyle::filled);
   }
-  for (const auto& view : views) {
-    if (view->isVisible() && view->drawnArea().intersects(area)) view->drawRect(context, area);
-  }
+  views.draw(context, area);
 }
 
 void KvViewContainer::drawShadow(CDrawContext& context) const {
@@ -66,25 +57,17 @@ CRect KvViewContainer::drawnArea() const {
   return area;
 }
 
-bool KvViewContainer::isDirty() const {
-  return isShown() && (KvControl::isDirty() || std::ranges::any_of(views, [](const auto& view) {
-                         return view->isDirty();
-                       }));
-}
-
 void KvViewContainer::gatherDamage(Damage& damage) {
   if (!isShown()) return;
   KvControl::gatherDamage(damage);
-  for (const auto& view : views) view->gatherDamage(damage);
+  views.gatherDamage(damage);
 }
 
 MouseResult KvViewContainer::onMouseDown(CPoint& where, int buttons) {
   if (!isShown()) return MouseResult::notHandled;
-  for (std::size_t i = 0; i < views.size(); ++i) {
-    const Held<KvControl> view = views[i];
-    mouseCapture = view;  // ahead of the press, which may close the panel
-    const MouseResult result = view->onMouseDown(where, buttons);
-    if (result != MouseResult::handled || !isShown()) mouseCapture = {};
+  for (std::size_t i = 0; i < children().size(); ++i) {
+    const MouseResult result = views.press(children()[i], where, buttons);
+    if (!isShown()) views.takeCaptured();
     if (result != MouseResult::notHandled) return result;
   }
   const bool inside = getViewSize().contains(where);
@@ -95,28 +78,17 @@ MouseResult KvViewContainer::onMouseDown(CPoint& where, int buttons) {
   return MouseResult::done;
 }
 
-MouseResult KvViewContainer::onMouseUp(CPoint& where, int buttons) {
-  if (!mouseCapture) return MouseResult::notHandled;
-  const Held<KvControl> view = std::move(mouseCapture);
-  return view->onMouseUp(where, buttons);
-}
-
-MouseResult KvViewContainer::onMouseMoved(CPoint& where, int buttons) {
-  const Held<KvControl> view = mouseCapture;
-  return view ? view->onMouseMoved(where, buttons) : MouseResult::notHandled;
-}
-
 bool KvViewContainer::onWheel(CPoint& where, float distance, int buttons) {
   if (!isShown()) return false;
-  if (mouseCapture) return Held<KvControl>(mouseCapture)->onWheel(where, distance, buttons);
+  if (views.captured()) {
+    return Held<KvControl>(views.captured())->onWheel(where, distance, buttons);
+  }
   KvControl* const view = getViewAt(where, buttons);
   return view != nullptr && view->onWheel(where, distance, buttons);
 }
 
 bool KvViewContainer::onKeyDown(const WindowKey& key) {
-  for (std::size_t i = views.size(); i-- > 0;) {
-    if (i < views.size() && Held<KvControl>(views[i])->onKeyDown(key)) return true;
-  }
+  if (views.pressKey(key)) return true;
   if (key.virt != keys::kEscape || getFrame().getModalView() != this) return false;
   closePopup();
   return true;
@@ -138,7 +110,7 @@ void KvViewContainer::popup(PopupMode mode, const CPoint* where, int popupTag) {
 
 void KvViewContainer::closePopup() {
   letGo();
-  for (const auto& view : views) view->closePopup();
+  for (const auto& view : children()) view->closePopup();
   KvControl::closePopup();
   getFrame().setDirty(true);
   getFrame().requestRedraw();
@@ -147,15 +119,14 @@ void KvViewContainer::closePopup() {
 }
 
 void KvViewContainer::letGo() {
-  const Held<KvControl> view = std::move(mouseCapture);
-  if (view) view->letGo();
+  if (const Held<KvControl> view = views.takeCaptured(); view) view->letGo();
 }
 
 void KvViewContainer::idleStep(int flag) {
   if (!isShown()) return;
   companionTick();
-  for (const auto& view : views) view->idleStep(flag);
-  if (mouseCapture) return;
+  for (const auto& view : children()) view->idleStep(flag);
+  if (views.captured()) return;
   const auto pointer = getFrame().pointerPosition();
   const KvControl* const modal = getFrame().getModalView();
   const bool hasInput = modal == nullptr || modal == this;
@@ -173,7 +144,7 @@ void KvViewContainer::hoverOver(KvControl* view, CPoint where) {
 
 void KvViewContainer::setBounds(int left, int top, int right, int bottom) {
   const CPoint from = getViewSize().topLeft();
-  for (const auto& view : views) moveBy(*view.get(), left - from.x, top - from.y);
+  for (const auto& view : children()) moveBy(*view.get(), left - from.x, top - from.y);
   setMouseableArea({left, top, right, bottom});
   KvControl::setBounds(left, top, right, bottom);
 }

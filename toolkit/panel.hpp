@@ -1,9 +1,8 @@
 // A panel of controls that pops up over the window, such as a knob's amounts and its MIDI buttons.
 #pragma once
 
-#include <vector>
-
 #include "toolkit/base_control.hpp"
+#include "toolkit/view/view_list.hpp"
 
 namespace zum {
 
@@ -17,23 +16,26 @@ class KvViewContainer : public KvControl {
   /// At a place from the panel's corner. Takes over the holder that the child was made with.
   void addView(KvControl* fresh, int left, int top);
   void removeAll() { views.clear(); }
-  const std::vector<Held<KvControl>>& children() const { return views; }
+  const std::vector<Held<KvControl>>& children() const { return views.all(); }
   /// The child that the pointer was on at the last tick; null for none.
   KvControl* getCurrentView() const { return lastHover.get(); }
   /// The last child at a place.
-  KvControl* getViewAt(CPoint where, int buttons) const;
-  PopupMode getPopupMode() const { return popupMode; }
+  KvControl* getViewAt(CPoint where, int buttons) const { return views.at(where, buttons); }
   /// For whom, or for which part of whom, it was opened.
   int getPopupTag() const { return openedFor; }
 
   void draw(CDrawContext& context) override { drawRect(context, getViewSize()); }
   void drawRect(CDrawContext& context, const CRect& area) override;
   CRect drawnArea() const override;
-  bool isDirty() const override;
+  bool isDirty() const override { return isShown() && (KvControl::isDirty() || views.isDirty()); }
   void gatherDamage(Damage& damage) override;
   MouseResult onMouseDown(CPoint& where, int buttons) override;
-  MouseResult onMouseUp(CPoint& where, int buttons) override;
-  MouseResult onMouseMoved(CPoint& where, int buttons) override;
+  MouseResult onMouseUp(CPoint& where, int buttons) override {
+    return views.release(where, buttons);
+  }
+  MouseResult onMouseMoved(CPoint& where, int buttons) override {
+    return views.move(where, buttons);
+  }
   bool onWheel(CPoint& where, float distance, int buttons) override;
   /// Escape closes it.
   bool onKeyDown(const WindowKey& key) override;
@@ -54,8 +56,7 @@ class KvViewContainer : public KvControl {
   void drawShadow(CDrawContext& context) const;
   void hoverOver(KvControl* view, CPoint where);
 
-  std::vector<Held<KvControl>> views;
-  Held<KvControl> mouseCapture;  // took the press
+  ViewList<KvControl> views;
   Held<KvControl> lastHover;
   PopupMode popupMode = PopupMode::none;
   int openedFor = 0;
