@@ -341,7 +341,7 @@ TEST_F(MidiTest, TheCommandLinePlaysFilesAndShowsMaps) {
       {"render in.wav out.wav --midi in.wav", "is no standard MIDI file"},
       {"render in.wav out.wav --midi none.mid", "cannot read none.mid"},
       {"render in.wav out.wav --learn 128=Cutoff", "a controller from 0 to 127"},
-      {"render in.wav song.mid --midi song.mid", "is the MIDI file itself"}};
+      {"render in.wav song.mid --midi song.mid", "would overwrite song.mid"}};
   for (const auto& [arguments, why] : wrong) {
     const auto outcome = run(arguments);
     EXPECT_TRUE(outcome.first != 0 && has(outcome.second, why)) << outcome.second;

@@ -183,7 +183,7 @@ TEST_F(PresetsCommandTest, RendersStartFromFilesAndFromPrograms) {
   expectRun(
       "render in.wav out.wav --preset user/Presets/Bass/Deep.kvz --trace "
       "./user/Presets/Bass/Deep.kvz",
-      2, "is the preset itself");
+      2, "would overwrite user");
   expectRun("render in.wav out.wav --preset ''", 2, "\"\" says nothing");
   expectRun("render in.wav out.wav --preset none.kvz", 1, "there is no such file");
   expectRun("render in.wav out.wav --preset a --program b", 2, "excludes");
