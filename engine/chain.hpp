@@ -17,12 +17,12 @@ struct Chunk {
   std::size_t frames;  // at most kChunkFrames
 };
 
-// Behind each other the pieces of a frame are a chain of some 180 cycles, far longer than the
-// filter's recursion of some 24, which is all that ties a frame to the next. So the pieces stand in
-// two loops, each over the frames up to the next control pass, and a step of a loop works on
-// several frames: each piece on the frame that the piece before it left a step ago. What waits for
-// its next piece lies in lines of memory, so that registers are free for the recursions. Every
-// sample is computed as if the frames went through one by one.
+// One after the other the pieces of a frame take some 180 cycles, far longer than the filter's
+// recursion of some 24, which is all that ties a frame to the next. So the pieces stand in two
+// loops, each over the frames up to the next control pass, and a step of a loop works on several
+// frames: each piece on the frame that the piece before it left a step ago. What waits for its next
+// piece lies in lines of memory, so that registers are free for the recursions. Every sample is
+// computed as if the frames went through one by one.
 template <bool vowelBank, bool fading, class Filter>
 std::size_t Engine::playChunk(Filter& filter, const Chunk& chunk, KvSystemInfo& clock,
                               ControlPassOwner& owner) ZUM_REALTIME {

@@ -89,8 +89,8 @@ bool isShutFolder(int error) {
          error == ENAMETOOLONG;
 }
 
-/// For a file in such a folder. What was there is lost only when the system fails in the middle: a
-/// disk without room for a longer one shows ahead.
+/// Writes into the file itself, for one in such a folder. What was there is lost only when the
+/// system fails in the middle: a disk without room for a longer one shows ahead.
 bool overwrite(const std::string& target, const void* bytes, std::size_t count) {
   const auto size = static_cast<off_t>(count);
   Descriptor file(::open(target.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));

@@ -41,7 +41,7 @@ std::optional<std::size_t> readStart(const std::string& path, void* buffer, std:
 /// The file appears whole, or what was there before stays; links lead to it, and it keeps its mode.
 /// Where its folder may not be written, the file itself is.
 bool writeWhole(const std::string& path, const void* bytes, std::size_t count);
-/// With all folders above it. True when it is there in the end.
+/// Makes the folder and all above it. True when it is there in the end.
 bool makeFolders(const std::string& path);
 
 }  // namespace zum

@@ -192,7 +192,7 @@ void X11Window::takeFocus() {
   focused = true;
 }
 
-/// Only while we have it: somebody else may have taken it since.
+/// Only while we have the focus: somebody else may have taken it since.
 void X11Window::giveFocusBack(X11Guard& guard) {
   Window holder = 0;
   int revert = 0;

@@ -12,7 +12,7 @@ namespace zum {
 class KvFileObject : public KvChunkableClass {
  public:
   KvFileObject() : KvChunkableClass(kFile) {}
-  /// As the chunk named it.
+  /// The path that the chunk named.
   virtual std::string path() const = 0;
   /// False when that file does not serve. Also called long after the load, while blocks run.
   virtual bool takeFile(const std::string& path) = 0;

@@ -17,7 +17,7 @@ std::string_view baseName(std::string_view path);
 std::string_view lastComponent(std::string_view path);
 /// The name of the folder that holds the file: what stands between the last two of "\" or ":".
 std::string_view folderName(std::string_view path);
-/// In the order of listings.
+/// Sorts them in the order of listings.
 void sortNames(std::vector<std::string>& names);
 
 }  // namespace zum

@@ -48,7 +48,8 @@ void copyFile(const fs::path& source, const fs::path& target) {
   to.commit();
 }
 
-// Beside the file, under the first free name. A link stays one, and what it leads to as it is.
+// Copies the file to the first free name beside it. A link stays a link, and what it leads to stays
+// as it is.
 fs::path putAside(const fs::path& path) {
   std::error_code error;
   const bool isLink = fs::is_symlink(path, error);

@@ -8,7 +8,7 @@ namespace zum {
 
 struct ContentCopy {
   int added = 0, refreshed = 0, unchanged = 0;
-  /// Where files of the user's went that had the name of a refreshed one.
+  /// Where files of the user's are now that had the name of a refreshed one.
   std::vector<std::filesystem::path> keptAside;
 };
 

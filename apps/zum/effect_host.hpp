@@ -34,7 +34,7 @@ class EffectHost {
   /// Some thirty times a second.
   void idleEditor() { dispatch(effEditIdle); }
   void closeEditor() { dispatch(effEditClose); }
-  /// For an EffectView of what no host can see.
+  /// What an EffectView is made of, which sees what no host can.
   const AEffect& record() const { return *effect; }
 
  private:

@@ -11,7 +11,7 @@ namespace zum {
 std::vector<std::filesystem::path> entriesBelow(const std::filesystem::path& folder);
 /// All regular files below a folder, by name.
 std::vector<std::filesystem::path> filesBelow(const std::filesystem::path& folder);
-/// With all folders above it.
+/// Makes the folder and all above it.
 void makeFolder(const std::filesystem::path& folder);
 
 }  // namespace zum

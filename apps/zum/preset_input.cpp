@@ -28,7 +28,7 @@ std::string readWords(const fs::path& path, KvChunk& chunk) {
   return "it cannot be read";
 }
 
-// In the order in which the effect refuses.
+// Looks for faults in the same order as the effect, so that both name the same one.
 std::string readDocument(KvChunk& chunk, PresetDocument& document) {
   const bool isChunk = chunk.readHeader();
   const std::string product = libraryRecord().product;
