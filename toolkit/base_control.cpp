@@ -20,7 +20,7 @@ void KvControl::draw(CDrawContext& context) {
   if (labelText == nullptr) return;
   context.setFont(font, kCaptionHeight);
   context.setFontColor(textColor);
-  // A g reaches a little into the control.
+  // Letters such as g reach below the line, a little into the control.
   constexpr int kDescent = 2;
   CRect line = KvControl::drawnArea();
   line.bottom = line.top + kCaptionHeight + kDescent;

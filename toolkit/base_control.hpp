@@ -21,7 +21,7 @@ enum class PopupMode : std::uint8_t { none = 0, closesOutside = 2, closesInside 
 /// [main] Listener, frame, mask and bitmaps outlive it.
 class KvControl : public CControl {
  public:
-  // What the class is, where one must be told from another.
+  // values of `kind`
   static constexpr int kKnob = 2;
   static constexpr int kButton = 7;
   static constexpr int kImage = 8;

@@ -100,8 +100,8 @@ MouseResult KvFrame::onMouseDown(CPoint& where, int buttons) {
   return result;
 }
 
-// What took the press gets the rest of the gesture, whatever has become modal meanwhile; it lasts
-// until no button is held.
+// The view that took the press gets all moves and the release, whatever has become modal meanwhile;
+// with several buttons held, the release is that of the last one.
 MouseResult KvFrame::onMouseUp(CPoint& where, int buttons) {
   if (isHolding() && (buttons & kAnyButton) != 0) return MouseResult::handled;
   if (gesture) {
@@ -137,7 +137,7 @@ bool KvFrame::onWheel(CPoint& where, float distance, int buttons) {
   return hold(modalView)->onWheel(where, distance, buttons);
 }
 
-// A held Escape closes one thing, and does not go on to close the host's window.
+// The repeats of a held Escape close nothing further, and do not reach the host either.
 bool KvFrame::onKeyDown(const WindowKey& key) {
   const bool repeats = heldKey.press(key);
   if (!repeats || !actsOnce(key)) keyUsed = !isBlocked() && tellKey(key);

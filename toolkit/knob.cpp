@@ -154,7 +154,8 @@ bool KvKnob::onWheel(CPoint& where, float distance, int buttons) {
   return true;
 }
 
-// What the user holds is not fought by a slower engine. A hand may come ahead of the first tick.
+// Not during a drag: the engine answers later than the hand moves. A press reads the variable, too,
+// since it may come ahead of the first tick.
 void KvKnob::follow() {
   if (!boundValue || drag.isOn()) return;
   const float before = getValue();

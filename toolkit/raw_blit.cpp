@@ -4,7 +4,7 @@
 
 namespace zum {
 
-// Rows of 32-bit pixels have no gap between them at any width.
+// The stride is 4 * width: cairo asks for no padding behind rows of 32-bit pixels.
 KvRawBlit::KvRawBlit(int pixelWidth, int pixelHeight)
     : width(std::max(pixelWidth, 1)),
       height(std::max(pixelHeight, 1)),

@@ -18,7 +18,7 @@ void KvScopeView::drawRect(CDrawContext& context, const CRect& area) {
   pending = false;
 }
 
-// A frame that paints slowly renders no faster.
+// Renders once for each time that it was drawn, so that a slow frame costs no extra traces.
 void KvScopeView::idleStep(int /*flag*/) {
   pending &= isShown();  // a page comes back with a trace of its own time
   if (!isShown() || pending) return;

@@ -73,7 +73,7 @@ float KvTableView::inside(float value) const {
   return low <= high ? std::clamp(value, low, high) : std::clamp(value, 0.0F, 1.0F);
 }
 
-// A fast hand leaves no step out.
+// Moves may come several steps apart: those between are written, too.
 void KvTableView::writeBetween(int fromStep, float fromValue, int toStep, float toValue) {
   const int count = std::abs(toStep - fromStep);
   const int direction = toStep > fromStep ? 1 : -1;
@@ -92,7 +92,7 @@ void KvTableView::keepSteps() {
   }
 }
 
-// Straight from the press; what a line that went farther had covered comes back.
+// A straight line from the press. Steps that a longer line had covered get their old values back.
 void KvTableView::drawTo(int step, float value) {
   const auto [first, last] = std::minmax(pressColumn, step);
   const auto [from, to] = std::minmax(pressColumn, editColumn);
@@ -156,7 +156,8 @@ MouseResult KvTableView::onMouseMoved(CPoint& where, int buttons) {
   return MouseResult::handled;
 }
 
-// Up and down as one; what meets an end comes back with the hand.
+// All steps move by the same offset from where they were at the press, each held inside the ends;
+// so a pattern that was pushed against an end comes back in shape.
 void KvTableView::slide() {
   const int count = std::min(table->size(), static_cast<std::int32_t>(scratchTable.size()));
   for (int i = 0; i < count; ++i) {

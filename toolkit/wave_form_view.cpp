@@ -30,7 +30,7 @@ void KvWaveFormView::idleStep(int /*flag*/) {
   setDirty(true);
 }
 
-// A number without a wave leaves the picture as it stands.
+// A number that no wave has leaves the picture as it is.
 void KvWaveFormView::render() {
   const Waves& waves = drawnA > 0.0F ? syncedWaves : freeWaves;
   if (!(drawnB >= 0.0F && drawnB < static_cast<float>(waves.size()))) return;

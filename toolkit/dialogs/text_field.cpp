@@ -37,8 +37,8 @@ bool TextField::type(const WindowKey& key) {
   return true;
 }
 
-// The end is what is seen of a text that is too long, and where the cursor stands: on the left in
-// one that is read from the right.
+// Of a text that is too long its end is shown. The cursor stands at the end, which is on the left
+// in scripts that are read from the right.
 void TextField::draw(CDrawContext& context) {
   const CRect& size = getViewSize();
   context.setFillColor(dialog_look::kField);

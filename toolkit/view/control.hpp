@@ -17,7 +17,7 @@ class CControlListener {
   virtual ~CControlListener() = default;
 
   virtual void valueChanged(CControl& control) = 0;
-  // Round each gesture of the user's.
+  // At the begin and the end of each gesture of the user's.
   virtual void controlBeginEdit(CControl& /*control*/) {}
   virtual void controlEndEdit(CControl& /*control*/) {}
 };

@@ -54,7 +54,7 @@ bool CFrame::writePicture(const std::string& path) const {
   return cairo_surface_write_to_png(picture.get(), path.c_str()) == CAIRO_STATUS_SUCCESS;
 }
 
-// A view that is dragged stays the one under the pointer wherever that goes.
+// During a drag the dragged view counts as the one under the pointer.
 void CFrame::followPointer(int buttons) {
   if (gone || captured() != nullptr) return;
   CView* const under = pointer ? getViewAt(*pointer, buttons) : nullptr;
