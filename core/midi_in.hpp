@@ -1,4 +1,5 @@
-// MIDI: what a host sends, until the control pass in which it is due, and what becomes of it there.
+// [host, audio, main: each operation says which] MIDI: what a host sends, until the control pass in
+// which it is due, and what becomes of it there.
 #pragma once
 
 #include <array>
