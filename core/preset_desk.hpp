@@ -28,11 +28,13 @@ struct LoadFlags {
   std::string_view title = {};  // in place of the preset's own name
 };
 
-/// Told of a preset that was taken over.
+/// The host, as the desks know it.
 class PresetHost {
  public:
-  /// [any] Beats per minute, as the preset was written at.
+  /// [any] A preset was taken over, which was written at that tempo, in beats per minute.
   virtual void presetTaken(float tempo) ZUM_REALTIME = 0;
+  /// [main] Names and values are to be shown anew.
+  virtual void namesChanged() = 0;
 
  protected:
   ~PresetHost() = default;

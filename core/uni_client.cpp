@@ -13,8 +13,6 @@
 #include "platform/files.hpp"
 #include "platform/random_source.hpp"
 #include "platform/registry_store.hpp"
-#include "state/file_chooser.hpp"
-#include "state/library_record.hpp"
 
 namespace zum {
 namespace {
@@ -104,7 +102,7 @@ void KvUniClient::loadDefaults() {
   const std::string root = presetRoot();
   if (!root.empty()) {
     makeFolders(root);
-    loadPresetFile((root + "default." + preset::kExtension).c_str(), 0, nullptr, false);
+    files.load(root + "default." + preset::kExtension, 0);
   }
   storeShared(position.folder, 0);
   scanBank();
@@ -315,49 +313,6 @@ void KvUniClient::presetTaken(float tempo) ZUM_REALTIME {
   if (transport.host().isOwn) callHostInBlock(kTempoOfPreset, tempo);
 }
 
-void KvUniClient::loadPresetFile(const char* path, int slot, const char* extension, bool notify) {
-  if (!PresetDesk::isSlot(slot)) return;
-  if (path == nullptr) {
-    return dialogs.askWhatToLoad(extension, [this, slot, notify](const std::string& chosen) {
-      loadPresetFile(chosen.c_str(), slot, nullptr, notify);
-    });
-  }
-  if (files.load(path, slot) && notify) updateDisplay();
-}
-
-void KvUniClient::savePreset(const char* path, int slot, const char* extension, bool notify,
-                             const std::function<void()>& done) {
-  if (!PresetDesk::isSlot(slot)) return;
-  if (path == nullptr) {
-    return dialogs.askWhereToSave(extension, [this, slot, notify, done](const std::string& file) {
-      savePreset(file.c_str(), slot, nullptr, notify, done);
-    });
-  }
-  if (!files.save(path, slot)) return;
-  if (notify) updateDisplay();
-  if (done) done();
-}
-
-void KvUniClient::stepPreset(int slot, int direction) {
-  if (!PresetDesk::isSlot(slot)) return;
-  const std::optional<std::string> file = files.neighbour(slot, direction);
-  if (file) loadPresetFile(file->c_str(), slot, nullptr, true);
-}
-
-// The bank is read anew in any case: presets may have come or gone.
-void KvUniClient::choosePresetRoot(const std::function<void()>& done) {
-  dialogs.askForRoot(
-      presetRoot(),
-      [this, done](const std::string& chosen) {
-        bank.setRoot(chosen);
-        done();
-      },
-      [this, done] {
-        bank.scan();
-        done();
-      });
-}
-
 void KvUniClient::setOption(int index, int value, bool persist) {
   if (!UserSwitches::exists(index)) return;
   if (persist) writeSettingInt(kSwitches[static_cast<std::size_t>(index)].valueName, value);
@@ -378,35 +333,6 @@ bool KvUniClient::setStepColumns(std::int32_t count) {
 
 bool KvUniClient::setStepPages(std::int32_t count) {
   return editSteps([&] { return stepTable.setPageCount(count); });
-}
-
-// ---- controller maps
-
-void KvUniClient::saveCcMap(const char* path) {
-  if (path == nullptr) {
-    return dialogs.askForMapToSave(
-        [this](const std::string& chosen) { saveCcMap(chosen.c_str()); });
-  }
-  const std::string file = path;
-  if (file == KvFileChooser::kNothing || file.size() < 2) return;
-  if (!midi.saveMap(file)) PresetDialogs::tell("saving cc map to " + file + " failed");
-}
-
-void KvUniClient::loadCcMap(const char* path) {
-  if (path == nullptr) {
-    return dialogs.askForMapToLoad(
-        [this](const std::string& chosen) { loadCcMap(chosen.c_str()); });
-  }
-  const std::string file = path;
-  if (file == KvFileChooser::kNothing) return;
-  switch (midi.loadMap(file)) {
-    case MidiIn::MapFile::taken:
-    case MidiIn::MapFile::ignored: return;
-    case MidiIn::MapFile::invalid: return PresetDialogs::tellInvalid();
-    case MidiIn::MapFile::newer:
-      return PresetDialogs::tell(std::string("midi map was written with a newer version of ") +
-                                 libraryRecord().product);
-  }
 }
 
 }  // namespace zum

@@ -102,12 +102,16 @@ class KvUniClient final : public KvPluginBase,
   /// A null path asks the user and goes on with the answer, a null extension is that of presets.
   /// `notify` tells the host, `done` is called when the file is written, and is a program where it
   /// lies in the bank's tree.
-  void loadPresetFile(const char* path, int slot, const char* extension, bool notify);
+  void loadPresetFile(const char* path, int slot, const char* extension, bool notify) {
+    files.loadPresetFile(path, slot, extension, notify);
+  }
   void savePreset(const char* path, int slot, const char* extension, bool notify,
-                  const std::function<void()>& done = {});
+                  const std::function<void()>& done = {}) {
+    files.savePreset(path, slot, extension, notify, done);
+  }
   /// The neighbours of the current file in its folder, around its ends.
-  void nextPreset(int slot) { stepPreset(slot, 1); }
-  void previousPreset(int slot) { stepPreset(slot, -1); }
+  void nextPreset(int slot) { files.step(slot, 1); }
+  void previousPreset(int slot) { files.step(slot, -1); }
   /// Any program of a folder of several.
   void randomPreset() { bank.playAny(); }
   void storeRevertPoint() { desk.storeRevertPoint(); }
@@ -118,7 +122,7 @@ class KvUniClient final : public KvPluginBase,
   static std::string presetRoot() { return PresetDesk::root(); }
   /// Asks for another root of the preset tree, and reads the bank from it. `done` follows also
   /// when none was chosen.
-  void choosePresetRoot(const std::function<void()>& done);
+  void choosePresetRoot(const std::function<void()>& done) { files.choosePresetRoot(done); }
   /// Back to the presets that came with the content; a message where none are installed.
   void resetPresetRoot() { bank.resetRoot(); }
   /// Switch 0 ignores program changes, switch 1 isolates the controller map from presets.
@@ -139,8 +143,8 @@ class KvUniClient final : public KvPluginBase,
   void clearBindings(std::int32_t tag) { midi.clearBindings(tag); }
   void clearAllBindings() { midi.clearAllBindings(); }
   /// A null path asks the user and goes on with the answer.
-  void saveCcMap(const char* path);
-  void loadCcMap(const char* path);
+  void saveCcMap(const char* path) { files.saveCcMap(path); }
+  void loadCcMap(const char* path) { files.loadCcMap(path); }
 
   /// [host] One thread at a time, which need not be that of the block. Always 1.
   std::int32_t processEvents(VstEvents* events) override;
@@ -181,16 +185,16 @@ class KvUniClient final : public KvPluginBase,
   void setFixedFacts();
   void loadDefaults();
 
-  void stepPreset(int slot, int direction);
   template <class Edit>
   bool editSteps(const Edit& edit);
   EffectEditor* effectEditor() const { return window.get(); }
 
-  // The engine's and the desk's calls into their owner.
+  // What the engine and the desks ask of their owner.
   void beginControlPass() ZUM_REALTIME override;
   void modPageMoved(float position) ZUM_REALTIME override;
   float stepValue(std::int32_t step) ZUM_REALTIME override { return stepTable.getValue(step, 0); }
   void presetTaken(float tempo) ZUM_REALTIME override;
+  void namesChanged() override { updateDisplay(); }
 
   // A room knows those above it alone.
   std::vector<BufferRecord> bufferRegistry;
@@ -209,7 +213,7 @@ class KvUniClient final : public KvPluginBase,
   PresetDesk desk{
       {gate, parameters, midi.map(), stepTable, clock, position, switches, window, dialogs, *this}};
   BankWalk bank{gate, desk, position, window};
-  FileDesk files{gate, desk, bank, window};
+  FileDesk files{gate, desk, bank, midi, window, dialogs, *this};
 
  public:
   // Under the names by which hosts of our own know them.
