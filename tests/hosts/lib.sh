@@ -24,6 +24,13 @@ bad() { say "WRONG $*"; failed=1; }
 die() { bad "$*"; exit 1; }
 # check TEXT COMMAND...: the text is the claim that the command proves
 check() { local claim=$1; shift; if "$@"; then ok "$claim"; else bad "$claim"; fi; }
+# verdicts FILE: the "ok …" and "WRONG …" lines that a program wrote
+verdicts() {
+  local verdict claim
+  while read -r verdict claim; do
+    case $verdict in ok) ok "$claim" ;; WRONG) bad "$claim" ;; esac
+  done <"$1"
+}
 # need PACKAGE FILE_OR_COMMAND: without it the host counts as skipped, status 77
 need() {
   command -v "$2" >/dev/null || [ -e "$2" ] || { say "the package $1 is missing"; skipped=1; exit 77; }

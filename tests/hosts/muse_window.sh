@@ -18,8 +18,6 @@ background "$work/muse.log" muse -j -J -S -I -2 -p "$work/song.med"
 program=$last
 "$user" 30 >"$work/user.txt"
 status=$?
-while read -r verdict claim; do
-  case $verdict in ok) ok "$claim" ;; *) bad "$claim" ;; esac
-done <"$work/user.txt"
+verdicts "$work/user.txt"
 check "the user came to the end" [ $status = 0 ]
 check "MusE is still there" kill -0 "$program"

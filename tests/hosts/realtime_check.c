@@ -1,5 +1,5 @@
-// Counts what an audio thread must never do: a library for LD_PRELOAD. headless_host marks its
-// block call with realtimeEnter() and realtimeLeave(); only the thread between the two is watched.
+// Counts what an audio thread must never do: a library for LD_PRELOAD. The tests' hosts mark their
+// block calls with realtimeEnter() and realtimeLeave(); only the thread between the two is watched.
 //
 //   ZUM_RT_STATUS=99   exit status of a program that made a forbidden call
 //   ZUM_RT_TRACE=1     a backtrace of the first call of each function

@@ -5,43 +5,39 @@
 
 #include <chrono>
 #include <cstdio>
-#include <cstring>
 #include <functional>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include "tests/support/own_display.hpp"
 
 namespace zum::hosts {
 namespace {
 
-constexpr int kWidth = 508;
-constexpr int kHeight = 470;
+using Pixels = std::vector<std::uint32_t>;
+
 constexpr int kCutoffX = 252;
 constexpr int kCutoffY = 180;
 
-bool check(bool holds, const char* claim) {
-  (void)std::printf("%s %s\n", holds ? "ok" : "WRONG", claim);
-  return holds;
-}
-
-bool within(int seconds, const std::function<bool()>& holds) {
+bool comes(const char* claim, const std::function<bool()>& holds, int seconds = 5) {
   const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(seconds);
-  while (!holds()) {
-    if (std::chrono::steady_clock::now() > end) return false;
+  bool good = holds();
+  for (; !good && std::chrono::steady_clock::now() < end; good = holds()) {
     std::this_thread::sleep_for(std::chrono::milliseconds(100));
   }
-  return true;
+  (void)std::printf("%s %s\n", good ? "ok" : "WRONG", claim);
+  return good;
 }
 
 bool isOurs(Display* display, Window window) {
   XWindowAttributes state{};
   XClassHint names{};
   if (XGetWindowAttributes(display, window, &state) == 0 || state.map_state != IsViewable ||
-      state.width != kWidth || state.height != kHeight ||
-      XGetClassHint(display, window, &names) == 0) {
+      state.width != 508 || state.height != 470 || XGetClassHint(display, window, &names) == 0) {
     return false;
   }
-  const bool ours = std::strcmp(names.res_class, "ZUM") == 0;
+  const bool ours = names.res_class == std::string("ZUM");
   XFree(names.res_name);
   XFree(names.res_class);
   return ours;
@@ -49,11 +45,10 @@ bool isOurs(Display* display, Window window) {
 
 // NOLINTNEXTLINE(misc-no-recursion): as deep as hosts nest their windows
 Window findBelow(Display* display, Window above) {
-  Window root = 0;
-  Window parent = 0;
+  Window ignored = 0;
   Window* windows = nullptr;
   unsigned count = 0;
-  if (XQueryTree(display, above, &root, &parent, &windows, &count) == 0) return 0;
+  if (XQueryTree(display, above, &ignored, &ignored, &windows, &count) == 0) return 0;
   Window found = 0;
   for (unsigned i = 0; i < count && found == 0; ++i) {
     found = isOurs(display, windows[i]) ? windows[i] : findBelow(display, windows[i]);
@@ -62,45 +57,44 @@ Window findBelow(Display* display, Window above) {
   return found;
 }
 
-int work(int seconds) {
+bool work(int seconds) {
   XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });  // windows go while we look
   test::Robot user;
+  Display* const display = user.connection();
   Window window = 0;
   const auto isThere = [&] {
-    window = findBelow(user.connection(), DefaultRootWindow(user.connection()));
+    window = findBelow(display, DefaultRootWindow(display));
     return window != 0;
   };
-  if (!check(within(seconds, isThere), "its window is on the screen")) return 1;
-  const auto look = [&] {
+  if (!comes("its window is on the screen", isThere, seconds)) return false;
+  const auto knob = [&] {
     const test::Screenshot shot = user.screenshot(window);
-    std::vector<std::uint32_t> knob;
+    Pixels pixels;
     for (int y = kCutoffY - 30; y < kCutoffY + 30; ++y) {
-      for (int x = kCutoffX - 30; x < kCutoffX + 30; ++x) knob.push_back(shot.at(x, y));
+      for (int x = kCutoffX - 30; x < kCutoffX + 30; ++x) pixels.push_back(shot.at(x, y));
     }
-    return knob;
+    return pixels;
   };
   user.moveTo(window, kCutoffX, kCutoffY);
-  bool good = check(within(5, [&] { return look() != decltype(look())(3600, look().front()); }),
-                    "it has been painted");
+  bool good = comes("it has been painted", [&] { return knob() != Pixels(3600, knob().front()); });
   std::this_thread::sleep_for(std::chrono::seconds(1));
-  const auto before = look();
+  const Pixels before = knob();
   user.press();
   for (const int y : {-20, -40, -60}) user.moveTo(window, kCutoffX, kCutoffY + y);
   user.release();
-  good &= check(within(5, [&] { return look() != before; }), "a knob follows the mouse");
-  const auto turned = look();
+  good &= comes("a knob follows the mouse", [&] { return knob() != before; });
+  const Pixels turned = knob();
   user.moveTo(window, kCutoffX, kCutoffY);
   user.click(3);
-  good &= check(within(5, [&] { return look() != turned; }), "its panel opens over it");
+  good &= comes("its panel opens over it", [&] { return knob() != turned; });
   user.moveTo(window, 5, 5);
   user.click();
-  good &= check(within(5, [&] { return look() == turned; }), "and closes");
-  return good ? 0 : 1;
+  return comes("and closes", [&] { return knob() == turned; }) && good;
 }
 
 }  // namespace
 }  // namespace zum::hosts
 
 int main(int argc, char** argv) {
-  return zum::hosts::work(argc > 1 ? static_cast<int>(std::strtol(argv[1], nullptr, 10)) : 20);
+  return zum::hosts::work(argc > 1 ? std::stoi(argv[1]) : 20) ? 0 : 1;
 }

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "core/aeffect.hpp"
+#include "tests/support/realtime_watch.hpp"
 
 namespace zum::test {
 
@@ -54,6 +55,7 @@ class EffectInstance {
     dispatch(effMainsChanged, 0, 0);
   }
   void process(float** inputs, float** outputs, std::int32_t frames) const {
+    const RealtimeWatch watch;
     effect->processReplacing(effect, inputs, outputs, frames);
   }
 
@@ -93,6 +95,7 @@ class EffectInstance {
       midi[i].midiData[2] = static_cast<unsigned char>(messages[i].data2);
       list[i] = reinterpret_cast<VstEvent*>(&midi[i]);
     }
+    const RealtimeWatch watch;
     return dispatch(effProcessEvents, 0, 0, events);
   }
 

@@ -11,6 +11,8 @@ struct LinkedEffect : EffectInstance {
   /// Without a callback: a host that answers nothing.
   explicit LinkedEffect(audioMasterCallback host = nullptr, EditorFactory makeEditor = nullptr)
       : EffectInstance(createEffect(host, makeEditor)) {}
+  /// What an entry made elsewhere, which has no client() here.
+  explicit LinkedEffect(AEffect* made) : EffectInstance(made) {}
   KvUniClient& client() const {
     return *dynamic_cast<KvUniClient*>(static_cast<AudioEffect*>(effect->object));
   }

@@ -53,9 +53,18 @@ audioMasterCallback answering(HostState& host) {
 
 TestHost::TestHost(float sampleRate, HostState state, EditorFactory makeEditor)
     : HostSide{std::move(state)}, LinkedEffect(answering(host), makeEditor), rate(sampleRate) {
+  start();
+}
+
+TestHost::TestHost(const PluginFile& file, float sampleRate)
+    : LinkedEffect(file.make(answering(host))), rate(sampleRate) {
+  start();
+}
+
+void TestHost::start() {
   effect->user = &host;
   dispatch(effOpen);
-  dispatch(effSetSampleRate, 0, 0, nullptr, sampleRate);
+  dispatch(effSetSampleRate, 0, 0, nullptr, rate);
   dispatch(effMainsChanged, 0, 1);
 }
 

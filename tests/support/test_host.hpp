@@ -43,6 +43,8 @@ class TestHost : public HostSide, public LinkedEffect {
  public:
   explicit TestHost(float sampleRate = 44100.0F, HostState state = {},
                     EditorFactory makeEditor = nullptr);
+  /// Of a file that is loaded.
+  explicit TestHost(const PluginFile& file, float sampleRate = 44100.0F);
 
   /// Has the host tell the time from here on.
   void giveTime(double tempo, double ppqPos = 0.0, std::int32_t flags = 0);
@@ -59,6 +61,8 @@ class TestHost : public HostSide, public LinkedEffect {
   Stereo render(const Stereo& in, const std::vector<std::int32_t>& blocks = {512});
 
  private:
+  void start();
+
   float rate;
 };
 

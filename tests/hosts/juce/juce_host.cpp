@@ -1,13 +1,13 @@
 // The effect in JUCE's hosting code: scan, instances, sound, editor, programs, MIDI and state. Run
-// by juce.sh as `juce_host PLUGIN OUT.wav`; prints "ok …" and "WRONG …" lines, and "done" at the
+// by juce.sh as `juce_host PLUGIN`; prints "ok …" and "WRONG …" lines, and "done" at the
 // end.
-#include <juce_audio_formats/juce_audio_formats.h>
 #include <juce_audio_processors/juce_audio_processors.h>
 
 #include <cstdio>
 #include <memory>
 
-#include "support/own_display.hpp"
+#include "core/tags.hpp"
+#include "tests/support/own_display.hpp"
 
 // Without X's headers, whose names do not agree with JUCE's.
 extern "C" int (*XSetErrorHandler(int (*)(void*, void*)))(void*, void*);
@@ -49,13 +49,6 @@ static bool sane(const AudioBuffer<float>& sound) {
   return sound.getRMSLevel(0, 0, sound.getNumSamples()) > 0.001f;
 }
 
-static void write(const AudioBuffer<float>& sound, double rate, const File& file) {
-  WavAudioFormat wav;
-  std::unique_ptr<AudioFormatWriter> writer(
-      wav.createWriterFor(file.createOutputStream().release(), rate, 2, 24, {}, 0));
-  if (writer) writer->writeFromAudioSampleBuffer(sound, 0, sound.getNumSamples());
-}
-
 static int differing(AudioPluginInstance& a, AudioPluginInstance& b) {
   int count = 0;
   for (int i = 0; i < a.getParameters().size(); ++i)
@@ -63,11 +56,11 @@ static int differing(AudioPluginInstance& a, AudioPluginInstance& b) {
   return count;
 }
 
-// The editor in a window of its own; its largest knob is dragged by the mouse. The screen's rows of
-// pixels are those of the component: no scale without a desktop.
+// The editor in a window of its own; its largest knob is dragged by the mouse. One pixel of the
+// screen is one of the component: no scale without a desktop.
 static void showEditor(AudioPluginInstance& effect, zum::test::Robot& user) {
   const auto idle = [](int ms) { MessageManager::getInstance()->runDispatchLoopUntil(ms); };
-  auto* const cutoff = effect.getParameters()[3];
+  auto* const cutoff = effect.getParameters()[zum::tag::cutoff];
   cutoff->setValue(0.5f);
   std::unique_ptr<AudioProcessorEditor> editor(effect.createEditorIfNeeded());
   if (!editor) return check(false, "it has an editor");
@@ -93,7 +86,7 @@ static void showEditor(AudioPluginInstance& effect, zum::test::Robot& user) {
 }
 
 int main(int argc, char** argv) {
-  if (argc != 3) return std::fprintf(stderr, "usage: juce_host PLUGIN OUT.wav\n"), 2;
+  if (argc != 2) return std::fprintf(stderr, "usage: juce_host PLUGIN\n"), 2;
   ScopedJuceInitialiser_GUI messages;
   VSTPluginFormat format;
   OwnedArray<PluginDescription> found;
@@ -118,9 +111,8 @@ int main(int argc, char** argv) {
 
   for (const auto& [rate, block] : {std::pair(48000.0, 256), std::pair(44100.0, 64),
                                     std::pair(96000.0, 1024), std::pair(48000.0, 3)}) {
-    const auto sound = render(*first, rate, block, 1.0);
-    check(sane(sound), "sound at " + String(rate) + " Hz in blocks of " + String(block));
-    if (block == 256) write(sound, rate, File(String(argv[2])));
+    check(sane(render(*first, rate, block, 1.0)),
+          "sound at " + String(rate) + " Hz in blocks of " + String(block));
   }
 
   {
@@ -151,15 +143,6 @@ int main(int argc, char** argv) {
   check(differing(*first, *second) == 0,
         "a state of " + String(state.getSize()) + " bytes restores all in the other instance");
 
-  MemoryBlock broken(state);
-  for (size_t i = broken.getSize() / 2; i < broken.getSize(); ++i) broken[i] = (char)(i * 37);
-  second->setStateInformation(broken.getData(), (int)broken.getSize());
-  second->setStateInformation(state.getData(), (int)state.getSize() / 2);
-  second->setStateInformation(state.getData(), (int)state.getSize());
-  check(differing(*first, *second) == 0, "a damaged and a cut state do not harm the next good one");
-
-  second->setCurrentProgram(127);
-  check(second->getProgramName(127).length() < 24, "the last program's name fits");
   second.reset();
   check(sane(render(*make(), 48000, 256, 0.5)), "a new instance sounds after one has gone");
   first.reset();
