@@ -8,13 +8,17 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <sstream>
 #include <thread>
 
 #include "adaptor/process_table.hpp"
 #include "adaptor/wrapper_control.hpp"
 #include "adaptor/wrapper_group.hpp"
 #include "adaptor/wrapper_process.hpp"
+#include "core/tags.hpp"
+#include "platform/native_window.hpp"
 #include "platform/random_source.hpp"
+#include "support/own_display.hpp"
 #include "support/settings_user.hpp"
 #include "support/test_host.hpp"
 
@@ -27,35 +31,32 @@ namespace {
 
 constexpr std::int32_t kLowest = INT32_MIN;
 constexpr std::int32_t kHighest = INT32_MAX;
+constexpr std::int32_t kBypass = 1;
+constexpr std::int32_t controlOf(int tag) { return tag + 2; }
+constexpr std::int32_t kCutoff = controlOf(tag::cutoff);
+const std::int32_t kRecord = identifier("kvzm");
 
 /// What a host answers and hears; a song at 120 that stands at its second quarter.
-struct Host {
+struct SecondHost {
+  static SecondHost& self(void* context) { return *static_cast<SecondHost*>(context); }
   HostRoutines routines{
       .context = this,
-      .tempo = [](void* c) { return static_cast<Host*>(c)->tempo; },
-      .isRunning = [](void* c) { return std::int32_t{static_cast<Host*>(c)->running}; },
+      .tempo = [](void* c) { return self(c).tempo; },
+      .isRunning = [](void* c) { return std::int32_t{self(c).running}; },
       .meter = [](void*, std::int32_t* over, std::int32_t* under) { *over = 3, *under = 8; },
       .realTimeSample = [](void*) { return std::int64_t{22050}; },
       .timelineSample = [](void*) { return std::int64_t{44100}; },
       .samplesToTicks = [](void*, std::int64_t samples) { return samples * 960000 / 22050; },
-      .controlChanged =
-          [](void* c, std::int32_t index, std::int32_t value) {
-            static_cast<Host*>(c)->heard.push_back({index, value});
-          },
-      .touched =
-          [](void* c, std::int32_t i) {
-            static_cast<Host*>(c)->heard.push_back({i, 1});
-          },
-      .released =
-          [](void* c, std::int32_t i) {
-            static_cast<Host*>(c)->heard.push_back({i, 0});
-          }};
+      .controlChanged = [](void* c, std::int32_t i, std::int32_t v) { self(c).hear(i, v); },
+      .touched = [](void* c, std::int32_t i) { self(c).hear(i, 1); },
+      .released = [](void* c, std::int32_t i) { self(c).hear(i, 0); }};
+  void hear(std::int32_t index, std::int32_t value) { heard.emplace_back(index, value); }
   double tempo = 90.0;
   bool running = false;
   std::vector<std::pair<std::int32_t, std::int32_t>> heard;
 };
 
-struct Adaptor : Host {
+struct Adaptor : SecondHost {
   explicit Adaptor(bool stereo = true) : process(routines, 44100.0F, stereo) {
     EXPECT_EQ(process.EffectInit(), kNoError);
   }
@@ -78,11 +79,9 @@ struct Adaptor : Host {
 };
 
 TEST(Adaptor, ValuesAndTextsMeetAtBothEnds) {
-  const struct {
-    std::int32_t value;
-    float normalised;
-  } cases[] = {{kLowest, 0.0F}, {kHighest, 1.0F}, {0, 0.5F}, {-1073741824, 0.25F}};
-  for (const auto& [value, normalised] : cases) {
+  const std::pair<std::int32_t, float> values[] = {
+      {kLowest, 0.0F}, {kHighest, 1.0F}, {0, 0.5F}, {-1073741824, 0.25F}};
+  for (const auto& [value, normalised] : values) {
     EXPECT_EQ(normalisedOf(value), normalised);
     EXPECT_NEAR(static_cast<double>(controlValueOf(normalised)), value, 1.0);
   }
@@ -91,45 +90,47 @@ TEST(Adaptor, ValuesAndTextsMeetAtBothEnds) {
   EXPECT_EQ(controlValueOf(std::numeric_limits<float>::quiet_NaN()), kLowest);
 
   Adaptor adaptor;
+  const auto inRoom = [](std::int32_t room, const auto& write) {
+    std::array<char, 32> text{};
+    text.fill('#');
+    write(text.data());
+    EXPECT_EQ(text[static_cast<std::size_t>(room)], '#');
+    return std::string(text.data());
+  };
+  const auto shown = [&](std::int32_t index, std::int32_t value, std::int32_t room) {
+    const CPluginControl& control = *adaptor.process.getControl(index);
+    return inRoom(room, [&](char* to) { control.valueToText(value, to, room); });
+  };
+  EXPECT_EQ(shown(kCutoff, 0, 8), "50.00 %");
+  EXPECT_EQ(shown(kCutoff, 0, 7), "50");
+  EXPECT_EQ(shown(kCutoff, kHighest, 9), "100.00 %");
+  EXPECT_EQ(shown(controlOf(tag::lfoTrigOnOff), kLowest, 8), "Off");
+  EXPECT_EQ(shown(controlOf(tag::lfoTrigOnOff), kLowest + 1, 8), "On");
+  const CPluginControl& bypass = *adaptor.process.getControl(kBypass);
+  for (const std::string name : {"Master Bypass", "MastrByp", "MByp", "Byp"}) {
+    const auto room = static_cast<std::int32_t>(name.size() + 1);
+    EXPECT_EQ(inRoom(room, [&](char* to) { bypass.getName(to, room); }), name);
+  }
+  CPluginControl& cutoff = *adaptor.process.getControl(kCutoff);
+  EXPECT_EQ(inRoom(4, [&](char* to) { cutoff.getName(to, 4); }), "Cut");
+  const std::pair<std::string, std::int32_t> numbers[] = {
+      {" 0.25x", controlValueOf(0.25F)},
+      {"loud", kLowest},
+      {"+1e99", kHighest},
+      {"10.0e999 re-", kHighest},
+      {"-1e999", kLowest},
+      {"2e-999", kLowest},
+      {"0." + std::string(400, '0') + "1", kLowest}};
+  for (const auto& [text, value] : numbers) {
+    EXPECT_EQ(cutoff.textToValue(text.c_str()), value) << text;
+  }
+  EXPECT_EQ(bypass.textToValue("1.0"), kHighest);
   EXPECT_EQ(adaptor.process.getControls().size(), 61U);
   EXPECT_EQ(adaptor.process.getControl(0), nullptr);
-  const auto text = [&](std::int32_t index, std::int32_t value, std::int32_t room) {
-    std::array<char, 32> shown{};
-    shown.fill('#');
-    adaptor.process.getControl(index)->valueToText(value, shown.data(), room);
-    EXPECT_EQ(shown[static_cast<std::size_t>(room)], '#');
-    return std::string(shown.data());
-  };
-  EXPECT_EQ(text(5, 0, 8), "50.00 %");
-  EXPECT_EQ(text(5, 0, 7), "50");
-  EXPECT_EQ(text(5, kHighest, 9), "100.00 %");
-  EXPECT_EQ(text(14, kLowest, 8), "Off");
-  EXPECT_EQ(text(14, kLowest + 1, 8), "On");
-  EXPECT_EQ(adaptor.process.getControl(14)->getSteps(), 2);
-  EXPECT_EQ(adaptor.process.getControl(5)->getSteps(), -1);
-  const struct {
-    std::string text;
-    std::int32_t value;
-  } numbers[] = {{" 0.25x", controlValueOf(0.25F)},
-                 {"loud", kLowest},
-                 {"+1e99", kHighest},
-                 {"10.0e999 re-", kHighest},
-                 {"-1e999", kLowest},
-                 {"2e-999", kLowest},
-                 {"0." + std::string(400, '0') + "1", kLowest}};
-  for (const auto& [written, value] : numbers) {
-    EXPECT_EQ(adaptor.process.getControl(5)->textToValue(written.c_str()), value) << written;
-  }
-  EXPECT_EQ(adaptor.process.getControl(1)->textToValue("1.0"), kHighest);
   for (const std::int32_t index : {kLowest, kLowest + 1, -1, 0, 62, kHighest}) {
     adaptor.process.SetControl(index, kHighest);
     EXPECT_EQ(adaptor.process.GetControl(index), kLowest);
   }
-  std::array<char, 8> name{};
-  adaptor.process.getControl(1)->getName(name.data(), 5);
-  EXPECT_STREQ(name.data(), "MByp");
-  adaptor.process.getControl(5)->getName(name.data(), 4);
-  EXPECT_STREQ(name.data(), "Cut");
 }
 
 TEST(Adaptor, AnswersTheEffectAsItsHost) {
@@ -156,10 +157,11 @@ TEST(Adaptor, AnswersTheEffectAsItsHost) {
   std::array<char, 64> vendor{};
   EXPECT_EQ(adaptor.ask(audioMasterGetVendorString, 0, vendor.data()), 1);
   EXPECT_STREQ(vendor.data(), "KvRTAS");
-  adaptor.ask(audioMasterBeginEdit, 3);
-  adaptor.ask(audioMasterAutomate, 3, nullptr, 1.0F);
-  adaptor.ask(audioMasterEndEdit, 3);
-  EXPECT_EQ(adaptor.heard, (decltype(adaptor.heard){{5, 1}, {5, kHighest}, {5, 0}}));
+  adaptor.ask(audioMasterBeginEdit, tag::cutoff);
+  adaptor.ask(audioMasterAutomate, tag::cutoff, nullptr, 1.0F);
+  adaptor.ask(audioMasterEndEdit, tag::cutoff);
+  EXPECT_EQ(adaptor.heard,
+            (decltype(adaptor.heard){{kCutoff, 1}, {kCutoff, kHighest}, {kCutoff, 0}}));
   AEffect stranger{};
   EXPECT_EQ(findProcess(&stranger), nullptr);
 }
@@ -167,29 +169,27 @@ TEST(Adaptor, AnswersTheEffectAsItsHost) {
 TEST(Adaptor, RendersAsTheEffectDoesInBlocksOfAnySize) {
   TestHost plain;
   const Stereo in = noise(4096);
-  plain.set(3, normalisedOf(123456789));
-  plain.set(17, 1.0F);
+  plain.set(tag::cutoff, normalisedOf(123456789));
+  plain.set(tag::cutoffEf, 1.0F);
   const Stereo wanted = plain.render(in);
+  const auto rendered = [&](Adaptor& adaptor, std::int32_t block) {
+    adaptor.tempo = 120.0;
+    adaptor.process.SetControl(kCutoff, 123456789);
+    adaptor.process.SetControl(controlOf(tag::cutoffEf), kHighest);
+    return adaptor.render(in, block);
+  };
   for (const std::int32_t block : {1, 64, 512}) {
     Adaptor adaptor;
-    adaptor.tempo = 120.0;
-    adaptor.process.SetControl(5, 123456789);
-    adaptor.process.SetControl(19, kHighest);
-    EXPECT_EQ(adaptor.render(in, block), wanted) << block;
+    EXPECT_EQ(rendered(adaptor, block), wanted) << block;
+    adaptor.process.SetControl(kBypass, 1);
+    EXPECT_EQ(adaptor.render(in, block), in);
+    adaptor.process.SetControl(kBypass, 0);
+    EXPECT_NE(adaptor.render(in, block), in);
   }
   Adaptor mono(false);
-  Stereo out(in.frames());
-  Stereo copy = in;
-  float* inputs[] = {copy.left.data()};
-  float* outputs[] = {out.left.data()};
-  mono.process.RenderAudio(inputs, outputs, static_cast<std::int32_t>(in.frames()));
+  const Stereo out = rendered(mono, 512);
   EXPECT_NE(out.left, in.left);
-
-  Adaptor bypassed;
-  bypassed.process.SetControl(1, 1);
-  EXPECT_EQ(bypassed.render(in, 512), in);
-  bypassed.process.SetControl(1, 0);
-  EXPECT_NE(bypassed.render(in, 512), in);
+  EXPECT_EQ(out.right, Stereo(4096).right);  // there is no such side
 }
 
 TEST(Adaptor, MidiWaitsForTheNextBlockAndNoLonger) {
@@ -207,10 +207,10 @@ TEST(Adaptor, MidiWaitsForTheNextBlockAndNoLonger) {
   adaptor.render(silence, 64);
   EXPECT_EQ(effect.controllerValue(20), 0.0F);
   adaptor.process.getEvents().midiBusy = false;
-  adaptor.process.SetControl(1, kHighest);  // also while the signal goes round the effect
+  adaptor.process.SetControl(kBypass, kHighest);  // also while the signal goes round the effect
   adaptor.render(silence, 64);
   EXPECT_EQ(adaptor.process.getEvents().tryTake(), nullptr);  // the effect has them
-  adaptor.process.SetControl(1, kLowest);
+  adaptor.process.SetControl(kBypass, kLowest);
   adaptor.render(silence, 64);
   EXPECT_EQ(effect.controllerValue(20), 1.0F);
   for (int i = 0; i < 257; ++i) send(i < 256 ? 30 : 31, 64);
@@ -240,8 +240,6 @@ TEST(Adaptor, ThreadsOfAHostDoNotDisturbEachOther) {
   });
   run([] { const Adaptor passing; });
   const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(ZUM_THREAD_SECONDS);
-  std::int32_t id = 0;
-  std::memcpy(&id, "kvzm", 4);
   SystemRandom random(1);
   std::vector<std::int32_t> words(1U << 16U);
   auto& record = *reinterpret_cast<SessionRecord*>(words.data());
@@ -251,12 +249,12 @@ TEST(Adaptor, ThreadsOfAHostDoNotDisturbEachOther) {
       const auto wide = static_cast<std::uint32_t>(random.next()) << 17U;
       adaptor.process.SetControl(index, static_cast<std::int32_t>(wide));
     }
-    EXPECT_EQ(adaptor.process.ReadChunk(id, record, room), kNoError);
-    EXPECT_EQ(adaptor.process.WriteChunk(id, record, room), kNoError);
+    EXPECT_EQ(adaptor.process.ReadChunk(kRecord, record, room), kNoError);
+    EXPECT_EQ(adaptor.process.WriteChunk(kRecord, record, room), kNoError);
     AudioEffectX& effect = *adaptor.process.getEffect();  // as from its window
-    effect.beginEdit(3);
-    effect.setParameterAutomated(3, 0.5F);
-    effect.endEdit(3);
+    effect.beginEdit(tag::cutoff);
+    effect.setParameterAutomated(tag::cutoff, 0.5F);
+    effect.endEdit(tag::cutoff);
     std::this_thread::sleep_for(std::chrono::milliseconds(2));  // or there would be silence alone
   }
   ending.store(true);
@@ -268,82 +266,138 @@ class AdaptorFiles : public SettingsTest {};
 
 TEST_F(AdaptorFiles, SessionRecordsHoldAPresetBehindTheirHeader) {
   Adaptor adaptor;
-  adaptor.process.SetControl(5, 0);
-  std::int32_t id = 0;
-  std::memcpy(&id, "kvzm", 4);
+  adaptor.process.SetControl(kCutoff, 0);
   std::int32_t size = 0;
-  ASSERT_EQ(adaptor.process.ReportChunkSize(id, size), kNoError);
+  ASSERT_EQ(adaptor.process.ReportChunkSize(kRecord, size), kNoError);
   std::vector<std::int32_t> words(static_cast<std::size_t>(size) / 4 + 1);
   auto& record = *reinterpret_cast<SessionRecord*>(words.data());
-  EXPECT_EQ(adaptor.process.ReadChunk(id, record, size - 1), kBadChunk);
-  EXPECT_EQ(adaptor.process.ReadChunk(id + 1, record, size), kUnknownChunk);
-  EXPECT_EQ(adaptor.process.WriteChunk(id + 1, record, size), kUnknownChunk);
-  EXPECT_EQ(adaptor.process.ReadChunk(id, record, size), kNoError);
+  EXPECT_EQ(adaptor.process.ReadChunk(kRecord, record, size - 1), kBadChunk);
+  EXPECT_EQ(adaptor.process.ReadChunk(kRecord + 1, record, size), kUnknownChunk);
+  EXPECT_EQ(adaptor.process.WriteChunk(kRecord + 1, record, size), kUnknownChunk);
+  EXPECT_EQ(adaptor.process.ReadChunk(kRecord, record, size), kNoError);
   EXPECT_EQ(record.size, size);
 
   Adaptor other;
   SessionRecord empty{.size = kSessionHeader, .header = {}};
-  EXPECT_EQ(other.process.WriteChunk(id, empty, kSessionHeader), kNoError);
-  EXPECT_NE(other.process.getEffect()->getParameter(3), 0.5F);
+  EXPECT_EQ(other.process.WriteChunk(kRecord, empty, kSessionHeader), kNoError);
+  EXPECT_NE(other.process.getEffect()->getParameter(tag::cutoff), 0.5F);
   for (const std::int32_t wrong : {kSessionHeader - 1, size + 1, -1}) {
     SessionRecord bad{.size = wrong, .header = {}};
-    EXPECT_EQ(other.process.WriteChunk(id, bad, kSessionHeader), kBadChunk);
+    EXPECT_EQ(other.process.WriteChunk(kRecord, bad, kSessionHeader), kBadChunk);
   }
-  EXPECT_EQ(other.process.WriteChunk(id, record, size), kNoError);
-  EXPECT_EQ(other.process.getEffect()->getParameter(3), 0.5F);
-  EXPECT_EQ(other.process.GetControl(5), 0);
-  EXPECT_EQ(other.process.WriteChunk(id, record, 0), kBadChunk);
+  EXPECT_EQ(other.process.WriteChunk(kRecord, record, size), kNoError);
+  EXPECT_EQ(other.process.getEffect()->getParameter(tag::cutoff), 0.5F);
+  EXPECT_EQ(other.process.GetControl(kCutoff), 0);
+  EXPECT_EQ(other.process.WriteChunk(kRecord, record, 0), kBadChunk);
 
   putText(folder / "s.kvz",
           std::string(reinterpret_cast<const char*>(words.data()) + kSessionHeader,
                       static_cast<std::size_t>(size - kSessionHeader)));
   TestHost plain;
   plain.client().loadPresetFile(internal("s.kvz").c_str(), 0, nullptr, false);
-  EXPECT_EQ(plain.get(3), 0.5F);
+  EXPECT_EQ(plain.get(tag::cutoff), 0.5F);
 }
 
 // What hosts and their sessions know the plug-in by, written out.
 TEST(Adaptor, TellsTheHostItsNamesAndNumbers) {
-  const auto told = [](std::int32_t id, std::initializer_list<std::int32_t> numbers) {
-    std::string text(4, '\0');
-    std::memcpy(text.data(), &id, 4);
-    for (const std::int32_t number : numbers) text += ' ' + std::to_string(number);
-    return text;
+  std::ostringstream told;
+  const auto tell = [&told](std::int32_t id, std::initializer_list<std::int32_t> numbers) {
+    std::array<char, 4> letters{};
+    std::memcpy(letters.data(), &id, 4);
+    told << std::string_view(letters.data(), 4);
+    for (const std::int32_t number : numbers) told << ' ' << number;
   };
   KvRTASWrapperGroup group;
   ASSERT_EQ(group.Initialize(), 0);
   const GroupDescription about = group.describe();
-  const auto type = [&](std::int32_t index) {
+  told << about.manufacturer << ' ' << about.product << ' ';
+  tell(about.manufacturerId, {about.version, about.category, about.types});
+  for (const std::int32_t index : {0, 1}) {
     const TypeDescription t = group.getType(index)->describe();
-    return told(t.typeId, {}) +
-           told(t.productId, {t.sizes[0], t.sizes[1], t.inputStem, t.outputStem, t.thirdStem,
-                              t.option, t.features[0], t.features[1]}) +
-           ' ' + t.name;
-  };
+    told << '\n' << t.name << ' ';
+    tell(t.typeId, {});
+    tell(t.productId, {t.sizes[0], t.sizes[1], t.inputStem, t.outputStem, t.thirdStem, t.option,
+                       t.features[0], t.features[1]});
+  }
   const Adaptor adaptor;
   const auto& chunk = adaptor.process.getChunkTypes().at(0);
-  const CPluginControl& bypass = *adaptor.process.getControl(adaptor.process.getMasterBypass());
-  const CPluginControl& cutoff = *adaptor.process.getControl(5);
-  std::string forms;
-  for (const std::int32_t room : {14, 9, 5, 4}) {
-    std::array<char, 14> name{};
-    bypass.getName(name.data(), room);
-    forms += ' ' + std::string(name.data());
+  told << '\n' << chunk.name << ' ';
+  tell(chunk.id, {chunk.size});
+  for (const std::int32_t index : {adaptor.process.getMasterBypass(), kCutoff}) {
+    const CPluginControl& control = *adaptor.process.getControl(index);
+    told << '\n';
+    tell(control.getId(),
+         {control.getIndex(), control.getSteps(), control.isAutomatable(), control.getPriority(),
+          control.getOrientation(), control.getMeterType(), control.isVisible()});
   }
-  const std::pair<std::string, std::string> rows[] = {
-      {about.manufacturer, "Zelvane"},
-      {about.product, "ZUM\nZUM\nZUM"},
-      {told(about.manufacturerId, {about.version, about.category, about.types}), "Zlvn 66048 14 2"},
-      {type(0), "KvStkvzm 8192 1 1 1 0 6 8 48 ZUM\nZUM\nZUM"},
-      {type(1), "KvMokvzm 8192 1 0 0 0 6 8 48 ZUM\nZUM\nZUM"},
-      {told(chunk.id, {chunk.size}) + chunk.name, "kvzm -152Zelvane Audio Plugin Data"},
-      {told(bypass.getId(), {bypass.getIndex(), bypass.getSteps()}) + forms,
-       "bypa 1 2 Master Bypass MastrByp MByp Byp"},
-      {told(cutoff.getId(), {cutoff.getIndex(), cutoff.isAutomatable(), cutoff.getPriority(),
-                             cutoff.getOrientation(), cutoff.getMeterType(), cutoff.isVisible()}),
-       "\0\0\0\0 5 1 0 0 1 1"s},
+  EXPECT_EQ(told.str(),
+            "Zelvane ZUM\nZUM\nZUM Zlvn 66048 14 2\n"
+            "ZUM\nZUM\nZUM KvStkvzm 8192 1 1 1 0 6 8 48\n"
+            "ZUM\nZUM\nZUM KvMokvzm 8192 1 0 0 0 6 8 48\n"
+            "Zelvane Audio Plugin Data kvzm -152\n"
+            "bypa 1 2 1 0 0 1 1\n"
+            "\0\0\0\0 5 -1 1 0 0 1 1"s);
+}
+
+/// The host's window, in which nothing of its own happens.
+struct OuterWindow final : PassiveWindowEvents {
+  OuterWindow() : window(openNativeWindow({0, 600, 600, "host"}, *this)) {}
+  std::unique_ptr<NativeWindow> window;
+};
+
+TEST(AdaptorView, LiesWhereThePortSaysAndComesBack) {
+  const OwnDisplay server;
+  Robot robot;
+  Adaptor adaptor;
+  KvRTASWrapperProcess& process = adaptor.process;
+  ViewRect rect{9, 9, 9, 9};
+  process.GetViewRect(rect);
+  EXPECT_EQ(rect.top, 0);
+  EXPECT_EQ(rect.bottom, 470);
+  EXPECT_EQ(rect.right, 508);
+  const auto view = process.MakeCustomView();
+  auto host = std::make_unique<OuterWindow>();
+  const auto move = [&](int x, int y, int toY) {
+    robot.moveTo(host->window->handle(), x, y);
+    robot.press();
+    robot.moveTo(host->window->handle(), x, toY);
+    robot.release();
+    for (int i = 0; i < 3; ++i) {
+      process.ViewIdle();
+      usleep(20'000);
+    }
+    return process.getEffect()->getParameter(tag::cutoff);
   };
-  for (const auto& [given, expected] : rows) EXPECT_EQ(given, expected);
+  // Cutoff stands at 251, 180 of the editor.
+  const struct {
+    ViewPort port;
+    int x, y;
+  } ports[] = {{{0, 0, 0}, 0, 0}, {{-20, -30, 0}, 20, 30}, {{5, -30, 0}, 0, 0}};
+  for (auto [port, x, y] : ports) {
+    port.nativeWindow = host->window->handle();
+    process.SetViewPort(&port);
+    view->drawContents(nullptr);
+    process.ViewIdle();
+    process.getEffect()->setParameter(tag::cutoff, 0.2F);
+    EXPECT_NEAR(move(x + 251, y + 180, y + 130), 0.4F, 0.001F) << x;
+    process.SetViewPort(nullptr);
+    process.ViewIdle();
+    EXPECT_NEAR(move(x + 251, y + 180, y + 130), 0.4F, 0.001F) << x;
+  }
+  const ViewPort nowhere{INT32_MIN, INT32_MIN, 12345};
+  process.SetViewPort(&nowhere);
+  process.ViewIdle();
+  const ViewPort port{0, 0, host->window->handle()};
+  process.SetViewPort(&port);
+  {
+    Adaptor ending(false);
+    ending.process.SetViewPort(&port);
+    ending.process.ViewIdle();
+  }  // with its view open
+  process.ViewIdle();
+  host.reset();  // before the view
+  process.ViewIdle();
+  process.SetViewPort(nullptr);
 }
 
 TEST(AdaptorFile, CountsItsOpeningsAndRefusesOtherVersions) {
@@ -372,7 +426,7 @@ TEST(AdaptorFile, CountsItsOpeningsAndRefusesOtherVersions) {
   close(0);
   EXPECT_EQ(types(), 0);
   close(0);  // once too often
-  Host host;
+  const SecondHost host;
   EXPECT_EQ(table->createProcess(0, &host.routines), nullptr);
   EXPECT_EQ(dlsym(file, "VSTPluginMain"), nullptr);
   EXPECT_NE(dlsym(file, "NewPlugIn"), nullptr);
