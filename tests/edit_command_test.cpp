@@ -1,115 +1,89 @@
 // `zum edit` as a user starts it: the window that it opens, how it ends, what it says when it
 // cannot.
 #include <cairo.h>
-#include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <unistd.h>
-// X's macros after that
-#include <X11/Xlib.h>
 
-#include <array>
-#include <cstdio>
-#include <filesystem>
+#include <csignal>
 #include <functional>
+#include <future>
 #include <memory>
 #include <set>
 #include <string>
-#include <utility>
 
 #include "support/own_display.hpp"
-#include "support/own_home.hpp"
+#include "support/settings_user.hpp"
+// X's macros after that
+#include <X11/Xlib.h>
 
 namespace zum::test {
 namespace {
 
-namespace fs = std::filesystem;
-
-const std::string kEdit = "'" ZUM_PROGRAM "' edit ";
 const std::string kLoop = "'" ZUM_SOURCE_DIR "/content/Samples/Factory/Drums.wav'";
 
-using Image = std::unique_ptr<cairo_surface_t, void (*)(cairo_surface_t*)>;
-Image readPicture(const std::string& file) {
-  return {cairo_image_surface_create_from_png(file.c_str()), cairo_surface_destroy};
-}
-
-class EditCommandTest : public testing::Test {
+class EditCommandTest : public SettingsTest {
  protected:
   static void SetUpTestSuite() { server = std::make_unique<OwnDisplay>(); }
   static void TearDownTestSuite() { server.reset(); }
-  EditCommandTest() : folder(fs::temp_directory_path() / ("zum-edit-" + std::to_string(getpid()))) {
-    fs::create_directories(folder);
-  }
-  ~EditCommandTest() override { fs::remove_all(folder); }
 
-  /// Exit code, and what was printed.
-  static std::pair<int, std::string> run(
-      const std::string& command, const std::function<void()>& meanwhile = [] {}) {
-    FILE* const pipe = popen((command + " 2>&1").c_str(), "r");
+  /// Ends well and silently.
+  void edit(
+      const std::string& options, const std::function<void()>& meanwhile = [] {}) const {
+    auto ended = std::async(std::launch::async, [&] { return run("edit " + options); });
     meanwhile();
-    std::string text;
-    std::array<char, 256> part{};
-    while (std::fgets(part.data(), part.size(), pipe) != nullptr) text += part.data();
-    return {WEXITSTATUS(pclose(pipe)), text};
+    EXPECT_EQ(ended.get(), std::pair(0, ""s)) << options;
   }
   std::uintptr_t shownWindow() {
     std::uintptr_t window = 0;
     for (int i = 0; i < 1000 && window == 0; ++i) usleep(10'000), window = robot.findWindow("ZUM");
     return window;
   }
+  /// The pixels of window.png from one corner to the other, a row after the other.
+  std::vector<std::uint32_t> picture(int left, int top, int right, int bottom) const {
+    const std::unique_ptr<cairo_surface_t, void (*)(cairo_surface_t*)> image(
+        cairo_image_surface_create_from_png((folder / "window.png").c_str()),
+        cairo_surface_destroy);
+    EXPECT_EQ(cairo_image_surface_get_width(image.get()), 508);
+    EXPECT_EQ(cairo_image_surface_get_height(image.get()), 470);
+    const auto* row =
+        reinterpret_cast<const std::uint32_t*>(cairo_image_surface_get_data(image.get()));
+    std::vector<std::uint32_t> pixels;
+    for (int y = 0; row != nullptr && y < bottom; ++y) {
+      if (y >= top) pixels.insert(pixels.end(), row + left, row + right);
+      row += cairo_image_surface_get_stride(image.get()) / 4;
+    }
+    return pixels;
+  }
 
   static inline std::unique_ptr<OwnDisplay> server;
-  OwnHome home;
   Robot robot;
-  fs::path folder;
 };
 
 TEST_F(EditCommandTest, WindowMovesWithTheMusicAndItsPictureIsWritten) {
-  const fs::path picture = folder / "window.png";
-  const auto watch = [&] {
+  edit("--seconds 3 --picture window.png --loop " + kLoop, [&] {
     const std::uintptr_t window = shownWindow();
     ASSERT_NE(window, 0U);
-    for (int i = 0; i < 1000 && !fs::exists(picture); ++i) usleep(10'000);
+    for (int i = 0; i < 1000 && !fs::exists(folder / "window.png"); ++i) usleep(10'000);
     const Screenshot before = robot.screenshot(window);
     usleep(400'000);
     EXPECT_NE(robot.screenshot(window).words, before.words);
-  };
-  EXPECT_EQ(run(kEdit + "--seconds 3 --loop " + kLoop + " --picture " + picture.string(), watch),
-            std::pair(0, std::string()));
-  const Image image = readPicture(picture);
-  ASSERT_EQ(cairo_image_surface_get_width(image.get()), 508);
-  ASSERT_EQ(cairo_image_surface_get_height(image.get()), 470);
-  const unsigned char* const data = cairo_image_surface_get_data(image.get());
-  const int bytes = 470 * cairo_image_surface_get_stride(image.get());
-  EXPECT_GT(std::set<int>(data, data + bytes).size(), 64U);
+  });
+  const auto pixels = picture(0, 0, 508, 470);
+  EXPECT_GT(std::set<std::uint32_t>(pixels.begin(), pixels.end()).size(), 64U);
 }
 
 // Both files hold the same bytes.
 TEST_F(EditCommandTest, PresetHasTheNameOfItsFileAsFromTheMenu) {
-  const fs::path first = folder / "first.kvz";
-  ASSERT_EQ(run("'" ZUM_PROGRAM "' presets make '" ZUM_SOURCE_DIR
-                "/content/Presets/Drums/Basement.toml' " +
-                first.string())
-                .first,
-            0);
-  fs::copy_file(first, folder / "second.kvz");
-  const auto shownName = [this](const char* preset) {
-    const std::string picture = folder / "window.png";
-    const auto [code, text] = run("cd " + folder.string() + "; " + kEdit + "--seconds 1 --preset " +
-                                  preset + " --picture " + picture);
-    EXPECT_EQ(code, 0) << text;
-    const Image image = readPicture(picture);
-    const unsigned char* const data = cairo_image_surface_get_data(image.get());
-    const int stride = cairo_image_surface_get_stride(image.get());
-    std::string pixels;
-    for (int y = 35; y < 52; ++y)
-      pixels.append(data + y * stride + 46 * 4, data + y * stride + 157 * 4);
-    return pixels;
+  const auto shownName = [this](const std::string& preset) {
+    putText(folder / "a.toml", "");
+    expectTold("", {{"presets make a.toml " + preset, 0, ""}});
+    edit("--seconds 1 --picture window.png --preset " + preset);
+    return picture(46, 35, 157, 52);
   };
-  EXPECT_TRUE(shownName("first.kvz") != shownName("second.kvz"));
+  EXPECT_NE(shownName("first.kvz"), shownName("second.kvz"));
 }
 
 TEST_F(EditCommandTest, EndsWithItsWindowAndAtASignal) {
-  const auto close = [&] {
+  edit("--picture window.png", [&] {
     Display* const display = robot.connection();
     XEvent event{};
     event.xclient.type = ClientMessage;
@@ -119,39 +93,32 @@ TEST_F(EditCommandTest, EndsWithItsWindowAndAtASignal) {
     event.xclient.data.l[0] = static_cast<long>(XInternAtom(display, "WM_DELETE_WINDOW", False));
     XSendEvent(display, event.xclient.window, False, 0, &event);
     XSync(display, False);
-  };
-  const fs::path picture = folder / "closed.png";
-  EXPECT_EQ(run(kEdit + "--picture " + picture.string(), close).first, 0);
-  EXPECT_TRUE(fs::remove(picture));
+  });
+  EXPECT_TRUE(fs::exists(folder / "window.png"));
   // The picture's beginning goes with it: nothing was skipped on the way out.
-  EXPECT_EQ(run(kEdit + "--picture " + picture.string() + " & program=$!; while ! ls -A " +
-                folder.string() + " | grep -q .; do sleep 0.01; done; kill $program; wait $program")
-                .first,
-            128 + SIGTERM);
-  EXPECT_TRUE(fs::is_empty(folder));
+  fs::create_directory(folder / "own");
+  EXPECT_EQ(
+      shell(kProgram + "edit --picture own/a.png & program=$!; while ! ls -A own | grep -q .; do"
+                       " sleep 0.01; done; kill $program; wait $program")
+          .first,
+      128 + SIGTERM);
+  EXPECT_TRUE(fs::is_empty(folder / "own"));
 }
 
 TEST_F(EditCommandTest, WhatCannotBeIsToldWithTheWayOut) {
-  const std::string song = folder / "song.wav";
-  fs::copy_file(ZUM_SOURCE_DIR "/content/Samples/Factory/Drums.wav", song);
-  const struct {
-    std::string command;
-    int exitCode;
-    const char* advice;
-  } cases[] = {
-      {"env -u DISPLAY " + kEdit, 1, "no display; start it on a desktop, or under xvfb-run\n"},
-      {kEdit + "--loop /nowhere.wav", 1, "check the name"},
-      {kEdit + "--preset /nowhere.kvz", 1, "zum presets check"},
-      {kEdit + "--picture /nowhere/a.png", 1, "choose a folder that exists"},
-      {kEdit + "--loop " + song + " --picture " + song, 2, "give it another name"},
-      {kEdit + "--tempo 44", 2, "zum edit --help"},
-      {kEdit + "--seconds soon", 2, "zum edit --help"},
-  };
-  for (const auto& [command, exitCode, advice] : cases) {
-    const auto [code, text] = run(command);
-    EXPECT_EQ(code, exitCode) << command;
-    EXPECT_NE(text.find(advice), std::string::npos) << text;
-  }
+  fs::copy_file(ZUM_SOURCE_DIR "/content/Samples/Factory/Drums.wav", folder / "song.wav");
+  expectTold("zum: ", {
+                          {"edit --loop /nowhere.wav", 1, "check the name"},
+                          {"edit --preset /nowhere.kvz", 1, "zum presets check"},
+                          {"edit --picture /nowhere/a.png", 1, "choose a folder that exists"},
+                          {"edit --loop song.wav --picture song.wav", 2, "give it another name"},
+                          {"edit --tempo 44", 2, "zum edit --help"},
+                          {"edit --seconds soon", 2, "zum edit --help"},
+                      });
+  const auto [code, text] = shell("env -u DISPLAY " + kProgram + "edit");
+  EXPECT_EQ(code, 1);
+  EXPECT_NE(text.find("no display; start it on a desktop, or under xvfb-run\n"), std::string::npos)
+      << text;
 }
 
 }  // namespace

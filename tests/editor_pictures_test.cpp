@@ -13,8 +13,8 @@
 
 #include "editor/layout.hpp"
 #include "support/editor_desk.hpp"
-#include "support/factory_loops.hpp"
 #include "support/settings_user.hpp"
+#include "support/sound_file.hpp"
 #include "toolkit/view/png_file.hpp"
 
 namespace zum::test {

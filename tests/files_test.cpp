@@ -2,16 +2,12 @@
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <csignal>
-#include <filesystem>
-#include <functional>
 #include <string>
 
-#include "platform/files.hpp"
 #include "state/fileio.hpp"
 #include "support/settings_user.hpp"
 
@@ -30,13 +26,6 @@ class FilesTest : public SettingsTest {
     return std::distance(fs::directory_iterator(folder), fs::directory_iterator());
   }
 };
-
-bool inAProcess(const std::function<bool()>& work) {
-  const pid_t child = fork();
-  if (child == 0) _exit(work() ? 0 : 1);
-  int status = -1;
-  return waitpid(child, &status, 0) == child && status == 0;
-}
 
 TEST_F(FilesTest, LinksMasksAndModesHold) {
   const mode_t before = umask(027);
@@ -66,7 +55,7 @@ TEST_F(FilesTest, AFileThatMayBeWrittenIsSavedWhateverItsFolder) {
     fs::permissions(folder / "old", fs::perms(0666));
     fs::permissions(folder / "shut", fs::perms(0444));
     fs::permissions(folder, fs::perms(folderMode));
-    EXPECT_TRUE(inAProcess([&] {
+    EXPECT_TRUE(inProcesses(1, [&](int) {
       if (getuid() == 0 && setuid(54321) != 0) return false;  // a number that nobody has
       return write("old", "longer") && text("old") == "longer" && write("old", "new") &&
              !write("shut", "new");
@@ -90,7 +79,7 @@ void countDescriptors(int /*signal*/) {
 
 TEST_F(FilesTest, ProgramsThatAreStartedGetNoneOfThem) {
   putText(folder / "old", "old");
-  EXPECT_TRUE(inAProcess([&] {
+  EXPECT_TRUE(inProcesses(1, [&](int) {
     for (int file = 3; file < 64; ++file) close(file);
     const KvStreamableFile open(internal("old"), "rb");
     (void)std::signal(SIGXFSZ, countDescriptors);  // in the middle of a write

@@ -1,60 +1,52 @@
 // The factory loops in content/ are what zum-loops makes, and fit to be played round and round.
-#include <gtest/gtest.h>
-#include <sndfile.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <filesystem>
 #include <string>
-#include <vector>
 
+#include "support/sound_file.hpp"
+#include "support/temporary_folder.hpp"
+
+namespace zum::test {
 namespace {
 
 constexpr sf_count_t kFrames = 176400;  // two bars at 120 BPM
-constexpr const char* kFactory = ZUM_SOURCE_DIR "/content/Samples/Factory/";
 
 int make(const std::string& folder) {
   return std::system(("'" ZUM_LOOPS_PROGRAM "' '" + folder + "' 2>/dev/null").c_str());
 }
 
-std::vector<short> readLoop(const std::string& path) {
-  SF_INFO info{};
-  SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
-  EXPECT_EQ(info.format, SF_FORMAT_WAV | SF_FORMAT_PCM_16) << path;
-  EXPECT_EQ(info.samplerate * info.channels, 44100 * 2) << path;
-  EXPECT_EQ(info.frames, kFrames) << path;
-  std::vector<short> samples(std::size_t{2} * kFrames);
-  EXPECT_EQ(sf_readf_short(file, samples.data(), kFrames), kFrames) << path;
-  sf_close(file);
-  return samples;
-}
-
-TEST(Loops, committedFilesAreMadeByTheProgramAndLoopCleanly) {
-  const std::string folder = testing::TempDir() + "zum-loops-test/";
-  std::filesystem::create_directories(folder);
-  ASSERT_EQ(make(folder), 0);
+TEST(Loops, CommittedFilesAreMadeByTheProgramAndLoopCleanly) {
+  const TemporaryFolder folder;
+  ASSERT_EQ(make(folder.string()), 0);
+  EXPECT_NE(make((folder / "missing").string()), 0);
   for (const std::string name : {"Drums.wav", "Bass.wav", "Chords.wav"}) {
-    const std::vector<short> made = readLoop(folder + name), kept = readLoop(kFactory + name);
-    int difference = 0, peak = 0;
-    double sum[2] = {}, steps[2] = {};
-    for (std::size_t i = 0; i < kept.size(); ++i) {
-      difference = std::max(difference, std::abs(kept[i] - made[i]));
-      peak = std::max(peak, std::abs(kept[i]));
-      sum[i % 2] += kept[i];
-      if (i >= 2) steps[i % 2] += std::pow(kept[i] - kept[i - 2], 2);
+    SCOPED_TRACE(name);
+    const Sound made = readSound((folder / name).string());
+    const Sound kept = readSound(ZUM_SOURCE_DIR "/content/Samples/Factory/" + name);
+    for (const Sound* sound : {&made, &kept}) {
+      EXPECT_EQ(sound->info.format, SF_FORMAT_WAV | SF_FORMAT_PCM_16);
+      EXPECT_EQ(sound->info.samplerate * sound->info.channels, 44100 * 2);
+      ASSERT_EQ(sound->info.frames, kFrames);
     }
-    EXPECT_LE(difference, 2) << name;
-    EXPECT_NEAR(peak, 23197, 300) << name;  // -3 dBFS
-    for (std::size_t side : {0U, 1U}) {
-      EXPECT_LT(std::abs(sum[side] / kFrames), 1.0) << name;
-      const double border = std::abs(kept[side] - kept[kept.size() - 2 + side]);
-      EXPECT_LT(border, 2.0 * std::sqrt(steps[side] / kFrames))
-          << name << ": a jump where the loop closes";
+    float difference = 0.0F, peak = 0.0F;
+    double sum[2] = {}, steps[2] = {};
+    const auto& samples = kept.samples;
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+      difference = std::max(difference, std::fabs(samples[i] - made.samples[i]));
+      peak = std::max(peak, std::fabs(samples[i]));
+      sum[i % 2] += samples[i];
+      if (i >= 2) steps[i % 2] += std::pow(samples[i] - samples[i - 2], 2);
+    }
+    EXPECT_LE(difference, 0x2p-15F);
+    EXPECT_NEAR(peak, 0.708, 0.01);  // -3 dBFS
+    for (const std::size_t side : {0U, 1U}) {
+      EXPECT_LT(std::abs(sum[side] / kFrames), 0x1p-15);
+      const double border = std::fabs(samples[side] - samples[samples.size() - 2 + side]);
+      EXPECT_LT(border, 2.0 * std::sqrt(steps[side] / kFrames)) << "a jump where it closes";
     }
   }
-  std::filesystem::remove_all(folder);
-  EXPECT_NE(make(folder), 0) << "a missing folder has to be an error";
 }
 
 }  // namespace
+}  // namespace zum::test

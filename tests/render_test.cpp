@@ -1,91 +1,55 @@
 // End to end checks of the program `zum`: real files through the built command line.
-#include <gtest/gtest.h>
-#include <sndfile.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 
 #include <cmath>
 #include <csignal>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <set>
 #include <sstream>
 #include <string>
-#include <tuple>
-#include <utility>
 #include <vector>
 
+#include "support/settings_user.hpp"
+#include "support/sound_file.hpp"
+
+namespace zum::test {
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr const char* kTraceHeader = "time,seq_out,lfo_out,ef_out,cutoff_hz,resonance,meter";
+constexpr int kWave = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
+constexpr int kFrames = 22050;
 
-struct Outcome {
-  int exitCode;
-  std::string out, err;
-};
-
-class RenderTest : public testing::Test {
+class RenderTest : public SettingsTest {
  protected:
-  void SetUp() override {
-    std::string pattern = (fs::temp_directory_path() / "zum-render-XXXXXX").string();
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    folder = pattern;
-    makeFile("in.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16);
-  }
-  void TearDown() override { fs::remove_all(folder); }
-
-  // Runs in the test's folder. The script may go on after the arguments of the program.
-  Outcome zum(const std::string& arguments, const std::string& before = "") const {
-    const std::string script = "cd '" + folder.string() + "' && ( " + before +
-                               "'" ZUM_PROGRAM "' " + arguments + "\n ) >.out 2>.err";
-    const int status = std::system(script.c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, bytesOf(".out"), bytesOf(".err")};
-  }
-
-  std::string bytesOf(const std::string& name) const {
-    std::ifstream file(folder / name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
+  RenderTest() { makeFile("in.wav", kWave); }
 
   // A sine of peak `level`, the same in all channels.
   void makeFile(const std::string& name, int format, int channels = 2, int rate = 44100,
-                int frames = 22050, float level = 0.25F) const {
-    SF_INFO info{0, rate, channels, format, 0, 0};
-    SNDFILE* file = sf_open((folder / name).c_str(), SFM_WRITE, &info);
-    ASSERT_NE(file, nullptr) << name;
+                int frames = kFrames, float level = 0.25F) const {
+    std::vector<float> samples;
     for (int i = 0; i < frames; ++i) {
-      const std::vector<float> frame(static_cast<std::size_t>(channels),
-                                     level * std::sin(0.05F * static_cast<float>(i)));
-      sf_writef_float(file, frame.data(), 1);
+      const float sample = level * std::sin(0.05F * static_cast<float>(i));
+      samples.insert(samples.end(), static_cast<std::size_t>(channels), sample);
     }
-    sf_close(file);
+    writeSound((folder / name).string(), format, channels, rate, samples);
   }
-
-  SF_INFO infoOf(const std::string& name) const {
-    SF_INFO info{};
-    sf_close(sf_open((folder / name).c_str(), SFM_READ, &info));
-    return info;
-  }
+  std::string bytesOf(const std::string& name) const { return textIn(folder / name); }
+  SF_INFO infoOf(const std::string& name) const { return readSound((folder / name).string()).info; }
 
   // The sound of a render of the same input with `options`.
   std::string sound(const std::string& options) const {
-    const Outcome outcome = zum("render in.wav sound.wav " + options);
-    EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+    const auto [exitCode, told] = run("render in.wav sound.wav " + options);
+    EXPECT_EQ(exitCode, 0) << told;
     return bytesOf("sound.wav");
   }
 
   // A column of the trace of a render with `options`.
   std::vector<double> trace(const std::string& options, std::size_t column) const {
     sound("--trace t.csv " + options);
-    std::ifstream file(folder / "t.csv");
+    std::istringstream rows(bytesOf("t.csv"));
     std::string line;
-    EXPECT_TRUE(std::getline(file, line) && line == kTraceHeader);
+    EXPECT_TRUE(std::getline(rows, line) && line == kTraceHeader);
     std::vector<double> values;
-    while (std::getline(file, line)) {
+    while (std::getline(rows, line)) {
       std::istringstream cells(line);
       std::vector<double> row;
       for (std::string cell; std::getline(cells, cell, ',');) row.push_back(std::stod(cell));
@@ -100,8 +64,6 @@ class RenderTest : public testing::Test {
       EXPECT_NE(entry.path().filename().string().rfind(".zum-", 0), 0U) << entry.path();
     }
   }
-
-  fs::path folder;
 };
 
 TEST_F(RenderTest, OutputHasTheFormatOfItsExtensionAndTheDepthOfTheInput) {
@@ -109,8 +71,8 @@ TEST_F(RenderTest, OutputHasTheFormatOfItsExtensionAndTheDepthOfTheInput) {
     const char* output;
     int input, expected, channels, rate;
   } cases[] = {
-      {"a.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, SF_FORMAT_WAV | SF_FORMAT_PCM_16, 2, 44100},
-      {"b.FLAC", SF_FORMAT_WAV | SF_FORMAT_PCM_16, SF_FORMAT_FLAC | SF_FORMAT_PCM_16, 1, 11050},
+      {"a.wav", kWave, kWave, 2, 44100},
+      {"b.FLAC", kWave, SF_FORMAT_FLAC | SF_FORMAT_PCM_16, 1, 11050},
       {"c.wav", SF_FORMAT_WAV | SF_FORMAT_FLOAT, SF_FORMAT_WAV | SF_FORMAT_FLOAT, 2, 196000},
       {"d.flac", SF_FORMAT_WAV | SF_FORMAT_DOUBLE, SF_FORMAT_FLAC | SF_FORMAT_PCM_24, 2, 48000},
       {"e.aif", SF_FORMAT_FLAC | SF_FORMAT_PCM_24, SF_FORMAT_AIFF | SF_FORMAT_PCM_24, 1, 96000},
@@ -121,98 +83,95 @@ TEST_F(RenderTest, OutputHasTheFormatOfItsExtensionAndTheDepthOfTheInput) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.output);
     makeFile("source", c.input, c.channels, c.rate);
-    const Outcome outcome = zum(std::string("render source ") + c.output + " --tail 0.1 --block 7");
-    ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+    const auto [exitCode, told] = run("render source "s + c.output + " --tail 0.1 --block 7");
+    ASSERT_EQ(exitCode, 0) << told;
     const SF_INFO info = infoOf(c.output);
     EXPECT_EQ(info.format & (SF_FORMAT_TYPEMASK | SF_FORMAT_SUBMASK), c.expected);
     EXPECT_TRUE(info.channels == 2 && info.samplerate == c.rate);
-    EXPECT_EQ(info.frames, 22050 + c.rate / 10);
+    EXPECT_EQ(info.frames, kFrames + c.rate / 10);
   }
 }
 
 TEST_F(RenderTest, RefusesWithAReasonAndLeavesAllFilesAlone) {
   const std::string before = bytesOf("in.wav");
-  makeFile("six.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 6);
-  makeFile("fast.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 2, 196001);
-  makeFile("empty.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 2, 44100, 0);
+  makeFile("six.wav", kWave, 6);
+  makeFile("fast.wav", kWave, 2, 196001);
+  makeFile("empty.wav", kWave, 2, 44100, 0);
   makeFile("whole.flac", SF_FORMAT_FLAC | SF_FORMAT_PCM_16);
-  std::ofstream(folder / "cut.flac") << bytesOf("whole.flac").substr(0, 4000);
-  std::ofstream(folder / "text.wav") << "no music";
-  std::ofstream(folder / "falling.txt") << "1 0\n1 1\n";
-  std::ofstream(folder / "odd.txt") << "0 0, 1";
-  std::ofstream(folder / "high.txt") << "0 1.5";
-  std::ofstream(folder / "wide.txt") << std::string(16385, '0');
-  std::string pressures((6U << 20U) + 1, '\1');  // two bytes each: the time, and how hard
-  pressures.replace(0, 25, std::string("MThd\0\0\0\6\0\0\0\1\1\xE0MTrk\0\x5F\xFF\xEB\0\xD0\1", 25));
-  pressures.replace(pressures.size() - 3, 3, std::string("\xFF\x2F\0", 3));
-  std::ofstream(folder / "long.mid") << pressures;
+  std::string pressures = "\0\xD0\1"s + std::string(6U << 20U, '\1');  // two bytes each
+  const std::pair<const char*, std::string> files[] = {
+      {"cut.flac", bytesOf("whole.flac").substr(0, 4000)},
+      {"text.wav", "no music"},
+      {"falling.txt", "1 0\n1 1\n"},
+      {"odd.txt", "0 0, 1"},
+      {"high.txt", "0 1.5"},
+      {"wide.txt", std::string(16385, '0')},
+      {"long.mid", midiFile(pressures)},
+      {"short.csv", kTraceHeader + "\n0,1\n"s},
+  };
+  for (const auto& [name, bytes] : files) putText(folder / name, bytes);
   mkfifo((folder / "pipe").c_str(), 0600);
-  std::ofstream(folder / "short.csv") << kTraceHeader << "\n0,1\n";
   fs::create_symlink("in.wav", folder / "soft.wav");
   fs::create_hard_link(folder / "in.wav", folder / "hard.wav");
   fs::create_symlink("/dev/full", folder / "full.wav");
   fs::create_directory(folder / "folder.wav");
-  const std::tuple<const char*, int, const char*> cases[] = {
-      {"render six.wav o.wav", 1, "6 channels; mix it down"},
-      {"render fast.wav o.wav", 1, "resample it first"},
-      {"render empty.wav o.wav", 1, "no sound in it"},
-      {"render cut.flac o.wav", 1, "breaks off"},
-      {"render text.wav o.wav", 1, "give a music file"},
-      {"render folder.wav o.wav", 1, "it is a folder"},
+  expectTold(
+      "zum: ",
+      {
+          {"render six.wav o.wav", 1, "6 channels; mix it down"},
+          {"render fast.wav o.wav", 1, "resample it first"},
+          {"render empty.wav o.wav", 1, "no sound in it"},
+          {"render cut.flac o.wav", 1, "breaks off"},
+          {"render text.wav o.wav", 1, "give a music file"},
+          {"render folder.wav o.wav", 1, "it is a folder"},
 #ifdef ZUM_HAS_MEMORY_LIMIT  // a sanitizer has all of its memory mapped beforehand
-      {"render in.wav o.wav --midi long.mid", 1, "takes more than 256 MB of memory; cut it"},
+          {"render in.wav o.wav --midi long.mid", 1, "takes more than 256 MB of memory; cut it"},
 #endif
-      {"render pipe o.wav", 1, "cannot read pipe: it is a pipe"},
-      {"render in.wav o.wav --midi pipe", 1, "it is a pipe"},
-      {"render in.wav o.wav --curve Cutoff=/dev/zero", 1, "or a device; save what comes out of it"},
-      {"plot pipe o.png", 1, "it is a pipe"},
-      {"presets make /dev/zero o.kvz", 1, "or a device"},
-      {"render in.wav o.wav --curve Cutoff=wide.txt", 1,
-       "wide.txt, line 1: the line has more than"},
-      {"render $(printf 'x\\033\\302\\233\\342\\200\\256\\377\\303\\251') o.wav", 1,
-       "cannot read x\\x1b\\u009b\\u202e\\xff\xC3\xA9: "},
-      {"render in.wav ' '", 2, "OUT: \" \" says nothing; run zum render --help"},
-      {"render in.wav o.wav --steps ''", 2, "--steps: \"\" says nothing"},
-      {"render in.wav o.wav --tail ''", 2, "\"\" is not a number from 0"},
-      {"render in.wav o.wav --learn 74=", 2, "no parameter is called \"\"; run zum parameters"},
-      {"render in.wav nowhere/o.wav", 1, "choose a folder"},
-      {"render in.wav full.wav", 1, "not an ordinary file"},
-      {"render soft.wav hard.wav", 2, "the input itself"},
-      {"render in.wav o.opus", 1, "at 44100 Hz"},
-      {"render in.wav o.xyz", 2, ".flac, "},
-      {"render in.wav", 2, "zum render --help"},
-      {"render in.wav o.wav --tail -1", 2, "from 0 to 3600"},
-      {"render in.wav o.wav --tempo nan", 2, "from 45 to 500"},
-      {"render in.wav o.wav --set 0=nan", 2, "from 0 to 1"},
-      {"render in.wav o.wav --set 68=0.5", 2, "zum parameters"},
-      {"render in.wav o.wav --set TextEdit=0.5", 2, "give textedit_60 or textedit_61"},
-      {"render in.wav o.wav --steps 0,1.5", 2, "the step \"1.5\""},
-      {"render in.wav o.wav --steps 0,0,0,0,0,0,0,0,0", 2, "there are 9 steps"},
-      {"render in.wav o.wav --seq-mode sideways", 2, "ping-pong, inverse"},
-      {"render in.wav o.wav --play --stopped", 2, "excludes"},
-      {"render in.wav o.wav --curve Cutoff=nowhere.txt", 1, "check the name"},
-      {"render in.wav o.wav --curve Cutoff=falling.txt", 1, "falling.txt, line 2: the time 1"},
-      {"render in.wav o.wav --curve Cutoff=odd.txt", 1, "odd.txt, line 1: a time or its value"},
-      {"render in.wav o.wav --curve Cutoff=high.txt", 1, "line 1: \"1.5\" is not a value"},
-      {"render in.wav o.wav --trace ./o.wav", 2, "the output itself"},
-      {"plot odd.txt o.png", 1, "odd.txt, line 1: this is no trace"},
-      {"plot short.csv o.png", 1, "short.csv, line 2: there are 2 numbers"},
-      {"rendr in.wav o.wav", 2, "zum --help"},
-      {"''", 2, "not expected: \"\"; run zum --help"},
-      {"render in.wav o.wav --curve 'Cutoff= '", 2, "curve \"Cutoff= \"; write NAME=FILE"},
-      {"", 2, "zum --help"},
-      {"parameters >/dev/full", 1, "standard output"},
-  };
-  for (const auto& [arguments, exitCode, reason] : cases) {
-    SCOPED_TRACE(arguments);
-    const Outcome outcome = zum(arguments, "timeout -s KILL 60 ");
-    EXPECT_EQ(outcome.exitCode, exitCode);
-    EXPECT_EQ(outcome.err.rfind("zum: ", 0), 0U) << outcome.err;
-    EXPECT_NE(outcome.err.find(reason), std::string::npos) << outcome.err;
-    EXPECT_FALSE(fs::exists(folder / "o.wav"));
-    expectNoTemporary();
-    EXPECT_TRUE(bytesOf("in.wav") == before);
-  }
+          {"render pipe o.wav", 1, "cannot read pipe: it is a pipe"},
+          {"render in.wav o.wav --midi pipe", 1, "it is a pipe"},
+          {"render in.wav o.wav --curve Cutoff=/dev/zero", 1,
+           "or a device; save what comes out of it"},
+          {"plot pipe o.png", 1, "it is a pipe"},
+          {"presets make /dev/zero o.kvz", 1, "or a device"},
+          {"render in.wav o.wav --curve Cutoff=wide.txt", 1,
+           "wide.txt, line 1: the line has more than"},
+          {"render $(printf 'x\\033\\302\\233\\342\\200\\256\\377\\303\\251') o.wav", 1,
+           "cannot read x\\x1b\\u009b\\u202e\\xff\xC3\xA9: "},
+          {"render in.wav ' '", 2, "OUT: \" \" says nothing; run zum render --help"},
+          {"render in.wav o.wav --steps ''", 2, "--steps: \"\" says nothing"},
+          {"render in.wav o.wav --tail ''", 2, "\"\" is not a number from 0"},
+          {"render in.wav o.wav --learn 74=", 2, "no parameter is called \"\"; run zum parameters"},
+          {"render in.wav nowhere/o.wav", 1, "choose a folder"},
+          {"render in.wav full.wav", 1, "not an ordinary file"},
+          {"render soft.wav hard.wav", 2, "the input itself"},
+          {"render in.wav o.opus", 1, "at 44100 Hz"},
+          {"render in.wav o.xyz", 2, ".flac, "},
+          {"render in.wav", 2, "zum render --help"},
+          {"render in.wav o.wav --tail -1", 2, "from 0 to 3600"},
+          {"render in.wav o.wav --tempo nan", 2, "from 45 to 500"},
+          {"render in.wav o.wav --set 0=nan", 2, "from 0 to 1"},
+          {"render in.wav o.wav --set 68=0.5", 2, "zum parameters"},
+          {"render in.wav o.wav --set TextEdit=0.5", 2, "give textedit_60 or textedit_61"},
+          {"render in.wav o.wav --steps 0,1.5", 2, "the step \"1.5\""},
+          {"render in.wav o.wav --steps 0,0,0,0,0,0,0,0,0", 2, "there are 9 steps"},
+          {"render in.wav o.wav --seq-mode sideways", 2, "ping-pong, inverse"},
+          {"render in.wav o.wav --play --stopped", 2, "excludes"},
+          {"render in.wav o.wav --curve Cutoff=nowhere.txt", 1, "check the name"},
+          {"render in.wav o.wav --curve Cutoff=falling.txt", 1, "falling.txt, line 2: the time 1"},
+          {"render in.wav o.wav --curve Cutoff=odd.txt", 1, "odd.txt, line 1: a time or its value"},
+          {"render in.wav o.wav --curve Cutoff=high.txt", 1, "line 1: \"1.5\" is not a value"},
+          {"render in.wav o.wav --trace ./o.wav", 2, "the output itself"},
+          {"plot odd.txt o.png", 1, "odd.txt, line 1: this is no trace"},
+          {"plot short.csv o.png", 1, "short.csv, line 2: there are 2 numbers"},
+          {"rendr in.wav o.wav", 2, "zum --help"},
+          {"''", 2, "not expected: \"\"; run zum --help"},
+          {"render in.wav o.wav --curve 'Cutoff= '", 2, "curve \"Cutoff= \"; write NAME=FILE"},
+          {"", 2, "zum --help"},
+          {"parameters >/dev/full", 1, "standard output"},
+      });
+  EXPECT_FALSE(fs::exists(folder / "o.wav"));
+  EXPECT_TRUE(bytesOf("in.wav") == before);
+  expectNoTemporary();
 }
 
 TEST_F(RenderTest, AnEarlierFileStaysUntilTheNewOneIsWhole) {
@@ -220,58 +179,46 @@ TEST_F(RenderTest, AnEarlierFileStaysUntilTheNewOneIsWhole) {
     return " --tail 3600 & job=$!; until ls .zum-*; do kill -0 $job || exit 0; done; kill -" +
            std::to_string(signal) + " $job; wait $job";
   };
-  for (const char* link : {"o.wav", "o.flac", "o.ogg"}) {
+  for (const std::string link : {"o.wav", "o.flac", "o.ogg"}) {
     SCOPED_TRACE(link);
-    std::ofstream(folder / "earlier") << "earlier";
+    putText(folder / "earlier", "earlier");
     fs::create_symlink("earlier", folder / link);
-    const std::string render = std::string("render in.wav ").append(link);
-    EXPECT_EQ(zum(render + " --tail 60", "ulimit -f 4; ").exitCode, 1);
+    EXPECT_EQ(shell("ulimit -f 4; " + kProgram + "render in.wav " + link + " --tail 60").first, 1);
     for (const int signal : {SIGTERM, SIGPIPE}) {
-      EXPECT_EQ(zum(render + " --trace t.csv" + killedBy(signal)).exitCode, 128 + signal);
+      const std::string render = kProgram + "render in.wav " + link + " --trace t.csv";
+      EXPECT_EQ(shell(render + killedBy(signal)).first, 128 + signal);
     }
     EXPECT_TRUE(bytesOf("earlier") == "earlier");
     expectNoTemporary();
-    EXPECT_EQ(zum(render).exitCode, 0);
+    EXPECT_EQ(run("render in.wav " + link).first, 0);
     EXPECT_TRUE(fs::is_symlink(folder / link));
-    EXPECT_EQ(infoOf("earlier").frames, 22050);
+    EXPECT_EQ(infoOf("earlier").frames, kFrames);
   }
 }
 
 TEST_F(RenderTest, WhatTheStarterClosedOrIgnoredDoesNoHarm) {
-  std::string flood("MThd\0\0\0\6\0\0\0\1\1\xE0MTrk\0\0\xC0\5\0\x90", 24);
-  for (int i = 0; i < 0x3FFF; ++i) flood += std::string("\x3C\x40\0", 3);
-  std::ofstream(folder / "flood.mid") << flood << std::string("\x3C\x40\0\xFF\x2F\0", 6);
-  const Outcome told = zum("render in.wav told.wav --midi flood.mid");
-  ASSERT_NE(told.err.find(" s one block has 16384 MIDI messages"), std::string::npos) << told.err;
-  const struct {
-    const char *before, *arguments;
-    int exitCode;
-    const char* err;
-  } cases[] = {
-      {"", "render in.wav o.wav --midi flood.mid <&- 2>&-", 0, ""},
-      {"", "parameters >&-", 1, "standard output"},
-      {"env --ignore-signal=CHLD ", "render in.wav x.wav --midi in.wav", 1,
-       "no standard MIDI file"},
-      {"( sleep 0.3; ", "parameters; echo $? >code ) | true; exit $(cat code)", 128 + SIGPIPE, ""},
-  };
-  for (const auto& c : cases) {
-    const Outcome outcome = zum(c.arguments, c.before);
-    EXPECT_EQ(outcome.exitCode, c.exitCode) << c.arguments;
-    EXPECT_NE(outcome.err.find(c.err), std::string::npos) << outcome.err;
-    EXPECT_EQ(outcome.err.empty(), *c.err == '\0') << outcome.err;
-  }
+  std::string flood = "\0\xC0\5\0\x90\x3C\x40"s;
+  for (int i = 0; i < 0x3FFE; ++i) flood += "\0\x3C\x40"s;
+  putText(folder / "flood.mid", midiFile(flood));
+  const std::string told = run("render in.wav told.wav --midi flood.mid").second;
+  EXPECT_NE(told.find(" s one block has 16384 MIDI messages"), std::string::npos) << told;
+  EXPECT_EQ(shell(kProgram + "render in.wav o.wav --midi flood.mid <&- 2>&-").first, 0);
   EXPECT_TRUE(bytesOf("o.wav") == bytesOf("told.wav"));
+  EXPECT_NE(run("parameters >&-").second.find("standard output"), std::string::npos);
+  const auto ignored =
+      shell("env --ignore-signal=CHLD " + kProgram + "render in.wav x.wav --midi in.wav");
+  EXPECT_NE(ignored.second.find("no standard MIDI file"), std::string::npos) << ignored.second;
+  EXPECT_EQ(
+      shell("( sleep 0.3; " + kProgram + "parameters; echo $? >code ) | true; exit $(cat code)"),
+      std::pair(128 + SIGPIPE, ""s));
 }
 
 TEST_F(RenderTest, SettingsReachTheEffectByTagAndByName) {
-  EXPECT_NE(zum("parameters").out.find("\n  1  Master "), std::string::npos);
-  std::vector<std::string> results;
-  for (const char* settings : {"", "--set 1=0.2", "--set mASTER=0.2", "--set 1=1 --set 1=0.6099"}) {
-    zum(std::string("render in.wav o.wav ").append(settings));
-    results.push_back(bytesOf("o.wav"));
-  }
-  EXPECT_TRUE(results[1] != results[0] && results[1] == results[2]);
-  EXPECT_TRUE(results[3] == results[0]);
+  EXPECT_NE(run("parameters 2>none").second.find("\n  1  Master "), std::string::npos);
+  const std::string plain = sound("");
+  EXPECT_TRUE(sound("--set 1=0.2") != plain);
+  EXPECT_TRUE(sound("--set mASTER=0.2") == sound("--set 1=0.2"));
+  EXPECT_TRUE(sound("--set 1=1 --set 1=0.6099") == plain);
 }
 
 TEST_F(RenderTest, TellsLengthPeakAndDamage) {
@@ -286,18 +233,20 @@ TEST_F(RenderTest, TellsLengthPeakAndDamage) {
        "float.wav has 22050 samples that are no finite numbers"},
   };
   for (const auto& c : cases) {
-    makeFile("float.wav", SF_FORMAT_WAV | SF_FORMAT_FLOAT, 1, 44100, 22050, c.level);
-    const Outcome told = zum(std::string("render float.wav ") + c.output);
-    EXPECT_NE(told.out.find(c.summary), std::string::npos) << told.out;
-    EXPECT_EQ(zum("render --quiet float.wav o.wav").out, "");
-    EXPECT_EQ(told.err.empty(), *c.warning == '\0') << told.err;
-    EXPECT_NE(told.err.find(c.warning), std::string::npos) << told.err;
+    makeFile("float.wav", SF_FORMAT_WAV | SF_FORMAT_FLOAT, 1, 44100, kFrames, c.level);
+    const std::string told = run("render float.wav "s + c.output + " 2>warnings").second;
+    const std::string warnings = bytesOf("warnings");
+    EXPECT_NE(told.find(c.summary), std::string::npos) << told;
+    EXPECT_EQ(warnings.empty(), *c.warning == '\0') << warnings;
+    EXPECT_NE(warnings.find(c.warning), std::string::npos) << warnings;
   }
+  EXPECT_EQ(run("render --quiet in.wav o.wav"), std::pair(0, ""s));
 }
 
 TEST_F(RenderTest, ATraceHasARowPerControlPassAndFollowsTheModulators) {
-  const std::string moving = "--set CutoffSeqAmt=0.8 --set 16=0.8 --seq-mode forward --play ";
-  EXPECT_EQ(trace("", 0).size(), (22050U + 15U) / 16U);
+  const std::string moving =
+      "--set CutoffSeqAmt=0.8 --set Stepseq_Tempo=0.8 --seq-mode forward --play ";
+  EXPECT_EQ(trace("", 0).size(), std::size_t{(kFrames + 15) / 16});
   const auto levels = trace(moving + "--steps 0.25,0.75,0.5", 1);
   const std::set<double> heard(levels.begin() + 32, levels.end());
   EXPECT_EQ(heard, (std::set<double>{0.25, 0.5, 0.75}));
@@ -316,7 +265,7 @@ TEST_F(RenderTest, TheTransportMovesASynchronousLfo) {
 }
 
 TEST_F(RenderTest, ACurveMovesItsParameterAlongLines) {
-  std::ofstream(folder / "rise.txt") << "# up\r\n0.1; 0.2  # from\n\n 0.3,0.6\n";
+  putText(folder / "rise.txt", "# up\r\n0.1; 0.2  # from\n\n 0.3,0.6\n");
   const auto resonance = trace("--curve rEsonance=rise.txt", 5);
   const auto near = [&](double seconds, double value) {
     return std::fabs(resonance.at(static_cast<std::size_t>(seconds * 44100.0 / 16.0)) - value) <
@@ -329,16 +278,16 @@ TEST_F(RenderTest, ACurveMovesItsParameterAlongLines) {
 TEST_F(RenderTest, APlotIsAPictureOfTheTrace) {
   trace("", 0);
   for (const char* options : {"", "--from 0.1 --to 0.2 --title Stretch", "--to 0.001"}) {
-    const Outcome outcome = zum(std::string("plot t.csv o.png ").append(options));
-    EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+    EXPECT_EQ(run("plot t.csv o.png "s + options), std::pair(0, ""s));
     // Signature, then width and height of the first chunk.
     EXPECT_EQ(bytesOf("o.png").substr(0, 24),
-              std::string("\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\x04\xb0\0\0\x03\x20", 24));
+              "\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\x04\xb0\0\0\x03\x20"s);
     fs::remove(folder / "o.png");
   }
-  EXPECT_EQ(zum("plot t.csv o.png", "ulimit -f 1; ").exitCode, 1);
+  EXPECT_EQ(shell("ulimit -f 1; " + kProgram + "plot t.csv o.png").first, 1);
   EXPECT_FALSE(fs::exists(folder / "o.png"));
   expectNoTemporary();
 }
 
 }  // namespace
+}  // namespace zum::test

@@ -1,12 +1,9 @@
 // The settings store and what fills it: several processes, files that are no store, first starts.
 #include <sqlite3.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
-#include <filesystem>
-#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
@@ -18,14 +15,22 @@
 namespace zum::test {
 namespace {
 
-// Runs `work` in processes of their own, at once; true if each was content.
-bool inProcesses(int count, const std::function<bool(int)>& work) {
-  for (int i = 0; i < count; ++i) {
-    if (fork() == 0) _exit(work(i) ? 0 : 1);
-  }
-  bool good = true;
-  for (int status = 0; wait(&status) > 0;) good = good && status == 0;
-  return good;
+using Switches = std::vector<std::pair<int, float>>;
+
+/// The switches that a start of the effect is given.
+Switches start() {
+  Switches given;
+  initSettings([&](int index, float value) { given.emplace_back(index, value); });
+  return given;
+}
+
+/// Another program's hand in the store.
+void execute(const fs::path& store, const std::string& sql) {
+  fs::create_directories(store.parent_path());
+  sqlite3* db = nullptr;
+  ASSERT_EQ(sqlite3_open(store.c_str(), &db), SQLITE_OK);
+  EXPECT_EQ(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sql;
+  sqlite3_close(db);
 }
 
 TEST_F(SettingsTest, AValueIsReadBackAsItsTypeAlone) {
@@ -48,15 +53,11 @@ TEST_F(SettingsTest, ATextFitsIntoItsBufferOrIsAbsent) {
   buffer[KvRegistryKey::kTextBytes] = '#';
   EXPECT_TRUE(KvRegistryKey("ZUM").getString("edge", buffer));
   EXPECT_EQ(buffer, std::string(1024, 'x'));
-  // Another program's hand: too long a text, a number of 64 bits, a type that is none.
-  sqlite3* db = nullptr;
-  ASSERT_EQ(sqlite3_open(store.c_str(), &db), SQLITE_OK);
+  // Too long a text, a number of 64 bits, a type that is none, another one than is stored.
   for (const char* row : {"'edge','string',printf('%1025c','z')", "'wide','int',4294967296",
                           "'odd','float',1.5", "'liar','string',5"}) {
-    const std::string sql = "INSERT OR REPLACE INTO registry VALUES('Software\\Zelvane\\ZUM',"s;
-    EXPECT_EQ(sqlite3_exec(db, (sql + row + ")").c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
+    execute(store, "INSERT OR REPLACE INTO registry VALUES('Software\\Zelvane\\ZUM',"s + row + ")");
   }
-  sqlite3_close(db);
   EXPECT_FALSE(KvRegistryKey("ZUM").getString("edge", buffer));
   EXPECT_EQ(buffer[KvRegistryKey::kTextBytes], '#');
   for (const char* name : {"wide", "odd", "liar"}) {
@@ -78,7 +79,7 @@ TEST_F(SettingsTest, ProcessesThatWriteAtOnceLoseNothing) {
 TEST_F(SettingsTest, StartsAtOnceInitialiseOnceAndWhole) {
   // Every start sees the whole of the first; a switch that the user changes then stays so.
   EXPECT_TRUE(inProcesses(4, [](int) {
-    initSettings(ignoreSwitch);
+    start();
     if (allValues().size() != 7) return false;
     return writeSettingInt(kIgnoreProgramChange, 0);
   }));
@@ -109,16 +110,10 @@ TEST_F(SettingsTest, NoStoreMeansAbsentAndNotWritten) {
       {"folder", [&] { fs::create_directory(store); }},
       {"pipe", [&] { mkfifo(store.c_str(), 0600); }},
       {"pipe for a journal",
-       [&] {
-         putText(store, whole);
-         mkfifo((store.string() + "-journal").c_str(), 0600);
-       }},
+       [&] { putText(store, whole), mkfifo((store.string() + "-journal").c_str(), 0600); }},
       {"device", [&] { fs::create_symlink("/dev/zero", store); }},
       {"file in the folder's place",
-       [&] {
-         fs::remove(store.parent_path());
-         putText(store.parent_path(), "");
-       }},
+       [&] { fs::remove(store.parent_path()), putText(store.parent_path(), ""); }},
       {"no folder to make one in", [] { setenv("XDG_CONFIG_HOME", "/proc/none", 1); }},
   };
   for (const auto& [what, breakIt] : cases) {
@@ -129,9 +124,7 @@ TEST_F(SettingsTest, NoStoreMeansAbsentAndNotWritten) {
     const std::string broken = fs::is_regular_file(store) ? textIn(store) : "";
     EXPECT_FALSE(readSettingString("a") || writeSettingInt("a", 1) || writeSettingString("a", "b"));
     EXPECT_FALSE(KvRegistryKey("ZUM").remove("a"));
-    std::vector<std::pair<int, float>> given;
-    initSettings([&](int index, float value) { given.emplace_back(index, value); });
-    EXPECT_EQ(given, (std::vector<std::pair<int, float>>{{0, 1.0F}, {1, 0.0F}}));
+    EXPECT_EQ(start(), (Switches{{0, 1.0F}, {1, 0.0F}}));
     EXPECT_EQ(run("settings set a b").first, 1);
     EXPECT_TRUE(broken.empty() || textIn(store) == broken);  // it may be mended by hand
   }
@@ -162,28 +155,24 @@ TEST_F(SettingsTest, NothingInTheFileRunsForLong) {
   for (const auto& [what, sql] : cases) {
     SCOPED_TRACE(what);
     fs::remove_all(folder / "config");
-    fs::create_directories(store.parent_path());
-    sqlite3* db = nullptr;
-    ASSERT_EQ(sqlite3_open(store.c_str(), &db), SQLITE_OK);
-    EXPECT_EQ(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
-    sqlite3_close(db);
-    const auto start = std::chrono::steady_clock::now();
+    execute(store, sql);
+    const auto begin = std::chrono::steady_clock::now();
     const TestHost host;
     EXPECT_FALSE(readSettingInt("a"));
     EXPECT_TRUE(writeSettingInt("b", 1) || what != "trigger"s);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 3 * RegistryStore::kPatience);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 3 * RegistryStore::kPatience);
   }
 }
 
 TEST_F(SettingsTest, AStartWaitsOnceForWhoKeepsTheStore) {
-  initSettings(ignoreSwitch);
+  start();
   writeSettingInt(kIgnoreProgramChange, 0);
   sqlite3* db = nullptr;
   ASSERT_EQ(sqlite3_open(store.c_str(), &db), SQLITE_OK);
   sqlite3_exec(db, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
-  const auto start = std::chrono::steady_clock::now();
+  const auto begin = std::chrono::steady_clock::now();
   const TestHost host;
-  EXPECT_LT(std::chrono::steady_clock::now() - start, 3 * RegistryStore::kPatience / 2);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, 3 * RegistryStore::kPatience / 2);
   sqlite3_close(db);
   EXPECT_EQ(readSettingInt(kIgnoreProgramChange), 0);  // who comes later asks again
 }
@@ -195,7 +184,7 @@ TEST_F(SettingsTest, AUserWithoutRightsOrHomeReadsWhatThereIs) {
   const auto asAnybody = [](std::optional<std::string> expected) {
     return inProcesses(1, [&](int) {
       if (getuid() == 0 && setuid(54321) != 0) return false;  // a number that nobody has
-      initSettings(ignoreSwitch);
+      start();
       return readSettingString("a") == expected && !writeSettingString("a", "c");
     });
   };
@@ -213,6 +202,14 @@ TEST_F(SettingsTest, AUserWithoutRightsOrHomeReadsWhatThereIs) {
   EXPECT_TRUE(getuid() != 0 || asAnybody({}));
 }
 
+/// What a start writes when content is found in a folder.
+Values below(const std::string& content) {
+  return {{"contentpath", content},
+          {"presetpath0", content + "Presets\\"},
+          {"presetsavepath0", content + "Presets\\User\\"},
+          {"audiofilepath", content + "Samples\\Factory"}};
+}
+
 TEST_F(SettingsTest, AFirstStartFillsInWhatIsMissing) {
   const Values relative = {{"installpath", "c:\\Programme\\Zelvane\\ZUM\\"},
                            {"presetpath0", "Presets\\"},
@@ -221,75 +218,54 @@ TEST_F(SettingsTest, AFirstStartFillsInWhatIsMissing) {
                            {"ignorePrgChange", "1"},
                            {"CC Map Recall isolate", "0"},
                            {"initialised", "1"}};
-  const auto below = [](const std::string& content,
-                        const std::string& install = "c:\\Programme\\Zelvane\\ZUM\\") {
-    return Values{{"contentpath", content},
-                  {"installpath", install},
-                  {"presetpath0", content + "Presets\\"},
-                  {"presetsavepath0", content + "Presets\\User\\"},
-                  {"audiofilepath", content + "Samples\\Factory"}};
-  };
   const struct {
     const char* what;
     Values before;
     const char* content;  // folder that is installed
-    Values changed;       // against `relative`
+    Values written;       // the rest as in `relative`
   } cases[] = {
       {"fresh", {}, nullptr, {}},
-      {"installer",
-       {{"contentpath", "\\c\\"}, {"installpath", "\\i"}},
-       "data",
-       below("\\c\\", "\\i")},
+      {"installer", {{"contentpath", "\\c\\"}, {"installpath", "\\i"}}, "data", below("\\c\\")},
       {"no backslash", {{"contentpath", "\\c"}}, nullptr, below("\\c")},
       {"content for all", {}, "system", below(internal("system/zum/"))},
       {"content of the user's", {}, "data", below(internal("data/zum/"))},
-      {"older version",
-       {{"presetpath", "\\mine\\"}},
-       nullptr,
-       {{"presetpath", "\\mine\\"}, {"presetpath0", "\\mine\\"}}},
+      {"older version", {{"presetpath", "\\mine\\"}}, nullptr, {{"presetpath0", "\\mine\\"}}},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
     for (const char* name : {"config", "data", "system"}) fs::remove_all(folder / name);
     if (c.content != nullptr) fs::create_directories(folder / c.content / "zum/Presets");
     for (const auto& [name, value] : c.before) writeSettingString(name.c_str(), value);
-    initSettings(ignoreSwitch);
-    Values expected = c.changed;
-    expected.insert(relative.begin(), relative.end());
+    start();
+    Values expected = c.written;
+    for (const Values& rest : {c.before, relative}) expected.insert(rest.begin(), rest.end());
     EXPECT_EQ(allValues(), expected);
   }
 }
 
 TEST_F(SettingsTest, ContentThatComesLaterIsFoundAtTheNextStart) {
-  const Values found = {{"presetpath0", internal("system/zum/Presets/")},
-                        {"presetsavepath0", internal("system/zum/Presets/User/")},
-                        {"audiofilepath", internal("system/zum/Samples/Factory")}};
+  const std::string content = internal("system/zum/");
   for (const bool chosen : {false, true}) {  // its own preset folder stays, and what goes with it
     for (const char* name : {"config", "system"}) fs::remove_all(folder / name);
-    initSettings(ignoreSwitch);
+    start();
     writeSettingInt(kIgnoreProgramChange, 0);
     if (chosen) writeSettingString(kPresetPath, "\\mine\\");
-    Values expected = allValues();
+    Values expected = chosen ? Values{{"contentpath", content}} : below(content);
+    expected.merge(allValues());
     fs::create_directories(folder / "system/zum/Presets");
-    initSettings(ignoreSwitch);
-    expected["contentpath"] = internal("system/zum/");
-    for (const auto& [name, value] : found) {
-      if (!chosen) expected[name] = value;
-    }
+    start();
     EXPECT_EQ(allValues(), expected);
   }
 }
 
 TEST_F(SettingsTest, LaterStartsReadTheSwitchesAndMendThePresetFolderAlone) {
-  initSettings(ignoreSwitch);
+  start();
   writeSettingInt(kIgnoreProgramChange, 0);
   writeSettingInt(kIsolateMapRecall, 3);
   writeSettingString("presetpath", "\\old\\");
   KvRegistryKey("ZUM").remove(kPresetPath);
   KvRegistryKey("ZUM").remove(kAudioFilePath);
-  std::vector<std::pair<int, float>> given;
-  initSettings([&](int index, float value) { given.emplace_back(index, value); });
-  EXPECT_EQ(given, (std::vector<std::pair<int, float>>{{0, 0.0F}, {1, 3.0F}}));
+  EXPECT_EQ(start(), (Switches{{0, 0.0F}, {1, 3.0F}}));
   EXPECT_EQ(readSettingString(kPresetPath), "\\old\\");
   EXPECT_FALSE(readSettingString(kAudioFilePath));
 }

@@ -1,18 +1,21 @@
-// What the tests of the settings share: a user of their own, whose home, data and installed content
-// lie in a temporary folder.
+// What the tests of settings, files and programs share: a user of their own, whose home, data and
+// installed content lie in a temporary folder, and the programs that this user starts there.
 #pragma once
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <map>
 #include <string>
 #include <utility>
 #include <variant>
+#include <vector>
 
 #include "state/registry_key.hpp"
 #include "state/settings.hpp"
@@ -36,6 +39,26 @@ inline std::string textIn(const fs::path& path) {
 
 inline void ignoreSwitch(int /*index*/, float /*value*/) {}
 
+/// A standard MIDI file of one track with these events, at 480 ticks a quarter.
+inline std::string midiFile(const std::string& events) {
+  const auto size = static_cast<std::uint32_t>(events.size() + 4);
+  std::string length;
+  for (const unsigned shift : {24U, 16U, 8U, 0U}) length += static_cast<char>(size >> shift);
+  return "MThd\0\0\0\6\0\0\0\1\1\xE0MTrk"s + length + events + "\0\xFF\x2F\0"s;
+}
+
+/// Runs `work` in processes of their own, at once; true if each was content.
+inline bool inProcesses(int count, const std::function<bool(int)>& work) {
+  for (int i = 0; i < count; ++i) {
+    if (fork() == 0) _exit(work(i) ? 0 : 1);
+  }
+  bool good = true;
+  for (int status = 0; wait(&status) > 0;) good = good && status == 0;
+  return good;
+}
+
+const std::string kProgram = "'" ZUM_PROGRAM "' ";
+
 class SettingsTest : public testing::Test {
  protected:
   SettingsTest() { useHome(folder); }
@@ -47,13 +70,30 @@ class SettingsTest : public testing::Test {
     return text;
   }
 
-  // Exit code, and everything that was printed.
-  std::pair<int, std::string> run(const std::string& arguments) const {
-    const std::string out = (folder / "out").string();
+  // Exit code, and everything that was printed, of lines of shell in the folder.
+  std::pair<int, std::string> shell(const std::string& script) const {
+    const std::string out = (folder / ".out").string();
     const int status = std::system(
-        ("cd "s + folder.string() + "; " ZUM_PROGRAM " " + arguments + " >" + out + " 2>&1")
-            .c_str());
+        ("cd '" + folder.string() + "' && ( " + script + "\n ) >" + out + " 2>&1").c_str());
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, textIn(out)};
+  }
+  // The same of the program.
+  std::pair<int, std::string> run(const std::string& arguments) const {
+    return shell("timeout -s KILL 60 " + kProgram + arguments);
+  }
+  struct Told {
+    std::string arguments;
+    int exitCode;
+    std::string words;  // printed somewhere
+  };
+  // One run after the other; `start` is how each of them begins what it prints.
+  void expectTold(const std::string& start, const std::vector<Told>& runs) const {
+    for (const Told& each : runs) {
+      const auto [exitCode, text] = run(each.arguments);
+      EXPECT_EQ(exitCode, each.exitCode) << each.arguments << '\n' << text;
+      EXPECT_EQ(text.substr(0, start.size()), start) << each.arguments;
+      EXPECT_NE(text.find(each.words), std::string::npos) << each.arguments << '\n' << text;
+    }
   }
 
   const TemporaryFolder folder;
