@@ -34,7 +34,7 @@ const struct {
   void (*run)();
 } kForbidden[] = {
     {"malloc", [] { kept = std::malloc(8); }},
-    {"realloc", [] { kept = std::realloc(kept, 64); }},
+    {"realloc", [] { kept = std::realloc(nullptr, 64); }},
     {"free",
      [] {
        std::free(kept);
