@@ -4,6 +4,7 @@ add_library(zum_flags INTERFACE)
 target_compile_options(zum_flags INTERFACE
   -ffp-contract=off
   -fno-math-errno
+  -pthread  # some libraries ask for it; precompiled headers fit where all are alike
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
 target_include_directories(zum_flags INTERFACE ${CMAKE_SOURCE_DIR})
 
@@ -32,3 +33,33 @@ endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND CMAKE_CXX_COMPILER_VERSION VERSION_GREATER_EQUAL 20)
   target_compile_options(zum_flags INTERFACE -Wfunction-effects)
 endif()
+
+# A clean build gains nothing by ccache, every later one does. It asks no preprocessor, and knows
+# that precompiled headers change with what they include.
+find_program(ZUM_CCACHE ccache)
+if(ZUM_CCACHE)
+  foreach(language C CXX)
+    if(NOT DEFINED CMAKE_${language}_COMPILER_LAUNCHER)
+      set(CMAKE_${language}_COMPILER_LAUNCHER
+          env CCACHE_DEPEND=1 CCACHE_SLOPPINESS=pch_defines,time_macros ${ZUM_CCACHE})
+    endif()
+  endforeach()
+endif()
+
+# Headers of the standard library, read once for all libraries. Not where the product is made: what
+# is compiled there shows a source that forgets an include.
+set(ZUM_PRECOMPILE_LIBRARIES OFF)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+  set(ZUM_PRECOMPILE_LIBRARIES ON)
+endif()
+function(zum_precompiled target)
+  if(NOT ZUM_PRECOMPILE_LIBRARIES)
+    return()
+  elseif(target STREQUAL zum_platform)  # the first of them
+    target_precompile_headers(zum_platform PRIVATE <algorithm> <array> <atomic> <charconv> <chrono>
+      <cmath> <cstdint> <cstring> <deque> <filesystem> <functional> <memory> <mutex> <optional>
+      <span> <string> <string_view> <thread> <utility> <variant> <vector>)
+  else()
+    target_precompile_headers(${target} REUSE_FROM zum_platform)
+  endif()
+endfunction()

@@ -35,14 +35,15 @@ install_missing() {
   rm -f "$log"
 }
 
-# build PRESET: configures once, then builds what changed
+# build PRESET [TARGET...]: configures once, then builds what changed
 build() {
-  local folder=build
-  [ "$1" = release ] || folder=build-$1
+  local preset=$1 folder=build
+  shift
+  [ "$preset" = release ] || folder=build-$preset
   if [ ! -f "$folder/build.ninja" ]; then
     local log
     log=$(mktemp)
-    cmake --preset "$1" >"$log" 2>&1 || {
+    cmake --preset "$preset" >"$log" 2>&1 || {
       cat "$log" >&2
       rm -f "$log"
       echo "If $folder was made by hand with another generator, delete it and start again." >&2
@@ -51,5 +52,5 @@ build() {
     rm -f "$log"
   fi
   echo "Building $folder"
-  NINJA_STATUS='[%f/%t] ' cmake --build --preset "$1" --parallel
+  NINJA_STATUS='[%f/%t] ' cmake --build --preset "$preset" --parallel ${1:+--target "$@"}
 }

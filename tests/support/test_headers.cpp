@@ -1,0 +1,1 @@
+// Nothing but the precompiled headers of all tests comes of this.
