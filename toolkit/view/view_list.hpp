@@ -48,8 +48,9 @@ class ViewList {
   /// Took a press, and gets what follows of the gesture.
   const Held<View>& captured() const { return capture; }
   Held<View> takeCaptured() { return std::exchange(capture, {}); }
-  MouseResult press(Held<View> view, CPoint& where, int buttons) {
-    capture = view;  // ahead of the press, which may let go of all
+  MouseResult press(const Held<View>& asked, CPoint& where, int buttons) {
+    const Held<View> view = asked;  // its place in the list may go
+    capture = view;                 // ahead of the press, which may let go of all
     const MouseResult result = view->onMouseDown(where, buttons);
     if (result != MouseResult::handled) capture = {};
     return result;
