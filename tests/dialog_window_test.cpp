@@ -2,103 +2,60 @@
 // editor as in a host.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <map>
+#include <chrono>
+#include <thread>
 
 #include "platform/file_dialogs.hpp"
-#include "platform/offscreen_window.hpp"
+#include "support/editor_desk.hpp"
+#include "support/settings_user.hpp"
 #include "toolkit/dialogs/own_file_dialogs.hpp"
 #include "toolkit/dialogs/wrapped_text.hpp"
-#include "toolkit/editor_base.hpp"
 
 namespace zum::test {
 namespace {
 
-namespace fs = std::filesystem;
-
-constexpr int kEditorWidth = 50;
-
-/// Windows by their titles; the editor's by none.
-class Screen {
- public:
-  CFrame::WindowOpener opener() {
-    return [this](const WindowRequest& request, WindowEvents& events) {
-      auto opened = std::make_unique<OffscreenWindow>(request, events);
-      windows[request.width == kEditorWidth ? "" : request.title] = opened.get();
-      belongsTo = request.inFrontOf;
-      return opened;
-    };
-  }
-  OffscreenWindow& operator[](const std::string& title) { return *windows.at(title); }
-
-  std::map<std::string, OffscreenWindow*> windows;
-  std::uintptr_t belongsTo = 0;
-};
-
-class Editor final : public KvEditorBase {
- public:
-  Editor(GroupMask& mask, Screen& screen)
-      : KvEditorBase({0, 0, kEditorWidth, 40}, mask,
-                     [](int) { return std::span<const std::byte>(); }),
-        opener(screen.opener()) {}
-  bool open(void* /*parent*/) override { return KvEditorBase::open(nullptr, nullptr, opener); }
-  bool keyPressed(const WindowKey& /*key*/) override { return true; }
-
- private:
-  CFrame::WindowOpener opener;
-};
-
-WindowKey keyOf(std::uint8_t virt) { return {0, virt, 0}; }
-
 TEST(MessageWindow, IsAnsweredInItsOwnWindowAndBlocksTheOthers) {
-  GroupMask mask;
-  Screen screen;
-  Editor editor(mask, screen);
-  editor.open(nullptr);
+  EditorDesk desk;
   std::string answers;
   const auto ask = [&] {
-    askMessage(&editor, "ZUM", "Really?", [&](bool yes) { answers += yes ? 'y' : 'n'; });
-    editor.idle();
-    return &screen["ZUM"];
+    askMessage(&desk, "Title", "Really?", [&](bool yes) { answers += yes ? 'y' : 'n'; });
+    desk.tick();
+    return desk.boxes.at("Title");
   };
   const auto type = [&](OffscreenWindow& window, std::uint8_t key) {
-    window.keyDown(keyOf(key));
-    editor.idle();
+    window.keyDown({0, key, 0});
+    desk.tick();
   };
 
   OffscreenWindow* box = ask();
-  EXPECT_EQ(screen.belongsTo, 1U);
-  type(screen[""], keys::kReturn);  // neither an answer, nor for the editor
-  EXPECT_EQ(answers, "");
-  EXPECT_EQ(screen[""].hostKeys().size(), 1U);
+  type(*desk.window, keys::kF1 + 1);  // the editor's, which does not hear it now
+  EXPECT_EQ(desk.window->hostKeys().size(), 1U);
   type(*box, keys::kReturn);
   type(*ask(), keys::kEscape);
-  type(screen[""], keys::kHome);  // which takes keys again
-  EXPECT_EQ(screen[""].hostKeys().size(), 1U);
+  desk.ticks(60);
+  type(*desk.window, keys::kF1 + 1);  // which takes keys again
+  EXPECT_EQ(desk.window->hostKeys().size(), 1U);
   EXPECT_EQ(answers, "yn");
 
   // OK stands left of Cancel, and is pressed by a release on it.
   for (const int x : {400 - 24 - 135, 400 - 12 - 45}) {
     box = ask();
     const int y = 18 + 16 + 54 - 24;
-    box->press(x, y);
-    box->release(0, 0);
-    editor.idle();
-    box->press(x, y);
-    box->release(x, y);
-    editor.idle();
+    for (const CPoint& end : {CPoint{0, 0}, {x, y}}) {
+      box->press(x, y);
+      box->release(end.x, end.y);
+      desk.tick();
+    }
   }
   EXPECT_EQ(answers, "ynyn");
   ask()->vanish();
-  editor.idle();
+  desk.tick();
   EXPECT_EQ(answers, "ynynn");
-  showMessage("ZUM", "Only told.");
-  editor.idle();
-  type(screen["ZUM"], keys::kEscape);
+  showMessage("Title", "Only told.");
+  desk.tick();
+  type(*desk.boxes.at("Title"), keys::kEscape);
   ask();
-  editor.close();
+  desk.editor().close();
   EXPECT_EQ(answers, "ynynnn");
   EXPECT_FALSE(WindowServices::get().isMessageOpen());
 }
@@ -119,62 +76,86 @@ TEST(WrappedText, BreaksBetweenWordsAndInsideOfLongOnes) {
   EXPECT_EQ(wrapText(many + "\xFFy", *font.get(), 120).back(), "x\xE2\x80\xA6");
 }
 
-class FileWindowTest : public testing::Test {
- protected:
-  void SetUp() override {
-    std::string name = (fs::temp_directory_path() / "zum-files-XXXXXX").string();
-    ASSERT_NE(mkdtemp(name.data()), nullptr);
-    folder = name;
-    fs::create_directories(folder / "inner");
-    for (const char* file : {"b.kvz", "a.kvz", "note.txt", ".c.kvz", "inner/d.kvz"}) {
-      std::ofstream(folder / file) << file;
-    }
-    question = {"Title", {{"Preset file", "kvz"}}, toInternalPath(folder.string()), this};
-  }
-  void TearDown() override { fs::remove_all(folder); }
+struct WindowServicesTest : SettingsTest {};
 
-  FileAnswer answer() {
-    return [this](const std::optional<std::string>& path) {
+TEST_F(WindowServicesTest, AskForFilesByZenityWhereItIsAndByTheirOwnWindowOtherwise) {
+  const std::string path = std::getenv("PATH");
+  putText(folder / "bin/zenity", "#!/bin/sh\necho " + (folder / "a.kvz").string() + "\n");
+  fs::permissions(folder / "bin/zenity", fs::perms::owner_all);
+  for (const bool isInstalled : {true, false}) {
+    setenv("PATH", isInstalled ? (folder / "bin").c_str() : "/none", 1);
+    EditorDesk desk;
+    std::vector<std::optional<std::string>> answers;
+    fileDialogs()->load({"Title", {}, "", this},
+                        [&](const auto& file) { answers.push_back(file); });
+    EXPECT_EQ(desk.boxes.contains("Title"), !isInstalled);
+    if (!isInstalled) desk.boxes["Title"]->keyDown({0, keys::kEscape, 0});
+    for (int i = 0; answers.empty() && i < 20000; ++i) {
+      desk.tick();
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    ASSERT_EQ(answers.size(), 1U);
+    EXPECT_EQ(answers[0].value_or("none"), isInstalled ? internal("a.kvz") : "none");
+  }
+  setenv("PATH", path.c_str(), 1);
+}
+
+class FileWindowTest : public SettingsTest {
+ protected:
+  FileWindowTest() {
+    for (const char* file : {"b.kvz", "a.kvz", "note.txt", ".c.kvz", "inner/d.kvz"}) {
+      putText(folder / file, file);
+    }
+  }
+  void ask(FileOperation operation) {
+    (dialogs.*operation)(question, [this](const std::optional<std::string>& path) {
       answers.push_back(path ? fs::relative(toSystemPath(*path), folder).string() : "none");
-    };
+    });
   }
   void type(const std::string& text) {
-    for (const char letter : text) screen["Title"].keyDown({letter, 0, 0});
+    for (const char letter : text) window->keyDown({letter, 0, 0});
     dialogs.poll();
   }
   void press(std::uint8_t key) {
-    screen["Title"].keyDown(keyOf(key));
-    screen["Title"].keyUp(keyOf(key));
+    window->keyDown({0, key, 0});
+    window->keyUp({0, key, 0});
     for (int i = 0; i < 3; ++i) dialogs.poll();
   }
+  const FileList& list() const { return dialogs.getWindow()->getList(); }
   void click(int row, int word = buttons::kLeft) {
-    const CRect& list = dialogs.getWindow()->getList().getViewSize();
-    const int y = list.top + 1 + row * FileList::kRowHeight + 9;
-    screen["Title"].press(list.left + 20, y, word);
-    screen["Title"].release(list.left + 20, y);
+    const CRect& area = list().getViewSize();
+    const int y = area.top + 1 + row * FileList::kRowHeight + 9;
+    window->press(area.left + 20, y, word);
+    window->release(area.left + 20, y);
     dialogs.poll();
   }
-  std::string rows() {
+  std::string rows() const {
     std::string names;
-    for (const FolderEntry& row : dialogs.getWindow()->getList().getRows()) names += row.name + " ";
+    for (const FolderEntry& row : list().getRows()) names += row.name + " ";
     return names;
   }
 
-  Screen screen;
-  fs::path folder;
-  FileQuestion question;
+  FileQuestion question{"Title", {{"Preset file", "kvz"}}, internal(""), this};
   std::vector<std::string> answers;
-  OwnFileDialogs dialogs{[this] { return DialogPlace{0, screen.opener()}; }};
+  OffscreenWindow* window = nullptr;
+  OwnFileDialogs dialogs{[this] {
+    return DialogPlace{0, [this](const WindowRequest& request, WindowEvents& events) {
+                         EXPECT_EQ(request.title, "Title");
+                         auto opened = std::make_unique<OffscreenWindow>(request, events);
+                         window = opened.get();
+                         return opened;
+                       }};
+  }};
 };
 
 TEST_F(FileWindowTest, LoadsByDoubleClicksAndByKeys) {
-  dialogs.load(question, answer());
+  ask(&FileDialogs::load);
   EXPECT_EQ(rows(), ".. inner a.kvz b.kvz ");
   click(3);
   click(1);
   click(1, buttons::kLeft | buttons::kDoubleClick);
   EXPECT_EQ(rows(), ".. d.kvz ");
-  dialogs.load(question, answer());  // one at a time
+  ask(&FileDialogs::load);  // one at a time
   press(keys::kDown);
   press(keys::kReturn);  // out again
   EXPECT_EQ(rows(), ".. inner a.kvz b.kvz ");
@@ -183,12 +164,12 @@ TEST_F(FileWindowTest, LoadsByDoubleClicksAndByKeys) {
   press(keys::kReturn);
   EXPECT_EQ(answers, (std::vector<std::string>{"none", "a.kvz"}));
 
-  dialogs.load(question, answer());
+  ask(&FileDialogs::load);
   press(keys::kEscape);
-  dialogs.load(question, answer());
-  screen["Title"].vanish();
+  ask(&FileDialogs::load);
+  window->vanish();
   dialogs.poll();
-  dialogs.load(question, answer());
+  ask(&FileDialogs::load);
   dialogs.cancel(&dialogs);
   dialogs.cancel(this);  // never answered
   dialogs.poll();
@@ -196,37 +177,42 @@ TEST_F(FileWindowTest, LoadsByDoubleClicksAndByKeys) {
   EXPECT_EQ(answers.back(), "none");
 }
 
-TEST_F(FileWindowTest, SelectsOnlyRowsThatAreSeen) {
-  for (int i = 0; i < 40; ++i) std::ofstream(folder / (std::to_string(i) + ".kvz")) << i;
-  dialogs.load(question, answer());
-  const FileList& list = dialogs.getWindow()->getList();
-  const CRect& area = list.getViewSize();
-  for (const bool seen : {false, true}) {  // the strip below the last row, and that
-    const int row = list.rowsInside() - (seen ? 1 : 0);
-    screen["Title"].press(area.left + 20, area.top + 1 + row * FileList::kRowHeight);
-    dialogs.poll();
-    EXPECT_EQ(list.getSelected() != nullptr, seen);
-  }
+TEST_F(FileWindowTest, SelectsOnlyRowsThatAreSeenAndScrolls) {
+  for (int i = 100; i < 140; ++i) putText(folder / (std::to_string(i) + ".kvz"), "");
+  ask(&FileDialogs::load);
+  const auto selects = [&](int place) {
+    click(place);
+    return list().getSelected() != nullptr ? list().getSelected()->name : "";
+  };
+  const int seen = list().rowsInside();
+  EXPECT_EQ(selects(seen), "");  // the strip below the last row
+  EXPECT_EQ(selects(seen - 1), list().getRows()[static_cast<std::size_t>(seen - 1)].name);
+  const CRect& area = list().getViewSize();
+  window->wheel(area.left + 20, area.top + 20, -1.0F);
+  EXPECT_EQ(selects(0), list().getRows()[3].name);
+  window->press(area.right - 5, area.bottom - 5);  // the bar
+  window->release(area.right - 5, area.bottom - 5);
+  EXPECT_EQ(selects(seen - 1), "b.kvz");
 }
 
 TEST_F(FileWindowTest, SavesUnderANameAndAsksBeforeItReplaces) {
-  dialogs.save(question, answer());
+  ask(&FileDialogs::save);
   press(keys::kReturn);  // no name yet
   type("x/\\y");
   press(keys::kBack);
-  screen["Title"].keyDown({0xE9, 0, 0});  // e with an accent
+  window->keyDown({0xE9, 0, 0});  // e with an accent
   press(keys::kReturn);
   EXPECT_EQ(answers.back(), "x\xC3\xA9");
 
-  dialogs.save(question, answer());
+  ask(&FileDialogs::save);
   click(2);
-  screen["Title"].keyDown(keyOf(keys::kReturn));
+  window->keyDown({0, keys::kReturn, 0});
   press(keys::kReturn);  // held: no answer to what it asks
   EXPECT_EQ(answers.size(), 1U);
   press(keys::kReturn);
   EXPECT_EQ(answers.back(), "a.kvz");
 
-  dialogs.save(question, answer());
+  ask(&FileDialogs::save);
   type("inner");
   press(keys::kReturn);  // into it
   EXPECT_EQ(rows(), ".. d.kvz ");
@@ -237,16 +223,16 @@ TEST_F(FileWindowTest, SavesUnderANameAndAsksBeforeItReplaces) {
 
 TEST_F(FileWindowTest, ChoosesTheFolderItIsInOrOneOfItsRows) {
   question.filters.clear();
-  dialogs.folder(question, answer());
+  ask(&FileDialogs::folder);
   EXPECT_EQ(rows(), ".. inner ");
   press(keys::kReturn);
   EXPECT_EQ(answers.back(), ".");
-  dialogs.folder(question, answer());
+  ask(&FileDialogs::folder);
   click(1);
   press(keys::kReturn);
   EXPECT_EQ(answers.back(), "inner");
   question.startFolder = "\\no\\such\\folder";
-  dialogs.folder(question, answer());
+  ask(&FileDialogs::folder);
   EXPECT_NE(rows(), "");  // somewhere that there is
 }
 

@@ -6,8 +6,6 @@
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <optional>
 
@@ -15,12 +13,17 @@
 #include "support/editor_desk.hpp"
 #include "support/settings_user.hpp"
 #include "support/sound_file.hpp"
-#include "toolkit/view/png_file.hpp"
+#include "toolkit/option_menu.hpp"
 
 namespace zum::test {
 namespace {
 
 const bool isUpdating = std::getenv("ZUM_UPDATE_PICTURES") != nullptr;
+
+struct Destroy {
+  void operator()(cairo_surface_t* picture) const { cairo_surface_destroy(picture); }
+};
+using Picture = std::unique_ptr<cairo_surface_t, Destroy>;
 
 class Pictures : public SettingsTest {
  protected:
@@ -31,7 +34,7 @@ class Pictures : public SettingsTest {
     const fs::path data = folder / ".local/share";
     fs::create_directories(data);
     fs::create_directory_symlink(ZUM_CONTENT, data / "zum");
-    setenv("HOME", folder.c_str(), 1);
+    setenv("HOME", folder.string().c_str(), 1);
     setenv("XDG_DATA_HOME", data.c_str(), 1);
     opened.emplace();
     EditorDesk& desk = *opened;
@@ -39,13 +42,12 @@ class Pictures : public SettingsTest {
     for (int step = 0; step < 8; ++step) {
       desk.effect().steps().setValue(step, static_cast<float>((step * 5 + 2) % 8) / 8.0F + 0.1F);
     }
-    desk.effect().beginLearn(3);
+    desk.effect().beginLearn(tag::cutoff);
     desk.controller(20, 60);
     desk.input = factoryLoops(ZUM_CONTENT);
-    desk.host.host.hasTime = true;
-    desk.host.host.time.tempo = 120.0;
-    desk.host.host.time.flags = kVstTransportPlaying | kVstPpqPosValid | kVstTempoValid;
-    for (int i = 0; i < kTicks; ++i) desk.tick();
+    desk.host.giveTime(120.0, 0.0, kVstTransportPlaying | kVstPpqPosValid | kVstTempoValid);
+    desk.host.host.moves = true;
+    desk.ticks(kTicks);
     desk.plays = false;
   }
   void TearDown() override {
@@ -54,29 +56,32 @@ class Pictures : public SettingsTest {
   }
 
   /// What comes up for a while has gone.
-  void settle() {
-    for (int i = 0; i < 8; ++i) opened->tick();
-  }
+  void settle() { opened->ticks(8); }
 
   /// A part of the window, as it stands.
   void expectLooksAs(const std::string& name, const CRect& part = layout::kWindow) {
-    const fs::path file = fs::path(ZUM_PICTURES) / (name + ".png");
-    if (isUpdating) return write(file, part);
-    std::ifstream stream(file, std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(stream), {}};
-    const auto kept = readPngFile(std::as_bytes(std::span(bytes)));
-    ASSERT_TRUE(kept) << file;
-    ASSERT_EQ(kept->width, part.width()) << name;
-    ASSERT_EQ(kept->height, part.height()) << name;
+    const std::string file = ZUM_PICTURES "/" + name + ".png";
+    const int width = part.width();
+    std::vector<std::uint32_t> now;
+    for (int y = part.top; y < part.bottom; ++y) {
+      for (int x = part.left; x < part.right; ++x) now.push_back(opened->window->pixel(x, y));
+    }
+    if (isUpdating) {
+      const Picture shot(
+          cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(now.data()),
+                                              CAIRO_FORMAT_RGB24, width, part.height(), 4 * width));
+      EXPECT_EQ(cairo_surface_write_to_png(shot.get(), file.c_str()), CAIRO_STATUS_SUCCESS);
+      return;
+    }
+    const Picture kept(cairo_image_surface_create_from_png(file.c_str()));
+    ASSERT_EQ(cairo_image_surface_get_width(kept.get()), width) << file;
+    ASSERT_EQ(cairo_image_surface_get_height(kept.get()), part.height()) << file;
+    const auto* const words =
+        reinterpret_cast<const std::uint32_t*>(cairo_image_surface_get_data(kept.get()));
     std::map<std::pair<int, int>, int> different;  // pixels, by square
-    for (int y = 0; y < part.height(); ++y) {
-      for (int x = 0; x < part.width(); ++x) {
-        const std::uint32_t now = opened->window->pixel(part.left + x, part.top + y);
-        const std::size_t at =
-            static_cast<std::size_t>(y) * static_cast<std::size_t>(part.width()) +
-            static_cast<std::size_t>(x);
-        if (distance(now, kept->words[at]) > kTolerance) ++different[{x / kSquare, y / kSquare}];
-      }
+    for (int i = 0; i < std::ssize(now); ++i) {
+      if (distance(now[static_cast<std::size_t>(i)], words[i]) <= kTolerance) continue;
+      ++different[{i % width / kSquare, i / width / kSquare}];
     }
     // Letters may be drawn a little otherwise by another version of the drawing library; another
     // letter is too much.
@@ -91,8 +96,11 @@ class Pictures : public SettingsTest {
  private:
   static constexpr int kTicks = 1810;  // some three seconds, to the middle of a third step
   static constexpr std::pair<int, float> kShown[] = {
-      {3, 0.3F},  {4, 0.3F},  {5, 0.2F},   {17, 0.7F}, {18, 0.35F}, {19, 0.65F}, {41, 0.6F},
-      {10, 0.4F}, {11, 0.5F}, {165, 0.0F}, {58, 0.5F}, {59, 0.8F},  {0, 0.4F}};
+      {tag::cutoff, 0.3F},     {tag::resonance, 0.3F},  {tag::overdrive, 0.2F},
+      {tag::cutoffEf, 0.7F},   {tag::cutoffLfo, 0.35F}, {tag::cutoffSeq, 0.65F},
+      {tag::lfoRateSeq, 0.6F}, {tag::lfoRate, 0.4F},    {tag::lfoWave, 0.5F},
+      {tag::modChoice, 0.0F},  {tag::vowelA, 0.5F},     {tag::vowelB, 0.8F},
+      {tag::vowelCutoff, 0.4F}};
 
   static constexpr int kTolerance = 48;  // of a colour's 255
   static constexpr int kSquare = 16;     // pixels a side
@@ -100,54 +108,32 @@ class Pictures : public SettingsTest {
   static int distance(std::uint32_t a, std::uint32_t b) {
     int most = 0;
     for (const unsigned shift : {0U, 8U, 16U}) {
-      const auto byte = [shift](std::uint32_t word) {
-        return static_cast<int>(word >> shift & 0xFFU);
-      };
-      most = std::max(most, std::abs(byte(a) - byte(b)));
+      most = std::max(most, std::abs(int(a >> shift & 0xFFU) - int(b >> shift & 0xFFU)));
     }
     return most;
-  }
-  void write(const fs::path& file, const CRect& part) {
-    fs::create_directories(file.parent_path());
-    std::vector<std::uint32_t> words;
-    for (int y = part.top; y < part.bottom; ++y) {
-      for (int x = part.left; x < part.right; ++x) words.push_back(opened->window->pixel(x, y));
-    }
-    cairo_surface_t* const surface = cairo_image_surface_create_for_data(
-        reinterpret_cast<unsigned char*>(words.data()), CAIRO_FORMAT_RGB24, part.width(),
-        part.height(), 4 * part.width());
-    EXPECT_EQ(cairo_surface_write_to_png(surface, file.c_str()), CAIRO_STATUS_SUCCESS);
-    cairo_surface_destroy(surface);
   }
 };
 
 TEST_F(Pictures, PagesListsAndTheAboutPanel) {
   EditorDesk& desk = *opened;
-  const struct {
-    const char* name;
-    int group;
-  } pages[] = {{"filter", layout::filterPage},
-               {"lfo-free", layout::freeLfo},
-               {"lfo-sync", layout::syncedLfo},
-               {"sequencer", layout::sequencerPage},
-               {"vowel", layout::vowelPage}};
-  for (const auto& [name, group] : pages) {
+  for (const auto& [name, group] : {std::pair("filter", layout::filterPage),
+                                    {"lfo-free", layout::freeLfo},
+                                    {"lfo-sync", layout::syncedLfo},
+                                    {"sequencer", layout::sequencerPage},
+                                    {"vowel", layout::vowelPage}}) {
     desk.showGroup(group);
     settle();
     expectLooksAs(name);
   }
   desk.showGroup(layout::filterPage);
-  const struct {
-    const char* name;
-    int tag;
-  } lists[] = {{"types", 61}, {"orders", 15}, {"presets", 162}};
-  for (const auto& [name, tag] : lists) {
-    desk.press(desk.middleOf(tag));
-    desk.release(desk.middleOf(tag));
+  for (const auto& [name, tag] : {std::pair("types", tag::multiType),
+                                  {"orders", tag::seqMode},
+                                  {"presets", tag::presetMenu}}) {
+    desk.click(tag);
     expectLooksAs(name);
     desk.tap(keys::kEscape);
   }
-  desk.click(221);
+  desk.click(tag::about);
   settle();
   expectLooksAs("about", {33, 70, 474, 258});
 }
@@ -156,21 +142,15 @@ TEST_F(Pictures, PanelsAndReadouts) {
   EditorDesk& desk = *opened;
   for (const layout::Panel& panel : layout::kPanels) {
     const std::string name = "knob-" + std::to_string(panel.knob);
-    for (const auto& table : {layout::kUpperKnobs, layout::kLowerKnobs}) {
-      for (const layout::Knob& knob : table) {
-        if (knob.tag == panel.knob) desk.showGroup(knob.group);
-      }
-    }
+    desk.showPageOf(panel.knob);
     settle();
     const KnobPanel& inside = *findRow(panel.knob)->panel;
     if (inside.amounts.size() == 2) {
-      desk.press(desk.middleOf(panel.knob));
-      desk.release(desk.middleOf(panel.knob));
+      desk.click(panel.knob);
       const CRect rect = desk.editor().getControl(panel.knob)->getViewSize();
       expectLooksAs(name + "-readout", {rect.left - 20, rect.top - 12, rect.right + 20, 376});
     }
-    desk.press(desk.middleOf(panel.knob), buttons::kRight);
-    desk.release(desk.middleOf(panel.knob));
+    desk.click(panel.knob, buttons::kRight);
     const KvControl* const shown = desk.editor().shownFrame()->getModalView();
     ASSERT_NE(shown, nullptr);
     expectLooksAs(name + "-panel", shown->getViewSize());
@@ -190,37 +170,39 @@ double luminance(std::uint32_t word) {
 
 TEST_F(Pictures, SmallLetteringStandsOutFromItsGround) {
   EditorDesk& desk = *opened;
-  enum Over { page, about, panel };
+  using namespace groups;  // NOLINT(google-build-using-namespace)
+  enum Over { page, about, panel, list };
+  // One of each kind.
   const struct {
     const char* word;
-    int group;
     CRect rect;
+    Group group = filterPage;
     Over over = page;
-  } rows[] = {{"READY", layout::filterPage, {380, 10, 430, 22}},
-              {"CLEAN", layout::filterPage, {52, 197, 82, 208}},
-              {"HOT", layout::filterPage, {102, 197, 122, 208}},
-              {"MIN", layout::filterPage, {384, 208, 402, 219}},
-              {"MAX", layout::filterPage, {442, 208, 462, 219}},
-              {"23 Hz", layout::filterPage, {221, 224, 243, 234}},
-              {"15 kHz", layout::filterPage, {260, 224, 286, 234}},
-              {"VOWEL", layout::filterPage, {426, 76, 464, 86}},
-              {"LFO", layout::filterPage, {356, 268, 376, 278}},
-              {"DRY", layout::filterPage, {58, 439, 76, 450}},
-              {"WET", layout::filterPage, {102, 439, 122, 450}},
-              {"OFF", layout::filterPage, {387, 440, 404, 451}},
-              {"+6 dB", layout::filterPage, {427, 440, 452, 451}},
-              {"WET scopes", layout::filterPage, {230, 450, 280, 462}},
-              {"DRAW STEPS", layout::sequencerPage, {194, 330, 228, 352}},
-              {"FOLLOWS THE SONG POSITION", layout::syncedLfo, {156, 314, 230, 336}},
-              {"-100", layout::filterPage, {12, 49, 36, 59}, panel},
-              {"+100", layout::filterPage, {134, 49, 160, 59}, panel},
-              {"CONTROLLER", layout::filterPage, {12, 145, 72, 156}, panel},
-              {"CLICK TO CLOSE", layout::filterPage, {380, 238, 466, 249}, about}};
-  for (const auto& [word, group, rect, over] : rows) {
+  } rows[] = {{"READY", {380, 10, 430, 22}},
+              {"CLEAN", {52, 197, 82, 208}},
+              {"MIN", {384, 208, 402, 219}},
+              {"23 Hz", {221, 224, 243, 234}},
+              {"VOWEL", {426, 76, 464, 86}},
+              {"LFO", {356, 268, 376, 278}},
+              {"DRY", {58, 439, 76, 450}},
+              {"OFF", {387, 440, 404, 451}},
+              {"WET scopes", {230, 450, 280, 462}},
+              {"DRAW STEPS", {194, 330, 228, 352}, sequencerPage},
+              {"FOLLOWS THE SONG POSITION", {156, 314, 230, 336}, syncedLfo},
+              {"-100", {12, 49, 36, 59}, filterPage, panel},
+              {"CONTROLLER", {12, 145, 72, 156}, filterPage, panel},
+              {"CLICK TO CLOSE", {380, 238, 466, 249}, filterPage, about},
+              {"the row under the pointer", {5, 3, 100, 16}, filterPage, list}};
+  for (const auto& [word, rect, group, over] : rows) {
     desk.showGroup(group);
-    if (over == about) desk.click(221);
-    const CPoint corner = over == panel ? desk.middleOf(3) : CPoint{0, 0};
-    if (over == panel) desk.click(corner, buttons::kRight);
+    CPoint corner;
+    if (over == about) desk.click(tag::about);
+    if (over == panel) desk.click(corner = desk.middleOf(tag::cutoff), buttons::kRight);
+    if (over == list) {
+      desk.click(tag::presetMenu);
+      corner = desk.menu(tag::presetMenu).getListRect().topLeft();
+      desk.move({corner.x + 10, corner.y + 10}, 0);
+    }
     std::vector<double> lights;
     for (int y = rect.top; y < rect.bottom; ++y) {
       for (int x = rect.left; x < rect.right; ++x) {
@@ -231,8 +213,9 @@ TEST_F(Pictures, SmallLetteringStandsOutFromItsGround) {
     // Hinted strokes are a whole pixel wide somewhere in every letter.
     const double ground = lights[lights.size() / 2];
     const double stroke = lights[lights.size() - 3];
-    EXPECT_GE((stroke + 0.05) / (ground + 0.05), 4.5) << word;
-    if (over != page) desk.click({60, 250});  // in the one panel, beside the other
+    EXPECT_GE((stroke + 0.05) / (ground + 0.05), over == list ? 7.0 : 4.5) << word;
+    EXPECT_TRUE(over != list || ground > 0.0);  // it is lit
+    if (over != page) desk.click({60, 250});    // in the about panel, beside the others
   }
 }
 

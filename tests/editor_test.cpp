@@ -1,14 +1,13 @@
-// The window: each control at its place does what it says, and nothing else.
+// The window: each control at its place does what it says, and nothing else; hosts open, feed and
+// close it as they please.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
 
-#include "editor/layout.hpp"
 #include "support/editor_desk.hpp"
 #include "support/settings_user.hpp"
 #include "toolkit/display.hpp"
-#include "toolkit/option_menu.hpp"
 #include "toolkit/text_view.hpp"
 
 namespace zum::test {
@@ -16,26 +15,7 @@ namespace {
 
 using Tags = std::vector<int>;
 
-/// What each panel is called, and what its LEARN teaches: of tempo and glide the other one.
-constexpr struct {
-  int knob;
-  const char* title;
-  int learns;
-} kPanels[] = {{6, "RANGE", 6},     {7, "ATTACK", 7}, {8, "RELEASE", 8}, {9, "GAIN", 9},
-               {10, "RATE", 10},    {11, "WAVE", 11}, {13, "SENS", 13},  {16, "TEMPO", 14},
-               {14, "GLIDE", 16},   {3, "CUTOFF", 3}, {0, "MORPH", 0},   {4, "RESONANCE", 4},
-               {5, "OVERDRIVE", 5}, {2, "MIX", 2},    {1, "MASTER", 1}};
-
-layout::Group groupOf(int knobTag) {
-  for (const auto& table : {layout::kUpperKnobs, layout::kLowerKnobs}) {
-    for (const layout::Knob& knob : table) {
-      if (knob.tag == knobTag) return knob.group;
-    }
-  }
-  return layout::always;
-}
-
-/// What a host hears of amounts that a click centres.
+/// What a host hears of parameters that change one after the other, each in one edit.
 std::vector<std::array<std::intptr_t, 3>> edits(const Tags& tags) {
   std::vector<std::array<std::intptr_t, 3>> calls;
   for (const std::intptr_t tag : tags) {
@@ -49,82 +29,75 @@ std::vector<std::array<std::intptr_t, 3>> edits(const Tags& tags) {
 
 TEST(Editor, EachKnobMovesItsOwnParameterAndTheHostHearsOfIt) {
   EditorDesk desk;
-  for (const auto& table : {layout::kUpperKnobs, layout::kLowerKnobs}) {
-    for (const layout::Knob& knob : table) {
-      desk.showGroup(knob.group);
-      desk.host.set(knob.tag, 0.5F);
-      desk.tick();
-      const auto before = desk.values();
-      desk.host.host.calls.clear();
-      desk.drag(knob.tag, 0, -20);
-      EXPECT_EQ(desk.changedSince(before), Tags{knob.tag});
-      EXPECT_NEAR(desk.values()[knob.tag], 0.5F + 0.2F * knob.sensitivity, 1e-5F) << knob.tag;
-      std::vector<std::intptr_t> heard;
-      for (const auto& call : desk.host.host.calls) {
-        EXPECT_EQ(call[1], knob.tag);
-        heard.push_back(call[0]);
-      }
-      EXPECT_EQ(heard, (std::vector<std::intptr_t>{audioMasterBeginEdit, audioMasterAutomate,
-                                                   audioMasterEndEdit}));
-      desk.click(desk.middleOf(knob.tag), buttons::kLeft | buttons::kControl);
-      EXPECT_EQ(desk.values()[knob.tag], knob.initial) << knob.tag;
-      // Just outside of its picture it can still be taken, beyond its border not.
-      const CRect area = knob.rect.grownBy(knob.border);
-      EXPECT_EQ(desk.editor().getControl(knob.tag)->getMouseableArea(), area);
-    }
+  for (const layout::Knob& knob : allKnobs()) {
+    SCOPED_TRACE(knob.tag);
+    desk.showGroup(knob.group);
+    desk.host.set(knob.tag, 0.5F);
+    desk.tick();
+    const auto before = desk.values();
+    desk.host.host.calls.clear();
+    desk.drag(knob.tag, 0, -20);
+    EXPECT_EQ(desk.changedSince(before), Tags{knob.tag});
+    EXPECT_NEAR(desk.value(knob.tag), 0.5F + 0.2F * knob.sensitivity, 1e-5F);
+    EXPECT_EQ(desk.host.host.calls, edits({knob.tag}));
+    desk.click(knob.tag, buttons::kLeft | buttons::kControl);
+    EXPECT_EQ(desk.value(knob.tag), knob.initial);
+    // Just outside of its picture it can still be taken, beyond its border not.
+    const CRect area = knob.rect.grownBy(knob.border);
+    EXPECT_EQ(desk.editor().getControl(knob.tag)->getMouseableArea(), area);
   }
 }
 
 TEST(Editor, EachPanelHoldsItsKnobsAmountsAndLearns) {
   EditorDesk desk;
-  for (const auto& [knob, title, target] : kPanels) {
-    SCOPED_TRACE(title);
-    const layout::Panel& panel = *std::ranges::find(layout::kPanels, knob, &layout::Panel::knob);
-    const KnobPanel& inside = *findRow(knob)->panel;
-    desk.showGroup(groupOf(knob));
-    desk.click(desk.middleOf(knob), buttons::kRight);
-    auto* const opened = static_cast<KvViewContainer*>(desk.editor().shownFrame()->getModalView());
+  for (const layout::Panel& panel : layout::kPanels) {
+    SCOPED_TRACE(panel.knob);
+    // LEARN of tempo and glide teaches the other one.
+    const int target = panel.knob == tag::seqTempo   ? tag::seqGlide
+                       : panel.knob == tag::seqGlide ? tag::seqTempo
+                                                     : panel.knob;
+    const KnobPanel& inside = *findRow(panel.knob)->panel;
+    desk.showPageOf(panel.knob);
+    desk.click(panel.knob, buttons::kRight);
+    const auto* const opened = static_cast<KvViewContainer*>(desk.openPopup());
     ASSERT_NE(opened, nullptr);
-    EXPECT_EQ(opened->getViewSize().width(), panel.rect.width());
-    EXPECT_EQ(opened->getViewSize().height(), panel.rect.height());
-    EXPECT_EQ(static_cast<KvTextView*>(opened->children().front().get())->getText(), title);
-    Tags sliders;
-    for (const int slider : inside.amounts) {
-      sliders.push_back(slider);
+    const std::string title = static_cast<KvTextView*>(opened->children()[0].get())->getText();
+    EXPECT_STRCASEEQ(title.c_str(), findRow(panel.knob)->title.data());
+    const Tags sliders(inside.amounts.begin(), inside.amounts.end());
+    for (const int slider : sliders) {
       const auto before = desk.values();
       desk.drag(slider, 20, 0);
       EXPECT_EQ(desk.changedSince(before), Tags{slider});
-      EXPECT_NEAR(desk.values()[slider], 0.5F + 0.13F, 1e-5F);
+      EXPECT_NEAR(desk.value(slider), 0.5F + 0.13F, 1e-5F);
     }
     desk.host.host.calls.clear();
     desk.click(inside.buttons.reset);
     EXPECT_EQ(desk.host.host.calls, edits(sliders));
-    for (const int slider : sliders) EXPECT_EQ(desk.values()[slider], 0.5F);
-    desk.click(inside.buttons.learn);
-    EXPECT_EQ(desk.effect().learning(), target);
-    desk.click(inside.buttons.learn);
-    EXPECT_EQ(desk.effect().learning(), -1);
-    desk.click(inside.buttons.learn);
+    for (const int slider : sliders) EXPECT_EQ(desk.value(slider), 0.5F);
+    for (const int learning : {target, -1, target}) {
+      desk.click(inside.buttons.learn);
+      EXPECT_EQ(desk.effect().learning(), learning);
+    }
     desk.click(inside.buttons.clear);  // nothing to clear yet, and still learning
     auto before = desk.values();
     desk.controller(20, 30);
     EXPECT_EQ(desk.changedSince(before), Tags{target});
     desk.controller(20, 90);
-    EXPECT_NEAR(desk.values()[target], 90.0F / 127.0F, 1e-6F);
+    EXPECT_NEAR(desk.value(target), 90.0F / 127.0F, 1e-6F);
     before = desk.values();
     desk.click(inside.buttons.clear);
     desk.controller(20, 10);
     EXPECT_EQ(desk.changedSince(before), Tags{});
     desk.click(inside.buttons.close);
-    EXPECT_EQ(desk.editor().shownFrame()->getModalView(), nullptr);
+    EXPECT_EQ(desk.openPopup(), nullptr);
   }
-  desk.host.set(17, 0.9F);
-  desk.host.set(50, 0.1F);
+  desk.host.set(tag::cutoffEf, 0.9F);
+  desk.host.set(tag::masterEf, 0.1F);
   desk.host.host.calls.clear();
-  desk.click(199);
-  EXPECT_EQ(desk.host.host.calls, edits({17, 50}));
-  EXPECT_EQ(desk.values()[17], 0.5F);
-  EXPECT_EQ(desk.values()[50], 0.5F);
+  desk.click(tag::resetAll);
+  EXPECT_EQ(desk.host.host.calls, edits({tag::cutoffEf, tag::masterEf}));
+  EXPECT_EQ(desk.value(tag::cutoffEf), 0.5F);
+  EXPECT_EQ(desk.value(tag::masterEf), 0.5F);
 }
 
 TEST(Editor, DotsTellWhatMovesAKnob) {
@@ -137,30 +110,30 @@ TEST(Editor, DotsTellWhatMovesAKnob) {
                                                            {1035, {kFollower, kLfo}}};
   for (const layout::Panel& panel : layout::kPanels) {
     SCOPED_TRACE(panel.knob);
-    desk.showGroup(groupOf(panel.knob));
-    const auto dot = [&](std::size_t i) {
-      return desk.window->pixel(panel.marks.x + 6 * static_cast<int>(i) + 1, panel.marks.y + 1);
-    };
+    desk.showPageOf(panel.knob);
     const std::vector<std::uint32_t>& wanted = tints.at(panel.picture);
     const std::span amounts = findRow(panel.knob)->panel->amounts;
-    std::size_t i = 0;
-    for (; i < wanted.size(); ++i) {
-      const std::uint32_t bare = dot(i);
-      desk.host.set(amounts[i], 0.4F);
-      desk.tick();
-      EXPECT_EQ(dot(i), wanted[i]);
-      desk.host.set(amounts[i], 0.50001F);
-      desk.tick();
-      EXPECT_EQ(dot(i), bare);
+    const auto expectDot = [&](std::size_t i, std::uint32_t tint, const auto& sets,
+                               const auto& clears) {
+      const auto dot = [&] {
+        desk.tick();
+        return desk.window->pixel(panel.marks.x + 6 * static_cast<int>(i) + 1, panel.marks.y + 1);
+      };
+      const std::uint32_t bare = dot();
+      sets();
+      EXPECT_EQ(dot(), tint);
+      clears();
+      EXPECT_EQ(dot(), bare);
+    };
+    for (std::size_t i = 0; i < wanted.size(); ++i) {
+      expectDot(
+          i, wanted[i], [&] { desk.host.set(amounts[i], 0.4F); },
+          [&] { desk.host.set(amounts[i], 0.50001F); });
     }
-    const std::uint32_t bare = dot(i);
-    desk.effect().beginLearn(panel.knob);
-    desk.controller(20, 30);
-    desk.tick();
-    EXPECT_EQ(dot(i), kController);
-    desk.effect().clearBindings(panel.knob);
-    desk.tick();
-    EXPECT_EQ(dot(i), bare);
+    expectDot(
+        wanted.size(), kController,
+        [&] { desk.effect().beginLearn(panel.knob), desk.controller(20, 30); },
+        [&] { desk.effect().clearBindings(panel.knob); });
   }
 }
 
@@ -176,9 +149,9 @@ TEST(Editor, TheWaveIsDrawnAsItsStyleSounds) {
   desk.showGroup(layout::lfoPage);
   for (const auto& [style, wave, first, last] : rows) {
     SCOPED_TRACE(testing::Message() << style << ' ' << wave);
-    desk.host.set(65, style);
-    desk.host.set(11, wave);
-    for (int i = 0; i < 4; ++i) desk.tick();
+    desk.host.set(tag::lfoStyle, style);
+    desk.host.set(tag::lfoWave, wave);
+    desk.ticks(4);
     for (const auto& [quarters, level] : {std::pair{1, first}, {3, last}}) {
       const int x = kScreen.left + kScreen.width() * quarters / 4;
       int y = kScreen.top;
@@ -190,89 +163,87 @@ TEST(Editor, TheWaveIsDrawnAsItsStyleSounds) {
 
 TEST(Editor, PagesFollowTheEffectAndSwitchesTheMouse) {
   EditorDesk desk;
-  desk.host.set(62, 1.0F);
-  desk.host.set(165, 0.5F);
+  desk.host.set(tag::bank, 1.0F);
+  desk.host.set(tag::modChoice, 0.5F);
   desk.reopen();
-  const auto shown = [&](int tag) { return desk.editor().getControl(tag)->isShown(); };
-  EXPECT_TRUE(shown(0) && shown(60) && shown(10) && shown(12));
-  EXPECT_FALSE(shown(3) || shown(61) || shown(6) || shown(66) || shown(165));
-  desk.click(65);
-  EXPECT_TRUE(shown(66));
-  EXPECT_FALSE(shown(13));
-  const CPoint strip = desk.middleOf(164);
+  const auto expectPages = [&](const Tags& shown, const Tags& hidden) {
+    for (const int tag : shown) EXPECT_TRUE(desk.editor().getControl(tag)->isShown()) << tag;
+    for (const int tag : hidden) EXPECT_FALSE(desk.editor().getControl(tag)->isShown()) << tag;
+  };
+  expectPages({tag::vowelCutoff, tag::vowelType, tag::lfoRate, tag::lfoTrigOnOff},
+              {tag::cutoff, tag::multiType, tag::efFreqRange, tag::triggerCover, tag::modChoice});
+  desk.click(tag::lfoStyle);
+  expectPages({tag::triggerCover}, {tag::lfoTrigSens});
+  const CPoint strip = desk.middleOf(tag::pageTabs);
   desk.click({strip.x + 80, strip.y});
-  EXPECT_TRUE(shown(68));
+  expectPages({tag::stepTable}, {});
   desk.press({strip.x - 80, strip.y});
-  EXPECT_TRUE(shown(67));
+  expectPages({tag::followerTrace}, {});
   desk.move(strip);
-  EXPECT_TRUE(shown(64));
+  expectPages({tag::lfoTrace}, {});
   desk.editor().close();  // with the strip held
-  desk.host.set(165, 1.0F);
+  desk.host.set(tag::modChoice, 1.0F);
   desk.reopen();
-  EXPECT_TRUE(shown(68));
-  desk.click(62);
-  EXPECT_TRUE(shown(3));
+  expectPages({tag::stepTable}, {});
+  desk.click(tag::bank);
+  expectPages({tag::cutoff}, {});
   for (const int on : {1, 0}) {
-    desk.click(222);
-    EXPECT_EQ(desk.effect().value(222).integer, on);
+    desk.click(tag::bypass);
+    EXPECT_EQ(desk.effect().value(tag::bypass).integer, on);
   }
-  const struct {
-    int tag;
-    int row;
-    int group;
-  } menus[] = {{61, 5, 1}, {60, 9, 2}, {15, 3, 5}, {15, 4, 5}};
-  for (const auto& [tag, row, group] : menus) {
-    desk.showGroup(group);
-    desk.click(tag);
-    auto* const menu = static_cast<KvOptionMenu*>(desk.editor().getControl(tag));
-    const CRect list = menu->getListRect();
-    desk.click({list.left + 10, list.top + 17 * row + 9});
-    EXPECT_EQ(desk.effect().value(tag).integer, row) << tag;
+  for (const auto& [menu, row] :
+       {std::pair(tag::multiType, 5), {tag::vowelType, 9}, {tag::seqMode, 3}, {tag::seqMode, 4}}) {
+    desk.showPageOf(menu);
+    desk.choose(menu, row);
+    EXPECT_EQ(desk.effect().value(menu).integer, row) << menu;
   }
 }
 
 TEST(Editor, ATickDrawsWhatMovedAndNoMore) {
   EditorDesk desk;
+  const long all = long{layout::kWindow.right} * layout::kWindow.bottom;
   desk.showGroup(layout::followerPage);
-  for (int i = 0; i < 400; ++i) desk.tick();  // ramps have come to their ends
-  const auto drawn = [&desk] {
-    desk.window->forgetShows();
-    desk.tick();
-    return desk.window->shownPixels();
-  };
+  desk.ticks(400);  // ramps have come to their ends
   const auto area = [&desk](int tag) {
     const CRect& rect = desk.editor().getControl(tag)->getViewSize();
     return long{rect.width()} * rect.height();
   };
-  const long traces = area(67) + area(200) + area(201);
-  EXPECT_EQ(drawn(), traces);
-  desk.host.set(58, 0.9F);  // on the page that is hidden
-  desk.host.set(33, 0.9F);  // in a panel that is closed: a dot alone
-  EXPECT_EQ(drawn(), traces + 18L * 4);
-  desk.host.set(4, 0.9F);  // its ring follows within its rectangle
-  EXPECT_EQ(drawn(), traces + area(4));
+  const long traces = area(tag::followerTrace) + area(tag::meter) + area(tag::meterInverse);
+  EXPECT_EQ(desk.drawnPixels(), traces);
+  desk.host.set(tag::vowelA, 0.9F);      // on the page that is hidden
+  desk.host.set(tag::efRangeSeq, 0.9F);  // in a panel that is closed: a dot alone
+  EXPECT_EQ(desk.drawnPixels(), traces + 18L * 4);
+  desk.host.set(tag::resonance, 0.9F);  // its ring follows within its rectangle
+  EXPECT_EQ(desk.drawnPixels(), traces + area(tag::resonance));
+  desk.editor().requestFullRedraw();
+  EXPECT_EQ(desk.drawnPixels(), all);
+  desk.editor().update();
+  EXPECT_EQ(desk.drawnPixels(), all);
 }
 
 TEST(Editor, ReadoutsComeUpWithATouchAndSayTheSetting) {
   EditorDesk desk;
   const struct {
-    int knob, readout, group;
+    int knob, readout;
     float value;
     const char* text;
-  } cases[] = {{6, 147, 3, 0.0F, "OFF"},      {6, 147, 3, 1.0F, "7244Hz"},
-               {7, 145, 3, 1.0F, "1150.0ms"}, {9, 144, 3, 0.5F, "0.0db"},
-               {8, 146, 3, 0.0F, "2.6ms"},    {13, 150, 6, 0.5F, "-12.0db"},
-               {14, 152, 5, 0.25F, "25.0%"}};
-  for (const auto& c : cases) {
-    desk.showGroup(c.group);
-    desk.host.set(c.knob, c.value);
-    auto* const readout = static_cast<KvDisplay*>(desk.editor().getControl(c.readout));
-    for (int i = 0; i < 10; ++i) desk.tick();
+  } cases[] = {{tag::efFreqRange, tag::efFreqRangeReadout, 0.0F, "OFF"},
+               {tag::efFreqRange, tag::efFreqRangeReadout, 1.0F, "7244Hz"},
+               {tag::efAttack, tag::efAttackReadout, 1.0F, "1150.0ms"},
+               {tag::efGain, tag::efGainReadout, 0.5F, "0.0db"},
+               {tag::efRelease, tag::efReleaseReadout, 0.0F, "2.6ms"},
+               {tag::lfoTrigSens, tag::lfoTrigSensReadout, 0.5F, "-12.0db"},
+               {tag::seqGlide, tag::seqGlideReadout, 0.25F, "25.0%"}};
+  for (const auto& [knob, tag, value, text] : cases) {
+    desk.showPageOf(knob);
+    desk.host.set(knob, value);
+    auto* const readout = static_cast<KvDisplay*>(desk.editor().getControl(tag));
+    desk.ticks(10);
     EXPECT_FALSE(readout->isVisible());
-    desk.press(desk.middleOf(c.knob));
+    desk.press(desk.middleOf(knob));
     EXPECT_TRUE(readout->isVisible());
-    EXPECT_EQ(readout->text(), c.text);
-    desk.release(desk.middleOf(c.knob));
+    EXPECT_EQ(readout->text(), text);
+    desk.release(desk.middleOf(knob));
     desk.window->leave();
   }
 }
@@ -290,8 +261,7 @@ struct Chooser final : FileDialogs {
 
 class EditorPresets : public SettingsTest {
  protected:
-  void SetUp() override {
-    SettingsTest::SetUp();
+  EditorPresets() {
     writeSettingString(kContentPath, internal("content/"));
     fs::create_directories(folder / "one/deep");
     fs::create_directories(folder / "content/Presets");
@@ -302,7 +272,7 @@ class EditorPresets : public SettingsTest {
                                        {"one/deep/c.kvz", 0.3F},
                                        {"one/deep/e.kvz", 0.5F},
                                        {"content/Presets/d.kvz", 0.4F}}) {
-      writer.host.set(3, cutoff);
+      writer.host.set(tag::cutoff, cutoff);
       writer.effect().savePreset(internal(file).c_str(), 0, nullptr, false);
     }
   }
@@ -311,19 +281,15 @@ class EditorPresets : public SettingsTest {
 TEST_F(EditorPresets, AreChosenSavedAndLookedForFromTheWindow) {
   Chooser dialogs;
   EditorDesk desk;
-  auto& menu = static_cast<KvOptionMenu&>(*desk.editor().getControl(162));
-  const auto choose = [&](int row) {
-    desk.click(162);
-    const CRect list = menu.getListRect();
-    desk.click({list.left + 10, list.top + 1 + 17 * row + 8});
-  };
+  const KvOptionMenu& menu = desk.menu(tag::presetMenu);
+  const auto choose = [&](int row) { desk.choose(tag::presetMenu, row); };
+  const auto cutoff = [&] { return desk.value(tag::cutoff); };
   const auto marked = [&] {
-    desk.click(162);
+    desk.click(tag::presetMenu);
     const CRect list = menu.getListRect();
     std::vector<int> found;
     for (int row = 0; row < menu.getNbEntries(); ++row) {
-      const int middle = list.top + 1 + 17 * row + 8;
-      if (desk.window->pixel(list.left + 3, middle - 1) != 0) found.push_back(row);
+      if (desk.window->pixel(list.left + 3, list.top + 17 * row + 8) != 0) found.push_back(row);
     }
     desk.tap(keys::kEscape);
     return found;
@@ -334,21 +300,26 @@ TEST_F(EditorPresets, AreChosenSavedAndLookedForFromTheWindow) {
     for (int i = 0; menu.getEntry(i, text); ++i) all += text + ' ';
     return all;
   };
+  const auto answerMessage = [&desk](const char* word) {
+    ASSERT_TRUE(WindowServices::get().isMessageOpen()) << word;
+    desk.boxes["ZUM"]->keyDown({0, keys::kReturn, 0});
+    desk.tick();
+  };
   EXPECT_EQ(rows(), "Save Preset --Presets-- deep a b ");
   desk.host.host.calls.clear();
   choose(4);
-  EXPECT_EQ(desk.values()[3], 0.2F);
+  EXPECT_EQ(cutoff(), 0.2F);
   EXPECT_EQ(desk.host.host.calls.back()[0], audioMasterUpdateDisplay);
   desk.tick();
   EXPECT_EQ(menu.currentText(), "b");
   EXPECT_EQ(marked(), std::vector{4});
-  desk.click(209);
+  desk.click(tag::nextProgram);
   EXPECT_EQ(menu.currentText(), "e");
   EXPECT_EQ(marked(), std::vector{2});  // the folder that it is in
-  desk.click(210);
-  EXPECT_EQ(desk.values()[3], 0.3F);
+  desk.click(tag::previousProgram);
+  EXPECT_EQ(cutoff(), 0.3F);
 
-  desk.host.set(3, 0.9F);
+  desk.host.set(tag::cutoff, 0.9F);
   choose(0);  // and cancel
   EXPECT_EQ(menu.currentText(), "c");
   EXPECT_EQ(rows(), "Save Preset --Presets-- deep a b ");
@@ -357,96 +328,94 @@ TEST_F(EditorPresets, AreChosenSavedAndLookedForFromTheWindow) {
   EXPECT_EQ(rows(), "Save Preset --Presets-- deep a b mine ");
   EXPECT_EQ(menu.currentText(), "mine");
   choose(3);
-  EXPECT_EQ(desk.values()[3], 0.1F);
+  EXPECT_EQ(cutoff(), 0.1F);
   putText(folder / "one/b.kvz", "damaged");
   choose(4);
-  EXPECT_EQ(desk.values()[3], 0.1F);
-  EXPECT_TRUE(WindowServices::get().isMessageOpen());
-  WindowServices::get().getMessageWindow()->getFrame().onKeyDown({0, keys::kReturn, 0});
-  desk.tick();
+  EXPECT_EQ(cutoff(), 0.1F);
+  answerMessage("damaged");
   EXPECT_EQ(menu.currentText(), "a");
 
-  desk.click(221);
+  desk.click(tag::about);
   EXPECT_TRUE(desk.editor().aboutIsOpen());
   const auto& folderLine =
       *static_cast<KvTextView*>(desk.editor().getAboutPanel()->children().back().get());
   EXPECT_EQ(folderLine.getText(), (folder / "one").string());
   dialogs.chosen = internal("content/Presets");
-  desk.click(203);
+  desk.click(tag::choosePresetFolder);
   EXPECT_EQ(rows(), "Save Preset --Presets-- d ");
   EXPECT_EQ(folderLine.getText(), (folder / "content/Presets").string());
   dialogs.chosen = internal("one");
-  desk.click(203);
-  desk.click(205);
+  desk.click(tag::choosePresetFolder);
+  desk.click(tag::resetPresetFolder);
   EXPECT_EQ(rows(), "Save Preset --Presets-- d ");
   EXPECT_EQ(readSettingString(kPresetPath), internal("content/Presets/"));
-  const auto answerMessage = [&desk](const char* word) {
-    ASSERT_TRUE(WindowServices::get().isMessageOpen()) << word;
-    WindowServices::get().getMessageWindow()->getFrame().onKeyDown({0, keys::kReturn, 0});
-    desk.tick();
-  };
   for (const std::string& none : {""s, internal("elsewhere")}) {
     writeSettingString(kContentPath, none);
-    desk.click(205);
+    desk.click(tag::resetPresetFolder);
     answerMessage("RESET");
     EXPECT_EQ(readSettingString(kPresetPath), internal("content/Presets/"));
   }
-  desk.click(204);
-  answerMessage("MANUAL");        // there is none, either
-  desk.click(desk.middleOf(62));  // the panel lies over it
+  desk.click(tag::manual);
+  answerMessage("MANUAL");  // there is none, either
+  desk.click(tag::bank);    // the panel lies over it
   EXPECT_FALSE(desk.editor().aboutIsOpen());
-  EXPECT_EQ(desk.effect().value(62).integer, 0);
+  EXPECT_EQ(desk.effect().value(tag::bank).integer, 0);
 }
 
-TEST(Editor, TheRowUnderThePointerReadsAsWellAsTheOthers) {
-  EditorDesk desk;
-  desk.click(162);
-  const CRect list = static_cast<KvOptionMenu*>(desk.editor().getControl(162))->getListRect();
-  desk.move({list.left + 10, list.top + 10}, 0);
-  const auto light = [&desk](int x, int y) {  // as it is seen, of 1
-    const auto part = [pixel = desk.window->pixel(x, y)](unsigned shift) {
-      return std::pow(static_cast<double>(pixel >> shift & 0xFFU) / 255.0, 2.2);
-    };
-    return 0.2126 * part(16) + 0.7152 * part(8) + 0.0722 * part(0);
-  };
-  double darkest = 1.0;
-  double lightest = 0.0;
-  for (int y = list.top + 3; y < list.top + 16; ++y) {
-    for (int x = list.left + 5; x < list.right - 5; ++x) {
-      darkest = std::min(darkest, light(x, y));
-      lightest = std::max(lightest, light(x, y));
-    }
-  }
-  EXPECT_GT(darkest, 0.0);  // it is lit
-  EXPECT_GE((lightest + 0.05) / (darkest + 0.05), 7.0);
-}
-
-TEST(Editor, TwoWindowsShareThePicturesAndKeysRollTheDice) {
+TEST(Editor, OpensAgainAndAgainAndTwoWindowsShareThePictures) {
+  constexpr int kKnobPicture = 1008;
   EditorDesk one;
   EditorDesk two;
-  CBitmap* const strip = one.editor().getBitmap(1008);
-  ASSERT_NE(strip, nullptr);
-  EXPECT_EQ(strip, two.editor().getBitmap(1008));
-  one.editor().close();
-  two.reopen();
-  EXPECT_NE(two.editor().getBitmap(1008), nullptr);
-  EXPECT_EQ(two.editor().getBitmap(1059), nullptr);
-  const auto before = two.values();
-  two.key(keys::kF1);
-  EXPECT_EQ(two.changedSince(before), Tags{});
-  two.key(keys::kF1 + 1);
-  EXPECT_GT(two.changedSince(before).size(), 40U);
-  for (const auto& [tag, value] : two.values()) {
+  ERect* size = nullptr;
+  EXPECT_EQ(one.host.dispatch(effEditGetRect, 0, 0, &size), 1);
+  EXPECT_EQ(std::pair(size->right - size->left, size->bottom - size->top), std::pair(508, 470));
+  for (int i = 0; i < 3; ++i) {
+    CBitmap* const shared = one.editor().getBitmap(kKnobPicture);
+    ASSERT_NE(shared, nullptr);
+    EXPECT_EQ(shared, two.editor().getBitmap(kKnobPicture));
+    for (const int none : {-1, 0, 999, 1059}) EXPECT_EQ(one.editor().getBitmap(none), nullptr);
+    one.editor().close();
+    one.editor().close();
+    one.tick();  // hosts go on
+    EXPECT_EQ(two.editor().getBitmap(kKnobPicture), shared);
+    two.editor().close();
+    EXPECT_FALSE(two.editor().open(nullptr, [](const auto&, auto&) { return nullptr; }));
+    EXPECT_EQ(two.editor().getBitmap(kKnobPicture), nullptr);
+    two.reopen();
+    one.reopen();
+  }
+}
+
+TEST(Editor, MayBeClosedByTheHostFromInsideOfWhatAControlTells) {
+  for (const auto call : {audioMasterBeginEdit, audioMasterAutomate, audioMasterEndEdit}) {
+    EditorDesk desk;
+    int told = 0;
+    desk.host.host.onCall = [&](std::int32_t opcode) {
+      if (opcode != call) return;
+      ++told;
+      desk.editor().close();
+    };
+    const CPoint knob = desk.middleOf(tag::cutoff);
+    desk.window->press(knob.x, knob.y);
+    for (int i = 1; i < 3; ++i) desk.window->move(knob.x, knob.y - 5 * i, buttons::kLeft);
+    desk.window->release(knob.x, knob.y);
+    desk.tick();
+    EXPECT_FALSE(desk.editor().isOpen());
+    EXPECT_EQ(told, 1);
+    desk.tick();
+  }
+}
+
+TEST(Editor, RollsTheDiceOnceForAKeyThatIsHeldAndHandsOtherKeysToTheHost) {
+  EditorDesk desk;
+  const WindowKey dice{0, keys::kF1 + 1, 0};
+  const auto fromHost = [&](int opcode) { return desk.host.dispatch(opcode, 0, dice.virt); };
+  desk.tap(dice.virt);
+  for (const auto& [tag, value] : desk.values()) {
     EXPECT_TRUE(value >= 0.0F && value <= 1.0F);
     const auto& row = parameterRows()[static_cast<std::size_t>(rowOfTag(tag))];
     EXPECT_TRUE(!isAmount(row.rule) || std::abs(value - 0.5F) <= 0.25F) << tag;
   }
-}
-
-TEST(Editor, RollsTheDiceOnceForAKeyThatIsHeld) {
-  EditorDesk desk;
-  const WindowKey dice{0, keys::kF1 + 1, 0};
-  const auto fromHost = [&](int opcode) { desk.host.dispatch(opcode, 0, dice.virt); };
   // Pressed and released in the window, d and u, or by the host, D and U; a dot is a tick.
   const std::pair<std::string, int> cases[] = {
       {"d.d.du..d", 2},
@@ -460,45 +429,51 @@ TEST(Editor, RollsTheDiceOnceForAKeyThatIsHeld) {
       const auto before = desk.values();
       if (step == 'd') desk.window->keyDown(dice);
       if (step == 'u') desk.window->keyUp(dice);
-      if (step == 'D') fromHost(effEditKeyDown);
+      EXPECT_TRUE(step != 'D' || fromHost(effEditKeyDown) == 1);
       if (step == 'U') fromHost(effEditKeyUp);
       if (step == '.') desk.tick();
       if (step == 'd' || step == 'u') desk.editor().shownFrame()->idle();
-      rolled += desk.changedSince(before).empty() ? 0 : 1;
+      const auto changed = desk.changedSince(before);
+      EXPECT_TRUE(changed.empty() || changed.size() > 40U);
+      rolled += changed.empty() ? 0 : 1;
     }
     EXPECT_EQ(rolled, rolls) << steps;
   }
-  desk.press(desk.middleOf(4));
+  desk.press(desk.middleOf(tag::resonance));
   const auto before = desk.values();
   desk.key(dice.virt);
   EXPECT_EQ(desk.changedSince(before), Tags{});  // not while a knob is held
+  desk.key(keys::kF1);
+  EXPECT_EQ(desk.changedSince(before), Tags{});
+  EXPECT_EQ(desk.window->hostKeys().back().virt, keys::kF1);
+  EXPECT_EQ(desk.host.dispatch(effEditKeyDown, 0, keys::kHome), 0);
 }
 
 TEST(Editor, EscapeClosesWhatIsOnTopAndNoMore) {
   EditorDesk desk;
-  const auto isOpen = [&] { return desk.editor().shownFrame()->getModalView() != nullptr; };
   const auto escape = [&] {
     desk.key(keys::kEscape);
     desk.key(keys::kEscape);  // held
     desk.window->keyUp({0, keys::kEscape, 0});
-    for (int i = 0; i < 3; ++i) desk.tick();
+    desk.ticks(3);
     return desk.window->hostKeys().size();
   };
-  const std::pair<int, int> opened[] = {
-      {3, buttons::kRight}, {221, buttons::kLeft}, {61, buttons::kLeft}};
   std::size_t toHost = 0;
-  for (const auto& [tag, button] : opened) {
-    desk.click(desk.middleOf(tag), button);
-    EXPECT_TRUE(isOpen()) << tag;
+  for (const auto& [tag, button] : {std::pair(tag::cutoff, buttons::kRight),
+                                    {tag::about, buttons::kLeft},
+                                    {tag::multiType, buttons::kLeft}}) {
+    desk.click(tag, button);
+    EXPECT_NE(desk.openPopup(), nullptr) << tag;
     EXPECT_EQ(escape(), ++toHost);  // the release alone
-    EXPECT_FALSE(isOpen()) << tag;
+    EXPECT_EQ(desk.openPopup(), nullptr) << tag;
   }
   EXPECT_EQ(escape(), toHost + 3);
-  desk.click(desk.middleOf(3), buttons::kRight);
-  desk.press(desk.middleOf(155));  // ZERO
-  EXPECT_EQ(desk.effect().value(155).stepped, 1.0F);
+  desk.click(tag::cutoff, buttons::kRight);
+  const int zero = tag::cutoffPanel.reset;
+  desk.press(desk.middleOf(zero));
+  EXPECT_EQ(desk.effect().value(zero).stepped, 1.0F);
   escape();
-  EXPECT_EQ(desk.effect().value(155).stepped, 0.0F);  // let go of
+  EXPECT_EQ(desk.effect().value(zero).stepped, 0.0F);  // let go of
 }
 
 }  // namespace

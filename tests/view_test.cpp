@@ -16,7 +16,6 @@
 #include "toolkit/view/bitmap.hpp"
 #include "toolkit/view/control.hpp"
 #include "toolkit/view/draw_context.hpp"
-#include "toolkit/view/png_file.hpp"
 
 namespace zum::test {
 namespace {
@@ -94,52 +93,19 @@ TEST(BitmapFile, IsReadFromEitherEndAndRefusedWhenItDoesNotFit) {
   for (std::size_t bytes = 0; bytes < good.size(); ++bytes) {
     EXPECT_FALSE(read(good.substr(0, bytes))) << bytes;
   }
-  const struct {
-    std::size_t at;
-    std::uint32_t word;
-  } wrong[] = {{0, 0},           {10, 53},
-               {10, 0xFFFFFFFF}, {14, 12},
-               {18, 0},          {18, 0x80000000},
-               {18, 16385},      {18, 5},
-               {22, 0},          {22, 0x80000000},
-               {22, 3},          {22, 0x7FFFFFFF},
-               {26, 24U << 16U}, {26, 1 | 8U << 16U},
-               {30, 1}};
+  const std::pair<std::size_t, std::uint32_t> wrong[] = {{0, 0},           {10, 53},
+                                                         {10, 0xFFFFFFFF}, {14, 12},
+                                                         {18, 0},          {18, 0x80000000},
+                                                         {18, 16385},      {18, 5},
+                                                         {22, 0},          {22, 0x80000000},
+                                                         {22, 3},          {22, 0x7FFFFFFF},
+                                                         {26, 24U << 16U}, {26, 1 | 8U << 16U},
+                                                         {30, 1}};
   for (const auto& [at, word] : wrong) {
     std::string file = good;
     std::memcpy(file.data() + at, &word, 4);
     EXPECT_FALSE(read(file)) << at << ' ' << word;
   }
-}
-
-TEST(PngFile, IsReadWithWhatIsClearOnBlackAndRefusedWhenItIsDamaged) {
-  cairo_surface_t* drawn = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 2, 1);
-  cairo_t* pen = cairo_create(drawn);
-  cairo_set_source_rgba(pen, 1, 0.2, 0, 0.4);
-  cairo_rectangle(pen, 1, 0, 1, 1);
-  cairo_fill(pen);
-  cairo_destroy(pen);
-  std::string good;
-  cairo_surface_write_to_png_stream(
-      drawn,
-      [](void* file, const unsigned char* bytes, unsigned count) {
-        static_cast<std::string*>(file)->append(reinterpret_cast<const char*>(bytes), count);
-        return CAIRO_STATUS_SUCCESS;
-      },
-      &good);
-  cairo_surface_destroy(drawn);
-  const auto readPng = [](const std::string& file) {
-    return readPngFile(std::as_bytes(std::span(file)));
-  };
-  const auto pixels = readPng(good);
-  ASSERT_TRUE(pixels);
-  EXPECT_EQ(pixels->words, (std::vector<std::uint32_t>{0xFF000000, 0xFF661400}));
-  for (std::size_t bytes = 0; bytes + 12 < good.size(); ++bytes) {  // all but the end's mark
-    EXPECT_FALSE(readPng(good.substr(0, bytes))) << bytes;
-  }
-  std::string vast = good;
-  vast[17] = vast[21] = 1;  // 65538 by 65537 pixels
-  EXPECT_FALSE(readPng(vast));
 }
 
 TEST(Bitmap, DrawsPartsWithAndWithoutItsKeyColour) {
@@ -222,18 +188,14 @@ TEST(DrawContext, TakesLettersThatAFontLacksFromAnother) {
   Canvas canvas;
   CDrawContext context(canvas.get(), Canvas::kAll);
   context.setFont(font.get());
-  const struct {
-    const char* text;
-    int lacking;
-    bool isReadFromTheRight;
-  } cases[] = {{"a\xE2\x82\xAC\xD0\x96", 0, false},            // euro, Zhe
-               {"\xD7\x90\xD7\x91", 0, true},                  // Hebrew
-               {"\xD8\xB3\xD9\x84\xD8\xA7\xD9\x85", 0, true},  // Arabic
-               {"\xEF\xBF\xBF", 1, false}};                    // no character
-  for (const auto& c : cases) {
-    const int end = context.getStringEnd(c.text);
-    EXPECT_EQ(end, c.isReadFromTheRight ? 0 : context.getStringWidth(c.text)) << c.text;
-    EXPECT_EQ(pango_layout_get_unknown_glyphs_count(font->layoutAt(12)), c.lacking) << c.text;
+  for (const auto& [text, lacking, isReadFromTheRight] :
+       {std::tuple("a\xE2\x82\xAC\xD0\x96", 0, false),  // euro, Zhe
+        {"\xD7\x90\xD7\x91", 0, true},                  // Hebrew
+        {"\xD8\xB3\xD9\x84\xD8\xA7\xD9\x85", 0, true},  // Arabic
+        {"\xEF\xBF\xBF", 1, false}}) {                  // no character
+    const int end = context.getStringEnd(text);
+    EXPECT_EQ(end, isReadFromTheRight ? 0 : context.getStringWidth(text)) << text;
+    EXPECT_EQ(pango_layout_get_unknown_glyphs_count(font->layoutAt(12)), lacking) << text;
   }
   EXPECT_EQ(context.getStringWidth("e\xCC\x81"), context.getStringWidth("\xC3\xA9"));
 }

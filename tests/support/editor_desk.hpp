@@ -1,17 +1,27 @@
 // The effect's own window without a screen, in a host that a test is.
 #pragma once
 
-#include <array>
-#include <cstring>
 #include <map>
+#include <memory>
+#include <string>
+#include <vector>
 
+#include "core/tags.hpp"
 #include "editor/create_editor.hpp"
+#include "editor/layout.hpp"
 #include "editor/uni_client_editor.hpp"
 #include "platform/offscreen_window.hpp"
 #include "support/test_host.hpp"
+#include "toolkit/option_menu.hpp"
 #include "toolkit/panel.hpp"
 
 namespace zum::test {
+
+inline std::vector<layout::Knob> allKnobs() {
+  std::vector<layout::Knob> all(layout::kUpperKnobs.begin(), layout::kUpperKnobs.end());
+  all.insert(all.end(), layout::kLowerKnobs.begin(), layout::kLowerKnobs.end());
+  return all;
+}
 
 class EditorDesk {
  public:
@@ -27,6 +37,7 @@ class EditorDesk {
     editor().open(nullptr, [this](const WindowRequest& request, WindowEvents& events) {
       auto opened = std::make_unique<OffscreenWindow>(request, events);
       if (request.inFrontOf == 0) window = opened.get();
+      if (request.inFrontOf == window->handle()) boxes[request.title] = opened.get();
       return opened;
     });
     tick();
@@ -35,6 +46,15 @@ class EditorDesk {
   void tick() {
     if (plays) playOn();
     editor().idle();
+  }
+  void ticks(int count) {
+    for (int i = 0; i < count; ++i) tick();
+  }
+  /// Pixels that the next tick draws.
+  long drawnPixels() {
+    window->forgetShows();
+    tick();
+    return window->shownPixels();
   }
 
   // At a place of the window.
@@ -58,13 +78,21 @@ class EditorDesk {
     const CRect& rect = editor().getControl(tag)->getViewSize();
     return {(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2};
   }
-  void click(int tag) { click(middleOf(tag)); }
+  void click(int tag, int word = buttons::kLeft) { click(middleOf(tag), word); }
   void drag(int tag, int dx, int dy) {
     const CPoint from = middleOf(tag);
     press(from);
     move({from.x + dx, from.y + dy});
     release({from.x + dx, from.y + dy});
   }
+  KvOptionMenu& menu(int tag) { return static_cast<KvOptionMenu&>(*editor().getControl(tag)); }
+  void choose(int menuTag, int row) {
+    click(menuTag);
+    const CRect list = menu(menuTag).getListRect();
+    click(CPoint{list.left + 10, list.top + 1 + 17 * row + 8});
+  }
+  /// What lies over the window and takes all input; null for none.
+  KvControl* openPopup() { return editor().shownFrame()->getModalView(); }
   void key(std::uint8_t virt) {
     window->keyDown({0, virt, 0});
     tick();
@@ -72,19 +100,10 @@ class EditorDesk {
   void tap(std::uint8_t virt) {
     key(virt);
     window->keyUp({0, virt, 0});
-    for (int i = 0; i < 2; ++i) tick();  // or the next press would be a repeat
+    ticks(2);  // or the next press would be a repeat
   }
   void controller(int number, int value) {
-    VstMidiEvent midi{};
-    midi.type = kVstMidiType;
-    midi.byteSize = sizeof midi;
-    const char bytes[] = {static_cast<char>(0xB0), static_cast<char>(number),
-                          static_cast<char>(value)};
-    std::memcpy(midi.midiData, bytes, sizeof bytes);
-    VstEvents events{};
-    events.numEvents = 1;
-    events.events[0] = reinterpret_cast<VstEvent*>(&midi);
-    host.dispatch(effProcessEvents, 0, 0, &events);
+    host.send({{0, 0xB0, number, value}});
     tick();
   }
 
@@ -96,6 +115,7 @@ class EditorDesk {
     }
     return now;
   }
+  float value(int tag) { return effect().value(tag).raw; }
   /// Tags whose values are others than before.
   std::vector<int> changedSince(const std::map<int, float>& before) {
     std::vector<int> tags;
@@ -106,16 +126,22 @@ class EditorDesk {
   }
   /// The page on which a group is shown.
   void showGroup(int group) {
-    if (group == 1 || group == 2) host.set(62, group == 2 ? 1.0F : 0.0F);
-    if (group >= 3) host.set(165, group == 3 ? 0.0F : group == 5 ? 1.0F : 0.5F);
-    if (group >= 6) host.set(65, group == 7 ? 1.0F : 0.0F);
+    for (const GroupSelector& selector : kGroupSelectors) {
+      for (int i = 0; i < selector.count; ++i) {
+        if (selector.groups[i].group != group) continue;
+        showGroup(selector.parent);
+        host.set(selector.tag, static_cast<float>(i) / static_cast<float>(selector.count - 1));
+      }
+    }
     tick();
   }
+  void showPageOf(int tag) { showGroup(editor().getControl(tag)->group); }
 
   TestHost host{44100.0F, {}, createEditor};
   OffscreenWindow* window = nullptr;
-  Stereo input{kBlock};  // is heard over and over, in whole blocks
-  bool plays = true;     // blocks go through the effect
+  std::map<std::string, OffscreenWindow*> boxes;  // in front of it, by their titles
+  Stereo input{kBlock};                           // is heard over and over, in whole blocks
+  bool plays = true;                              // blocks go through the effect
 
  private:
   static constexpr std::size_t kBlock = 64;
@@ -123,7 +149,6 @@ class EditorDesk {
   void playOn() {
     Stereo out(input.frames());
     host.process(input, out, place, static_cast<std::int32_t>(kBlock));
-    host.host.time.ppqPos += host.host.time.tempo / 60.0 * static_cast<double>(kBlock) / 44100.0;
     place += kBlock;
     if (place + kBlock > input.frames()) place = 0;
   }

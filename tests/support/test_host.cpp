@@ -30,6 +30,7 @@ std::intptr_t callback(AEffect* effect, std::int32_t opcode, std::int32_t index,
     return host->hasTime ? reinterpret_cast<std::intptr_t>(&host->time) : 0;
   }
   host->calls.push_back({opcode, index, value});
+  if (host->onCall) host->onCall(opcode);
   switch (opcode) {
     case audioMasterVersion: return 2400;
     case audioMasterGetVendorString:
@@ -44,12 +45,12 @@ std::intptr_t callback(AEffect* effect, std::int32_t opcode, std::int32_t index,
   }
 }
 
+}  // namespace
+
 audioMasterCallback answering(HostState& host) {
   beingMade = &host;
   return callback;
 }
-
-}  // namespace
 
 TestHost::TestHost(float sampleRate, HostState state, EditorFactory makeEditor)
     : HostSide{std::move(state)}, LinkedEffect(answering(host), makeEditor), rate(sampleRate) {

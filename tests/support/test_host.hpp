@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -30,10 +31,14 @@ struct HostState {
   std::string vendor = "Test";
   std::string product = "Test Host";
   std::vector<std::array<std::intptr_t, 3>> calls;  // opcode, index, value; none from the block
+  std::function<void(std::int32_t)> onCall;         // hears of each of them, by its opcode
   int levelCalls = 0;                               // from the block
   int timeCalls = 0;
   std::intptr_t timeFilter = 0;
 };
+
+/// The callback of a host that answers so. Its next effect's `user` is to point to the state.
+audioMasterCallback answering(HostState& host);
 
 struct HostSide {
   HostState host;  // there before the effect is made
