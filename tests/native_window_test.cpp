@@ -38,6 +38,14 @@ std::ptrdiff_t openFiles() {
   return std::distance(Files("/proc/self/fd"), Files());
 }
 
+template <typename... Words>
+std::string line(const char* what, Words... words) {
+  std::ostringstream text;
+  text << what;
+  ((text << ' ' << words), ...);
+  return text.str();
+}
+
 /// Writes down what it is told. Knows the letter a, and no other key.
 class Log final : public WindowEvents {
  public:
@@ -58,54 +66,14 @@ class Log final : public WindowEvents {
 
  private:
   template <typename... Words>
-  void add(const char* what, Words... words) {
-    std::ostringstream line;
-    line << what;
-    ((line << ' ' << words), ...);
-    lines.push_back(line.str());
+  void add(Words... words) {
+    lines.push_back(line(words...));
   }
   bool addKey(const char* what, const WindowKey& key) {
     add(what, key.character, int{key.virt}, int{key.modifier});
     return key.character == 'a';
   }
   Lines lines;
-};
-
-/// Another program's window.
-class HostWindow {
- public:
-  explicit HostWindow(int depth = 24) : display(XOpenDisplay(nullptr)) {
-    XVisualInfo visual{};
-    XMatchVisualInfo(display, DefaultScreen(display), depth, TrueColor, &visual);
-    XSetWindowAttributes attributes{};
-    attributes.colormap =
-        XCreateColormap(display, DefaultRootWindow(display), visual.visual, AllocNone);
-    attributes.event_mask = KeyPressMask | KeyReleaseMask;
-    window = XCreateWindow(display, DefaultRootWindow(display), 100, 100, 300, 200, 0, depth,
-                           InputOutput, visual.visual,
-                           CWBackPixel | CWBorderPixel | CWColormap | CWEventMask, &attributes);
-    XMapWindow(display, window);
-    XSync(display, False);
-  }
-  HostWindow(const HostWindow&) = delete;
-  HostWindow& operator=(const HostWindow&) = delete;
-  ~HostWindow() {
-    if (display != nullptr) XCloseDisplay(display);
-  }
-  /// Ends the program.
-  void end() { XCloseDisplay(std::exchange(display, nullptr)); }
-  /// Presses and releases that came, by what is on the key.
-  std::vector<KeySym> keys() {
-    XSync(display, False);
-    std::vector<KeySym> symbols;
-    XEvent event;
-    while (XCheckMaskEvent(display, KeyPressMask | KeyReleaseMask, &event) != False) {
-      symbols.push_back(XLookupKeysym(&event.xkey, 0));
-    }
-    return symbols;
-  }
-  Display* display;
-  Window window;
 };
 
 class NativeWindowTest : public testing::Test {
@@ -146,7 +114,7 @@ class NativeWindowTest : public testing::Test {
 
 TEST_F(NativeWindowTest, ShowsItsColoursInEveryKindOfParent) {
   for (const int depth : {24, 32}) {
-    const HostWindow parent(depth);
+    const HostWindow parent(100, depth);
     ours = open(parent.window);
     ASSERT_TRUE(ours) << depth;
     EXPECT_EQ(heard(), Lines{"exposed 0 0 200 100"});
@@ -158,12 +126,9 @@ TEST_F(NativeWindowTest, ShowsItsColoursInEveryKindOfParent) {
     show(0xFF8001, 10, 20, 30, 40);
     const Screenshot shot = robot.screenshot(ours->handle());
     ASSERT_EQ(std::pair(shot.width, shot.height), std::pair(kWidth, kHeight));
-    for (int y = 0; y < kHeight; ++y) {
-      for (int x = 0; x < kWidth; ++x) {
-        const bool second = x >= 10 && x < 30 && y >= 20 && y < 40;
-        ASSERT_EQ(shot.at(x, y), second ? 0xFF8001U : 0x204060U) << depth << ' ' << x << ' ' << y;
-      }
-    }
+    std::vector<std::uint32_t> wanted(std::size_t{kWidth} * kHeight, 0x204060);
+    for (int y = 20; y < 40; ++y) std::fill_n(wanted.begin() + kWidth * y + 10, 20, 0xFF8001);
+    EXPECT_TRUE(shot.words == wanted) << depth;
   }
 }
 
@@ -213,15 +178,11 @@ TEST_F(NativeWindowTest, TellsTheMouseInRightWordsAndPlaces) {
     step.act();
     EXPECT_EQ(heard(), step.told) << step.what;
   }
-  const struct {
-    KeySym key;
-    int bit;
-  } modifiers[] = {{XK_Shift_L, buttons::kShift},
-                   {XK_Control_L, buttons::kControl},
-                   {XK_Alt_L, buttons::kAlt},
-                   {XK_Super_L, buttons::kCommand}};
   int x = 60;
-  for (const auto& [key, bit] : modifiers) {
+  for (const auto& [key, bit] : {std::pair<KeySym, int>(XK_Shift_L, buttons::kShift),
+                                 {XK_Control_L, buttons::kControl},
+                                 {XK_Alt_L, buttons::kAlt},
+                                 {XK_Super_L, buttons::kCommand}}) {
     at(x += 10, 50);  // no double clicks
     heard();
     robot.keyDown(key);
@@ -229,9 +190,8 @@ TEST_F(NativeWindowTest, TellsTheMouseInRightWordsAndPlaces) {
     EXPECT_EQ(ours->currentButtons(), bit + buttons::kMiddle);
     robot.release(2);
     robot.keyUp(key);
-    const std::string place = std::to_string(x) + " 50 ";
-    EXPECT_EQ(heard(), (Lines{"press " + place + std::to_string(bit + buttons::kMiddle),
-                              "release " + place + std::to_string(bit)}));
+    EXPECT_EQ(heard(),
+              (Lines{line("press", x, 50, bit + buttons::kMiddle), line("release", x, 50, bit)}));
   }
   robot.swapButtons(true);
   robot.click(1);

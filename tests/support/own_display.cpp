@@ -36,6 +36,16 @@ std::string readNumber(int pipe) {
   }
 }
 
+std::vector<Window> windowsIn(Display* display, Window outer) {
+  Window ignored = 0;
+  Window* found = nullptr;
+  unsigned count = 0;
+  XQueryTree(display, outer, &ignored, &ignored, &found, &count);
+  std::vector<Window> all(found, found + count);
+  if (found != nullptr) XFree(found);
+  return all;
+}
+
 }  // namespace
 
 OwnDisplay::OwnDisplay() noexcept {
@@ -155,21 +165,15 @@ void Robot::giveFocus(std::uintptr_t window) {
 }
 
 std::uintptr_t Robot::findWindow(const std::string& title) {
-  Window root = DefaultRootWindow(display);
-  Window parent = 0;
-  Window* windows = nullptr;
-  unsigned count = 0;
-  XQueryTree(display, root, &root, &parent, &windows, &count);
   std::uintptr_t found = 0;
-  for (unsigned i = 0; i < count; ++i) {
+  for (const Window window : windowsIn(display, DefaultRootWindow(display))) {
     char* name = nullptr;
     XWindowAttributes state{};
-    XGetWindowAttributes(display, windows[i], &state);
-    if (state.map_state != IsViewable || XFetchName(display, windows[i], &name) == 0) continue;
-    if (title == name) found = windows[i];
+    XGetWindowAttributes(display, window, &state);
+    if (state.map_state != IsViewable || XFetchName(display, window, &name) == 0) continue;
+    if (title == name) found = window;
     XFree(name);
   }
-  if (windows != nullptr) XFree(windows);
   return found;
 }
 
@@ -182,6 +186,43 @@ void Robot::pushKey(unsigned long keySymbol, bool down) {
   XTestFakeKeyEvent(display, XKeysymToKeycode(display, keySymbol), down ? True : False,
                     CurrentTime);
   XSync(display, False);
+}
+
+HostWindow::HostWindow(int left, int depth) : display(XOpenDisplay(nullptr)) {
+  XVisualInfo visual{};
+  XMatchVisualInfo(display, DefaultScreen(display), depth, TrueColor, &visual);
+  XSetWindowAttributes attributes{};
+  attributes.colormap =
+      XCreateColormap(display, DefaultRootWindow(display), visual.visual, AllocNone);
+  attributes.event_mask = KeyPressMask | KeyReleaseMask;
+  window = XCreateWindow(display, DefaultRootWindow(display), left, 100, 512, 480, 0, depth,
+                         InputOutput, visual.visual,
+                         CWBackPixel | CWBorderPixel | CWColormap | CWEventMask, &attributes);
+  XMapWindow(display, window);
+  XSync(display, False);
+}
+
+void HostWindow::destroy() {
+  XDestroyWindow(display, window);
+  XSync(display, False);
+}
+
+void HostWindow::end() {
+  if (display != nullptr) XCloseDisplay(std::exchange(display, nullptr));
+}
+
+std::vector<KeySym> HostWindow::keys() {
+  XSync(display, False);
+  std::vector<KeySym> symbols;
+  XEvent event;
+  while (XCheckWindowEvent(display, window, KeyPressMask | KeyReleaseMask, &event) != False) {
+    symbols.push_back(XLookupKeysym(&event.xkey, 0));
+  }
+  return symbols;
+}
+
+unsigned HostWindow::children() const {
+  return static_cast<unsigned>(windowsIn(display, window).size());
 }
 
 }  // namespace zum::test

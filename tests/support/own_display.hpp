@@ -1,4 +1,5 @@
-// An X server that belongs to this process alone, without a screen, and a user who sits at it.
+// An X server that belongs to this process alone, without a screen, a user who sits at it, and
+// another program's window on it.
 // Free of X's own headers, whose macros do not agree with those of the tests.
 #pragma once
 
@@ -79,6 +80,27 @@ class Robot {
   void pushKey(unsigned long keySymbol, bool down);
 
   _XDisplay* display;
+};
+
+/// Of another program, a host's: on a connection of its own, with room for an editor.
+class HostWindow {
+ public:
+  explicit HostWindow(int left = 100, int depth = 24);
+  ~HostWindow() { end(); }
+  HostWindow(const HostWindow&) = delete;
+  HostWindow& operator=(const HostWindow&) = delete;
+
+  /// The window goes, the program stays.
+  void destroy();
+  /// The program ends.
+  void end();
+  /// Symbols of the keys whose presses and releases came here.
+  std::vector<unsigned long> keys();
+  /// Windows of others inside of it.
+  unsigned children() const;
+
+  _XDisplay* display;
+  std::uintptr_t window;
 };
 
 }  // namespace zum::test
