@@ -1,13 +1,12 @@
 // Menus as a user opens them and chooses, rows and their limits, and folders of files.
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
 #include <filesystem>
 #include <fstream>
 
 #include "platform/files.hpp"
 #include "support/desk.hpp"
+#include "support/temporary_folder.hpp"
 #include "toolkit/menu_style.hpp"
 #include "toolkit/option_menu.hpp"
 #include "toolkit/panel.hpp"
@@ -210,7 +209,7 @@ TEST(OptionMenu, KeepsItsRowsInOrderAndItsSelectionOnItsRow) {
 
 TEST(OptionMenu, OverAFolderListsFilesSubFoldersAndFixedRows) {
   namespace fs = std::filesystem;
-  const fs::path folder = fs::temp_directory_path() / ("zum-menu-" + std::to_string(getpid()));
+  const TemporaryFolder folder;
   fs::create_directories(folder / "Bass" / "Deep");
   for (int i = 0; i < 129; ++i) std::ofstream(folder / (std::to_string(1000 + i) + ".kvz")) << i;
   std::ofstream(folder / "other.txt") << 1;
@@ -233,54 +232,36 @@ TEST(OptionMenu, OverAFolderListsFilesSubFoldersAndFixedRows) {
   menu->setFolder(toInternalPath((folder / "nowhere").string()), "kvz");
   EXPECT_EQ(menu->getNbEntries(), 2);
 
-  KvOptionMenu* const nested = addMenu(desk, 488);
-  nested->setFolder(toInternalPath((folder / "Bass").string()), "kvz");
-  desk.taken();
-  desk.click(20, 15);
-  ASSERT_TRUE(nested->isListOpen());
-  const CPoint deep = middleOf(*nested, nested->getEntryIndex("Deep"));
-  desk.window->move(deep.x, deep.y);
-  desk.ticks(1);
-  const MenuList* const inner = nested->openList()->getChild();
-  ASSERT_NE(inner, nullptr);
-  const CPoint low = middleOf(*inner, 0);
-  desk.click(low.x, low.y);
-  EXPECT_EQ(desk.taken(), (std::vector{std::pair(60, 2.0F)}));
-  EXPECT_FALSE(nested->isListOpen());
-  EXPECT_EQ(desk.frame->getModalView(), nullptr);
-  EXPECT_TRUE(nested->getFileName(text, "kvz"));
-  EXPECT_EQ(toSystemPath(text), (folder / "Bass" / "Deep" / "Low.kvz").string());
-  EXPECT_EQ(nested->currentText(), "Low");
-  EXPECT_EQ(desk.window->cursor(), WindowCursor::arrow);
-
   // Who listens may read the folders anew, while a list two levels down still tells.
   struct Rereader : CControlListener {
     void valueChanged(CControl& control) override {
-      dynamic_cast<KvOptionMenu&>(control).setFolder(folder, "kvz");
-      ++told;
+      auto& menu = static_cast<KvOptionMenu&>(control);
+      EXPECT_TRUE(menu.getFileName(file, "kvz"));
+      told.emplace_back(menu.getValue(), menu.currentText());
+      menu.setFolder(folder, "kvz");
     }
-    std::string folder;
-    int told = 0;
+    std::string folder, file;
+    std::vector<std::pair<float, std::string>> told;
   } rereader;
-  fs::create_directories(folder / "Tree" / "A" / "B");
-  std::ofstream(folder / "Tree" / "A" / "B" / "Low.kvz") << 1;
-  rereader.folder = toInternalPath((folder / "Tree").string());
-  KvOptionMenu* const outer = addMenu(desk, 488);
-  outer->setListener(&rereader);
-  outer->setFolder(rereader.folder, "kvz");
+  rereader.folder = toInternalPath(folder.string());
+  KvOptionMenu* const nested = addMenu(desk, 488);
+  nested->setListener(&rereader);
+  nested->setFolder(rereader.folder, "kvz");
   desk.click(20, 15);
-  const MenuList* list = outer->openList();
-  for (const int row : {outer->fixedRows(), 0}) {
-    const CPoint folderRow = middleOf(*list, row);
-    desk.window->move(folderRow.x, folderRow.y);
-    desk.ticks(1);
+  const MenuList* list = nested->openList();
+  for (const int row : {nested->getEntryIndex("Bass"), 0}) {
+    const CPoint at = middleOf(*list, row);
+    desk.drag(at.x, at.y, 0);
     list = list->getChild();
     ASSERT_NE(list, nullptr) << row;
   }
-  const CPoint file = middleOf(*list, 0);
-  desk.click(file.x, file.y);
-  EXPECT_EQ(rereader.told, 1);
-  fs::remove_all(folder);
+  const CPoint low = middleOf(*list, 0);
+  desk.click(low.x, low.y);
+  EXPECT_EQ(rereader.told, (std::vector{std::pair(2.0F, std::string("Low"))}));
+  EXPECT_EQ(toSystemPath(rereader.file), (folder / "Bass" / "Deep" / "Low.kvz").string());
+  EXPECT_FALSE(nested->isListOpen());
+  EXPECT_EQ(desk.frame->getModalView(), nullptr);
+  EXPECT_EQ(desk.window->cursor(), WindowCursor::arrow);
 }
 
 }  // namespace

@@ -32,6 +32,12 @@ class Desk : public CControlListener {
   void ticks(int count) {
     for (int i = 0; i < count; ++i) frame->idle();
   }
+  /// Pixels that the next ticks draw.
+  long drawnPixels(int count = 1) {
+    window->forgetShows();
+    ticks(count);
+    return window->shownPixels();
+  }
   void press(int x, int y, int buttonWord = buttons::kLeft) {
     window->press(x, y, buttonWord);
     frame->idle();
@@ -48,6 +54,10 @@ class Desk : public CControlListener {
     press(x, y, buttonWord);
     release(x, y);
   }
+  void wheel(int x, int y, float notches, int buttonWord = 0) {
+    window->wheel(x, y, notches, buttonWord);
+    frame->idle();
+  }
 
   void valueChanged(CControl& control) override {
     told.emplace_back(control.getTag(), control.getValue());
@@ -56,6 +66,11 @@ class Desk : public CControlListener {
   void controlEndEdit(CControl& /*control*/) override { ++ends; }
   /// What was told since the last call.
   std::vector<std::pair<int, float>> taken() { return std::exchange(told, {}); }
+  std::vector<float> takenValues() {
+    std::vector<float> values;
+    for (const auto& [tag, value] : taken()) values.push_back(value);
+    return values;
+  }
 
   KvFrame* frame = new KvFrame({0, 0, 300, 200}, nullptr);
   OffscreenWindow* window = nullptr;
