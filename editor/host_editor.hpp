@@ -6,14 +6,14 @@
 
 namespace zum {
 
-/// [main] Opens, closes and ticks as the window's own class says.
+/// [main]
 class AEffGUIEditor : public EffectEditor, public KvEditorBase {
  public:
   using KvEditorBase::KvEditorBase;
 
-  bool open(void* parent) override = 0;
-  void close() override = 0;
-  void idle() override = 0;
+  bool open(void* parent) override { return KvEditorBase::open(parent); }
+  void close() override { KvEditorBase::close(); }
+  void idle() override { KvEditorBase::idle(); }
   bool isOpen() override { return KvEditorBase::isOpen(); }
   bool getRect(ERect** answer) override {
     const CRect& rect = windowRect();

@@ -69,7 +69,7 @@ void KvUniClientEditor::close() {
   aboutPanel = nullptr;
   shownFolder = nullptr;
   learnMenu = nullptr;
-  KvEditorBase::close();
+  AEffGUIEditor::close();
 }
 
 void KvUniClientEditor::idle() {
@@ -77,7 +77,7 @@ void KvUniClientEditor::idle() {
   showPresetName();
   showStatus();
   noteControllers();
-  KvEditorBase::idle();
+  AEffGUIEditor::idle();
 }
 
 KvControl* KvUniClientEditor::getControl(int tag) const {

@@ -49,8 +49,8 @@ class ViewList {
   const Held<View>& captured() const { return capture; }
   Held<View> takeCaptured() { return std::exchange(capture, {}); }
   MouseResult press(const Held<View>& asked, CPoint& where, int buttons) {
-    const Held<View> view = asked;  // its place in the list may go
-    capture = view;                 // ahead of the press, which may let go of all
+    capture = asked;  // ahead of the press, which may let go of all
+    const Held<View> view = capture;
     const MouseResult result = view->onMouseDown(where, buttons);
     if (result != MouseResult::handled) capture = {};
     return result;
