@@ -1,9 +1,11 @@
 #include "core/bank_walk.hpp"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <memory>
 #include <new>
+#include <string_view>
 #include <vector>
 
 #include "engine/shared_value.hpp"
@@ -80,35 +82,35 @@ void BankWalk::resetRoot() {
   setRoot(content + kContentTypes[0].name);
 }
 
-const BankPreset* BankWalk::moveTo(const KvProgramBank& all, std::int32_t index) {
-  int folder = loadShared(position.folder);
-  if (all.get(folder, index) == nullptr) {
-    if (index < 0) {
-      folder = folder > 0 ? folder - 1 : std::max(all.folderCount() - 1, 0);
-      index = std::max(all.presetCount(folder) - 1, 0);
-    } else {
-      folder = all.get(folder + 1, 0) != nullptr ? folder + 1 : 0;
-      index = 0;
-    }
-  }
-  storeShared(position.program, index);
-  storeShared(position.folder, folder);
-  return all.get(folder, index);
+BankWalk::Place BankWalk::placeOf(const KvProgramBank& all, std::int32_t index) const {
+  const int folder = loadShared(position.folder);
+  if (all.get(folder, index) != nullptr) return {folder, index};
+  if (index >= 0) return {all.get(folder + 1, 0) != nullptr ? folder + 1 : 0, 0};
+  const int before = folder > 0 ? folder - 1 : std::max(all.folderCount() - 1, 0);
+  return {before, std::max(all.presetCount(before) - 1, 0)};
 }
 
-// Position and state change in one turn, so that they go together whoever else loads.
+void BankWalk::moveTo(const Place& place) {
+  storeShared(position.program, place.program);
+  storeShared(position.folder, place.folder);
+}
+
+// Position and state change in one turn, so that they go together whoever else loads. The walk goes
+// on from a program that is refused, but not where there is no memory to play one.
 void BankWalk::setProgram(std::int32_t index) {
   PresetFault fault;
   {
     const StateGate::Turn turn(gate);
     if (index == loadShared(position.program)) return;
     const auto all = programs();
-    const BankPreset* program = moveTo(*all, index);
-    if (program == nullptr) return;
+    const Place place = placeOf(*all, index);
+    const BankPreset* program = all->get(place.folder, place.program);
+    if (program == nullptr) return moveTo(place);
     PresetNeeds needs;
     fault = desk.check(*program, needs);
+    if (!fault && !desk.replace(program->chunk, 0, needs, {.title = program->name})) return;
+    moveTo(place);
     if (!fault) {
-      if (!desk.replace(program->chunk, 0, needs, {.title = program->name})) return;
       desk.findOrigin(0);
       PresetSlot& slot = desk.slot();
       if (slot.folder.get().empty() && !PresetDesk::root().empty()) slot.folder.set(kNowhere);
@@ -140,10 +142,16 @@ void BankWalk::playMidiProgram(int index) ZUM_REALTIME {
   if (program != nullptr) desk.tryPlay(*program);
 }
 
+// Without a text of its own that would need memory: it goes with a state that was taken.
 void BankWalk::takePosition() {
+  std::array<char, SharedName::kRoom> text{};
   const auto all = programs();
-  const int folder = all->findFolder(desk.slot().folder.get());
-  const int program = all->findPreset(folder, desk.slot().name.get());
+  const PresetSlot& slot = desk.slot();
+  const auto read = [&](const auto& shared) {
+    return std::string_view(text.data(), shared.copyTo(text.data(), text.size()));
+  };
+  const int folder = all->findFolder(read(slot.folder));
+  const int program = all->findPreset(folder, read(slot.name));
   if (folder >= 0) storeShared(position.folder, folder);
   if (program >= 0) storeShared(position.program, program);
 }

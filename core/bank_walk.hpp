@@ -48,8 +48,13 @@ class BankWalk final : public MidiPrograms {
   /// where the memory does not suffice.
   void read(const Scan& fill);
   void setBank(const SharedBank::Held& newBank);
-  /// In the bank that is in use: the program of that place, or the neighbour folder's.
-  const BankPreset* moveTo(const KvProgramBank& all, std::int32_t index);
+  struct Place {
+    int folder;
+    int program;
+  };
+  /// The program of that number in the current folder, or the neighbour folder's.
+  Place placeOf(const KvProgramBank& all, std::int32_t index) const;
+  void moveTo(const Place& place);
 
   StateGate& gate;
   PresetDesk& desk;

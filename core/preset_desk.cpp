@@ -1,7 +1,9 @@
 #include "core/preset_desk.hpp"
 
 #include <chrono>
+#include <memory>
 #include <thread>
+#include <utility>
 
 #include "core/preset_intake.hpp"
 #include "core/state_source.hpp"
@@ -46,11 +48,11 @@ std::int32_t PresetDesk::writeState(void** data) {
 
 void PresetDesk::storeRevertPoint() {
   const StateGate::Turn turn(around.gate);
-  if (write(revertChunk, 0)) {
-    revertName = slot().name.get();
-  } else {
-    revertChunk.adopt(nullptr, 0);  // half a state is no point to come back to
-  }
+  auto written = std::make_unique<KvChunk>();
+  std::string name = slot().name.get();
+  if (!write(*written, 0)) written.reset();  // half a state is no point to come back to
+  revertChunk = std::move(written);
+  revertName = std::move(name);
 }
 
 // ---- into the parameters
@@ -137,8 +139,8 @@ void PresetDesk::revertToStored() {
   {
     const StateGate::Turn turn(around.gate);
     PresetNeeds needs;
-    const bool isStored = revertChunk.dataWords() != 0 && !check(revertChunk, 0, needs);
-    if (!isStored || !replace(revertChunk, 0, needs, {.quiet = true, .title = revertName})) return;
+    const bool isStored = revertChunk != nullptr && !check(*revertChunk, 0, needs);
+    if (!isStored || !replace(*revertChunk, 0, needs, {.quiet = true, .title = revertName})) return;
   }
   around.window.update();
 }

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -107,8 +108,8 @@ class PresetDesk {
 
   const Around around;
   std::array<PresetSlot, kSlots> slots;
-  KvChunk stateChunk;   // what the host was given last
-  KvChunk revertChunk;  // snapshot
+  KvChunk stateChunk;                          // what the host was given last
+  std::unique_ptr<const KvChunk> revertChunk;  // snapshot; null for none
   std::string revertName = "default";
 };
 

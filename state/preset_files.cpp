@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <memory>
-#include <new>
 #include <set>
 
 #include "platform/files.hpp"
@@ -17,11 +16,6 @@ namespace {
 constexpr std::uint64_t kMostBytes = 1U << 20U;
 /// Read in one go; few files have more.
 constexpr std::size_t kFirstWords = 1024;
-
-/// Words of zeros; null when the memory does not suffice.
-std::unique_ptr<std::uint32_t[]> makeWords(std::size_t count) {
-  return std::unique_ptr<std::uint32_t[]>(new (std::nothrow) std::uint32_t[count]());
-}
 
 /// How many words to read from a file of so many bytes: what its header states and the file has, or
 /// the header alone where it is none of ours.
@@ -77,8 +71,7 @@ ChunkFile readChunkFile(const std::string& path, KvChunk& chunk) {
   if (bytes == sizeof first) bytes = fileSize(path).value_or(bytes);
   if (bytes > kMostBytes) return ChunkFile::tooLong;
   const std::uint32_t count = wordsWorthReading(first.data(), bytes);
-  auto words = makeWords(count);
-  if (words == nullptr) return ChunkFile::missing;
+  auto words = std::make_unique<std::uint32_t[]>(count);
   if (count <= kFirstWords) {
     std::copy_n(first.begin(), count, words.get());
   } else if (KvFileio::readFile(path.c_str(), words.get(), std::size_t{4} * count) == 0) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <new>
 
 #include "engine/numbers.hpp"
 #include "engine/shared_value.hpp"
@@ -27,6 +28,12 @@ bool canBe(std::int32_t columns, std::int32_t pages) ZUM_REALTIME {
 }
 
 }  // namespace
+
+// An effect without steps is none.
+KvTableXY::KvTableXY() {
+  if (!reserve(kSteps)) throw std::bad_alloc();
+  init();
+}
 
 void KvTableXY::init() {
   takeRange({.extra = 0.0F, .highest = 1.0F, .lowest = 0.0F});

@@ -11,7 +11,7 @@ class KvTableXY final : public KvTable, public KvInitInterface {
  public:
   static constexpr std::int32_t kSteps = 8;
 
-  KvTableXY() { init(); }
+  KvTableXY();
 
   /// One page of eight steps, 0 and 1 by turns.
   void init() override;
