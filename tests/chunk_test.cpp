@@ -270,6 +270,14 @@ TEST(StepTable, ReadsStayInsideAnySize) {
   table.setColumns(12);
   EXPECT_EQ(table.getValue(2, 0), 0.3F);
   EXPECT_EQ(table.getValue(11, 0), 0.0F);
+  table.setPageCount(2);
+  table.setValue(2, 1, 0.7F);
+  for (const int columns : {20, 3}) {  // pages keep their columns
+    table.setColumns(columns);
+    EXPECT_EQ(table.getValue(2, 0), 0.3F);
+    EXPECT_EQ(table.getValue(2, 1), 0.7F);
+    EXPECT_EQ(table.getValue(columns - 1, 0), columns == 3 ? 0.3F : 0.0F);
+  }
   for (const bool columns : {true, false}) {
     KvTableXY empty;
     if (columns) empty.setColumns(0);

@@ -1,5 +1,6 @@
 // MIDI from the host's events to what they move: the queue, learning, notes, programs and
 // controller maps as files.
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <sstream>
@@ -89,7 +90,7 @@ TEST_F(MidiTest, AControllerMovesInTheControlPassThatItIsDueIn) {
   ASSERT_TRUE(host.client().beginLearn(tag::cutoff));
   play(host, {{0, 0xB5, 7, 127}});  // the message that teaches moves already
   EXPECT_EQ(host.get(tag::cutoff), 1.0F);
-  host.send({{100, 0xB0, 7, 0}, {100, 0xB0, 7, 127}, {100, 0xB0, 7, 64}, {130, 0xB0, 8, 1}});
+  host.send({{112, 0xB0, 7, 0}, {112, 0xB0, 7, 127}, {112, 0xB0, 7, 64}, {130, 0xB0, 8, 1}});
   for (int passes = 1; passes <= 7; ++passes) {
     EXPECT_EQ(host.get(tag::cutoff), 1.0F) << passes;
     pass(host);
@@ -155,7 +156,9 @@ TEST_F(MidiTest, AMapThatIsBeingRewrittenMovesNothing) {
   const float before = host.get(tag::cutoff);
   host.send({{0, 0xB0, 7, 127}});  // waits already
   map.learning.store(true);
-  play(host, {{0, 0xB0, 7, 127}, {0, 0xD0, 127}, {0, 0x90, 60, 100}});
+  host.client().setOption(KvUniClient::kIgnoreProgramChanges, 0, false);
+  play(host, {{0, 0xB0, 7, 127}, {0, 0xD0, 127}, {0, 0xC0, 5}, {0, 0x90, 60, 100}});
+  EXPECT_EQ(host.client().played().lastProgram, 0);
   EXPECT_EQ(host.get(tag::cutoff), before);
   EXPECT_EQ(host.client().played().lastNote, 60.0F);
   map.learning.store(false);
@@ -186,10 +189,12 @@ TEST_F(MidiTest, NotesTakeVoicesAndLeaveThem) {
   EXPECT_EQ(played.velocities, (std::array<float, 2>{}));
   EXPECT_EQ(played.lastVelocity, 0.0F);
 
-  host.send({{40, 0x90, 50, 100}});  // its end comes before it: it never sounds
-  play(host, {{0, 0x80, 50, 0}});
+  host.send({{40, 0x90, 51, 100}, {40, 0x90, 50, 100}});
+  play(host, {{0, 0x80, 50, 0}});  // ahead of its begin: that note alone never sounds
   for (int i = 0; i < 4; ++i) pass(host);
-  EXPECT_EQ(played.velocities, (std::array<float, 2>{}));
+  EXPECT_EQ(played.notes[0], 51.0F);                 // the first voice is due again
+  EXPECT_EQ(played.lastVelocity, 100 * 0.0078125F);  // the fourth offset is next to nothing
+  EXPECT_EQ(std::ranges::count(played.velocities, 0.0F), 1);
   EXPECT_EQ(host.client().eventQueue().size(), 0U);
 }
 
@@ -266,6 +271,7 @@ TEST_F(MidiTest, MapsAreFiles) {
   EXPECT_EQ(textIn(folder / "map.kvm").size(), 4U * (5 + 130));
   map.controllers[7].append({tag::cutoff, 0});
   map.controllers[127].append({-300, 5});
+  map.controllers[126].append({preset::kEndOfController, 0});  // which no preset could hold
   client.saveCcMap(path.c_str());
   std::string whole = textIn(folder / "map.kvm");
   const auto load = [&](const std::string& bytes) {
@@ -280,6 +286,7 @@ TEST_F(MidiTest, MapsAreFiles) {
   EXPECT_EQ(load(whole), std::pair(true, ""s));
   EXPECT_EQ(map.controllers[7].all(), (Bindings{{tag::cutoff, 0}}));
   EXPECT_EQ(map.controllers[127].all(), (Bindings{{-300, 5}}));
+  EXPECT_EQ(map.controllers[126].size(), 0U);
   const auto with = [&whole](std::size_t word, char value) {
     std::string bytes = whole;
     bytes[4 * word] = value;

@@ -171,11 +171,14 @@ TEST(State, WhatIsRefusedIsToldAndChangesNothing) {
       {with(10, 0), invalid},  // a parameter without a value
       {with(10, -1), invalid},
       {with(10, 2147483647), invalid},
-      {Draft{.records = {{5, 3, 1, 2, 3}}}.words(), invalid},     // no table
-      {Draft{.map = {128, bits(-2)}}.words(), invalid},           // no such controller
-      {Draft{.map = {5, 1}}.words(), invalid},                    // no end
-      {Draft{.map = {5, 0xFFFE, 0, bits(-2)}}.words(), invalid},  // cut to 16 bits an end
-      {Draft{.aftertouch = {1, 2, 3, 4, 5}}.words(), invalid},    // half a binding
+      {Draft{.records = {{5, 3, 1, 2, 3}}}.words(), invalid},             // no table
+      {Draft{.records = {{5, 6, 0, 0, 0, 0, 777, 0}}}.words(), invalid},  // a table of 4 words
+      {Draft{.map = {128, bits(-2)}}.words(), invalid},                   // no such controller
+      {Draft{.map = {5, 1}}.words(), invalid},                            // no end
+      {Draft{.map = {5, 0xFFFE, 0, bits(-2)}}.words(), invalid},          // cut to 16 bits an end
+      {Draft{.aftertouch = {1, 2, 3, 4, 5}}.words(), invalid},            // half a binding
+      {with(good.size() - 7, -5), invalid},                               // pressure without an end
+      {with(good.size() - 2, 5), invalid},  // a last text beyond the end
       {{}, invalid},
   };
   for (const auto& c : cases) {
@@ -232,6 +235,38 @@ TEST(State, IsolatedMapsStayAndAreEmptiedByARecall) {
       EXPECT_EQ(map.controllers[20].all(), kept);
       EXPECT_EQ(map.aftertouch.all(), isolated ? kept : taken);
     }
+  }
+}
+
+TEST(State, ALoadSilencesTheCombAndANewTempoDoesNot) {
+  const auto ringing = [](const auto& meanwhile) {
+    TestHost host;
+    host.giveTime(120.0);
+    host.prepare(6, 0.3F, 0.9F, 0.0F);
+    host.render(noise(8192));
+    meanwhile(host);
+    return energy(host.render(Stereo(8192)));
+  };
+  const double plain = ringing([](TestHost& /*host*/) {});
+  EXPECT_NEAR(ringing([](TestHost& host) { host.giveTime(90.0); }) / plain, 1.0, 0.1);
+  EXPECT_LT(ringing([](TestHost& host) { load(host, stateOf(host)); }), 0.01 * plain);
+}
+
+TEST(State, TheBlockBehindALoadStartsWithAControlPass) {
+  TestHost host;
+  host.render(Stereo(1));
+  ASSERT_TRUE(load(host, Draft().words()));
+  host.render(Stereo(1));
+  EXPECT_EQ(host.client().signal().display().cutoff, 0.75F);
+}
+
+TEST(State, APositionOutsideOfAnyBankIsNotTaken) {
+  for (const int outside : {-1, 128}) {
+    TestHost host;
+    const Words words = Draft{.program = outside, .folder = outside}.words();
+    ASSERT_TRUE(load(host, words, {.restoreAll = true, .quiet = true}));
+    EXPECT_EQ(host.dispatch(effGetProgram), 0);
+    EXPECT_EQ(host.client().currentFolder(), 0);
   }
 }
 
