@@ -22,6 +22,13 @@ struct FollowerPasses : ControlPasses {
   }
 };
 
+TEST(Follower, ANewAttackDoesNotJump) {
+  FollowerPasses host;
+  host.skip(3000, 0.5F);
+  host.set(tag::efAttack, 1.0F);
+  EXPECT_NEAR(host.pass(0.5F).efOut, 0.5F, 0.01F);
+}
+
 TEST(Follower, AttackIsAOnePoleOfTheTables) {
   const struct {
     float attack;

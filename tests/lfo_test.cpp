@@ -135,6 +135,11 @@ TEST(Lfo, ALevelAtTheThresholdDoesNotTrigger) {
   EXPECT_EQ(host.client().signal().lfoDisplay().triggerValue(), 0.0F);
   host.skip(300, 1.01F);
   EXPECT_EQ(host.client().signal().lfoDisplay().triggerValue(), 1.0F);
+  ControlPasses silent;  // level and threshold are 0
+  silent.set(tag::lfoTrigOnOff, 1.0F);
+  silent.set(tag::lfoTrigSens, 1.0F);
+  silent.skip(1);
+  EXPECT_EQ(silent.client().signal().lfoDisplay().triggerValue(), 0.0F);
 }
 
 TEST(Lfo, TriggersAboveItsThresholdAndFallsIn200Ms) {

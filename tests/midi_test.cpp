@@ -32,8 +32,8 @@ class MidiTest : public SettingsTest {
 
 TEST(EventQueue, TimesRunFromEventToEventAndAnInsertionShiftsAllThatFollow) {
   EventQueue queue;
-  // 60 frames behind the first, as late and so behind it, and in front: 30, 50 and -10 are left
-  for (const auto& [time, name] : {std::pair{40, 1}, {100, 2}, {100, 3}, {10, 0}}) {
+  // 58 frames behind the first, as late and so behind it, and in front: 30, 48 and -10 are left
+  for (const auto& [time, name] : {std::pair{40, 1}, {98, 2}, {98, 3}, {10, 0}}) {
     queue.insert(controller(time, name));
   }
   std::vector<std::pair<int, int>> taken;  // frames, name
@@ -41,7 +41,7 @@ TEST(EventQueue, TimesRunFromEventToEventAndAnInsertionShiftsAllThatFollow) {
     for (EngineEvent event; queue.next(event);) taken.emplace_back(frames, event.data1);
     queue.age(kPass);
   }
-  EXPECT_EQ(taken, (std::vector<std::pair<int, int>>{{16, 0}, {48, 1}, {112, 2}, {112, 3}}));
+  EXPECT_EQ(taken, (std::vector<std::pair<int, int>>{{16, 0}, {48, 1}, {96, 2}, {96, 3}}));
   for (std::size_t i = 0; i < EventQueue::kRoom; ++i) {
     queue.insert(controller(i % 2 == 0 ? 2147483647 : -2147483647 - 1, 0));
   }
