@@ -15,6 +15,7 @@
 namespace zum::test {
 namespace {
 
+constexpr float kNoNumber = std::numeric_limits<float>::quiet_NaN();
 constexpr CRect kPlace{10, 10, 92, 60};  // bars of 80 by 48 pixels inside of a border
 
 TEST(ScopeView, ShowsTheRingOnceATickAndReadsNothingWhileItIsHidden) {
@@ -28,8 +29,8 @@ TEST(ScopeView, ShowsTheRingOnceATickAndReadsNothingWhileItIsHidden) {
   scope->groupMask = &mask;
   scope->group = 3;
   ring.fill(1.0F);
-  desk.ticks(3);
-  EXPECT_EQ(desk.window->shows(), 0);
+  desk.ticks(1);
+  EXPECT_EQ(desk.drawnPixels(3), 0);
   mask.set(3, true);
   desk.ticks(1);
   EXPECT_EQ(desk.window->pixel(50, 40), 0xFF0000U);  // at once, and up to date
@@ -39,7 +40,7 @@ TEST(ScopeView, ShowsTheRingOnceATickAndReadsNothingWhileItIsHidden) {
   scope->setBounds(10, 10, 50, 30);
   desk.ticks(2);
   desk.click(20, 20);
-  EXPECT_TRUE(desk.taken().empty());
+  EXPECT_EQ(desk.told(), "");
 }
 
 TEST(WaveFormView, IsDrawnWhenTheChoiceChanges) {
@@ -51,24 +52,23 @@ TEST(WaveFormView, IsDrawnWhenTheChoiceChanges) {
   const KvWaveFormView::Waves waves{low.data(), high.data(), low.data(), low.data(), low.data()};
   auto* const view = desk.add<KvWaveFormView>(kPlace, 64, waves, &style, &wave);
   view->setColors(kRedColor, kRedColor, kRedColor);
-  const auto seenHigh = [&desk] { return desk.window->pixel(50, 12) == 0xFF0000U; };
-  desk.ticks(1);
-  EXPECT_FALSE(seenHigh());
-  wave = 1.7F;
-  desk.ticks(1);
-  EXPECT_TRUE(seenHigh());
-  for (const float none : {5.0F, -1.0F, std::numeric_limits<float>::quiet_NaN()}) {
-    wave = none;
+  for (const auto& [chosen, isHigh] : {std::pair(0.0F, false),
+                                       {1.7F, true},
+                                       {5.0F, true},
+                                       {kNoNumber, true}}) {  // the last two: none
+    wave = chosen;
     desk.ticks(1);
-    EXPECT_TRUE(seenHigh()) << none;
+    EXPECT_EQ(desk.window->pixel(50, 12) == 0xFF0000U, isHigh) << chosen;
   }
   wave = 2.0F;
   desk.ticks(1);
   EXPECT_EQ(desk.drawnPixels(5), 0);
 }
 
-class Pattern : public testing::Test {
- protected:
+constexpr int kLine = buttons::kLeft | buttons::kShift;
+constexpr int kSlide = buttons::kLeft | buttons::kAlt;
+
+struct Pattern : testing::Test, Desk {
   Pattern() {
     for (int i = 0; i < KvTableXY::kSteps; ++i) table.setValue(i, 0.5F);
     view->setTable(&table);
@@ -82,79 +82,70 @@ class Pattern : public testing::Test {
     return list;
   }
 
-  Desk desk;
   KvTableXY table;
-  KvTableView* view = desk.add<KvTableView>(kPlace, 68);
+  KvTableView* view = add<KvTableView>(kPlace, 68);
 };
 
 TEST_F(Pattern, IsDrawnByOneStrokeThatLeavesNoStepOutAndStaysInside) {
-  desk.press(x(1), y(0.25F));
-  desk.drag(x(3), y(0.75F));
-  desk.drag(500, -500);
-  desk.release(500, -500);
-  desk.drag(x(0), y(0.0F), 0);
+  press(x(1), y(0.25F));
+  drag(x(3), y(0.75F));
+  drag(500, -500);
+  release(500, -500);
+  drag(x(0), y(0.0F), 0);
   EXPECT_EQ(values(), (std::vector{0.5F, 0.25F, 0.5F, 0.75F, 0.8125F, 0.875F, 0.9375F, 1.0F}));
-  constexpr int kLine = buttons::kLeft | buttons::kShift;
-  desk.press(x(7), y(1.0F), kLine);
-  desk.drag(-100, 500, kLine);
-  for (int i = 0; i < 8; ++i) EXPECT_NEAR(table.cell(i, 0), static_cast<float>(i) / 7.0F, 1e-6F);
-  desk.release(-100, 500);
-  // A line that went too far gives back what it covered, on either side of its start.
+}
+
+// On either side of its start.
+TEST_F(Pattern, ALineThatWentTooFarGivesBackWhatItCovered) {
   for (int i = 0; i < 8; ++i) table.setValue(i, 0.125F * static_cast<float>(i));
-  desk.press(x(4), y(1.0F), kLine);
-  desk.drag(x(4), y(0.25F), kLine);
+  press(x(4), y(1.0F), kLine);
+  drag(x(4), y(0.25F), kLine);
   for (const int to : {7, 1, 5}) {
-    desk.drag(x(to), y(0.5F), kLine);
-    desk.window->wheel(x(6), 30, 1.0F);  // means nothing meanwhile
+    drag(x(to), y(0.5F), kLine);
+    wheel(x(6), 30, 1.0F);  // means nothing meanwhile
   }
   EXPECT_EQ(values(), (std::vector{0.0F, 0.125F, 0.25F, 0.375F, 1.0F, 0.5F, 0.75F, 0.875F}));
+  drag(x(0), y(0.0F), kLine);
+  EXPECT_EQ(values(), (std::vector{0.0F, 0.25F, 0.5F, 0.75F, 1.0F, 0.625F, 0.75F, 0.875F}));
 }
 
 TEST_F(Pattern, SlidesAsAWholeWithAlt) {
   table.setValue(2, 0.9F);
-  const int word = buttons::kLeft | buttons::kAlt;
-  desk.press(x(4), 40, word);
-  desk.release(x(4), 40);
-  EXPECT_EQ(values()[4], 0.5F);
-  desk.press(x(4), 40, word);
-  desk.drag(x(4), 40 - 100, word);
+  const std::vector<float> before = values();
+  press(x(4), 40, kSlide);
+  EXPECT_EQ(values(), before);
+  drag(x(4), 40 - 100, kSlide);
   EXPECT_FLOAT_EQ(values()[4], 0.7F);
   EXPECT_EQ(values()[2], 1.0F);
-  desk.drag(x(0), 40 - 50, word);
-  EXPECT_FLOAT_EQ(values()[2], 1.0F);
-  desk.drag(x(0), 40, word);
-  EXPECT_FLOAT_EQ(values()[2], 0.9F);  // what met the end came back
-  EXPECT_FLOAT_EQ(values()[0], 0.5F);
+  drag(x(0), 40, kSlide);
+  EXPECT_EQ(values(), before);  // what met the end, too
 }
 
 TEST_F(Pattern, ListensToItsTablesFlagsAndShowsThePlayingStep) {
-  desk.window->wheel(x(3), 30, 1.0F);
-  desk.ticks(1);
+  wheel(x(3), 30, 1.0F);
   EXPECT_FLOAT_EQ(values()[3], 0.45F);
-  desk.ticks(1);
-  EXPECT_EQ(desk.drawnPixels(3), 0);
+  ticks(1);
+  EXPECT_EQ(drawnPixels(3), 0);
   (void)table.getValue(5, 0);  // the sequencer plays it
-  EXPECT_EQ(desk.drawnPixels(), kPlace.width() * kPlace.height());
+  EXPECT_EQ(drawnPixels(), kPlace.width() * kPlace.height());
   table.flags |= 1U << 11U;  // steps are on or off
-  desk.click(x(3), 30);
-  EXPECT_EQ(values()[3], 0.0F);
+  click(x(3), 30);
   table.flags = 1U << 20U;  // tells, but is not to be edited
-  desk.click(x(3), y(0.9F));
+  click(x(3), y(0.9F));
   EXPECT_EQ(values()[3], 0.0F);
   table.flags |= 1U << 17U;
-  desk.taken();
-  desk.click(x(3), y(0.75F));
+  told();
+  click(x(3), y(0.75F));
   EXPECT_EQ(values()[3], 0.75F);
-  EXPECT_EQ(desk.taken().size(), 1U);
-  auto* const panel = desk.add<KvViewContainer>(CRect{0, 0, 20, 20}, 1);
+  EXPECT_EQ(told(), "68:0 ");
+  auto* const panel = add<KvViewContainer>(CRect{0, 0, 20, 20}, 1);
   panel->setVisible(false);
   view->setPopupPanel(panel);
-  desk.click(x(3), 30, buttons::kRight);
+  click(x(3), 30, buttons::kRight);
   EXPECT_EQ(std::pair(panel->getTag(), panel->getPopupTag()), std::pair(68, 3));
-  desk.click(200, 150);
+  click(200, 150);
   view->setTable(nullptr);
-  desk.click(x(3), 30);
-  desk.ticks(2);
+  click(x(3), 30);
 }
 
 }  // namespace

@@ -1,9 +1,9 @@
 // A frame without a screen, and whoever listens to its controls, for tests of controls.
 #pragma once
 
+#include <sstream>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "platform/offscreen_window.hpp"
 #include "toolkit/control_frame.hpp"
@@ -19,7 +19,6 @@ class Desk : public CControlListener {
       return opened;
     });
     frame->idle();
-    window->forgetShows();
   }
   ~Desk() override { frame->forget(); }
 
@@ -32,7 +31,6 @@ class Desk : public CControlListener {
   void ticks(int count) {
     for (int i = 0; i < count; ++i) frame->idle();
   }
-  /// Pixels that the next ticks draw.
   long drawnPixels(int count = 1) {
     window->forgetShows();
     ticks(count);
@@ -58,27 +56,22 @@ class Desk : public CControlListener {
     window->wheel(x, y, notches, buttonWord);
     frame->idle();
   }
+  void key(std::uint8_t virt) {
+    window->keyDown({0, virt, 0});
+    frame->idle();
+  }
 
   void valueChanged(CControl& control) override {
-    told.emplace_back(control.getTag(), control.getValue());
+    log << control.getTag() << ':' << control.getValue() << ' ';
   }
-  void controlBeginEdit(CControl& /*control*/) override { ++begins; }
-  void controlEndEdit(CControl& /*control*/) override { ++ends; }
-  /// What was told since the last call.
-  std::vector<std::pair<int, float>> taken() { return std::exchange(told, {}); }
-  std::vector<float> takenValues() {
-    std::vector<float> values;
-    for (const auto& [tag, value] : taken()) values.push_back(value);
-    return values;
-  }
+  void controlBeginEdit(CControl& /*control*/) override { log << "( "; }
+  void controlEndEdit(CControl& /*control*/) override { log << ") "; }
+  /// What was told since the last call: each `tag:value`, and edits as brackets.
+  std::string told() { return std::exchange(log, std::ostringstream()).str(); }
 
   KvFrame* frame = new KvFrame({0, 0, 300, 200}, nullptr);
   OffscreenWindow* window = nullptr;
-  int begins = 0;
-  int ends = 0;
-
- private:
-  std::vector<std::pair<int, float>> told;
+  std::ostringstream log;
 };
 
 }  // namespace zum::test
