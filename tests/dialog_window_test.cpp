@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <numeric>
 #include <thread>
 
 #include "platform/file_dialogs.hpp"
@@ -26,17 +27,14 @@ TEST(MessageWindow, IsAnsweredInItsOwnWindowAndBlocksTheOthers) {
     window.keyDown({0, key, 0});
     desk.tick();
   };
-
   OffscreenWindow* box = ask();
   type(*desk.window, keys::kF1 + 1);  // the editor's, which does not hear it now
   EXPECT_EQ(desk.window->hostKeys().size(), 1U);
   type(*box, keys::kReturn);
   type(*ask(), keys::kEscape);
-  desk.ticks(60);
+  for (int i = 0; i < 60; ++i) desk.tick();
   type(*desk.window, keys::kF1 + 1);  // which takes keys again
   EXPECT_EQ(desk.window->hostKeys().size(), 1U);
-  EXPECT_EQ(answers, "yn");
-
   // OK stands left of Cancel, and is pressed by a release on it.
   for (const int x : {400 - 24 - 135, 400 - 12 - 45}) {
     box = ask();
@@ -47,7 +45,6 @@ TEST(MessageWindow, IsAnsweredInItsOwnWindowAndBlocksTheOthers) {
       desk.tick();
     }
   }
-  EXPECT_EQ(answers, "ynyn");
   ask()->vanish();
   desk.tick();
   EXPECT_EQ(answers, "ynynn");
@@ -62,42 +59,15 @@ TEST(MessageWindow, IsAnsweredInItsOwnWindowAndBlocksTheOthers) {
 
 TEST(WrappedText, BreaksBetweenWordsAndInsideOfLongOnes) {
   const Held<CFontDesc> font(new CFontDesc("Arial", 12));
-  const auto lines =
-      wrapText("one two\n\nthree " + std::string(60, 'x') + "\xC3\xA9", *font.get(), 120);
+  const std::string longWord = std::string(60, 'x') + "\xC3\xA9";
+  const std::vector<std::string> lines = wrapText("one two\n\nthree " + longWord, *font.get(), 120);
   ASSERT_GT(lines.size(), 5U);
-  EXPECT_EQ(lines[0], "one two");
-  EXPECT_EQ(lines[1], "");
-  EXPECT_EQ(lines[2], "three");
-  std::string word;
-  for (std::size_t i = 3; i < lines.size(); ++i) word += lines[i];
-  EXPECT_EQ(word, std::string(60, 'x') + "\xC3\xA9");
+  EXPECT_EQ(std::vector(lines.begin(), lines.begin() + 3),
+            (std::vector<std::string>{"one two", "", "three"}));
+  EXPECT_EQ(std::accumulate(lines.begin() + 3, lines.end(), ""s), longWord);
   std::string many;
   for (std::size_t i = 0; i < kMostLines; ++i) many += "x\n";
   EXPECT_EQ(wrapText(many + "\xFFy", *font.get(), 120).back(), "x\xE2\x80\xA6");
-}
-
-struct WindowServicesTest : SettingsTest {};
-
-TEST_F(WindowServicesTest, AskForFilesByZenityWhereItIsAndByTheirOwnWindowOtherwise) {
-  const std::string path = std::getenv("PATH");
-  putText(folder / "bin/zenity", "#!/bin/sh\necho " + (folder / "a.kvz").string() + "\n");
-  fs::permissions(folder / "bin/zenity", fs::perms::owner_all);
-  for (const bool isInstalled : {true, false}) {
-    setenv("PATH", isInstalled ? (folder / "bin").c_str() : "/none", 1);
-    EditorDesk desk;
-    std::vector<std::optional<std::string>> answers;
-    fileDialogs()->load({"Title", {}, "", this},
-                        [&](const auto& file) { answers.push_back(file); });
-    EXPECT_EQ(desk.boxes.contains("Title"), !isInstalled);
-    if (!isInstalled) desk.boxes["Title"]->keyDown({0, keys::kEscape, 0});
-    for (int i = 0; answers.empty() && i < 20000; ++i) {
-      desk.tick();
-      std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    ASSERT_EQ(answers.size(), 1U);
-    EXPECT_EQ(answers[0].value_or("none"), isInstalled ? internal("a.kvz") : "none");
-  }
-  setenv("PATH", path.c_str(), 1);
 }
 
 class FileWindowTest : public SettingsTest {
@@ -107,19 +77,23 @@ class FileWindowTest : public SettingsTest {
       putText(folder / file, file);
     }
   }
-  void ask(FileOperation operation) {
-    (dialogs.*operation)(question, [this](const std::optional<std::string>& path) {
-      answers.push_back(path ? fs::relative(toSystemPath(*path), folder).string() : "none");
-    });
+  FileAnswer answer() {
+    return [this](const std::optional<std::string>& path) {
+      answers += (path ? fs::relative(toSystemPath(*path), folder).string() : "none") + " ";
+    };
   }
+  void load() { dialogs.load(question, answer()); }
+  void save() { dialogs.save(question, answer()); }
   void type(const std::string& text) {
     for (const char letter : text) window->keyDown({letter, 0, 0});
     dialogs.poll();
   }
-  void press(std::uint8_t key) {
-    window->keyDown({0, key, 0});
-    window->keyUp({0, key, 0});
-    for (int i = 0; i < 3; ++i) dialogs.poll();
+  void press(std::initializer_list<std::uint8_t> keys) {
+    for (const std::uint8_t key : keys) {
+      window->keyDown({0, key, 0});
+      window->keyUp({0, key, 0});
+      for (int i = 0; i < 3; ++i) dialogs.poll();
+    }
   }
   const FileList& list() const { return dialogs.getWindow()->getList(); }
   void click(int row, int word = buttons::kLeft) {
@@ -136,7 +110,7 @@ class FileWindowTest : public SettingsTest {
   }
 
   FileQuestion question{"Title", {{"Preset file", "kvz"}}, internal(""), this};
-  std::vector<std::string> answers;
+  std::string answers;
   OffscreenWindow* window = nullptr;
   OwnFileDialogs dialogs{[this] {
     return DialogPlace{0, [this](const WindowRequest& request, WindowEvents& events) {
@@ -148,38 +122,53 @@ class FileWindowTest : public SettingsTest {
   }};
 };
 
+TEST_F(FileWindowTest, ServesAnEditorWhereThereIsNoZenity) {
+  const std::string path = std::getenv("PATH");
+  putText(folder / "bin/zenity", "#!/bin/sh\necho " + (folder / "a.kvz").string() + "\n");
+  fs::permissions(folder / "bin/zenity", fs::perms::owner_all);
+  for (const bool isInstalled : {true, false}) {
+    setenv("PATH", isInstalled ? (folder / "bin").c_str() : "/none", 1);
+    EditorDesk desk;
+    fileDialogs()->load(question, answer());
+    EXPECT_EQ(desk.boxes.contains("Title"), !isInstalled);
+    if (!isInstalled) desk.boxes["Title"]->keyDown({0, keys::kEscape, 0});
+    const std::string before = answers;
+    for (int i = 0; answers == before && i < 20000; ++i) {
+      desk.tick();
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+  }
+  EXPECT_EQ(answers, "a.kvz none ");
+  setenv("PATH", path.c_str(), 1);
+}
+
 TEST_F(FileWindowTest, LoadsByDoubleClicksAndByKeys) {
-  ask(&FileDialogs::load);
+  load();
   EXPECT_EQ(rows(), ".. inner a.kvz b.kvz ");
   click(3);
   click(1);
   click(1, buttons::kLeft | buttons::kDoubleClick);
   EXPECT_EQ(rows(), ".. d.kvz ");
-  ask(&FileDialogs::load);  // one at a time
-  press(keys::kDown);
-  press(keys::kReturn);  // out again
+  load();                               // one at a time
+  press({keys::kDown, keys::kReturn});  // out again
   EXPECT_EQ(rows(), ".. inner a.kvz b.kvz ");
-  press(keys::kPageDown);
-  press(keys::kUp);
-  press(keys::kReturn);
-  EXPECT_EQ(answers, (std::vector<std::string>{"none", "a.kvz"}));
-
-  ask(&FileDialogs::load);
-  press(keys::kEscape);
-  ask(&FileDialogs::load);
+  press({keys::kPageDown, keys::kUp, keys::kReturn});
+  EXPECT_EQ(answers, "none a.kvz ");
+  load();
+  press({keys::kEscape});
+  load();
   window->vanish();
   dialogs.poll();
-  ask(&FileDialogs::load);
+  load();
   dialogs.cancel(&dialogs);
   dialogs.cancel(this);  // never answered
   dialogs.poll();
-  EXPECT_EQ(answers.size(), 4U);
-  EXPECT_EQ(answers.back(), "none");
+  EXPECT_EQ(answers, "none a.kvz none none ");
 }
 
 TEST_F(FileWindowTest, SelectsOnlyRowsThatAreSeenAndScrolls) {
   for (int i = 100; i < 140; ++i) putText(folder / (std::to_string(i) + ".kvz"), "");
-  ask(&FileDialogs::load);
+  load();
   const auto selects = [&](int place) {
     click(place);
     return list().getSelected() != nullptr ? list().getSelected()->name : "";
@@ -189,50 +178,45 @@ TEST_F(FileWindowTest, SelectsOnlyRowsThatAreSeenAndScrolls) {
   EXPECT_EQ(selects(seen - 1), list().getRows()[static_cast<std::size_t>(seen - 1)].name);
   const CRect& area = list().getViewSize();
   window->wheel(area.left + 20, area.top + 20, -1.0F);
-  EXPECT_EQ(selects(0), list().getRows()[3].name);
+  EXPECT_EQ(selects(0), "101.kvz");
   window->press(area.right - 5, area.bottom - 5);  // the bar
   window->release(area.right - 5, area.bottom - 5);
   EXPECT_EQ(selects(seen - 1), "b.kvz");
 }
 
 TEST_F(FileWindowTest, SavesUnderANameAndAsksBeforeItReplaces) {
-  ask(&FileDialogs::save);
-  press(keys::kReturn);  // no name yet
+  save();
+  press({keys::kReturn});  // no name yet
   type("x/\\y");
-  press(keys::kBack);
+  press({keys::kBack});
   window->keyDown({0xE9, 0, 0});  // e with an accent
-  press(keys::kReturn);
-  EXPECT_EQ(answers.back(), "x\xC3\xA9");
-
-  ask(&FileDialogs::save);
+  press({keys::kReturn});
+  save();
   click(2);
   window->keyDown({0, keys::kReturn, 0});
-  press(keys::kReturn);  // held: no answer to what it asks
-  EXPECT_EQ(answers.size(), 1U);
-  press(keys::kReturn);
-  EXPECT_EQ(answers.back(), "a.kvz");
-
-  ask(&FileDialogs::save);
+  press({keys::kReturn});  // held: no answer to what it asks
+  EXPECT_EQ(answers, "x\xC3\xA9 ");
+  press({keys::kReturn});
+  save();
   type("inner");
-  press(keys::kReturn);  // into it
+  press({keys::kReturn});  // into it
   EXPECT_EQ(rows(), ".. d.kvz ");
   type("n.kvz");
-  press(keys::kReturn);
-  EXPECT_EQ(answers.back(), "inner/n.kvz");
+  press({keys::kReturn});
+  EXPECT_EQ(answers, "x\xC3\xA9 a.kvz inner/n.kvz ");
 }
 
 TEST_F(FileWindowTest, ChoosesTheFolderItIsInOrOneOfItsRows) {
   question.filters.clear();
-  ask(&FileDialogs::folder);
+  dialogs.folder(question, answer());
   EXPECT_EQ(rows(), ".. inner ");
-  press(keys::kReturn);
-  EXPECT_EQ(answers.back(), ".");
-  ask(&FileDialogs::folder);
+  press({keys::kReturn});
+  dialogs.folder(question, answer());
   click(1);
-  press(keys::kReturn);
-  EXPECT_EQ(answers.back(), "inner");
+  press({keys::kReturn});
+  EXPECT_EQ(answers, ". inner ");
   question.startFolder = "\\no\\such\\folder";
-  ask(&FileDialogs::folder);
+  dialogs.folder(question, answer());
   EXPECT_NE(rows(), "");  // somewhere that there is
 }
 

@@ -67,7 +67,7 @@ TEST(OptionMenu, FollowsItsVariableAndHasNoRowsButItsOwn) {
   EXPECT_EQ(desk.told(), "");  // a program's doing
 }
 
-TEST(OptionMenu, ChoosesByClicksByOneDragAndByKeysAndClosesWithAClickOutside) {
+TEST(OptionMenu, ChoosesByClicksAndByOneDragAndClosesWithAClickOutside) {
   MenuDesk desk;
   for (const char* row : {"LP", "HP", "BP"}) desk.menu->addEntry(row, -1, false);
   desk.menu->addEntry("--More--", 1, true);
@@ -82,9 +82,7 @@ TEST(OptionMenu, ChoosesByClicksByOneDragAndByKeysAndClosesWithAClickOutside) {
   desk.press(20, 15);
   desk.drag(first.x, first.y);
   desk.release(first.x, first.y);
-  desk.open();
-  for (const std::uint8_t key : {keys::kDown, keys::kReturn}) desk.key(key);
-  EXPECT_EQ(desk.told(), "( 60:3 ) ( 60:0 ) ( 60:2 ) ");
+  EXPECT_EQ(desk.told(), "( 60:3 ) ( 60:0 ) ");
   desk.open();
   desk.click(290, 190);
   EXPECT_FALSE(desk.menu->isListOpen());
@@ -133,31 +131,31 @@ TEST(OptionMenu, MarksTheRowInUseAlsoInAPicture) {
 }
 
 /// An open list whose first row has a sub-menu, and where that row is.
-struct OpenTree {
-  static MenuRows tree() {
+struct OpenTree : MenuDesk {
+  OpenTree() {
     auto inner = std::make_unique<MenuRows>();
     for (const char* row : {"one", "two", "three", "four"}) inner->tryAppend(row);
-    MenuRows rows;
-    rows.tryAppend("more", std::move(inner));
-    for (const char* row : {"LP", "HP", "BP"}) rows.tryAppend(row);
-    return rows;
+    menu->addEntry(std::move(inner), "more");
+    for (const char* row : {"LP", "HP", "BP"}) menu->addEntry(row, -1, false);
+    open();
+    first = placeOf(*menu->openList(), 0);
   }
-  auto key(std::uint8_t virt) { return list.pressKey({0, virt, 0}); }
-  bool isInnerOpen() const { return list.getChild() != nullptr; }
-
-  Held<CFontDesc> font{new CFontDesc("Arial", 12)};
-  MenuRows rows = tree();
-  MenuList list{rows, {{}, font.get()}, {0, 0, 300, 200}, {10, 27}, 100};
-  CPoint first = placeOf(list, 0);
+  void tap(std::uint8_t virt) {
+    key(virt);
+    window->keyUp({0, virt, 0});
+    ticks(2);  // or the next press would be a repeat
+  }
+  bool isInnerOpen() const { return menu->openList()->getChild() != nullptr; }
+  CPoint first;
 };
 
-TEST(MenuList, ASubMenuStaysForAHandThatIsOnItsWayThere) {
+TEST(OptionMenu, ASubMenuStaysForAHandThatIsOnItsWayThere) {
   const struct {
     std::vector<CPoint> way;  // from the row that it belongs to, across those below
     int rest;                 // ticks
     bool stays;
   } cases[] = {
-      {{{30, 20}, {60, 34}}, 6, true},
+      {{{30, 20}, {60, 34}}, 5, true},
       {{{0, 12}, {1, 14}}, 0, true},
       {{{30, 20}, {60, 34}}, 12, false},  // means the row where it rests
       {{{-4, 20}}, 0, false},
@@ -165,34 +163,28 @@ TEST(MenuList, ASubMenuStaysForAHandThatIsOnItsWayThere) {
   };
   for (const auto& [way, rest, stays] : cases) {
     OpenTree tree;
-    CPoint at = tree.first;
-    tree.list.move(at);
+    tree.drag(tree.first.x, tree.first.y, 0);
     ASSERT_TRUE(tree.isInnerOpen());
-    for (const CPoint& step : way) {
-      at = {tree.first.x + step.x, tree.first.y + step.y};
-      tree.list.move(at);
-    }
-    for (int i = 0; i < rest; ++i) tree.list.tick(at);
-    tree.list.wheel(tree.first, -1.0F);  // has nothing to scroll here
+    for (const CPoint& to : way) tree.drag(tree.first.x + to.x, tree.first.y + to.y, 0);
+    tree.ticks(rest);
+    tree.wheel(tree.first.x, tree.first.y, -1.0F);  // has nothing to scroll here
     EXPECT_EQ(tree.isInnerOpen(), stays) << way.back().x << ' ' << way.back().y;
   }
 }
 
-TEST(MenuList, KeysOpenSubMenusLeaveThemAndChoose) {
+TEST(OptionMenu, KeysOpenSubMenusLeaveThemAndChoose) {
   for (const std::uint8_t opens : {keys::kRight, keys::kReturn, keys::kEnter}) {
     for (const std::uint8_t leaves : {keys::kLeft, keys::kEscape}) {
       OpenTree tree;
-      tree.key(keys::kDown);
-      tree.key(opens);
+      for (const std::uint8_t key : {keys::kDown, opens}) tree.tap(key);
       EXPECT_TRUE(tree.isInnerOpen());
-      tree.key(leaves);
+      tree.tap(leaves);
+      ASSERT_TRUE(tree.menu->isListOpen());
       EXPECT_FALSE(tree.isInnerOpen());
-      tree.key(keys::kLeft);
-      tree.key(opens);
-      tree.key(keys::kDown);
-      const auto choice = tree.key(keys::kReturn);
-      ASSERT_TRUE(choice);
-      EXPECT_EQ((*choice->rows)[choice->row].text, "two");
+      for (const std::uint8_t key : {keys::kLeft, opens, keys::kDown, keys::kReturn}) tree.tap(key);
+      EXPECT_FALSE(tree.menu->isListOpen());
+      EXPECT_EQ(tree.menu->currentText(), "two");
+      EXPECT_EQ(tree.told(), "( 60:0 ) ");
     }
   }
 }
