@@ -10,17 +10,10 @@ to=/tmp/audacity_script_pipe.to.$(id -u) from=/tmp/audacity_script_pipe.from.$(i
 [ -p "$to" ] && pgrep -u "$(id -u)" -x audacity >/dev/null && die "another Audacity is running"
 rm -f "$to" "$from"
 trap 'rm -f "$to" "$from"; finish' EXIT
-trap 'exit 1' INT TERM
 
 # a module without its own date counts as new and stays off
 mkdir -p "$HOME/.config/audacity"
 cat >"$HOME/.config/audacity/audacity.cfg" <<CFG
-NewPrefsInitialized=1
-PrefsVersion=1.1.1r1
-[Version]
-Major=3
-Minor=2
-Micro=4
 [GUI]
 ShowSplashScreen=0
 [Module]
@@ -31,35 +24,28 @@ mod-script-pipe=$module
 mod-script-pipe=$(date -r $module +%Y-%m-%dT%H:%M:%S)
 [Directories]
 TempDir=$work
-[Update]
-DefaultUpdatesChecking=0
 CFG
 
 # It scans the system's folders whatever the paths say, for minutes: hide them where that is allowed.
-hide=:
-for folder in /usr/lib/{ladspa,vst,lxvst,lv2,vamp} /usr/local/lib/{ladspa,vst,lxvst,lv2} /usr/lib/*/lv2; do
-  [ -d "$folder" ] && hide="$hide; mount --bind '$work/none' '$folder'"
-done
-alone=""
-unshare -m true 2>/dev/null && alone="unshare -m"
+hide="for folder in /usr/{,local/}lib/{ladspa,vst,lxvst,lv2,vamp} /usr/lib/*/lv2; do
+  [ ! -d \$folder ] || mount --bind '$work/none' \$folder; done"
+alone=(unshare -m bash -c "$hide; exec \"\$@\"" -)
+unshare -m true 2>/dev/null || alone=()
 cp "$plugin" "$work/" # where the scan cannot hide it
 ln -sf "$work/$(basename "$plugin")" "$work/vst/"
 start_display
-background "$work/audacity.log" $alone sh -c "${alone:+$hide;} exec timeout -k 2 55 audacity"
+background "$work/audacity.log" "${alone[@]}" timeout -k 2 55 audacity
 program=$last
 within 40 test -p "$to" -a -p "$from" || die "no script pipe"
 
-answer() { # answer SECONDS: lines up to the verdict
+ask() { # ask COMMAND [SECONDS]: the answer, up to its verdict
   local line
-  while IFS= read -r -t "$1" line <&4; do
+  printf '%s\n' "$1" >&3
+  while IFS= read -r -t "${2:-15}" line <&4; do
     printf '%s\n' "$line"
-    case $line in "BatchCommand finished: "*) IFS= read -r -t 1 line <&4; return 0 ;; esac
+    case $line in "BatchCommand finished: "*) read -r -t 1 <&4; return 0 ;; esac
   done
   return 1
-}
-ask() { # ask COMMAND [SECONDS]
-  printf '%s\n' "$1" >&3
-  answer "${2:-15}"
 }
 # The scan's process makes the pipes anew while the main one already waits for the old ones: a stop
 # and a continue make its blocked open() look at the names again. Both are opened both ways here, so
@@ -78,11 +64,9 @@ done
 entry=$(awk -v file="$(basename "$plugin")" 'BEGIN { RS = "\n\\[" } index($0, file) && /Effect/' "$HOME/.config/audacity/pluginregistry.cfg")
 check "the scan registers an effect by $(sed -n 's/^Vendor=//p' <<<"$entry" | head -1)" grep -q '^Valid=1' <<<"$entry"
 effect=$(sed -n 's/^Symbol=//p' <<<"$entry" | head -1 | tr -cd '[:alnum:]')
-thumps "$work/in.wav"
-ask "Import2: Filename=\"$work/in.wav\"" >"$work/import.txt"
-ask 'SelectAll:' >>"$work/import.txt"
-ask "$effect:" 25 >"$work/apply.txt"
-check "it is applied" grep -q 'finished: OK' "$work/apply.txt"
+sox -q -n -r 48000 -c 2 -b 16 "$work/in.wav" synth 2 sawtooth 110 tremolo 2 99 gain -6
+{ ask "Import2: Filename=\"$work/in.wav\"" && ask 'SelectAll:'; } >"$work/import.txt"
+check "it is applied" grep -q 'finished: OK' <<<"$(ask "$effect:" 25)"
 ask "Export2: Filename=\"$work/out.wav\" NumChannels=2" >"$work/export.txt"
 sounds "$work/out.wav"
 check "the effect is heard" above "$(difference "$work/in.wav" "$work/out.wav")" 0.001
