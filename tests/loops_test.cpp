@@ -12,22 +12,19 @@ namespace {
 
 constexpr sf_count_t kFrames = 176400;  // two bars at 120 BPM
 
-int make(const std::string& folder) {
-  return std::system(("'" ZUM_LOOPS_PROGRAM "' '" + folder + "' 2>/dev/null").c_str());
-}
-
 TEST(Loops, CommittedFilesAreMadeByTheProgramAndLoopCleanly) {
   const TemporaryFolder folder;
-  ASSERT_EQ(make(folder.string()), 0);
-  EXPECT_NE(make((folder / "missing").string()), 0);
+  const std::string make = "'" ZUM_LOOPS_PROGRAM "' " + folder.string();
+  ASSERT_EQ(std::system(make.c_str()), 0);
+  EXPECT_NE(std::system((make + "/missing 2>/dev/null").c_str()), 0);
   for (const std::string name : {"Drums.wav", "Bass.wav", "Chords.wav"}) {
     SCOPED_TRACE(name);
     const Sound made = readSound((folder / name).string());
     const Sound kept = readSound(ZUM_SOURCE_DIR "/content/Samples/Factory/" + name);
-    for (const Sound* sound : {&made, &kept}) {
-      EXPECT_EQ(sound->info.format, SF_FORMAT_WAV | SF_FORMAT_PCM_16);
-      EXPECT_EQ(sound->info.samplerate * sound->info.channels, 44100 * 2);
-      ASSERT_EQ(sound->info.frames, kFrames);
+    for (const SF_INFO& info : {made.info, kept.info}) {
+      EXPECT_EQ(info.format, SF_FORMAT_WAV | SF_FORMAT_PCM_16);
+      EXPECT_EQ(info.samplerate * info.channels, 44100 * 2);
+      ASSERT_EQ(info.frames, kFrames);
     }
     float difference = 0.0F, peak = 0.0F;
     double sum[2] = {}, steps[2] = {};

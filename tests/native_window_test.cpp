@@ -319,19 +319,11 @@ TEST_F(NativeWindowTest, OutlivesItsHostAndItsServer) {
 
   ours = open(0);  // a window of its own
   heard();
-  XEvent close{};
-  close.xclient.type = ClientMessage;
-  close.xclient.window = ours->handle();
-  close.xclient.message_type = XInternAtom(robot.connection(), "WM_PROTOCOLS", False);
-  close.xclient.format = 32;
-  close.xclient.data.l[0] =
-      static_cast<long>(XInternAtom(robot.connection(), "WM_DELETE_WINDOW", False));
   XSizeHints sizes{};
   long supplied = 0;
   XGetWMNormalHints(robot.connection(), ours->handle(), &sizes, &supplied);
   EXPECT_EQ(std::pair(sizes.min_width, sizes.max_height), std::pair(kWidth, kHeight));
-  XSendEvent(robot.connection(), ours->handle(), False, NoEventMask, &close);
-  XSync(robot.connection(), False);
+  robot.close(ours->handle());
   EXPECT_EQ(heard(), Lines{"gone"});
   EXPECT_EQ(heard(), Lines{});
 

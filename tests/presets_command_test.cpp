@@ -10,15 +10,7 @@
 namespace zum::test {
 namespace {
 
-class PresetsCommandTest : public SettingsTest {
- protected:
-  // The state of an effect as a file.
-  std::string save(const TestHost& host, const std::string& name) const {
-    const std::string state = host.state();
-    putText(folder / name, state);
-    return state;
-  }
-};
+using PresetsCommandTest = SettingsTest;
 
 TEST_F(PresetsCommandTest, TextComesBackToTheByte) {
   TestHost host(96000.0F);
@@ -31,29 +23,32 @@ TEST_F(PresetsCommandTest, TextComesBackToTheByte) {
   host.set(tag::master, 1.0e-40F);
   // by way of a double its shortest decimal is another number
   host.set(tag::mixDryWet, 7.038531e-26F);
-  save(host, "plain.kvz");
+  std::vector<std::string> states = {host.state()};
+  const auto keep = [&] { states.push_back(host.state()); };
   KvTableXY& steps = host.client().steps();
   steps.setColumns(3);
   steps.setPageCount(2);
   steps.setValue(2, 1, -1.5F);
   steps.name.set("say \"\\\" \x01\x7F \xC3\xA9 \xC2\x9B \xE2\x80\xAE \xF3\xA0\x80\x81");
-  host.client().controllers().controllers[127].append({tag::cutoffLfo, -3});
-  host.client().controllers().controllers[127].append({-300, 0});
-  host.client().controllers().aftertouch.append({tag::mouseArea, 1});
-  save(host, "full.kvz");
+  auto& maps = host.client().controllers();
+  maps.controllers[127].append({tag::cutoffLfo, -3});
+  maps.controllers[127].append({-300, 0});
+  maps.aftertouch.append({tag::mouseArea, 1});
+  keep();
   steps.setPageCount(0);
-  save(host, "empty.kvz");
+  keep();
   steps.setColumns(70);
   steps.setPageCount(70);
   steps.setValue(69, 69, std::numeric_limits<float>::infinity());
   steps.name.set(
       "[[[[ ..... ''' # \" H\xF6hle \xEF\x9F\xB6");  // foreign bytes, and one as it is written
-  save(host, "wide.kvz");
-  for (const std::string name : {"plain", "full", "empty", "wide"}) {
-    const std::string shown = "presets show " + name + ".kvz >" + name + ".toml; ";
-    expectTold("", {{shown + kProgram + "presets make " + name + ".toml again.kvz", 0, ""}});
-    EXPECT_EQ(textIn(folder / "again.kvz"), textIn(folder / (name + ".kvz"))) << name;
-    EXPECT_EQ(textIn(folder / (name + ".toml")).find('\x9B'), std::string::npos);
+  keep();
+  for (const std::string& state : states) {
+    putText(folder / "a.kvz", state);
+    const std::string show = "presets show a.kvz >a.toml; ";
+    expectTold("", {{show + kProgram + "presets make a.toml again.kvz", 0, ""}});
+    EXPECT_EQ(textIn(folder / "again.kvz"), state);
+    EXPECT_EQ(textIn(folder / "a.toml").find('\x9B'), std::string::npos);
   }
 }
 
@@ -68,7 +63,6 @@ TEST_F(PresetsCommandTest, WhatATextGetsWrongIsToldWithItsLine) {
   const std::pair<std::string, const char*> cases[] = {
       {"nam = \"x\"", "line 1: there is no \"nam\" here; there may be name, tempo"},
       {"\nname = \"\"", "line 2: a preset's name cannot be empty"},
-      {"tempo = \"fast\"", "line 1: a number is meant here"},
       {"program = 2147483648", "line 1: a whole number from -2147483648"},
       {"[parameters]\nCutof = 0.5",
        "line 2: no parameter is called \"Cutof\"; did you mean Cutoff"},
@@ -79,17 +73,13 @@ TEST_F(PresetsCommandTest, WhatATextGetsWrongIsToldWithItsLine) {
       {"[steps]\nrange = [1]", "line 2: a range is [extra, highest, lowest]"},
       {"[[binding]]\nparameter = \"Cutoff\"", "a binding needs controller"},
       {"[[binding]]\ncontroller = 128", "line 2: a whole number from 0 to 127"},
-      {"[[aftertouch]]\ncontroller = 1", "line 2: there is no \"controller\" here"},
       {"name = \"\\u0000\"", "line 1: a name has no character 0"},
       {"[steps]\npages = 3", "line 2: a list in [brackets] is meant here"},
-      {"name = ", "line 1: "},
       {"name = \"\"\"\nx\"\"\"", "line 1: brackets or dots go too deep, or a text takes several"},
       {"name = 1\nname = 2", "; mend the line"},
-      {"a = " + repeated(5000, "["), deep},
       {repeated(5000, "a.") + "b = 1", deep},
       {"a = " + repeated(5000, "{a="), deep},
       {"a = " + repeated(5000, "[ # ]\n"), deep},
-      {"a = " + repeated(5000, "[\n"), deep},
       {"steps.pages = [" + repeated(2000, "[],") + "]", "more steps than a table holds"},
       {"steps.pages = [[" + std::string(16384, '0') + "]]", "line 1: the line has more than 16384"},
   };
@@ -109,7 +99,7 @@ TEST_F(PresetsCommandTest, WhatATextGetsWrongIsToldWithItsLine) {
 }
 
 TEST_F(PresetsCommandTest, EveryFileIsReportedAndDamagedOnesWithTheirPlace) {
-  const std::string whole = save(TestHost(), "files/whole.kvz");
+  const std::string whole = TestHost().state();
   putText(folder / "files/long.kvz", whole + "more");
   fs::create_directory(folder / "none");
   putText(folder / "red.toml", "name = \"\\u001b[31m\\n\"");
@@ -127,7 +117,6 @@ TEST_F(PresetsCommandTest, EveryFileIsReportedAndDamagedOnesWithTheirPlace) {
       {"empty", "", "BAD, another magic number (byte"},
       {"short", whole.substr(0, whole.size() - 4), "BAD, states more words than there are"},
       {"newer", with(1, "\x04"), "BAD, it was written with a newer version of ZUM"},
-      {"magic", with(4, "?"), "BAD, another magic number"},
       {"other", with(6, "\x02"), "BAD, another product format (byte 24)"},
       {"layout", with(8, "\x01"), "BAD, the reserved word is not 0 (byte 32)"},
       {"size", with(10, "\xFF\xFF\xFF\x7F"),
@@ -137,7 +126,7 @@ TEST_F(PresetsCommandTest, EveryFileIsReportedAndDamagedOnesWithTheirPlace) {
   for (const auto& c : cases) {
     expectTold("", {{"presets check files", 1, "files/" + c.name + ".kvz: " + c.report}});
   }
-  expectTold("", {{"presets check files", 1, "7 of 9 files are no presets"},
+  expectTold("", {{"presets check files", 1, "6 of 8 files are no presets"},
                   {"presets check none", 1, "there are no .kvz files"},
                   {"presets show files/size.kvz", 1, "run zum presets check"}});
 }
@@ -165,8 +154,6 @@ TEST_F(PresetsCommandTest, RendersStartFromFilesAndFromPrograms) {
              {{render + "--program Bass", 1, "run zum presets list"},
               {render + "--preset in.wav", 1, "another magic number"},
               {render + "--preset " + file + " --trace ./" + file, 2, "would overwrite user"},
-              {render + "--preset ''", 2, "\"\" says nothing"},
-              {render + "--preset none.kvz", 1, "there is no such file"},
               {render + "--preset a --program b", 2, "excludes"}});
 }
 

@@ -164,6 +164,17 @@ void Robot::giveFocus(std::uintptr_t window) {
   XSync(display, False);
 }
 
+void Robot::close(std::uintptr_t window) {
+  XEvent event{};
+  event.xclient.type = ClientMessage;
+  event.xclient.window = window;
+  event.xclient.message_type = XInternAtom(display, "WM_PROTOCOLS", False);
+  event.xclient.format = 32;
+  event.xclient.data.l[0] = static_cast<long>(XInternAtom(display, "WM_DELETE_WINDOW", False));
+  XSendEvent(display, window, False, NoEventMask, &event);
+  XSync(display, False);
+}
+
 std::uintptr_t Robot::findWindow(const std::string& title) {
   std::uintptr_t found = 0;
   for (const Window window : windowsIn(display, DefaultRootWindow(display))) {

@@ -68,6 +68,8 @@ class Robot {
   std::uintptr_t focus();
 
   void giveFocus(std::uintptr_t window);
+  /// As the button does that a window manager puts on it.
+  void close(std::uintptr_t window);
   /// A window of the screen that is to be seen, by its title; 0 for none.
   std::uintptr_t findWindow(const std::string& title);
 
