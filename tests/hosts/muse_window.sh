@@ -16,7 +16,7 @@ background "$work/jackd.log" jackd -n "$JACK_DEFAULT_SERVER" -r -m -d dummy -r 4
 within 10 grep -q self-connect "$work/jackd.log"
 background "$work/muse.log" muse -j -J -S -I -2 -p "$work/song.med"
 program=$last
-"$user" 30 >"$work/user.txt"
+"$user" >"$work/user.txt"
 status=$?
 verdicts "$work/user.txt"
 check "the user came to the end" [ $status = 0 ]

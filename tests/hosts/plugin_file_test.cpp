@@ -5,11 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <atomic>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
-#include <thread>
 
 #include "core/tags.hpp"
 #include "tests/support/realtime_watch.hpp"
@@ -90,29 +88,6 @@ TEST(PluginFile, PlaysOnWhateverMovesAheadOfABlock) {
     host.resume(type % 2 == 0 ? 192000.0F : 44100.0F, 1024);
     play(64);
   }
-}
-
-TEST(PluginFile, PlaysOnWhileOtherThreadsUseIt) {
-  TestHost host(file());
-  std::atomic<bool> ending{false};
-  std::thread audio([&] {
-    const Stereo in = noise(256);
-    Stereo out(256);
-    while (!ending.load(std::memory_order_relaxed)) host.process(in, out, 0, 256);
-  });
-  for (int i = 0; i < 50; ++i) {
-    const float value = 0.01F * static_cast<float>(i);
-    for (int tag = 0; tag < tag::bypass; ++tag) host.set(tag, value);
-    EXPECT_EQ(host.text(effGetParamName, tag::cutoff), "Cutoff");
-    const std::string state = host.state();
-    host.dispatch(effSetProgram, 0, i % 3);
-    host.set(tag::cutoff, 0.9F);
-    host.load(state);
-    EXPECT_EQ(host.get(tag::cutoff), value);
-  }
-  ending.store(true);
-  audio.join();
-  EXPECT_FALSE(host.overran);
 }
 
 TEST(PluginFile, BearsWhatACarelessHostDoes) {

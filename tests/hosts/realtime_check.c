@@ -2,10 +2,10 @@
 // block calls with realtimeEnter() and realtimeLeave(); only the thread between the two is watched.
 //
 //   ZUM_RT_STATUS=99   exit status of a program that made a forbidden call
-//   ZUM_RT_TRACE=1     a backtrace of the first call of each function
 //
-// Waits that reach the kernel without one of the functions below still show, as "wait": the thread
-// gave up the processor by itself. Not for use together with a sanitizer.
+// The first call of each function prints a backtrace. Other waits and sleeps show as "wait": the
+// thread gave up the processor by itself. What opens a file as a stream shows as malloc, a wait for
+// a condition as pthread_mutex_lock. Not for use together with a sanitizer.
 #define _GNU_SOURCE
 #include <dlfcn.h>
 #include <errno.h>
@@ -21,7 +21,6 @@
 #include <string.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
-#include <sys/select.h>
 #include <sys/syscall.h>
 #include <time.h>
 #include <unistd.h>
@@ -39,7 +38,6 @@ static _Thread_local int depth __attribute__((tls_model("initial-exec")));
 static _Thread_local struct rusage entered __attribute__((tls_model("initial-exec")));
 static atomic_long total, windows;
 static _Atomic(Function*) seen;
-static int trace;
 
 static void note(Function* function) {
   const int saved = depth;
@@ -47,13 +45,10 @@ static void note(Function* function) {
   ++total;
   if (atomic_fetch_add(&function->calls, 1) == 0) {
     function->next = seen;
-    while (!atomic_compare_exchange_weak(&seen, &function->next, function)) {
-    }
-    if (trace) {
-      void* frames[48];
-      dprintf(2, "realtime_check: %s in the block call\n", function->name);
-      backtrace_symbols_fd(frames, backtrace(frames, 48), 2);
-    }
+    while (!atomic_compare_exchange_weak(&seen, &function->next, function)) continue;
+    void* frames[48];
+    dprintf(2, "realtime_check: %s in the block call\n", function->name);
+    backtrace_symbols_fd(frames, backtrace(frames, 48), 2);
   }
   depth = saved;
 }
@@ -79,21 +74,12 @@ SHOWN long realtimeCount(const char* name) {
   return 0;
 }
 
-static void* next(const char* name) {
-  // without a version the oldest condition variables would answer, which do not fit today's
-  void* found = NULL;
-  if (!strncmp(name, "pthread_cond_", 13)) found = dlvsym(RTLD_NEXT, name, "GLIBC_2.3.2");
-  if (!found) found = dlsym(RTLD_NEXT, name);
-  if (!found) dprintf(2, "realtime_check: no %s\n", name);
-  return found;
-}
-
 // clang-format off
 #define COUNT(text) do { static Function function_ = {.name = text}; if (depth) note(&function_); } while (0)
 // Looked up at the start, since a look-up allocates; the second look-up is for callers before that.
 #define WATCH(result, name, parameters, arguments) \
   static result(*real_##name) parameters; \
-  __attribute__((constructor)) static void find_##name(void) { if (!real_##name) *(void**)&real_##name = next(#name); } \
+  __attribute__((constructor)) static void find_##name(void) { if (!real_##name) *(void**)&real_##name = dlsym(RTLD_NEXT, #name); } \
   SHOWN result name parameters { COUNT(#name); find_##name(); return real_##name arguments; }
 
 // The allocator by its inner names: looking it up would itself allocate.
@@ -103,7 +89,6 @@ SHOWN void* malloc(size_t n) { COUNT("malloc"); return __libc_malloc(n); }
 SHOWN void* calloc(size_t n, size_t m) { COUNT("calloc"); return __libc_calloc(n, m); }
 SHOWN void* realloc(void* p, size_t n) { COUNT("realloc"); return __libc_realloc(p, n); }
 SHOWN void free(void* p) { if (p) COUNT("free"); __libc_free(p); }
-SHOWN void* memalign(size_t a, size_t n) { COUNT("memalign"); return __libc_memalign(a, n); }
 SHOWN void* aligned_alloc(size_t a, size_t n) { COUNT("aligned_alloc"); return __libc_memalign(a, n); }
 SHOWN int posix_memalign(void** p, size_t a, size_t n) { COUNT("posix_memalign"); return (*p = __libc_memalign(a, n)) ? 0 : ENOMEM; }
 
@@ -111,23 +96,14 @@ WATCH(int, pthread_mutex_lock, (pthread_mutex_t* m), (m))
 WATCH(int, pthread_mutex_trylock, (pthread_mutex_t* m), (m))
 WATCH(int, pthread_rwlock_rdlock, (pthread_rwlock_t* l), (l))
 WATCH(int, pthread_rwlock_wrlock, (pthread_rwlock_t* l), (l))
-WATCH(int, pthread_cond_wait, (pthread_cond_t* c, pthread_mutex_t* m), (c, m))
-WATCH(int, pthread_cond_timedwait, (pthread_cond_t* c, pthread_mutex_t* m, const struct timespec* t), (c, m, t))
 WATCH(int, pthread_create, (pthread_t* t, const pthread_attr_t* a, void* (*f)(void*), void* u), (t, a, f, u))
-WATCH(int, pthread_join, (pthread_t t, void** r), (t, r))
 WATCH(int, sem_wait, (sem_t* s), (s))
 WATCH(int, nanosleep, (const struct timespec* t, struct timespec* r), (t, r))
-WATCH(int, clock_nanosleep, (clockid_t c, int f, const struct timespec* t, struct timespec* r), (c, f, t, r))
-WATCH(int, usleep, (useconds_t u), (u))
-WATCH(unsigned, sleep, (unsigned s), (s))
 WATCH(int, sched_yield, (void), ())
 WATCH(int, poll, (struct pollfd* p, nfds_t n, int t), (p, n, t))
-WATCH(int, select, (int n, fd_set* r, fd_set* w, fd_set* e, struct timeval* t), (n, r, w, e, t))
 WATCH(ssize_t, read, (int f, void* p, size_t n), (f, p, n))
 WATCH(ssize_t, write, (int f, const void* p, size_t n), (f, p, n))
 WATCH(int, close, (int f), (f))
-WATCH(FILE*, fopen, (const char* p, const char* m), (p, m))
-WATCH(FILE*, fopen64, (const char* p, const char* m), (p, m))
 WATCH(size_t, fread, (void* p, size_t s, size_t n, FILE* f), (p, s, n, f))
 WATCH(size_t, fwrite, (const void* p, size_t s, size_t n, FILE* f), (p, s, n, f))
 WATCH(int, fputs, (const char* s, FILE* f), (s, f))
@@ -153,15 +129,14 @@ SHOWN long syscall(long number, ...) {
   long x[6];
   va_list a; va_start(a, number); for (int i = 0; i < 6; ++i) x[i] = va_arg(a, long); va_end(a);
   if (number == SYS_futex) COUNT("futex");
-  if (!real) *(void**)&real = next("syscall");
+  if (!real) *(void**)&real = dlsym(RTLD_NEXT, "syscall");
   return real(number, x[0], x[1], x[2], x[3], x[4], x[5]);
 }
 // clang-format on
 
-__attribute__((constructor)) static void start(void) {
+__attribute__((constructor)) static void loadUnwinder(void) {  // outside of every window
   void* frame[1];
-  trace = getenv("ZUM_RT_TRACE") != NULL;
-  backtrace(frame, 1);  // loads the unwinder now, outside of every window
+  backtrace(frame, 1);
 }
 
 __attribute__((destructor)) static void finish(void) {
