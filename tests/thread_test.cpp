@@ -25,7 +25,7 @@ struct Session {
   const Stereo in = noise(kFrames);
   std::atomic<std::uint32_t> mutes{0};  // odd while the engine stands still
   std::atomic<std::uint32_t> blocks{0};
-  std::atomic<std::uint32_t> step{0};
+  std::uint32_t step = 0;
 
   template <class Done>
   static void await(const Done& done) {
@@ -57,16 +57,14 @@ struct Session {
   void setEverything() {
     for (std::int32_t tag = -1; tag <= kLastTag + 1; ++tag) {
       host.set(tag, static_cast<float>(step++ % 9) / 8.0F);
+      host.set(tag::bypass, static_cast<float>(step % 2));
     }
   }
-
-  void switchBypass() { host.set(tag::bypass, static_cast<float>(step++ % 2)); }
 
   void readEverything() {
     for (std::int32_t index = -1; index <= kHostParameters; ++index) {
       const bool known = index < kHostParameters && rowOfTag(index) >= 0;
-      EXPECT_EQ(host.text(effGetParamName, index) != "empty", known) << index;
-      EXPECT_EQ(host.text(effGetParamDisplay, index).substr(0, 2) != "em", known) << index;
+      EXPECT_EQ(host.text(effGetParamDisplay, index) != "empty", known) << index;
       const float value = host.get(index);
       EXPECT_TRUE(value >= 0.0F && value <= 1.0F) << value << " of " << index;
     }
@@ -82,25 +80,21 @@ struct Session {
     mutes.fetch_add(1);
     host.dispatch(effMainsChanged, 0, 0);  // plain writes to the memory of the filters
     host.dispatch(effMainsChanged, 0, 1);
-    const MeterRing meter = client.signal().meters().meter;
-    const std::int32_t counter = client.timing().controlCounter;
+    const std::int32_t& index = client.signal().meters().meter.writeIndex;
+    const std::int32_t before = index;
     const std::uint32_t seen = blocks.load();
     await([&] { return blocks.load() >= seen + 3; });
-    EXPECT_EQ(client.timing().controlCounter, counter);
-    EXPECT_EQ(client.signal().meters().meter.writeIndex, meter.writeIndex);
-    EXPECT_EQ(client.signal().meters().meter.points, meter.points);
+    EXPECT_EQ(index, before);
     mutes.fetch_add(1);
     client.muteRequest.store(false);
-    const std::int32_t& index = client.signal().meters().meter.writeIndex;
-    await([&] { return loadShared(index) != meter.writeIndex; });
+    await([&] { return loadShared(index) != before; });
   }
 };
 
 TEST(Threads, DisturbNeitherBlocksNorEachOther) {
   Session session;
   std::vector<std::jthread> threads;
-  for (const auto work : {&Session::playBlock, &Session::setEverything, &Session::switchBypass,
-                          &Session::readEverything}) {
+  for (const auto work : {&Session::playBlock, &Session::setEverything, &Session::readEverything}) {
     threads.push_back(session.repeat(work));
   }
   for (int i = 0; i < 25 && !testing::Test::HasFailure(); ++i) session.replaceStateUnderMute();
@@ -111,11 +105,10 @@ struct TwoStates {
   std::array<std::string, 2> bytes;
 
   TwoStates() {
-    for (const std::size_t kind : {std::size_t{0}, std::size_t{1}}) {
+    for (std::size_t kind = 0; kind < 2; ++kind) {
       TestHost host;
       KvUniClient& client = host.client();
       for (std::int32_t tag = 0; tag < kHostParameters; ++tag) host.set(tag, value(kind));
-      if (kind == 1) client.steps().setPageCount(3);
       if (kind == 1) client.steps().setColumns(32);
       for (int i = 0; i < client.steps().size(); ++i) client.steps().setValue(i, value(kind));
       for (int i = 0; i < 20; ++i) {
@@ -138,8 +131,8 @@ TEST(Threads, LoadAStateInOnePiece) {
   for (int i = 0; i < kLoads && !testing::Test::HasFailure(); ++i) {
     const std::size_t kind = static_cast<std::size_t>(i) % 2;
     KvChunk chunk;
-    chunk.borrow(states.bytes[kind].data(),
-                 static_cast<std::uint32_t>(states.bytes[kind].size() / 4));
+    const std::string& bytes = states.bytes[kind];
+    chunk.borrow(bytes.data(), static_cast<std::uint32_t>(bytes.size() / 4));
     ASSERT_TRUE(client.loadPreset(chunk, 0, {.restoreAll = true, .quiet = true}));
     for (const std::int32_t tag : {tag::vowelCutoff, tag::cutoff, tag::masterSeq, tag::vowelB}) {
       ASSERT_EQ(session.host.get(tag), TwoStates::value(kind)) << i;
@@ -211,17 +204,16 @@ TEST(Threads, RecallRevertAndRetuneAtOnce) {
 
 // By chance: two writers of one text meet in some of the runs.
 TEST(Threads, TwoSetANameAndLeaveNoMixture) {
-  constexpr int kEnd = -1;
   SharedName name("start");
   std::atomic<int> begun{0};
   std::atomic<int> ended{0};
-  std::thread audio([&] {
+  const std::jthread audio([&](const std::stop_token& stop) {
     const std::string text(1000, 'a');
-    for (int i = 1;; ++i) {
-      while (begun.load() != i && begun.load() != kEnd) std::this_thread::yield();
-      if (begun.load() == kEnd) return;
+    while (!stop.stop_requested()) {
+      const int round = begun.load();
+      if (round == ended.load()) continue;
       name.setInBlock(text);
-      ended.store(i);
+      ended.store(round);
     }
   });
   const std::string text(1000, 'w');
@@ -234,8 +226,6 @@ TEST(Threads, TwoSetANameAndLeaveNoMixture) {
     const std::string left = name.get();
     EXPECT_EQ(left, std::string(1000, left.front())) << i;
   }
-  begun.store(kEnd);
-  audio.join();
 }
 
 }  // namespace
