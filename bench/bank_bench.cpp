@@ -2,13 +2,14 @@
 // folders with 128 presets each while the files are in the system's cache, the memory that it takes
 // against the files' size, and a save into it.
 
+#include <benchmark/benchmark.h>
 #include <malloc.h>
 
 #include <filesystem>
 #include <fstream>
 
-#include "bench/bench_host.hpp"
 #include "platform/files.hpp"
+#include "tests/support/linked_effect.hpp"
 #include "tests/support/temporary_folder.hpp"
 
 namespace zum::bench {

@@ -33,11 +33,15 @@ struct Window {
   KvFrame* frame = new KvFrame({0, 0, 508, 470}, nullptr);
 };
 
-void idleTick(benchmark::State& state) {
+void controlsTick(benchmark::State& state) {
+  const float moved = state.range(0) != 0 ? 0.25F : 0.5F;
   Window window(170);
-  for ([[maybe_unused]] auto _ : state) window.frame->idle();
+  for ([[maybe_unused]] auto _ : state) {
+    window.value = window.value == 0.5F ? moved : 0.5F;
+    window.frame->idle();
+  }
 }
-BENCHMARK(idleTick)->Unit(benchmark::kMicrosecond);
+BENCHMARK(controlsTick)->ArgName("moved")->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
 
 void scopeTick(benchmark::State& state) {
   Window window(169);
@@ -54,15 +58,6 @@ void scopeTick(benchmark::State& state) {
   }
 }
 BENCHMARK(scopeTick)->Unit(benchmark::kMicrosecond);
-
-void allControlsTick(benchmark::State& state) {
-  Window window(170);
-  for ([[maybe_unused]] auto _ : state) {
-    window.value = window.value == 0.5F ? 0.25F : 0.5F;
-    window.frame->idle();
-  }
-}
-BENCHMARK(allControlsTick)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 

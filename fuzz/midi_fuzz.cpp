@@ -20,20 +20,15 @@ constexpr std::int32_t kMostFrames = 256;
 using Effect = test::LinkedEffect;
 
 void send(Effect& effect, Bytes& bytes) {
-  const unsigned count = bytes.below(64);
-  std::vector<VstMidiEvent> midi(count);
-  std::vector<std::byte> memory(sizeof(VstEvents) + count * sizeof(void*));
-  auto* events = new (memory.data()) VstEvents{};
-  events->numEvents = static_cast<std::int32_t>(count);
-  VstEvent** list = events->events;
-  for (unsigned i = 0; i < count; ++i) {
-    midi[i].type = bytes.below(8) == 0 ? bytes.take<std::int32_t>() : kVstMidiType;
-    midi[i].deltaFrames = bytes.below(8) == 0 ? bytes.take<std::int32_t>()
-                                              : static_cast<std::int32_t>(bytes.below(kMostFrames));
-    for (unsigned char& byte : midi[i].midiData) byte = bytes.take<unsigned char>();
-    list[i] = bytes.below(32) == 0 ? nullptr : reinterpret_cast<VstEvent*>(&midi[i]);
+  std::vector<VstMidiEvent> midi(bytes.below(64));
+  for (VstMidiEvent& event : midi) {
+    event.type = bytes.below(8) == 0 ? bytes.take<std::int32_t>() : kVstMidiType;
+    event.deltaFrames = bytes.below(8) == 0 ? bytes.take<std::int32_t>()
+                                            : static_cast<std::int32_t>(bytes.below(kMostFrames));
+    for (unsigned char& byte : event.midiData) byte = bytes.take<unsigned char>();
+    if (bytes.below(32) == 0) event.type = 0;
   }
-  effect.dispatch(effProcessEvents, 0, 0, events);
+  effect.send(midi);
 }
 
 void play(Effect& effect, Bytes& bytes) {
@@ -52,12 +47,11 @@ void play(Effect& effect, Bytes& bytes) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   Effect effect;
   Bytes bytes{data, size};
+  const auto anyTag = [&bytes] { return static_cast<std::int32_t>(bytes.below(300)) - 20; };
   while (bytes.left > 0) {
     switch (bytes.below(8)) {
-      case 0: effect.client().beginLearn(static_cast<std::int32_t>(bytes.below(300)) - 20); break;
-      case 1:
-        effect.client().clearBindings(static_cast<std::int32_t>(bytes.below(300)) - 20);
-        break;
+      case 0: effect.client().beginLearn(anyTag()); break;
+      case 1: effect.client().clearBindings(anyTag()); break;
       case 2: {
         EngineEvent event;  // as an adaptor may put one into the queue
         event.code = static_cast<std::int32_t>(bytes.below(16)) + 195;

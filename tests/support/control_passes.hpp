@@ -34,9 +34,7 @@ class ControlPasses : public TestHost {
       : TestHost(sampleRate), rate(sampleRate) {
     giveTime(tempo);
     host.moves = true;
-    for (std::int32_t i = 0; i < 8; ++i) {
-      client().steps().setValue(i, static_cast<float>(i) / 8.0F);
-    }
+    for (int i = 0; i < 8; ++i) client().steps().setValue(i, static_cast<float>(i) / 8.0F);
   }
 
   void play(bool running) { host.time.flags = running ? kVstTransportPlaying : 0; }
@@ -63,8 +61,10 @@ class ControlPasses : public TestHost {
   float lfoOut() { return client().signal().modulation().lfoOut; }
   float efOut() { return client().signal().modulation().efOut; }
 
-  float rate;
   Stereo in{kFrames};
+
+ private:
+  float rate;
   Stereo out{kFrames};
 };
 

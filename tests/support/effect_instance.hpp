@@ -83,9 +83,6 @@ class EffectInstance {
 
   std::intptr_t send(const std::vector<ShortMessage>& messages) const {
     std::vector<VstMidiEvent> midi(messages.size());
-    std::vector<std::byte> memory(sizeof(VstEvents) + messages.size() * sizeof(void*));
-    auto* events = new (memory.data()) VstEvents{static_cast<std::int32_t>(midi.size()), 0, {}};
-    VstEvent** list = events->events;
     for (std::size_t i = 0; i < messages.size(); ++i) {
       midi[i].type = kVstMidiType;
       midi[i].byteSize = sizeof(VstMidiEvent);
@@ -93,8 +90,14 @@ class EffectInstance {
       midi[i].midiData[0] = static_cast<unsigned char>(messages[i].status);
       midi[i].midiData[1] = static_cast<unsigned char>(messages[i].data1);
       midi[i].midiData[2] = static_cast<unsigned char>(messages[i].data2);
-      list[i] = reinterpret_cast<VstEvent*>(&midi[i]);
     }
+    return send(midi);
+  }
+  std::intptr_t send(std::vector<VstMidiEvent>& midi) const {
+    std::vector<std::byte> memory(sizeof(VstEvents) + midi.size() * sizeof(void*));
+    auto* events = new (memory.data()) VstEvents{static_cast<std::int32_t>(midi.size()), 0, {}};
+    VstEvent** list = events->events;
+    for (VstMidiEvent& each : midi) *list++ = reinterpret_cast<VstEvent*>(&each);
     const RealtimeWatch watch;
     return dispatch(effProcessEvents, 0, 0, events);
   }
