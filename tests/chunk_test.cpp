@@ -23,16 +23,16 @@ Words contentOf(KvTableXY& table) {
   return written([&](KvChunk& to) { table.writeChunk(&to); });
 }
 
-/// What a table of eight steps makes of words: whether it takes them, what it then holds, the word
-/// behind them, and whether there was none.
+/// What a table makes of words: whether it takes them, what it then holds, the word behind them,
+/// and whether they were too few.
 std::tuple<bool, Words, int, bool> read(const std::vector<Word>& words, bool discard) {
   KvTableXY table;
   table.name.set("Mine");
   KvChunk chunk;
   fill(chunk, words);
   const bool taken = table.readChunk(&chunk, discard) != 0;
-  const int next = chunk.getInt();
-  return {taken, contentOf(table), next, chunk.overrun()};
+  const bool overrun = chunk.overrun();
+  return {taken, contentOf(table), overrun ? 0 : chunk.getInt(), overrun};
 }
 
 TEST(Chunk, TwoPassesWriteTheSameWords) {

@@ -91,12 +91,12 @@ TEST_F(MidiTest, AControllerMovesInTheControlPassThatItIsDueIn) {
   play(host, {{0, 0xB5, 7, 127}});  // the message that teaches moves already
   EXPECT_EQ(host.get(tag::cutoff), 1.0F);
   host.send({{112, 0xB0, 7, 0}, {112, 0xB0, 7, 127}, {112, 0xB0, 7, 64}, {130, 0xB0, 8, 1}});
-  pass(host, 7);
+  pass(host, 6);
   EXPECT_EQ(host.get(tag::cutoff), 1.0F);
   pass(host);
   EXPECT_EQ(host.get(tag::cutoff), 64.0F / 127.0F);  // the last of those at once
   EXPECT_EQ(host.client().controllerValue(8), 0.0F);
-  pass(host);
+  pass(host, 2);
   EXPECT_FLOAT_EQ(host.client().controllerValue(8), 1.0F / 127.0F);
   VstEvents none{};
   for (const int count : {2, -5}) {  // of null pointers
