@@ -52,10 +52,8 @@ TEST(WaveFormView, IsDrawnWhenTheChoiceChanges) {
   const KvWaveFormView::Waves waves{low.data(), high.data(), low.data(), low.data(), low.data()};
   auto* const view = desk.add<KvWaveFormView>(kPlace, 64, waves, &style, &wave);
   view->setColors(kRedColor, kRedColor, kRedColor);
-  for (const auto& [chosen, isHigh] : {std::pair(0.0F, false),
-                                       {1.7F, true},
-                                       {5.0F, true},
-                                       {kNoNumber, true}}) {  // the last two: none
+  for (const auto& [chosen, isHigh] :  // of the last two there is no wave
+       {std::pair(0.0F, false), {1.7F, true}, {5.0F, true}, {kNoNumber, true}}) {
     wave = chosen;
     desk.ticks(1);
     EXPECT_EQ(desk.window->pixel(50, 12) == 0xFF0000U, isHigh) << chosen;
@@ -77,8 +75,8 @@ struct Pattern : testing::Test, Desk {
   static int x(int step) { return 16 + 10 * step; }
   static int y(float value) { return 59 - static_cast<int>(value * 48.0F); }
   std::vector<float> values() const {
-    std::vector<float> list;
-    for (int i = 0; i < table.size(); ++i) list.push_back(table.cell(i, 0));
+    std::vector<float> list(static_cast<std::size_t>(table.size()));
+    for (int i = 0; float& value : list) value = table.cell(i++, 0);
     return list;
   }
 

@@ -42,9 +42,9 @@ class Canvas {
     std::memcpy(&pixel, row + 4 * x, sizeof pixel);
     return pixel & 0xFFFFFFU;
   }
-  std::vector<std::uint32_t> row(int x, int y, int count) const {
-    std::vector<std::uint32_t> pixels;
-    for (int i = 0; i < count; ++i) pixels.push_back(at(x + i, y));
+  std::vector<std::uint32_t> row(int x, int y, std::size_t count) const {
+    std::vector<std::uint32_t> pixels(count);
+    for (std::uint32_t& pixel : pixels) pixel = at(x++, y);
     return pixels;
   }
   /// Pixels that are no longer white, inside and outside of a rectangle.
