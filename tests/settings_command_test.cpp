@@ -14,7 +14,6 @@ using SettingsCommandTest = SettingsTest;
 TEST_F(SettingsCommandTest, ShowsAndChangesValues) {
   expectTold(
       "", {
-              {"settings list", 0, "name  type    value\n"},
               {"settings delete presetpath0", 1, "there is no setting presetpath0"},
               {"settings set IgnorePrgChange 0", 0, ""},
               {"settings get ignorePrgChange", 0, "0\n"},
