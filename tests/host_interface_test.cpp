@@ -98,7 +98,7 @@ TEST(HostInterface, TextsStayInsideTheirRoom) {
                {effGetParamName, -7, 64},    {effGetParamLabel, tag::seqGlideLfo, 64},
                {effGetParamDisplay, 57, 64}, {effGetParamDisplay, tag::cutoff, 64}};
   for (const auto& c : cases) {
-    EXPECT_TRUE(host.text(c.opcode, c.index, c.room) != "" && !host.overran) << c.opcode;
+    EXPECT_FALSE(host.text(c.opcode, c.index, c.room).empty() || host.overran) << c.opcode;
   }
 }
 
