@@ -54,8 +54,8 @@ double loudnessOf(const Stereo& sound) {
 /// Levels in dB of nine octaves from 62.5 Hz up in every sixteenth.
 std::vector<float> pictureOf(const Stereo& sound) {
   std::vector<float> picture;
-  for (double hz = 62.5; hz <= 16000.0; hz *= 2.0) {
-    const double w = 2.0 * 3.141592653589793 * hz / kRate;
+  for (int octave = 0; octave < 9; ++octave) {
+    const double w = 2.0 * 3.141592653589793 * std::ldexp(62.5, octave) / kRate;
     const double alpha = 0.35 * std::sin(w);
     const auto b = static_cast<float>(alpha / (1.0 + alpha));
     const auto a1 = static_cast<float>(-2.0 * std::cos(w) / (1.0 + alpha));
