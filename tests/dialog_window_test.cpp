@@ -31,7 +31,7 @@ TEST(MessageWindow, IsAnsweredInItsOwnWindowAndBlocksTheOthers) {
   EXPECT_EQ(desk.window->hostKeys().size(), 1U);
   type(*box, keys::kReturn);
   type(*ask(), keys::kEscape);
-  for (int i = 0; i < 60; ++i) desk.tick();
+  desk.tick(60);
   type(*desk.window, keys::kF1 + 1);  // which takes keys again
   EXPECT_EQ(desk.window->hostKeys().size(), 1U);
   // OK stands left of Cancel, and is pressed by a release on it.

@@ -2,22 +2,19 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <thread>
 
 #include "platform/files.hpp"
 #include "platform/zenity_dialogs.hpp"
 #include "support/own_display.hpp"
+// X's macros after that
+#include <X11/keysym.h>
 
 namespace zum::test {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr unsigned long kReturn = 0xFF0D;  // key symbols
-constexpr unsigned long kEscape = 0xFF1B;
 
 class RealZenityTest : public testing::Test {
  protected:
@@ -31,11 +28,8 @@ class RealZenityTest : public testing::Test {
   void TearDown() override {
     if (!folder.empty()) fs::remove_all(folder);
   }
-  void pollFor(std::chrono::milliseconds time) {
-    for (const auto end = Clock::now() + time; Clock::now() < end && dialogs.isOpen();) {
-      dialogs.poll();
-      std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
+  void pollFor(int milliseconds) {
+    for (; milliseconds > 0 && dialogs.isOpen(); milliseconds -= 10) dialogs.poll(), usleep(10'000);
   }
   /// Types the keys into the dialog until it is answered; it takes a while to listen.
   std::string answerTo(FileOperation ask, const std::string& title, const std::string& keys,
@@ -45,22 +39,21 @@ class RealZenityTest : public testing::Test {
                    [&](const std::optional<std::string>& path) { answer = path.value_or("none"); });
     std::uintptr_t window = 0;
     for (int i = 0; i < 300 && window == 0; ++i) {
-      pollFor(std::chrono::milliseconds(50));
+      pollFor(50);
       window = robot.findWindow(title);
     }
     for (int i = 0; i < 20 && answer == "pending" && window != 0; ++i) {
       robot.giveFocus(window);
-      pollFor(std::chrono::milliseconds(500));
+      pollFor(500);
       for (const char key : keys) robot.type(static_cast<unsigned char>(key));
-      pollFor(std::chrono::milliseconds(500));
+      pollFor(500);
       robot.type(last);
-      pollFor(std::chrono::milliseconds(1000));
+      pollFor(1000);
     }
     dialogs.cancel(this);
     return answer;
   }
 
-  using Clock = std::chrono::steady_clock;
   OwnDisplay server;
   Robot robot;
   ZenityDialogs dialogs;
@@ -69,10 +62,10 @@ class RealZenityTest : public testing::Test {
 
 TEST_F(RealZenityTest, ReturnsWhatTheUserTypes) {
   const std::string file = (folder / "a.kvz").string();
-  EXPECT_EQ(answerTo(&FileDialogs::load, "Load it", file, kReturn), toInternalPath(file));
-  EXPECT_EQ(answerTo(&FileDialogs::save, "Save it", "b.kvz", kReturn),
+  EXPECT_EQ(answerTo(&FileDialogs::load, "Load it", file, XK_Return), toInternalPath(file));
+  EXPECT_EQ(answerTo(&FileDialogs::save, "Save it", "b.kvz", XK_Return),
             toInternalPath((folder / "b.kvz").string()));
-  EXPECT_EQ(answerTo(&FileDialogs::load, "Leave it", "", kEscape), "none");
+  EXPECT_EQ(answerTo(&FileDialogs::load, "Leave it", "", XK_Escape), "none");
 }
 
 }  // namespace

@@ -17,12 +17,6 @@
 
 namespace zum::test {
 
-inline std::vector<layout::Knob> allKnobs() {
-  std::vector<layout::Knob> all(layout::kUpperKnobs.begin(), layout::kUpperKnobs.end());
-  all.insert(all.end(), layout::kLowerKnobs.begin(), layout::kLowerKnobs.end());
-  return all;
-}
-
 class EditorDesk {
  public:
   EditorDesk() { reopen(); }
@@ -43,18 +37,15 @@ class EditorDesk {
     tick();
   }
   /// What a host does thirty times a second, and a little of what it does all the time.
-  void tick() {
-    if (plays) playOn();
-    editor().idle();
-  }
-  void ticks(int count) {
-    for (int i = 0; i < count; ++i) tick();
-  }
-  /// Pixels that the next tick draws.
-  long drawnPixels() {
-    window->forgetShows();
-    tick();
-    return window->shownPixels();
+  void tick(int count = 1) {
+    for (; count > 0; --count) {
+      if (plays) {
+        Stereo out(input.frames());
+        host.process(input, out, place, kBlock);
+        place = place + 2 * kBlock > input.frames() ? 0 : place + kBlock;
+      }
+      editor().idle();
+    }
   }
 
   // At a place of the window.
@@ -81,9 +72,10 @@ class EditorDesk {
   void click(int tag, int word = buttons::kLeft) { click(middleOf(tag), word); }
   void drag(int tag, int dx, int dy) {
     const CPoint from = middleOf(tag);
+    const CPoint to{from.x + dx, from.y + dy};
     press(from);
-    move({from.x + dx, from.y + dy});
-    release({from.x + dx, from.y + dy});
+    move(to);
+    release(to);
   }
   KvOptionMenu& menu(int tag) { return static_cast<KvOptionMenu&>(*editor().getControl(tag)); }
   void choose(int menuTag, int row) {
@@ -100,7 +92,7 @@ class EditorDesk {
   void tap(std::uint8_t virt) {
     key(virt);
     window->keyUp({0, virt, 0});
-    ticks(2);  // or the next press would be a repeat
+    tick(2);  // or the next press would be a repeat
   }
   void controller(int number, int value) {
     host.send({{0, 0xB0, number, value}});
@@ -140,20 +132,10 @@ class EditorDesk {
   TestHost host{44100.0F, {}, createEditor};
   OffscreenWindow* window = nullptr;
   std::map<std::string, OffscreenWindow*> boxes;  // in front of it, by their titles
-  Stereo input{kBlock};                           // is heard over and over, in whole blocks
-  bool plays = true;                              // blocks go through the effect
-
- private:
-  static constexpr std::size_t kBlock = 64;
-
-  void playOn() {
-    Stereo out(input.frames());
-    host.process(input, out, place, static_cast<std::int32_t>(kBlock));
-    place += kBlock;
-    if (place + kBlock > input.frames()) place = 0;
-  }
-
-  std::size_t place = 0;  // in the input
+  static constexpr int kBlock = 64;
+  Stereo input{kBlock};   // is heard over and over, in whole blocks
+  std::size_t place = 0;  // in it
+  bool plays = true;      // blocks go through the effect
 };
 
 }  // namespace zum::test

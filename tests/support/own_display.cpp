@@ -3,47 +3,23 @@
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
 #include <fcntl.h>
-#include <poll.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
-#include <iostream>
-#include <string>
+#include <cstring>
 #include <utility>
 
 namespace zum::test {
 namespace {
 
-constexpr int kStartTime = 20000;  // ms, on a busy machine
-
 [[noreturn]] void giveUp(const char* what) {
-  std::cerr << what << '\n';
+  (void)std::fprintf(stderr, "%s\n", what);
   std::abort();
-}
-
-/// The server writes its number when it is ready.
-std::string readNumber(int pipe) {
-  std::string number;
-  for (char next = 0;;) {
-    pollfd wait{pipe, POLLIN, 0};
-    if (::poll(&wait, 1, kStartTime) != 1 || read(pipe, &next, 1) != 1) return {};
-    if (next == '\n') return number;
-    number += next;
-  }
-}
-
-std::vector<Window> windowsIn(Display* display, Window outer) {
-  Window ignored = 0;
-  Window* found = nullptr;
-  unsigned count = 0;
-  XQueryTree(display, outer, &ignored, &ignored, &found, &count);
-  std::vector<Window> all(found, found + count);
-  if (found != nullptr) XFree(found);
-  return all;
 }
 
 }  // namespace
@@ -51,25 +27,25 @@ std::vector<Window> windowsIn(Display* display, Window outer) {
 OwnDisplay::OwnDisplay() noexcept {
   std::array<int, 2> ends{};
   if (pipe2(ends.data(), O_CLOEXEC) != 0) giveUp("no pipe");
-  const std::string number = std::to_string(ends[1]);
+  const std::string end = std::to_string(ends[1]);
   const pid_t us = getpid();
   process = fork();
   if (process == 0) {
     prctl(PR_SET_PDEATHSIG, SIGTERM);  // at which it tidies up behind itself
     if (getppid() != us) _exit(1);
     fcntl(ends[1], F_SETFD, 0);
-    execlp("Xvfb", "Xvfb", "-displayfd", number.c_str(), "-screen", "0", "1024x768x24", "-nolisten",
+    execlp("Xvfb", "Xvfb", "-displayfd", end.c_str(), "-screen", "0", "1024x768x24", "-nolisten",
            "tcp", "-noreset", static_cast<char*>(nullptr));
     _exit(1);
   }
   close(ends[1]);
-  const std::string display = readNumber(ends[0]);
-  close(ends[0]);
-  if (display.empty()) {
-    stop();
-    giveUp("no X server: is xvfb installed?");
-  }
-  setenv("DISPLAY", (":" + display).c_str(), 1);
+  std::array<char, 16> number{};  // which it writes when it is ready
+  std::FILE* const pipe = fdopen(ends[0], "r");
+  const bool isReady = std::fgets(number.data(), number.size(), pipe) != nullptr;
+  (void)std::fclose(pipe);
+  if (!isReady) giveUp("no X server: is xvfb installed?");
+  setenv("DISPLAY", (":" + std::string(number.data(), std::strcspn(number.data(), "\n"))).c_str(),
+         1);
 }
 
 void OwnDisplay::stop() {
@@ -89,13 +65,9 @@ void Robot::disconnect() {
 
 void Robot::moveTo(std::uintptr_t window, int x, int y) {
   Window root = DefaultRootWindow(display);
-  int screenX = x;
-  int screenY = y;
-  if (window != 0) {
-    Window child = 0;
-    XTranslateCoordinates(display, window, root, x, y, &screenX, &screenY, &child);
-  }
-  XTestFakeMotionEvent(display, -1, screenX, screenY, CurrentTime);
+  Window child = 0;
+  XTranslateCoordinates(display, window != 0 ? window : root, root, x, y, &x, &y, &child);
+  XTestFakeMotionEvent(display, -1, x, y, CurrentTime);
   XSync(display, False);
 }
 
@@ -104,50 +76,19 @@ void Robot::click(unsigned button) {
   release(button);
 }
 
-void Robot::wheel(int notches) {
-  for (int left = std::abs(notches); left > 0; --left) click(notches > 0 ? Button4 : Button5);
-}
-
 void Robot::type(unsigned long keySymbol) {
   keyDown(keySymbol);
   keyUp(keySymbol);
 }
 
-void Robot::swapButtons(bool swapped) {
-  std::array<unsigned char, 256> map{};
-  const int count = XGetPointerMapping(display, map.data(), static_cast<int>(map.size()));
-  map[0] = swapped ? 3 : 1;
-  map[2] = swapped ? 1 : 3;
-  XSetPointerMapping(display, map.data(), count);
-}
-
-void Robot::grab(bool grabs) {
-  if (grabs) {
-    XGrabPointer(display, DefaultRootWindow(display), False, 0, GrabModeAsync, GrabModeAsync, None,
-                 None, CurrentTime);
-  } else {
-    XUngrabPointer(display, CurrentTime);
-  }
-  XSync(display, False);
-}
-
 Screenshot Robot::screenshot(std::uintptr_t window) {
-  Window root = DefaultRootWindow(display);
   XWindowAttributes place{};
-  XGetWindowAttributes(display, window != 0 ? window : root, &place);
-  int x = 0;
-  int y = 0;
-  Window child = 0;
-  if (window != 0) XTranslateCoordinates(display, window, root, 0, 0, &x, &y, &child);
-  XImage* image = XGetImage(display, root, x, y, static_cast<unsigned>(place.width),
-                            static_cast<unsigned>(place.height), AllPlanes, ZPixmap);
+  XGetWindowAttributes(display, window, &place);
+  XImage* image = XGetImage(display, window, 0, 0, static_cast<unsigned>(place.width),
+                            static_cast<unsigned>(place.height), 0xFFFFFF, ZPixmap);
   if (image == nullptr) giveUp("that window is not on the screen");
-  Screenshot shot{place.width, place.height, {}};
-  for (int row = 0; row < place.height; ++row) {
-    for (int column = 0; column < place.width; ++column) {
-      shot.words.push_back(static_cast<std::uint32_t>(XGetPixel(image, column, row)) & 0xFFFFFFU);
-    }
-  }
+  const auto* const words = reinterpret_cast<const std::uint32_t*>(image->data);
+  Screenshot shot{place.width, place.height, {words, words + place.width * place.height}};
   XDestroyImage(image);
   return shot;
 }
@@ -176,15 +117,20 @@ void Robot::close(std::uintptr_t window) {
 }
 
 std::uintptr_t Robot::findWindow(const std::string& title) {
+  Window ignored = 0;
+  Window* windows = nullptr;
+  unsigned count = 0;
+  XQueryTree(display, DefaultRootWindow(display), &ignored, &ignored, &windows, &count);
   std::uintptr_t found = 0;
-  for (const Window window : windowsIn(display, DefaultRootWindow(display))) {
+  for (unsigned i = 0; i < count; ++i) {
     char* name = nullptr;
     XWindowAttributes state{};
-    XGetWindowAttributes(display, window, &state);
-    if (state.map_state != IsViewable || XFetchName(display, window, &name) == 0) continue;
-    if (title == name) found = window;
+    XGetWindowAttributes(display, windows[i], &state);
+    if (state.map_state != IsViewable || XFetchName(display, windows[i], &name) == 0) continue;
+    if (title == name) found = windows[i];
     XFree(name);
   }
+  if (windows != nullptr) XFree(windows);
   return found;
 }
 
@@ -213,11 +159,6 @@ HostWindow::HostWindow(int left, int depth) : display(XOpenDisplay(nullptr)) {
   XSync(display, False);
 }
 
-void HostWindow::destroy() {
-  XDestroyWindow(display, window);
-  XSync(display, False);
-}
-
 void HostWindow::end() {
   if (display != nullptr) XCloseDisplay(std::exchange(display, nullptr));
 }
@@ -230,10 +171,6 @@ std::vector<KeySym> HostWindow::keys() {
     symbols.push_back(XLookupKeysym(&event.xkey, 0));
   }
   return symbols;
-}
-
-unsigned HostWindow::children() const {
-  return static_cast<unsigned>(windowsIn(display, window).size());
 }
 
 }  // namespace zum::test

@@ -51,19 +51,12 @@ class Robot {
   void press(unsigned button = 1) { pushButton(button, true); }
   void release(unsigned button = 1) { pushButton(button, false); }
   void click(unsigned button = 1);
-  /// Up is above 0.
-  void wheel(int notches);
   void keyDown(unsigned long keySymbol) { pushKey(keySymbol, true); }
   void keyUp(unsigned long keySymbol) { pushKey(keySymbol, false); }
   void type(unsigned long keySymbol);
-  /// As on a mouse for the left hand.
-  void swapButtons(bool swapped);
-  /// Keeps the mouse for itself, as another program's menu would.
-  void grab(bool grabs);
 
-  /// What is to be seen where the window is, 0 for the whole screen.
+  /// What a window that is on the screen shows.
   Screenshot screenshot(std::uintptr_t window);
-  std::uint32_t pixel(std::uintptr_t window, int x, int y) { return screenshot(window).at(x, y); }
   /// The window that has it.
   std::uintptr_t focus();
 
@@ -92,14 +85,10 @@ class HostWindow {
   HostWindow(const HostWindow&) = delete;
   HostWindow& operator=(const HostWindow&) = delete;
 
-  /// The window goes, the program stays.
-  void destroy();
   /// The program ends.
   void end();
   /// Symbols of the keys whose presses and releases came here.
   std::vector<unsigned long> keys();
-  /// Windows of others inside of it.
-  unsigned children() const;
 
   _XDisplay* display;
   std::uintptr_t window;

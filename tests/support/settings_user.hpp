@@ -57,6 +57,9 @@ inline bool inProcesses(int count, const std::function<bool(int)>& work) {
   return good;
 }
 
+#ifndef ZUM_PROGRAM
+#define ZUM_PROGRAM "none"  // of tests that run none
+#endif
 const std::string kProgram = "'" ZUM_PROGRAM "' ";
 
 class SettingsTest : public testing::Test {
