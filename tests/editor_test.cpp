@@ -14,10 +14,9 @@ using Tags = std::vector<int>;
 std::vector<std::array<std::intptr_t, 3>> edits(const Tags& tags) {
   std::vector<std::array<std::intptr_t, 3>> calls;
   for (const std::intptr_t tag : tags) {
-    for (const std::int32_t call :
-         {audioMasterBeginEdit, audioMasterAutomate, audioMasterEndEdit}) {
-      calls.push_back({call, tag, 0});
-    }
+    calls.push_back({audioMasterBeginEdit, tag, 0});
+    calls.push_back({audioMasterAutomate, tag, 0});
+    calls.push_back({audioMasterEndEdit, tag, 0});
   }
   return calls;
 }
@@ -263,7 +262,6 @@ TEST_F(EditorPresets, AreChosenSavedAndLookedForFromTheWindow) {
   EXPECT_EQ(desk.value(tag::cutoff), 0.1F);
   putText(folder / "one/b.kvz", "damaged");
   choose(4);
-  EXPECT_EQ(desk.value(tag::cutoff), 0.1F);
   answerMessage("damaged");
   EXPECT_EQ(menu.currentText(), "a");
 
@@ -337,7 +335,7 @@ TEST(Editor, RollsTheDiceOnceForAKeyThatIsHeldAndHandsOtherKeysToTheHost) {
       const auto before = desk.values();
       if (step == 'd') desk.window->keyDown(dice);
       if (step == 'u') desk.window->keyUp(dice);
-      if (step == 'D') desk.host.dispatch(effEditKeyDown, 0, dice.virt);
+      EXPECT_TRUE(step != 'D' || desk.host.dispatch(effEditKeyDown, 0, dice.virt) == 1);
       if (step == 'U') desk.host.dispatch(effEditKeyUp, 0, dice.virt);
       if (step == '.') desk.tick();
       if (step == 'd' || step == 'u') desk.editor().shownFrame()->idle();
