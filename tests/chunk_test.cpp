@@ -223,8 +223,10 @@ TEST(StepTable, SizesThatCannotBeAreRefused) {
   }
   const Words before = std::get<Words>(read({}, true));
   for (const auto& words : cases) {
-    EXPECT_EQ(read(words, false), std::tuple(false, before, 0, true))
-        << testing::PrintToString(Words(words.begin(), words.end()));
+    for (const bool discard : {false, true}) {
+      EXPECT_EQ(read(words, discard), std::tuple(false, before, 0, true))
+          << testing::PrintToString(Words(words.begin(), words.end()));
+    }
   }
   KvTableXY table;
   ASSERT_TRUE(table.setPageCount(1025));

@@ -231,8 +231,8 @@ TEST_F(MidiTest, WhatNoBlockTakesEndsAsItWasPlayed) {
       host.send(messages);
       if (gap != Gap::noBlock) pass(host);
     };
-    std::vector<ShortMessage> flood;
-    for (int i = 0; i < 200; ++i) flood.push_back({i, 0xB0, 7, i % 127});
+    std::vector<ShortMessage> flood(200);
+    for (int i = 0; i < 200; ++i) flood[static_cast<std::size_t>(i)] = {i, 0xB0, 7, i % 127};
     for (int block = 0; block < 15; ++block) go(flood);
     go({{0, 0x80, 60}, {0, 0x81, 60}, {0, 0xC0, 5}, {0, 0xC0, 9}});
     go({{0, 0xE0, 0, 127}, {0, 0xD0, 127}});
