@@ -10,8 +10,7 @@
 namespace zum {
 namespace {
 
-/// The view that the host gets: the effect's editor.
-/// The process outlives it.
+/// [main] The view that the host gets: the effect's editor. The process outlives it.
 class KvRTASWrapperCustomView final : public CCustomView {
  public:
   explicit KvRTASWrapperCustomView(KvRTASWrapperProcess& shown) : process(shown) {}

@@ -110,11 +110,7 @@ void BankWalk::setProgram(std::int32_t index) {
     fault = desk.check(*program, needs);
     if (!fault && !desk.replace(program->chunk, 0, needs, {.title = program->name})) return;
     moveTo(place);
-    if (!fault) {
-      desk.findOrigin(0);
-      PresetSlot& slot = desk.slot();
-      if (slot.folder.get().empty() && !PresetDesk::root().empty()) slot.folder.set(kNowhere);
-    }
+    if (!fault) desk.findOrigin(0, kNowhere);
   }
   if (fault) return PresetDialogs::tellFault(fault);
   window.update();
@@ -142,9 +138,10 @@ void BankWalk::playMidiProgram(int index) ZUM_REALTIME {
   if (program != nullptr) desk.tryPlay(*program);
 }
 
-// Without a text of its own that would need memory: it goes with a state that was taken.
+// Uses no heap: it follows a load that took effect, and must not fail half way. Each text is used
+// before the next one takes its room.
 void BankWalk::takePosition() {
-  std::array<char, SharedName::kRoom> text{};
+  std::array<char, std::max(SharedName::kRoom, PresetSlot::kFolderRoom)> text{};
   const auto all = programs();
   const PresetSlot& slot = desk.slot();
   const auto read = [&](const auto& shared) {

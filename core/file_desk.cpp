@@ -1,5 +1,6 @@
 #include "core/file_desk.hpp"
 
+#include <new>
 #include <vector>
 
 #include "platform/files.hpp"
@@ -100,7 +101,11 @@ void FileDesk::loadCcMap(const char* path) {
 
 bool FileDesk::load(const std::string& file, int slot) {
   KvChunk preset;
-  if (readChunkFile(file, preset) == ChunkFile::missing) return false;
+  try {
+    if (readChunkFile(file, preset) == ChunkFile::missing) return false;
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
   if (!preset.readHeader(false)) return false;  // nothing of a file that is too long was read
   if (preset.isNewer()) {
     PresetDialogs::tell(std::string("preset was written with a newer version of ") +

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <memory>
+#include <new>
 #include <thread>
 #include <utility>
 
@@ -46,13 +47,15 @@ std::int32_t PresetDesk::writeState(void** data) {
   return static_cast<std::int32_t>(4 * stateChunk.dataWords());
 }
 
-void PresetDesk::storeRevertPoint() {
+// Without memory the old point stays; a state that does not check is none.
+void PresetDesk::storeRevertPoint() try {
   const StateGate::Turn turn(around.gate);
   auto written = std::make_unique<KvChunk>();
   std::string name = slot().name.get();
-  if (!write(*written, 0)) written.reset();  // half a state is no point to come back to
+  if (!write(*written, 0)) written.reset();
   revertChunk = std::move(written);
   revertName = std::move(name);
+} catch (const std::bad_alloc&) {
 }
 
 // ---- into the parameters
@@ -95,7 +98,7 @@ bool PresetDesk::makeRoom(const PresetNeeds& needs) {
 
 void PresetDesk::take(const KvChunk& preset, int slot, const LoadFlags& flags,
                       MissingFiles* missing) ZUM_REALTIME {
-  trusted([&] {  // as in check()
+  trusted([&] {  // the reader owns nothing that its end would free
     KvChunk reader;
     reader.borrow(preset.data(), preset.dataWords());
     const bool isolatesMap = around.switches.isOn(UserSwitches::kIsolateMap);
@@ -168,13 +171,20 @@ void PresetDesk::takeOrigin(int slot, const std::string& file) {
   names.folder.set(folderName(file));
 }
 
-void PresetDesk::findOrigin(int slot) {
+// It goes with a state that was taken, so it does not throw: without memory nothing is found, and
+// the texts of the state before go.
+void PresetDesk::findOrigin(int slot, const char* nowhere) {
   PresetSlot& names = this->slot(slot);
-  const std::string tree = root();
-  if (tree.empty()) return;
-  const FoundPreset found = findPresetFile(tree, names.name.get() + "." + preset::kExtension);
-  names.folder.set(found.folder);
-  if (!found.path.empty()) names.path.set(found.path);
+  try {
+    const std::string tree = root();
+    if (tree.empty()) return;
+    const FoundPreset found = findPresetFile(tree, names.name.get() + "." + preset::kExtension);
+    names.folder.set(found.folder.empty() ? nowhere : found.folder);
+    if (!found.path.empty()) names.path.set(found.path);
+  } catch (const std::bad_alloc&) {
+    names.folder.set("");
+    names.path.set("");
+  }
 }
 
 }  // namespace zum

@@ -1,4 +1,4 @@
-// [main] unless said otherwise. States in memory: what a host saves and gives back, the revert
+// [main, with one door for audio] States in memory: what a host saves and gives back, the revert
 // point, and the way of a preset into the parameters.
 #pragma once
 
@@ -97,8 +97,8 @@ class PresetDesk {
   // ---- where it came from
   /// A file. The name is set where the state is: it goes with what is heard.
   void takeOrigin(int slot, const std::string& file);
-  /// Where a search for the name finds it.
-  void findOrigin(int slot);
+  /// Where a search for the name finds it; `nowhere` stands for the folder where it does not.
+  void findOrigin(int slot, const char* nowhere = "");
 
  private:
   bool reserve(const PresetNeeds& needs) noexcept;

@@ -1,6 +1,7 @@
 // [any] Where the current state came from, and where it stands in the bank.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "state/shared_text.hpp"
@@ -8,9 +9,11 @@
 namespace zum {
 
 struct PresetSlot {
+  static constexpr std::size_t kFolderRoom = 1024;
+
   SharedName name{"default"};
   SharedText<4096> path;  // of the file
-  SharedText<1024> folder;
+  SharedText<kFolderRoom> folder;
 };
 
 /// Aligned words.

@@ -33,8 +33,6 @@ class KvUniClient final : public KvPluginBase,
                           private PresetHost {
  public:
   static constexpr std::int32_t kPrograms = 128;
-  static constexpr int kIgnoreProgramChanges = UserSwitches::kIgnoreProgramChanges;
-  static constexpr int kIsolateMap = UserSwitches::kIsolateMap;
 
   KvUniClient(audioMasterCallback host, EditorFactory makeEditor);
   /// What it asked the user is dropped, and its window closed.
@@ -172,11 +170,13 @@ class KvUniClient final : public KvPluginBase,
   /// The last value of a controller, 0 to 1.
   float controllerValue(int number) const { return midi.controllerValue(number); }
   const NoteState& played() const { return midi.played(); }
-  EventQueue& eventQueue() { return midi.queue(); }
   const PresetSlot& slot() const { return desk.slot(); }
   std::int32_t currentFolder() const { return loadShared(position.folder); }
   /// [main]
   SharedBank::Held programs() const { return bank.programs(); }
+  /// [audio]
+  EventQueue& eventQueue() { return midi.queue(); }
+  /// [audio] What an adaptor fills ahead of a block.
   VstTimeInfo& adaptorTime() { return transport.adaptorTime(); }
 
  private:

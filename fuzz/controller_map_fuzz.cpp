@@ -3,6 +3,7 @@
 // for a taken one that does not come back as it is.
 
 #include "core/controller_map.hpp"
+#include "core/tags.hpp"
 #include "fuzz/bytes.hpp"
 #include "tests/support/chunk_words.hpp"
 
@@ -28,7 +29,7 @@ bool read(ControllerMap& map, const void* memory, std::size_t bytes) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   ControllerMap map;
-  map.controllers[3].append({7, 0});
+  map.controllers[3].append({tag::efAttack, 0});
   const Words before = wordsOf(map);
   const bool taken = read(map, data, size);
   const Words after = wordsOf(map);

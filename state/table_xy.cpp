@@ -29,7 +29,7 @@ bool canBe(std::int32_t columns, std::int32_t pages) ZUM_REALTIME {
 
 }  // namespace
 
-// An effect without steps is none.
+// Throws std::bad_alloc: the engine always reads steps.
 KvTableXY::KvTableXY() {
   if (!reserve(kSteps)) throw std::bad_alloc();
   init();

@@ -29,7 +29,7 @@ class NoMemory : public testing::Test {
     writeSettingString(kPresetPath, path("tree"));
     TestHost maker;
     for (int step = 0; step < 40; ++step)
-      maker.client().controllers().controllers[7].append({3, 0});
+      maker.client().controllers().controllers[7].append({tag::cutoff, 0});
     maker.client().saveCcMap(path("map.kvm").c_str());
     maker.client().setStepColumns(32);
     for (const char* name : {"tree/A/a0.kvz", "tree/A/a1.kvz", "tree/Midi Programs/m0.kvz"}) {

@@ -172,6 +172,19 @@ TEST(OptionMenu, ASubMenuStaysForAHandThatIsOnItsWayThere) {
   }
 }
 
+TEST(OptionMenu, AChoiceOnTheWayToASubMenuTakesItFromTheScreen) {
+  OpenTree tree;
+  tree.drag(tree.first.x, tree.first.y, 0);
+  const CRect inner = tree.menu->openList()->getChild()->getRect();
+  const auto shown = [&] { return tree.window->pixel(inner.right - 3, inner.bottom - 3); };
+  const std::uint32_t open = shown();
+  tree.drag(tree.first.x + 30, tree.first.y + 20, 0);
+  ASSERT_TRUE(tree.isInnerOpen());
+  tree.click(tree.first.x + 30, tree.first.y + 20);
+  EXPECT_FALSE(tree.menu->isListOpen());
+  EXPECT_NE(shown(), open);
+}
+
 TEST(OptionMenu, KeysOpenSubMenusLeaveThemAndChoose) {
   for (const std::uint8_t opens : {keys::kRight, keys::kReturn, keys::kEnter}) {
     for (const std::uint8_t leaves : {keys::kLeft, keys::kEscape}) {

@@ -153,7 +153,7 @@ TEST_F(MidiTest, AMapThatIsBeingRewrittenMovesNothing) {
   const float before = host.get(tag::cutoff);
   host.send({{0, 0xB0, 7, 127}});  // waits already
   map.learning.store(true);
-  host.client().setOption(KvUniClient::kIgnoreProgramChanges, 0, false);
+  host.client().setOption(UserSwitches::kIgnoreProgramChanges, 0, false);
   play(host, {{0, 0xB0, 7, 127}, {0, 0xD0, 127}, {0, 0xC0, 5}, {0, 0x90, 60, 100}});
   EXPECT_EQ(host.client().played().lastProgram, 0);
   EXPECT_EQ(host.client().played().lastNote, 60.0F);
@@ -220,7 +220,7 @@ TEST_F(MidiTest, WhatNoBlockTakesEndsAsItWasPlayed) {
   for (const Gap gap : {Gap::mute, Gap::offline, Gap::noBlock}) {
     TestHost host;
     KvUniClient& client = host.client();
-    client.setOption(KvUniClient::kIgnoreProgramChanges, 0, false);
+    client.setOption(UserSwitches::kIgnoreProgramChanges, 0, false);
     client.controllers().controllers[7].append({tag::cutoff, 0});
     client.controllers().controllers[8].append({tag::cutoff, 0});
     play(host, {{0, 0x90, 60, 100}, {0, 0x91, 60, 100}});

@@ -1,4 +1,4 @@
-// Not reached by this effect's window: what a button's light may depend on besides a variable.
+// What a button's light may depend on besides a variable.
 #pragma once
 
 #include <atomic>

@@ -52,9 +52,14 @@ void KvFrame::setDirty(bool state) {
 void KvFrame::idle() {
   if (ticking) return;
   ticking = true;
-  heldKey.tick();
-  pollWindow();
-  if (!isGone()) tick();
+  try {
+    heldKey.tick();
+    pollWindow();
+    if (!isGone()) tick();
+  } catch (...) {  // a tick without memory is not the last one
+    ticking = false;
+    throw;
+  }
   ticking = false;
 }
 

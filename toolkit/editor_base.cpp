@@ -35,11 +35,13 @@ void KvEditorBase::close() {
 }
 
 void KvEditorBase::idle() {
-  const Held<KvFrame> shown = holdFrame();
-  if (!shown) return;
-  if (updateWanted.exchange(false)) shown->setDirty(true);
-  if (redrawWanted.exchange(false)) shown->requestRedraw();
-  shown->idle();
+  {
+    const Held<KvFrame> shown = holdFrame();
+    if (!shown) return;
+    if (updateWanted.exchange(false)) shown->setDirty(true);
+    if (redrawWanted.exchange(false)) shown->requestRedraw();
+    shown->idle();
+  }
   WindowServices::get().poll();  // last: an answer may close this window, and its effect
 }
 

@@ -90,7 +90,7 @@ void MenuList::draw(CDrawContext& context, const InUse& inUse) const {
   }
   const int last = std::min(firstVisible() + rowsInside(), rows.size());
   for (int row = firstVisible(); row < last; ++row) {
-    drawRow(context, row, rows[row].marked || inUse(rows, row));
+    drawRow(context, row, inUse(rows, row));
   }
   scroll.draw(context, style.backgroundColor, style.look.selectedBackColor);
   if (child != nullptr) child->draw(context, inUse);
@@ -266,6 +266,7 @@ void MenuList::openChild(int row) {
 void MenuList::closeChild() {
   aim = {};
   if (child == nullptr) return;
+  child->gatherDamage(damaged);  // of lists that it closed itself
   damaged.add(child->drawnArea());
   child.reset();
 }

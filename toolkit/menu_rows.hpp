@@ -16,7 +16,6 @@ struct KvOptionMenuEntryInfo {
   std::string text;
   std::unique_ptr<MenuRows> subMenu;  // opens instead of being selected; null for a plain row
   std::unique_ptr<KvOptionMenuUserEntry> userEntry;
-  bool marked = false;
   bool enabled = true;
   bool isHeader = false;  // cannot be selected
 

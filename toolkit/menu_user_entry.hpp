@@ -1,4 +1,5 @@
-// Not reached by this effect's window: what a row of a menu can carry for those who made it.
+// Not reached by this effect's window, whose rows carry nothing and whose menus have one listener:
+// what a row can carry for those who made it, and who hears of a choice besides.
 #pragma once
 
 namespace zum {

@@ -115,10 +115,6 @@ void KvOptionMenu::setEntryEnabled(int index, bool enabled) {
   if (rows.has(index)) rows[index].enabled = enabled;
 }
 
-void KvOptionMenu::setEntryMarked(int index, bool marked) {
-  if (rows.has(index)) rows[index].marked = marked;
-}
-
 const KvOptionMenuUserEntry* KvOptionMenu::getUserEntry(int index) const {
   return rows.has(index) ? rows[index].userEntry.get() : nullptr;
 }
@@ -191,10 +187,18 @@ void KvOptionMenu::reportChoice() {
   const bool isFile = hasStyle(menu_style::kFolder) && getValue() >= static_cast<float>(fixedCount);
   if (editBracket) beginEdit();
   if (isFile) getFrame().setCursor(WindowCursor::hourglass);
-  report();
-  if (onSelect != nullptr) onSelect->menuChose(static_cast<int>(getValue()));
-  if (isFile) getFrame().setCursor(WindowCursor::arrow);
-  if (editBracket) endEdit();
+  const auto end = [&] {
+    if (isFile) getFrame().setCursor(WindowCursor::arrow);
+    if (editBracket) endEdit();
+  };
+  try {
+    report();
+    if (onSelect != nullptr) onSelect->menuChose(static_cast<int>(getValue()));
+  } catch (...) {
+    end();
+    throw;
+  }
+  end();
 }
 
 void KvOptionMenu::stepInRing(int direction) {
@@ -283,7 +287,10 @@ void KvOptionMenu::popup(PopupMode mode, const CPoint* where, int popupTag) {
 
 void KvOptionMenu::closePopup() {
   if (list == nullptr) return;
-  getFrame().invalidRect(drawnArea());
+  Damage drawn;
+  list->gatherDamage(drawn);  // also of sub-lists that closed just now
+  drawn.add(drawnArea());
+  for (const CRect& part : drawn.parts()) getFrame().invalidRect(part);
   KvControl::closePopup();
   list.reset();
   ignoreNextUp = openingClick = false;

@@ -43,7 +43,6 @@ class KvOptionMenu final : public KvControl, public CControlListener {
   int getNbEntries() const { return rows.size(); }
   int getSelectedEntry() const { return rows.selected(); }
   void setEntryEnabled(int index, bool enabled);
-  void setEntryMarked(int index, bool marked);
   const KvOptionMenuUserEntry* getUserEntry(int index) const;
 
   /// Selects a row, or, for one that is not there, none.
@@ -68,7 +67,6 @@ class KvOptionMenu final : public KvControl, public CControlListener {
   /// Selects the next file, 1, or the one before, -1, and reports it.
   void stepPreset(int direction);
   /// Rows ahead of the files.
-  int fixedRows() const { return fixedCount; }
 
   void draw(CDrawContext& context) override;
   CRect drawnArea() const override;
