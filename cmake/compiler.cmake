@@ -16,9 +16,15 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   set(CMAKE_CXX_COMPILE_OPTIONS_IPO -flto=auto -ffat-lto-objects)
 endif()
 
+# What follows in the calling folder is compiled by itself, as fast as the rest: no block passes
+# through it.
+macro(zum_off_the_block)
+  set(CMAKE_INTERPROCEDURAL_OPTIMIZATION_RELEASE OFF)
+endmacro()
+
 # What follows in the calling folder is compiled and linked file by file, and fast.
 macro(zum_file_by_file)
-  set(CMAKE_INTERPROCEDURAL_OPTIMIZATION_RELEASE OFF)
+  zum_off_the_block()
   add_compile_options($<$<CONFIG:Release>:-O1>)
   add_link_options(-fno-lto)
 endmacro()
