@@ -92,7 +92,7 @@ void AudioOutput::checkWrite(bool complete) const {
 
 void AudioOutput::measure(float sample) {
   const float level = std::fabs(sample);
-  if (std::isfinite(level)) highest = std::fmax(highest, level);
+  if (std::isfinite(level)) highest = std::max(highest, level);
   if (bits != 0 && level > 1.0F) ++clipped;
 }
 
