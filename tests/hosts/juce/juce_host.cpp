@@ -98,7 +98,8 @@ int main(int argc, char** argv) {
   check(first->getTotalNumInputChannels() == 2 && first->getTotalNumOutputChannels() == 2 &&
             first->getParameters().size() == 60 && first->getNumPrograms() == 128,
         "2 in, 2 out, 60 parameters, 128 programs");
-  for (const auto& [rate, block] : {std::pair(44100, 64), std::pair(96000, 1024), std::pair(48000, 3)})
+  for (const auto& [rate, block] :
+       {std::pair(44100, 64), std::pair(96000, 1024), std::pair(48000, 3)})
     check(sane(render(*first, rate, block)), "sound at " + String(rate) + " Hz");
 
   // Outside of an application JUCE leaves the handler that ends the process, and sets properties
