@@ -41,7 +41,7 @@ struct Row {
 
 /// The panel of a main knob.
 struct PanelRow {
-  Panel buttons;
+  PanelButtons buttons;
   int knob;
   const char* resetName;
   const char* closeName;

@@ -101,7 +101,7 @@ constexpr std::array<ParameterRow, kParameterRows> kRows = [] {
   auto* next = all.data();
   for (const Row& row : kPresetTable) *next++ = presetRow(row);
   for (const PanelRow& panel : kPanelTable) {
-    const tag::Panel& tags = panel.buttons;
+    const tag::PanelButtons& tags = panel.buttons;
     *next = panelButton(panel, tags.reset, panel.resetName, rows::resets, ": reset");
     next->resets = next->panel->amounts;
     ++next;

@@ -36,7 +36,7 @@ inline constexpr std::uint8_t kRedraw = 1;  // the window shows more of it than 
 /// What stands in the panel behind a main knob.
 struct KnobPanel {
   int knob;
-  tag::Panel buttons;
+  tag::PanelButtons buttons;
   int learns;                             // tag that its learn and clear speak of
   std::span<const std::int16_t> amounts;  // tags; by follower, LFO, sequencer, whichever move it
 };

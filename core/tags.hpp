@@ -6,7 +6,7 @@
 namespace zum::tag {
 
 /// The buttons in the panel of a knob.
-struct Panel {
+struct PanelButtons {
   int reset;  // centres the panel's amounts
   int close;
   int learn;  // the next controller moves the knob...
@@ -91,22 +91,22 @@ inline constexpr int bypass    = 222;
 
 // ---- Buttons
 
-//                                      reset close learn clear
-inline constexpr Panel efFreqRangePanel{  72,   73,   75,   77};
-inline constexpr Panel efReleasePanel  {  79,   80,   82,   84};
-inline constexpr Panel efAttackPanel   {  86,   87,   89,   91};
-inline constexpr Panel efGainPanel     {  93,   94,   96,   98};
-inline constexpr Panel lfoRatePanel    { 100,  101,  103,  105};
-inline constexpr Panel lfoWavePanel    { 107,  108,  110,  112};
-inline constexpr Panel lfoTrigSensPanel{ 114,  115,  117,  119};
-inline constexpr Panel seqTempoPanel   { 121,  122,  124,  126};
-inline constexpr Panel seqGlidePanel   { 128,  129,  131,  133};
-inline constexpr Panel cutoffPanel     { 155,  156,  158,  160};
-inline constexpr Panel vowelCutoffPanel{ 166,  167,  169,  171};
-inline constexpr Panel resonancePanel  { 173,  174,  176,  178};
-inline constexpr Panel overdrivePanel  { 180,  181,  183,  185};
-inline constexpr Panel mixDryWetPanel  { 187,  188,  190,  192};
-inline constexpr Panel masterPanel     { 213,  214,  216,  218};
+//                                             reset close learn clear
+inline constexpr PanelButtons efFreqRangePanel{  72,   73,   75,   77};
+inline constexpr PanelButtons efReleasePanel  {  79,   80,   82,   84};
+inline constexpr PanelButtons efAttackPanel   {  86,   87,   89,   91};
+inline constexpr PanelButtons efGainPanel     {  93,   94,   96,   98};
+inline constexpr PanelButtons lfoRatePanel    { 100,  101,  103,  105};
+inline constexpr PanelButtons lfoWavePanel    { 107,  108,  110,  112};
+inline constexpr PanelButtons lfoTrigSensPanel{ 114,  115,  117,  119};
+inline constexpr PanelButtons seqTempoPanel   { 121,  122,  124,  126};
+inline constexpr PanelButtons seqGlidePanel   { 128,  129,  131,  133};
+inline constexpr PanelButtons cutoffPanel     { 155,  156,  158,  160};
+inline constexpr PanelButtons vowelCutoffPanel{ 166,  167,  169,  171};
+inline constexpr PanelButtons resonancePanel  { 173,  174,  176,  178};
+inline constexpr PanelButtons overdrivePanel  { 180,  181,  183,  185};
+inline constexpr PanelButtons mixDryWetPanel  { 187,  188,  190,  192};
+inline constexpr PanelButtons masterPanel     { 213,  214,  216,  218};
 
 inline constexpr int mouseArea          = 163;  // lies over the tabs of the lower pages
 inline constexpr int resetAll           = 199;  // centres every amount

@@ -106,7 +106,7 @@ void KvUniClientEditor::addPanelControls() {
     const layout::Panel& row = layout::kPanels[i];
     const ParameterRow& knob = *findRow(row.knob);
     const std::span amounts = knob.panel->amounts;
-    const tag::Panel& tags = knob.panel->buttons;
+    const tag::PanelButtons& tags = knob.panel->buttons;
     KvViewContainer& panel = *panels[i];
     const bool isTall = amounts.size() == std::size(kSliderTops);
     addText(panel, kTitle, kTitleSize)->setText(upperCase(knob.title.data()));
