@@ -1,7 +1,6 @@
 // Presets on disk through the effect object: the bank and the walk through it, files and their
 // neighbours, programs of MIDI.
 #include <algorithm>
-#include <atomic>
 #include <chrono>
 #include <cstring>
 #include <set>
@@ -76,15 +75,13 @@ TEST_F(BankTest, ProgramsWalkThroughTheWholeBank) {
     host.client().setProgram(asked);
     EXPECT_EQ(standOf(host), stand) << asked;
   }
-  EXPECT_EQ(host.text(effGetProgramName), "a0");
   EXPECT_EQ(host.text(effGetProgramNameIndexed, 2), "a2");
   EXPECT_EQ(host.text(effGetProgramNameIndexed, 7), "empty");
-  EXPECT_EQ(host.client().slot().path.get(), path("A/a0.kvz"));
-  EXPECT_EQ(host.client().slot().folder.get(), "A");
+  const PresetSlot& slot = host.client().slot();
+  EXPECT_EQ(slot.folder.get() + ": " + slot.path.get(), "A: " + path("A/a0.kvz"));
   fs::remove(folder / "tree/A/a1.kvz");  // in memory it stays
   host.client().setProgram(1);
-  EXPECT_EQ(nameOf(host), "a1");
-  EXPECT_EQ(host.client().slot().folder.get(), ":-(");
+  EXPECT_EQ(slot.folder.get() + ": " + nameOf(host), ":-(: a1");
 }
 
 TEST_F(BankTest, HoldsTheFirst128OfEachAndOnlyWhatIsAPreset) {
@@ -104,13 +101,10 @@ TEST_F(BankTest, HoldsTheFirst128OfEachAndOnlyWhatIsAPreset) {
   }
   TestHost host;
   const auto bank = host.client().programs();
-  EXPECT_EQ(bank->folderCount(), 128);
+  ASSERT_EQ(std::pair(bank->folderCount(), bank->presetCount(0)), std::pair(128, 128));
   EXPECT_EQ(bank->folderName(127), "F1126");
-  ASSERT_EQ(bank->presetCount(0), 128);
-  EXPECT_EQ(bank->presetName(0, 0), "1000");
   EXPECT_EQ(bank->presetName(0, 127), "1127");
-  EXPECT_EQ(bank->get(0, 128), nullptr);
-  EXPECT_EQ(bank->get(128, 0), nullptr);
+  EXPECT_TRUE(bank->get(0, 128) == nullptr && bank->get(128, 0) == nullptr);
   // The window's arrows reach what the bank does not hold.
   load(host, "A/1127.kvz");
   host.client().nextPreset(0);
@@ -197,16 +191,24 @@ TEST_F(BankTest, WhatIsSavedIsTheProgramThatPlays) {
   EXPECT_EQ(nameOf(host), "a1");
 }
 
-TEST_F(BankTest, MidiPlaysProgramsFromMemory) {
+TEST_F(BankTest, MidiPlaysProgramsFromMemoryWhereTheUserAllowsIt) {
   putTree();
   TestHost host;
   fs::remove_all(folder / "tree");
-  for (const int index : {1, 2, -1, 127}) host.client().playMidiProgram(index);
-  EXPECT_EQ(standOf(host), Stand(0, 0, "m1", 0.375F));  // the others are none
+  const auto change = [&](int program) {
+    host.send({{0, 0xC0, program}});
+    host.render(Stereo(16));
+    return standOf(host);
+  };
+  host.set(tag::cutoff, 1.0F);
+  EXPECT_EQ(change(1), Stand(0, 0, "default", 1.0F));
+  host.client().setOption(0, 0, true);
+  EXPECT_EQ(TestHost().client().option(0), 0.0F);  // kept in the settings
+  for (const int program : {1, 2, 127}) EXPECT_EQ(change(program), Stand(0, 0, "m1", 0.375F));
+  host.client().playMidiProgram(-1);
   EXPECT_FALSE(host.client().muteRequest.load());
   host.client().scanBank();
-  host.client().playMidiProgram(0);  // no such folder
-  EXPECT_EQ(nameOf(host), "m1");
+  EXPECT_EQ(change(0), Stand(0, 0, "m1", 0.375F));  // no such folder
 }
 
 constexpr std::uint32_t kMegabyte = 1U << 18U;  // in words: the most that a preset may have
@@ -222,9 +224,8 @@ TEST_F(BankTest, WhatIsRefusedKeepsItsPlaceAndNoMemory) {
   put("A/a2", hollow);
   TestHost host;
   host.set(tag::cutoff, 1.0F);
-  const std::pair<int, const char*> refused[] = {{1, "wrong plugin version"},
-                                                 {2, "This is no valid ZUM format!"}};
-  for (const auto& [program, message] : refused) {
+  for (const auto& [program, message] :
+       {std::pair{1, "wrong plugin version"}, {2, "This is no valid ZUM format!"}}) {
     EXPECT_EQ(host.client().programs()->get(0, program)->chunk.dataWords(), 0U);
     EXPECT_TRUE(has(toldBy([&, at = program] { host.client().setProgram(at); }), message));
     EXPECT_EQ(standOf(host), Stand(0, program, "default", 1.0F));
@@ -269,12 +270,10 @@ TEST_F(BankTest, ReplacedBanksGo) {
   ASSERT_TRUE(client.inProcess.load());
   std::vector<std::weak_ptr<const KvProgramBank>> banks;
   for (int i = 0; i < 10; ++i) {
-    if (i % 2 == 0) client.scanBank();
-    if (i % 2 == 1) save(host, "A/new.kvz");
+    i % 2 == 0 ? client.scanBank() : save(host, "A/new.kvz");
     banks.emplace_back(client.programs());
   }
-  EXPECT_EQ(std::count_if(banks.begin(), banks.end(), [](const auto& b) { return !b.expired(); }),
-            1);
+  EXPECT_EQ(std::ranges::count_if(banks, [](const auto& bank) { return !bank.expired(); }), 1);
 }
 
 // Blocks of nothing but program changes, as dense as they come.
@@ -282,19 +281,18 @@ TEST_F(BankTest, StatesAreSavedAndBanksReplacedBesideProgramChanges) {
   putTree();
   TestHost host;
   KvUniClient& client = host.client();
-  {
-    const std::jthread audio([&client](const std::stop_token& stop) {
-      while (!stop.stop_requested()) {
-        client.inProcess.store(true);
-        for (int i = 0; i < 100 && !client.muteRequest.load(); ++i) client.playMidiProgram(i % 2);
-        client.inProcess.store(false);
-      }
-    });
-    for (int i = 0; i < 200; ++i) {
-      EXPECT_FALSE(host.state().empty()) << i;
-      client.scanBank();
+  std::jthread audio([&client](const std::stop_token& stop) {
+    while (!stop.stop_requested()) {
+      client.inProcess.store(true);
+      for (int i = 0; i < 100 && !client.muteRequest.load(); ++i) client.playMidiProgram(i % 2);
+      client.inProcess.store(false);
     }
+  });
+  for (int i = 0; i < 200; ++i) {
+    EXPECT_FALSE(host.state().empty()) << i;
+    client.scanBank();
   }
+  audio = {};
   EXPECT_FALSE(client.muteRequest.load());
 }
 
@@ -323,8 +321,8 @@ TEST_F(BankTest, ConstructionLoadsTheDefaultPresetAndARecallFindsItsFile) {
   load(host, "C/c1.kvz");
   TestHost other;
   other.load(host.state());
-  EXPECT_EQ(other.client().slot().path.get(), path("C/c1.kvz"));
-  EXPECT_EQ(other.client().slot().folder.get(), "C");
+  const PresetSlot& slot = other.client().slot();
+  EXPECT_EQ(slot.folder.get() + ": " + slot.path.get(), "C: " + path("C/c1.kvz"));
   EXPECT_EQ(standOf(other), Stand(2, 1, "c1", 0.25F));
 }
 
