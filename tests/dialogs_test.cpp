@@ -4,7 +4,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <csignal>
 #include <optional>
 #include <vector>
@@ -15,20 +14,12 @@
 #include "state/missing_files.hpp"
 #include "support/settings_user.hpp"
 #include "support/test_host.hpp"
+#include "support/told.hpp"
 
 namespace zum::test {
 namespace {
 
-using Clock = std::chrono::steady_clock;
 using Path = std::optional<std::string>;
-
-/// What standard error gets meanwhile.
-template <class Work>
-std::string toldBy(const Work& work) {
-  testing::internal::CaptureStderr();
-  work();
-  return testing::internal::GetCapturedStderr();
-}
 
 /// As a window polls: "caption: text", and a question mark behind a question.
 std::string shown(std::optional<Message>& message) {
@@ -90,13 +81,8 @@ TEST(Messages, ASecondBoxIsNeverOpenedWhileOneShows) {
   }
   asker.ask("still there");
   detachMessages();
-  EXPECT_EQ(asker.answers, "0");
   EXPECT_EQ(toldBy([] { detachMessages(); }), "Q: still there\n");
-  attachMessages();
-  asker.ask("shown");
-  EXPECT_EQ(shown(message), "Q: shown?");
-  detachMessages();  // with the box open
-  EXPECT_EQ(asker.answers, "000");
+  EXPECT_EQ(asker.answers, "00");
 }
 
 TEST(Messages, AnOwnerThatGoesHearsNothing) {
@@ -154,7 +140,6 @@ TEST_F(ZenityTest, ItsEndAndItsOutputAreTheAnswer) {
       {"sleep 4 & echo /a", "\\a", "\\a"},  // what it started holds the pipe open
       {"echo /a; exit 1", {}, "\\a"},
       {"echo /a; kill -9 $$", {}, "\\a"},
-      {"echo", {}, {}},
       {"echo a", {}, {}},
       {"printf '/a\\\\b'", {}, {}},
       {"printf '/a\\000b'", {}, {}},
@@ -193,20 +178,18 @@ TEST_F(ZenityTest, AsksByArgumentsOfAnyBytes) {
             "--file-selection\n--title=-t $(exit) `x` \"'\n\xFF\n--filename=/a $b/\n"
             "--file-filter=A (*.kvz) | *.kvz\n--file-filter=B c (*.wav) | *.wav\n"
             "--file-filter=All files | *\n");
-  EXPECT_EQ(asked(&FileDialogs::save, {"t", {{"A", "kvz"}}, "\\a", this}),
-            "--file-selection\n--save\n--confirm-overwrite\n--title=t\n--filename=/a/\n"
-            "--file-filter=A (*.kvz) | *.kvz\n--file-filter=All files | *\n");
+  EXPECT_EQ(asked(&FileDialogs::save, {"t", {}, "\\a", this}),
+            "--file-selection\n--save\n--confirm-overwrite\n--title=t\n--filename=/a/\n");
   EXPECT_EQ(asked(&FileDialogs::folder, {"t", {}, "c:\\x", this}),
             "--file-selection\n--directory\n--title=t\n");
 }
 
 TEST_F(ZenityTest, TheChildGetsNothingThatIsTheHostsAlone) {
   putProgram(
-      "[ -e /proc/$$/fd/77 ] || [ -n \"$LD_PRELOAD\" ] || [ \"$KEPT\" != yes ] ||\n"
+      "[ -e /proc/$$/fd/77 ] || [ -n \"$LD_PRELOAD\" ] ||\n"
       "grep -q '^SigIgn:.*[1-9a-f].\\{0,6\\}$' /proc/$$/status || echo /clean");
   const int file = dup2(STDERR_FILENO, 77);
   setenv("LD_PRELOAD", "/none.so", 1);
-  setenv("KEPT", "yes", 1);
   (void)std::signal(SIGPIPE, SIG_IGN);
   sigset_t term;
   sigemptyset(&term);
@@ -240,15 +223,11 @@ TEST_F(ZenityTest, OneDialogAtATimeThatItsOwnerCloses) {
     };
     start();
     ask(*dialogs);
-    EXPECT_EQ(answers, std::vector<Path>{std::nullopt});  // of the second
     dialogs->cancel(nullptr);
     dialogs->poll();
-    EXPECT_TRUE(dialogs->isOpen());
-    const auto before = Clock::now();
+    EXPECT_TRUE(dialogs->isOpen() && answers.size() == 1);  // of the second
     dialogs->cancel(this);
-    EXPECT_LT(Clock::now() - before, std::chrono::seconds(5));
-    EXPECT_TRUE(isGone() && !dialogs->isOpen());
-    EXPECT_EQ(answers.size(), 1U);
+    EXPECT_TRUE(isGone() && !dialogs->isOpen() && answers.size() == 1);
     start();
     dialogs.reset();
     EXPECT_TRUE(isGone());
@@ -300,7 +279,7 @@ class AnswersTest : public SettingsTest, public FileDialogs {
   /// The box whose text holds this is seen and closed: a message, or a question with its answer.
   static void expectBox(const std::string& part, std::optional<bool> answer = {}) {
     const Message message = nextMessage().value_or(Message{});
-    EXPECT_NE(message.text.find(part), std::string::npos) << part << ": " << message.text;
+    EXPECT_TRUE(has(message.text, part)) << part << ": " << message.text;
     ASSERT_EQ(message.answer != nullptr, answer.has_value()) << part;
     if (answer) message.answer(*answer);
     messageClosed();
@@ -310,42 +289,40 @@ class AnswersTest : public SettingsTest, public FileDialogs {
   FileAnswer pending;
 };
 
-TEST_F(AnswersTest, PresetsGoOnWhereTheUserAnswers) {
-  TestHost host;
-  KvUniClient& client = host.client();
+TEST_F(AnswersTest, PresetsGoOnWhereTheUserAnswersUntilTheirEffectGoes) {
+  auto host = std::make_unique<TestHost>();
+  KvUniClient& client = host->client();
   int saves = 0;
-  const auto save = [&] { client.savePreset(nullptr, 0, nullptr, false, [&] { ++saves; }); };
+  const auto save = [&](const Path& path) {
+    client.savePreset(nullptr, 0, nullptr, false, [&] { ++saves; });
+    choose(path);
+  };
   writeSettingString(kPresetSavePath, internal("start"));
-  host.set(tag::cutoff, 0.875F);
-  save();
+  host->set(tag::cutoff, 0.875F);
+  save(std::nullopt);
   EXPECT_EQ(asked.title + asked.filters[0].extension, "Choose a file to savekvz");
   EXPECT_EQ(asked.startFolder, internal("start"));
-  choose(std::nullopt);
-  save();
-  choose(std::string(KvFileChooser::kPathBytes, 'x'));
+  save(std::string(KvFileChooser::kPathBytes, 'x'));
   expectBox("x is too long");
   EXPECT_EQ(saves, 0);
-  save();
-  choose(internal("new"));
+  save(internal("new"));
   EXPECT_TRUE(fs::exists(home / "new.kvz") && saves == 1);
   EXPECT_EQ(client.slot().name.get(), "new");
 
   // The ending makes it the name of a file that is there.
   putText(home / "old.kvz", "old");
   for (const bool yes : {false, true}) {
-    save();
-    choose(internal("old"));
+    save(internal("old"));
     expectBox(internal("old.kvz"), yes);
     EXPECT_EQ(textIn(home / "old.kvz") == "old", !yes);
   }
-  save();
-  choose(internal("old.kvz"));  // the dialog itself has asked
+  save(internal("old.kvz"));  // the dialog itself has asked
   EXPECT_EQ(saves, 3);
 
-  host.set(tag::cutoff, 0.0F);
+  host->set(tag::cutoff, 0.0F);
   client.loadPresetFile(nullptr, 0, nullptr, false);
   choose(internal("new.kvz"));
-  EXPECT_EQ(host.get(tag::cutoff), 0.875F);
+  EXPECT_EQ(host->get(tag::cutoff), 0.875F);
 
   client.saveCcMap(nullptr);
   choose(internal("maps/a.kvm"));  // no such folder: the failure is seen
@@ -354,19 +331,12 @@ TEST_F(AnswersTest, PresetsGoOnWhereTheUserAnswers) {
   client.loadCcMap(nullptr);
   EXPECT_EQ(asked.startFolder, internal("maps/"));
   choose(std::nullopt);
-  EXPECT_FALSE(nextMessage());
-}
 
-TEST_F(AnswersTest, AnEffectThatGoesTakesItsQuestionsAlong) {
-  auto host = std::make_unique<TestHost>();
-  putText(home / "old.kvz", "old");
-  host->client().savePreset(nullptr, 0, nullptr, false);
-  choose(internal("old"));
-  host->client().loadPresetFile(nullptr, 0, nullptr, false);
+  save(internal("old"));
+  client.loadPresetFile(nullptr, 0, nullptr, false);
   EXPECT_TRUE(pending);
   host.reset();
-  EXPECT_FALSE(pending);
-  EXPECT_FALSE(nextMessage());
+  EXPECT_FALSE(pending || nextMessage());
 }
 
 /// An object whose file is not where its chunk says.
@@ -396,7 +366,6 @@ TEST_F(AnswersTest, OneFoundFolderServesForTheOtherFiles) {
   choose(internal("found/b.wav"));
   expectBox("e.wav", true);
   choose(std::nullopt);
-  EXPECT_FALSE(nextMessage());
   std::vector<std::string> taken;
   for (const LostFile& file : files) taken.push_back(file.taken);
   EXPECT_EQ(taken, (std::vector{""s, internal("found/b.wav"), internal("found/c.wav"), ""s, ""s}));

@@ -1,14 +1,13 @@
 // One effect as its host holds it, known by its binary face alone: the one way of tests, hosts,
-// benchmarks and fuzz targets to speak to an effect. Wraps what an entry made:
-// `EffectInstance effect(createEffect(callback))` of the linked-in one (linked_effect.hpp, with the
-// object behind the record), `EffectInstance effect(file.make(callback))` of a plug-in file that
-// was loaded (PluginFile, below). Derive from it for audio, time and what else a host gives.
+// benchmarks and fuzz targets to speak to an effect, linked in (linked_effect.hpp) or of a plug-in
+// file. Derive from it for audio, time and what else a host gives.
 #pragma once
 
 #include <dlfcn.h>
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <new>
 #include <stdexcept>
 #include <string>
@@ -22,9 +21,7 @@ namespace zum::test {
 /// A short message of MIDI, `delta` frames behind the start of the next block.
 struct ShortMessage {
   std::int32_t delta;
-  int status;
-  int data1;
-  int data2 = 0;
+  int status, data1, data2 = 0;
 };
 
 class EffectInstance {
@@ -61,12 +58,10 @@ class EffectInstance {
 
   /// The text that an opcode writes into `room` bytes.
   std::string text(std::int32_t opcode, std::int32_t index = 0, std::size_t room = 512) {
-    constexpr std::size_t kGuard = 16;
-    std::string buffer(room + kGuard, '#');
+    std::string buffer(room + 16, '#');  // with a guard behind the room
     dispatch(opcode, index, 0, buffer.data());
-    if (buffer.find_first_not_of('#', room) != std::string::npos) overran = true;
     const std::size_t end = buffer.find('\0');
-    if (end == std::string::npos) overran = true;
+    overran = overran || end >= room || buffer.find_first_not_of('#', room) != std::string::npos;
     return buffer.substr(0, end);
   }
   bool overran = false;  // an answer that was longer than its room, or had no end
@@ -108,22 +103,16 @@ class EffectInstance {
 /// A plug-in file, loaded for as long as this lives; the effects that it made go before it.
 class PluginFile {
  public:
-  explicit PluginFile(const char* path) : library(dlopen(path, RTLD_NOW | RTLD_LOCAL)) {
-    if (library == nullptr) throw std::runtime_error(dlerror());
-    for (const char* name : {"main", "VSTPluginMain"}) {
-      if (void* symbol = dlsym(library, name)) entry = reinterpret_cast<Entry>(symbol);
-    }
-    if (entry == nullptr) throw std::runtime_error("the file has no entry");
+  explicit PluginFile(const char* path) : library(dlopen(path, RTLD_NOW | RTLD_LOCAL), dlclose) {
+    if (library) entry = reinterpret_cast<Entry>(dlsym(library.get(), "VSTPluginMain"));
+    if (entry == nullptr) throw std::runtime_error(dlerror());
   }
-  ~PluginFile() { dlclose(library); }
-  PluginFile(const PluginFile&) = delete;
-  PluginFile& operator=(const PluginFile&) = delete;
 
   AEffect* make(audioMasterCallback host) const { return entry(host); }
 
  private:
   using Entry = AEffect* (*)(audioMasterCallback);
-  void* library;
+  std::unique_ptr<void, int (*)(void*)> library;
   Entry entry = nullptr;
 };
 

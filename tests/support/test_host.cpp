@@ -83,14 +83,12 @@ void TestHost::selectFilter(int bank, int type) {
 
 void TestHost::prepare(int type, float cutoff, float resonance, float drive) {
   selectFilter(type);
-  for (const auto& [knob, value] : {std::pair{tag::cutoff, cutoff},
-                                    {tag::vowelCutoff, cutoff},
-                                    {tag::resonance, resonance},
-                                    {tag::overdrive, drive},
-                                    {tag::master, 0.5F},
-                                    {tag::mixDryWet, 1.0F}}) {
-    set(knob, value);
-  }
+  set(tag::cutoff, cutoff);
+  set(tag::vowelCutoff, cutoff);
+  set(tag::resonance, resonance);
+  set(tag::overdrive, drive);
+  set(tag::master, 0.5F);
+  set(tag::mixDryWet, 1.0F);
 }
 
 void TestHost::process(const Stereo& in, Stereo& out, std::size_t at, std::int32_t frames) {
@@ -104,8 +102,7 @@ void TestHost::process(const Stereo& in, Stereo& out, std::size_t at, std::int32
 
 Stereo TestHost::render(const Stereo& in, const std::vector<std::int32_t>& blocks) {
   Stereo out(in.frames());
-  std::size_t at = 0;
-  for (std::size_t i = 0; at < in.frames(); ++i) {
+  for (std::size_t at = 0, i = 0; at < in.frames(); ++i) {
     const auto block =
         std::min(in.frames() - at, static_cast<std::size_t>(blocks[i % blocks.size()]));
     process(in, out, at, static_cast<std::int32_t>(block));
