@@ -11,6 +11,7 @@ namespace buttons {
 inline constexpr int kLeft = 2;
 inline constexpr int kMiddle = 4;
 inline constexpr int kRight = 8;
+inline constexpr int kAny = kLeft | kMiddle | kRight;
 inline constexpr int kShift = 16;
 inline constexpr int kControl = 32;
 inline constexpr int kAlt = 64;

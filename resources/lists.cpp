@@ -14,7 +14,7 @@ constexpr int kRow = 17;
 constexpr int kTypeWidth = 111;
 constexpr int kOrderWidth = 40;
 constexpr int kMargin = 1;  // above the first row of the open list of types
-constexpr int kSignMiddle = 12;
+constexpr int kTypeMiddle = 12;
 
 constexpr std::size_t kMostCorners = 8;
 
@@ -55,7 +55,7 @@ void rowGround(cairo_t* cr, const Rect& rect) {
 }
 
 void typeRow(cairo_t* cr, int row, int top, const Color& sign, const Color& name) {
-  curveSign(cr, kTypes[row], kSignMiddle - 4, top + kRow / 2, sign);
+  curveSign(cr, kTypes[row], kTypeMiddle - 4, top + kRow / 2, sign);
   text(cr, 28.0, top + 12, Align::left, kTypes[row].name, {8.0, true, 0.0}, name);
 }
 

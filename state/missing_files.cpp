@@ -10,19 +10,16 @@
 #include "state/settings.hpp"
 
 namespace zum {
-namespace {
-
-struct Wanted {
-  KvFileObject* object;
-  std::string path;
-
-  /// False when another preset was loaded while the user was asked.
-  bool isCurrent() const { return object->path() == path; }
-};
-
-}  // namespace
 
 struct MissingFiles::Search : std::enable_shared_from_this<MissingFiles::Search> {
+  struct Wanted {
+    KvFileObject* object;
+    std::string path;
+
+    /// False when another preset was loaded while the user was asked.
+    bool isCurrent() const { return object->path() == path; }
+  };
+
   Search(void* asker, bool asksNobody) : owner(asker), quiet(asksNobody) {}
 
   bool takeFromFolders(const Wanted& wanted) const {
@@ -75,7 +72,7 @@ MissingFiles::MissingFiles(void* owner, bool asksNobody)
     : shared(std::make_shared<Search>(owner, asksNobody)) {}
 
 void MissingFiles::search(KvFileObject& object) {
-  const Wanted wanted{&object, object.path()};
+  const Search::Wanted wanted{&object, object.path()};
   if (shared->takeFromFolders(wanted) || shared->quiet) return;
   shared->waiting.push_back(wanted);
   if (shared->waiting.size() == 1) shared->ask();

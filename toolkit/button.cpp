@@ -3,11 +3,6 @@
 #include "toolkit/control_frame.hpp"
 
 namespace zum {
-namespace {
-
-constexpr int kAnyButton = buttons::kLeft | buttons::kMiddle | buttons::kRight;
-
-}  // namespace
 
 KvButton::KvButton(const CRect& rect, CControlListener* controlListener, int controlTag,
                    KvFrame& owner, const char* buttonCaption, float initialValue,
@@ -102,7 +97,7 @@ MouseResult KvButton::onMouseDown(CPoint& where, int buttons) {
 
 MouseResult KvButton::onMouseMoved(CPoint& where, int buttons) {
   if (!held) return MouseResult::notHandled;
-  if (mode == ButtonMode::pulse && (buttons & kAnyButton) == 0) reportEdit();
+  if (mode == ButtonMode::pulse && (buttons & buttons::kAny) == 0) reportEdit();
   if (mode == ButtonMode::click && pressed != getMouseableArea().contains(where)) {
     pressed = !pressed;
     setDirty(true);
@@ -112,7 +107,7 @@ MouseResult KvButton::onMouseMoved(CPoint& where, int buttons) {
 
 MouseResult KvButton::onMouseUp(CPoint& where, int buttons) {
   if (!held) return MouseResult::notHandled;
-  const bool free = (buttons & kAnyButton) == 0;
+  const bool free = (buttons & buttons::kAny) == 0;
   pressed = held = false;
   setDirty(true);
   switch (mode) {

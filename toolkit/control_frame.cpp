@@ -6,8 +6,6 @@
 namespace zum {
 namespace {
 
-constexpr int kAnyButton = buttons::kLeft | buttons::kMiddle | buttons::kRight;
-
 Held<KvControl> hold(KvControl* view) {
   view->remember();
   return Held<KvControl>(view);
@@ -108,7 +106,7 @@ MouseResult KvFrame::onMouseDown(CPoint& where, int buttons) {
 // The view that took the press gets all moves and the release, whatever has become modal meanwhile;
 // with several buttons held, the release is that of the last one.
 MouseResult KvFrame::onMouseUp(CPoint& where, int buttons) {
-  if (isHolding() && (buttons & kAnyButton) != 0) return MouseResult::handled;
+  if (isHolding() && (buttons & buttons::kAny) != 0) return MouseResult::handled;
   if (gesture) {
     const Held<KvControl> view = std::move(gesture);
     return view->onMouseUp(where, buttons);
@@ -124,7 +122,7 @@ void KvFrame::letGo() {
 
 MouseResult KvFrame::onMouseMoved(CPoint& where, int buttons) {
   // A release may be lost, as when a host hides the window.
-  if (isHolding() && (buttons & kAnyButton) == 0) {
+  if (isHolding() && (buttons & buttons::kAny) == 0) {
     letGo();
     return MouseResult::handled;
   }

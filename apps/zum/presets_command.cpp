@@ -124,7 +124,7 @@ void check(const std::vector<fs::path>& paths) {
   if (files.empty()) throw Failure("there are no " + extension() + " files; name others");
 }
 
-void list() {
+void listPrograms() {
   const EffectHost host(44100.0, 512, 120.0, false);
   const std::vector<BankEntry> entries = EffectView(host.record()).bank();
   if (entries.empty()) {
@@ -162,7 +162,7 @@ void addPresetsCommand(CLI::App& app) {
       ->check(notEmpty());
   checked->callback([options] { check(options->paths); });
   presets->add_subcommand("list", "Print the programs of the bank as the effect finds them")
-      ->callback(list);
+      ->callback(listPrograms);
 }
 
 }  // namespace zum
