@@ -20,11 +20,11 @@ struct Piece {
   std::atomic<Piece*> next{nullptr};
 };
 
-Piece first;
+Piece firstPiece;
 std::mutex writers;
 
 Entry* entryOf(const AEffect* effect) ZUM_REALTIME {
-  for (Piece* piece = &first; piece != nullptr; piece = piece->next.load()) {
+  for (Piece* piece = &firstPiece; piece != nullptr; piece = piece->next.load()) {
     for (Entry& entry : piece->entries) {
       if (entry.effect.load() == effect) return &entry;
     }
@@ -41,8 +41,8 @@ bool tryAddProcess(const AEffect* effect, KvRTASWrapperProcess* process) {
     auto* const piece = new (std::nothrow) Piece;
     if (piece == nullptr) return false;
     free = piece->entries.data();
-    piece->next.store(first.next.load());
-    first.next.store(piece);
+    piece->next.store(firstPiece.next.load());
+    firstPiece.next.store(piece);
   }
   free->process.store(process);
   free->effect.store(effect);

@@ -24,7 +24,7 @@ constexpr CColor kTraceColor{186, 35, 35, 255};
 constexpr CColor kScopeShade{109, 18, 18, 255};
 constexpr CColor kWaveShade{108, 18, 18, 255};
 constexpr CColor kHighlight{227, 108, 108, 255};
-constexpr int kFrames = 128;  // of a ring
+constexpr int kRingFrames = 128;  // of a ring
 
 /// The random wave, as steps of any height.
 const float* randomSteps() {
@@ -85,7 +85,7 @@ void KvUniClientEditor::addRings(bool upper) {
     const bool isUpper = row.group < layout::followerPage;
     if (isUpper != upper) continue;
     auto* const ring =
-        make<KvDisplay>(row.rect, row.tag, getBitmap(row.picture), row.frameHeight, kFrames);
+        make<KvDisplay>(row.rect, row.tag, getBitmap(row.picture), row.frameHeight, kRingFrames);
     add(ring, row.group);
     ring->bind(&(shown.*row.shown), 1.0F, 0.0F, false);
     ring->setTransparency(true);

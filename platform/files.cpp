@@ -14,20 +14,20 @@
 namespace zum {
 namespace {
 
-constexpr int kNone = -1;
+constexpr int kNoFile = -1;
 
 /// A descriptor that closes itself.
 class Descriptor {
  public:
   explicit Descriptor(int opened) : file(opened) {}
   ~Descriptor() {
-    if (file != kNone) ::close(file);
+    if (file != kNoFile) ::close(file);
   }
   Descriptor(const Descriptor&) = delete;
   Descriptor& operator=(const Descriptor&) = delete;
   int get() const { return file; }
   /// False when the system could not keep what was written.
-  bool close() { return ::close(std::exchange(file, kNone)) == 0; }
+  bool close() { return ::close(std::exchange(file, kNoFile)) == 0; }
 
  private:
   int file;
@@ -39,7 +39,7 @@ int openForReading(const std::string& path) {
 }
 
 bool isRegular(int file, struct stat& status) {
-  return file != kNone && ::fstat(file, &status) == 0 && S_ISREG(status.st_mode);
+  return file != kNoFile && ::fstat(file, &status) == 0 && S_ISREG(status.st_mode);
 }
 
 bool writeAll(int file, const void* bytes, std::size_t count) {
@@ -73,11 +73,11 @@ int openNeighbour(const std::string& target, mode_t mode, std::string& name) {
   static std::atomic<unsigned> made{0};
   const std::string start =
       target.substr(0, target.rfind('/') + 1) + ".zum-" + std::to_string(::getpid()) + "-";
-  int file = kNone;
-  for (int i = 0; i < kTries && file == kNone; ++i) {
+  int file = kNoFile;
+  for (int i = 0; i < kTries && file == kNoFile; ++i) {
     name = start + std::to_string(made++);
     file = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
-    if (file == kNone && errno != EEXIST) break;
+    if (file == kNoFile && errno != EEXIST) break;
   }
   return file;
 }
@@ -194,7 +194,7 @@ bool writeWhole(const std::string& path, const void* bytes, std::size_t count) {
   if (exists && (!S_ISREG(old.st_mode) || ::access(target.c_str(), W_OK) != 0)) return false;
   std::string name;
   Descriptor file(openNeighbour(target, exists ? old.st_mode & 0777U : 0666, name));
-  if (file.get() == kNone) {
+  if (file.get() == kNoFile) {
     return exists && isShutFolder(errno) && overwrite(target, bytes, count);
   }
   if (exists) (void)::fchmod(file.get(), old.st_mode & 07777U);  // some file systems have no modes
