@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Every header of the product compiles alone. A source of the libraries that includes its own header
-# first proves that of it where nothing is precompiled, in the release build; the others are tried.
+# first proves that of it by lint, which takes each source alone; the others are tried.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 alone=()

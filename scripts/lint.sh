@@ -18,12 +18,5 @@ clang-format --dry-run --Werror "${sources[@]}" || {
   exit 1
 }
 mapfile -t units < <(printf '%s\n' "${sources[@]}" | grep '\.cpp$' | grep -v '^tests/hosts/juce/')
-# clang-tidy reads the headers that clang has read before. What is not built with sanitizers is read
-# as the release is.
-build asan precompiled-headers
-lint() { # lint FOLDER: units of standard input
-  xargs -r -P 2 -n 4 clang-tidy-22 -p "$1" --quiet 2>/dev/null
-}
-known=$(sed -n "s|.*\"file\": \"$PWD/\(.*\)\".*|\1|p" build-asan/compile_commands.json)
-printf '%s\n' "${units[@]}" | grep -Fx -e "$known" | lint build-asan
-printf '%s\n' "${units[@]}" | { grep -vFx -e "$known" || true; } | lint build
+build lint
+printf '%s\n' "${units[@]}" | xargs -P 2 -n 4 clang-tidy-22 -p build-lint --quiet 2>/dev/null
