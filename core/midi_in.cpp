@@ -46,15 +46,15 @@ void MidiIn::receive(const VstEvents& sent) ZUM_REALTIME {
     const VstEvent* event = list[i];
     if (event == nullptr || event->type != kVstMidiType) continue;
     const auto& midi = *reinterpret_cast<const VstMidiEvent*>(event);
-    const auto byte = [&midi](std::size_t at) ZUM_REALTIME {
-      return static_cast<int>(static_cast<unsigned char>(midi.midiData[at]));
-    };
-    const int data1 = byte(1) & 0x7F;
-    const int data2 = byte(2) & 0x7F;
-    const EngineEvent::Code code = codeOf(byte(0), data1, data2);
-    if (isIgnored(code)) continue;
-    inbox.push({.time = midi.deltaFrames, .code = code, .data1 = data1, .data2 = data2});
+    receive(midi.deltaFrames, reinterpret_cast<const std::uint8_t*>(midi.midiData));
   }
+}
+
+void MidiIn::receive(std::int32_t frame, const std::uint8_t* bytes) ZUM_REALTIME {
+  const int data1 = bytes[1] & 0x7F;
+  const int data2 = bytes[2] & 0x7F;
+  const EngineEvent::Code code = codeOf(bytes[0], data1, data2);
+  if (!isIgnored(code)) inbox.push({.time = frame, .code = code, .data1 = data1, .data2 = data2});
 }
 
 // ---- in the block

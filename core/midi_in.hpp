@@ -39,6 +39,8 @@ class MidiIn {
 
   /// [host] One thread at a time, which need not be that of the block.
   void receive(const VstEvents& sent) ZUM_REALTIME;
+  /// Three bytes of a message, due at a frame of the next block.
+  void receive(std::int32_t frame, const std::uint8_t* bytes) ZUM_REALTIME;
 
   // [audio]
   /// A block goes by in which nothing can be due.

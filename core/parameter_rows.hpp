@@ -5,6 +5,7 @@
 #include <array>
 
 #include "core/parameter_table.hpp"
+#include "core/value_names.hpp"
 
 namespace zum::rows {
 
@@ -18,6 +19,8 @@ struct Kind {
   std::uint8_t positions = 0;
   float perCount = 1.0F;
   std::uint8_t flags = 0;
+  Unit unit = Unit::percent;
+  std::span<const char* const> names = {};
 };
 
 /// Where a host shows a parameter. Three modules are modulators, too, and move the others.
@@ -61,27 +64,37 @@ inline constexpr Module lfo   {"LFO",       " by LFO"};
 inline constexpr Module seq   {"Sequencer", " by sequencer", Rule::sequencedAmount};
 inline constexpr Module window{"Window"};
 
+//                                         positions  per count        flags    unit
 inline constexpr Kind plain    {Rule::plain};
-inline constexpr Kind gain     {Rule::gain};
-inline constexpr Kind threshold{Rule::threshold};
+inline constexpr Kind tuning   {Rule::plain,       0, 1.0F,            0,       Unit::cutoff};
+inline constexpr Kind band     {Rule::plain,       0, 1.0F,            0,       Unit::range};
+inline constexpr Kind rise     {Rule::plain,       0, 1.0F,            0,       Unit::attack};
+inline constexpr Kind note     {Rule::plain,       0, 1.0F,            0,       Unit::note};
+inline constexpr Kind fall     {Rule::plain,       0, 1.0F,            0,       Unit::release};
+inline constexpr Kind wave     {Rule::plain,       0, 1.0F,            0,       Unit::names, names::kWaves};
+inline constexpr Kind level    {Rule::plain,       0, 1.0F,            0,       Unit::gain};
+inline constexpr Kind gain     {Rule::gain,        0, 1.0F,            0,       Unit::gain};
+inline constexpr Kind threshold{Rule::threshold,   0, 1.0F,            0,       Unit::threshold};
 inline constexpr Kind percent  {Rule::percent};
-inline constexpr Kind vowel    {Rule::vowel};
+inline constexpr Kind vowel    {Rule::vowel,       0, 1.0F,            0,       Unit::names, names::kVowels};
 inline constexpr Kind area     {Rule::area};
 inline constexpr Kind table    {Rule::table};
-//                                         positions  per count
-inline constexpr Kind onOff    {Rule::step,        2, 0.5F};
-inline constexpr Kind bypassed {Rule::step,        2, 0.5F,        kRedraw};
-inline constexpr Kind types10  {Rule::step,       10, 0.1F,        kRedraw};
-inline constexpr Kind orders5  {Rule::stepExact,   5, 0.2000100016593933F};  // cut, so a hair above
-inline constexpr Kind pages2   {Rule::selector,    2, 0.5F,        kRedraw};
-inline constexpr Kind pages3   {Rule::selector,    3, 0.33333334F, kRedraw};
-inline constexpr Kind resets   {Rule::resetButton, 0, 0.5F,        kRedraw};
-inline constexpr Kind button   {Rule::button,      0, 1.0F,        kRedraw};
+inline constexpr Kind onOff    {Rule::step,        2, 0.5F,            0,       Unit::steps, names::kSwitch};
+inline constexpr Kind bypassed {Rule::step,        2, 0.5F,            kRedraw, Unit::steps, names::kSwitch};
+inline constexpr Kind types    {Rule::step,       10, 0.1F,            kRedraw, Unit::steps, names::kTypes};
+inline constexpr Kind orders   {Rule::stepExact,   5, 0.2000100016593933F,  // cut, so a hair above
+                                                                       0,       Unit::steps, names::kOrders};
+inline constexpr Kind banks    {Rule::selector,    2, 0.5F,            kRedraw, Unit::steps, names::kBanks};
+inline constexpr Kind modes    {Rule::selector,    2, 0.5F,            kRedraw, Unit::steps, names::kModes};
+inline constexpr Kind pages    {Rule::selector,    3, 0.33333334F,     kRedraw, Unit::steps, names::kPages};
+inline constexpr Kind resets   {Rule::resetButton, 0, 0.5F,            kRedraw};
+inline constexpr Kind button   {Rule::button,      0, 1.0F,            kRedraw};
 inline constexpr Kind inPanel  {Rule::button};
 
 /// How far a modulator moves a knob.
 constexpr Row amount(int tag, int id, int knob, const Module& by, Value value, const char* name) {
-  return {tag, id, 0.5F, {by.amount}, value, name, by, nullptr, knob};
+  const Kind kind{.rule = by.amount, .unit = Unit::amount};
+  return {tag, id, 0.5F, kind, value, name, by, nullptr, knob};
 }
 
 /// What presets do not hold.
@@ -93,28 +106,28 @@ constexpr Row global(int tag, const Kind& kind, const char* name, const char* ti
 // What presets hold, in the order in which they hold it.
 inline constexpr std::array<Row, kPresetRows> kPresetTable = {{
 // tag            id  initial  kind       value              name             module  title
-  {vowelType,    40,   0.09F, types10,   &C::vowelType,     "textedit",      filter, "Vowel type"},
+  {vowelType,    40,   0.09F, types,     &C::vowelType,     "textedit",      filter, "Vowel type"},
   {vowelA,       67, 0.3897F, vowel,     &C::vowelA,        "Vowel_A",       filter, "Vowel A"},
   {vowelB,       68, 0.9098F, vowel,     &C::vowelB,        "Vowel_B",       filter, "Vowel B"},
   {resonance,     1,    1.0F, plain,     &C::resonance,     "Resonance",     filter, "Resonance"},
   {mixDryWet,     2, 0.5198F, plain,     &C::mixDryWet,     "Mix_Dry_Wet",   output, "Mix"},
-  {multiType,     3,   0.05F, types10,   &C::multiType,     "textedit",      filter, "Filter type"},
-  {bank,         60,   0.25F, pages2,    &C::bank,          "Switch",        filter, "Bank"},
+  {multiType,     3,   0.05F, types,     &C::multiType,     "textedit",      filter, "Filter type"},
+  {bank,         60,   0.25F, banks,     &C::bank,          "Switch",        filter, "Bank"},
   {lfoTrigOnOff,  4,    0.0F, onOff,     &C::lfoTrigOnOff,  "LFO_TrigOnOff", lfo,    "Trigger"},
-  {lfoStyle,     69,    0.0F, pages2,    &C::lfoStyle,      "LFO_Style",     lfo,    "Mode"},
+  {lfoStyle,     69,    0.0F, modes,     &C::lfoStyle,      "LFO_Style",     lfo,    "Mode"},
   {stepTable,     5,    0.0F, table,     nullptr,           "EventTableXY",  seq,    "Steps"},
-  {lfoRate,      13, 0.1496F, plain,     &C::lfoRate,       "LFO_Rate",      lfo,    "Rate"},
-  {lfoWave,      14,   0.01F, plain,     &C::lfoWave,       "LFO_Wave",      lfo,    "Wave"},
+  {lfoRate,      13, 0.1496F, note,      &C::lfoRate,       "LFO_Rate",      lfo,    "Rate"},
+  {lfoWave,      14,   0.01F, wave,      &C::lfoWave,       "LFO_Wave",      lfo,    "Wave"},
   {efGain,       15, 0.5493F, gain,      &C::efGain,        "EF_Gain",       ef,     "Gain"},
-  {efAttack,     16, 0.2298F, plain,     &C::efAttack,      "EFAttack",      ef,     "Attack"},
-  {efRelease,    17, 0.7797F, plain,     &C::efRelease,     "EFRelease",     ef,     "Release"},
+  {efAttack,     16, 0.2298F, rise,      &C::efAttack,      "EFAttack",      ef,     "Attack"},
+  {efRelease,    17, 0.7797F, fall,      &C::efRelease,     "EFRelease",     ef,     "Release"},
   {seqGlide,     18,    0.0F, percent,   &C::seqGlide,      "Stepseq_Glide", seq,    "Glide"},
-  {seqTempo,     19, 0.2518F, plain,     &C::seqTempo,      "Stepseq_Tempo", seq,    "Tempo"},
-  {seqMode,      20,    0.8F, orders5,   &C::seqMode,       "xxx",           seq,    "Order"},
+  {seqTempo,     19, 0.2518F, note,      &C::seqTempo,      "Stepseq_Tempo", seq,    "Tempo"},
+  {seqMode,      20,    0.8F, orders,    &C::seqMode,       "xxx",           seq,    "Order"},
   {lfoTrigSens,  21,   0.25F, threshold, &C::lfoTrigSens,   "LFO_TrigSens",  lfo,    "Sens"},
   amount(efRangeLfo,   22, efFreqRange, lfo, &C::efRangeLfo,    "EFRangeLFOmod"),
   amount(efRangeSeq,   23, efFreqRange, seq, &C::efRangeSeq,    "EFRangeSEQmod"),
-  {efFreqRange,  24, 0.3798F, plain,     &C::efFreqRange,   "EF_Freq_Range", ef,     "Range"},
+  {efFreqRange,  24, 0.3798F, band,      &C::efFreqRange,   "EF_Freq_Range", ef,     "Range"},
   amount(efReleaseLfo, 25, efRelease,   lfo, &C::efReleaseLfo,  "EFRelLFOMod"),
   amount(efReleaseSeq, 26, efRelease,   seq, &C::efReleaseSeq,  "EFRelSeqMod"),
   amount(efAttackLfo,  27, efAttack,    lfo, &C::efAttackLfo,   "EFAttLFOmod"),
@@ -134,9 +147,9 @@ inline constexpr std::array<Row, kPresetRows> kPresetTable = {{
   amount(cutoffEf,     41, cutoff,      ef,  &C::cutoffEf,      "CutoffEFAmt"),
   amount(cutoffLfo,    42, cutoff,      lfo, &C::cutoffLfo,     "CutoffLFOAmt"),
   amount(cutoffSeq,    43, cutoff,      seq, &C::cutoffSeq,     "CutoffSeqAmt"),
-  {modChoice,    44,    0.0F, pages3,    &C::modChoice,     "Modchoice",     window, "Page"},
+  {modChoice,    44,    0.0F, pages,     &C::modChoice,     "Modchoice",     window, "Page"},
   {overdrive,    45,    0.0F, plain,     &C::overdrive,     "Overdrive",     drive,  "Overdrive"},
-  {cutoff,       46, 0.2157F, plain,     &C::cutoff,        "Cutoff",        filter, "Cutoff"},
+  {cutoff,       46, 0.2157F, tuning,    &C::cutoff,        "Cutoff",        filter, "Cutoff"},
   {vowelCutoff,  65,    0.0F, plain,     &C::vowelCutoff,   "Vowelcutoff",   filter, "Morph"},
   amount(vowelEf,      47, vowelCutoff, ef,  &C::vowelEf,       "VowelEFAmt"),
   amount(vowelLfo,     48, vowelCutoff, lfo, &C::vowelLfo,      "VowelLFOAmt"),
@@ -150,12 +163,22 @@ inline constexpr std::array<Row, kPresetRows> kPresetTable = {{
   amount(mixEf,        56, mixDryWet,   ef,  &C::mixEf,         "MixEFAmt"),
   amount(mixLfo,       57, mixDryWet,   lfo, &C::mixLfo,        "MixLFOAmt"),
   amount(mixSeq,       58, mixDryWet,   seq, &C::mixSeq,        "MixSeqAmt"),
-  {master,       59, 0.6099F, plain,     &C::master,        "Master",        output, "Master"},
+  {master,       59, 0.6099F, level,     &C::master,        "Master",        output, "Master"},
   amount(masterEf,     61, master,      ef,  &C::masterEf,      "MasterEFamt"),
   amount(masterLfo,    62, master,      lfo, &C::masterLfo,     "MasterLFOamt"),
   amount(masterSeq,    63, master,      seq, &C::masterSeq,     "MasterSEQamt"),
   {bypass,       66,    0.0F, bypassed,  &C::bypass,        "Bypass",        output, "Bypass"},
 }};
+
+struct Home {
+  int tag;
+  float value;
+};
+/// Where knobs go by a double click; amounts to the middle, all others to 0.
+inline constexpr Home kHomes[] = {
+  {master,    0.5F}, {mixDryWet, 0.5F}, {efAttack,    0.5F}, {efRelease, 0.5F},
+  {efGain,    0.5F}, {lfoRate,   0.5F}, {lfoTrigSens, 0.25F},
+};
 
 // LEARN in the panel of the sequencer's tempo binds its glide, and the other way round.
 inline constexpr PanelRow kPanelTable[] = {

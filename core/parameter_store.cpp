@@ -21,13 +21,6 @@ const ParameterRow& rowAt(int row) ZUM_REALTIME {
   return parameterRows()[static_cast<std::size_t>(row)];
 }
 
-int stepPosition(const ParameterRow& row, float value) ZUM_REALTIME {
-  const int last = row.positions - 1;
-  const float offset = row.rule == Rule::stepExact ? 0.0F : 0.001F;
-  const float scaled = static_cast<float>(row.positions) * value + offset;
-  return clampIndex(truncate(std::min(scaled, static_cast<float>(last))), last);
-}
-
 int buttonPosition(float value) ZUM_REALTIME {
   return clampIndex(truncate(std::min(2.0F * value, 1.0F)), 1);
 }
@@ -40,6 +33,13 @@ void storePosition(ControlValue& control, int position) ZUM_REALTIME {
 }
 
 }  // namespace
+
+int ParameterStore::stepPosition(const ParameterRow& row, float value) ZUM_REALTIME {
+  const int last = row.positions - 1;
+  const float offset = row.rule == Rule::stepExact ? 0.0F : 0.001F;
+  const float scaled = static_cast<float>(row.positions) * value + offset;
+  return clampIndex(truncate(std::min(scaled, static_cast<float>(last))), last);
+}
 
 ParameterStore::ParameterStore(Engine& signal, KvTableXY& steps, const EditorLink& shown)
     : engine(signal), window(shown), mouseArea([&signal] {
@@ -75,6 +75,11 @@ ParameterStore::ParameterStore(Engine& signal, KvTableXY& steps, const EditorLin
 }
 
 void ParameterStore::setParameter(std::int32_t tag, float value) ZUM_REALTIME {
+  setFromHost(tag, value);
+  if (const int bit = facePosition(tag); bit >= 0) changed.fetch_or(std::uint64_t{1} << bit);
+}
+
+void ParameterStore::setFromHost(std::int32_t tag, float value) ZUM_REALTIME {
   const int at = rowOfTag(tag);
   if (at < 0 || rowAt(at).rule == Rule::table) return;
   storeShared(valueOf(at).raw, value);

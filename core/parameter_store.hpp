@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <vector>
 
@@ -36,6 +37,14 @@ class ParameterStore {
 
   /// By control tag; tags without a value are ignored.
   void setParameter(std::int32_t tag, float value) ZUM_REALTIME;
+  /// The same for a value that the host knows already.
+  void setFromHost(std::int32_t tag, float value) ZUM_REALTIME;
+  /// What was set since the last call and is to be told to a host: bits by facePosition().
+  std::uint64_t takeChanges() ZUM_REALTIME {
+    return changed.load(std::memory_order_relaxed) != 0 ? changed.exchange(0) : 0;
+  }
+  /// The position of a step value.
+  static int stepPosition(const ParameterRow& row, float value) ZUM_REALTIME;
   /// Every stored parameter of a preset set anew: what is derived of them may have moved.
   void applyAllStored() ZUM_REALTIME;
   /// The stored forms of a row's value; of a tag without one, nothing that ever moves.
@@ -80,6 +89,7 @@ class ParameterStore {
   std::array<float, kParameterRows> resetMarks{};
   Readouts readout;
   GroupMask groupMask;
+  std::atomic<std::uint64_t> changed{0};
 };
 
 }  // namespace zum

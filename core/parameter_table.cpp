@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <initializer_list>
+#include <iterator>
 #include <string_view>
 
 #include "core/parameter_rows.hpp"
@@ -68,11 +69,20 @@ constexpr Title joined(std::initializer_list<std::string_view> words) {
   return title;
 }
 
+constexpr float homeOf(const Row& row) {
+  if (isAmount(row.kind.rule)) return 0.5F;
+  const auto* const found = std::ranges::find(rows::kHomes, row.tag, &rows::Home::tag);
+  return found != std::end(rows::kHomes) ? found->value : 0.0F;
+}
+
 constexpr ParameterRow plainRow(const Row& row, const char* path, const Title& title) {
-  ParameterRow made{row.tag, row.id, row.name, path, title, row.initial, row.kind.rule};
+  ParameterRow made{row.tag, row.id,      row.name,    path,
+                    title,   row.initial, homeOf(row), row.kind.rule};
   made.positions = row.kind.positions;
   made.flags = row.kind.flags;
   made.perCount = row.kind.perCount;
+  made.unit = row.kind.unit;
+  made.names = row.kind.names;
   made.value = row.value;
   return made;
 }
@@ -127,6 +137,27 @@ constexpr std::array<std::int16_t, kLastTag + 1> kRowOfTag = [] {
   return positions;
 }();
 
+constexpr std::array<std::int16_t, kFaceParameters> kFaceTags = [] {
+  std::array<std::int16_t, kFaceParameters> tags{};
+  auto* next = tags.data();
+  for (int tag = 0; tag < kHostParameters; ++tag) {
+    if (kRowOfTag[static_cast<std::size_t>(tag)] >= 0) *next++ = static_cast<std::int16_t>(tag);
+  }
+  for (const int tag : {tag::bank, tag::multiType, tag::vowelType, tag::lfoStyle, tag::bypass}) {
+    *next++ = static_cast<std::int16_t>(tag);
+  }
+  return tags;
+}();
+
+constexpr std::array<std::int8_t, kLastTag + 1> kFacePositions = [] {
+  std::array<std::int8_t, kLastTag + 1> positions{};
+  positions.fill(-1);
+  for (std::size_t i = 0; i < kFaceTags.size(); ++i) {
+    positions[static_cast<std::size_t>(kFaceTags[i])] = static_cast<std::int8_t>(i);
+  }
+  return positions;
+}();
+
 constexpr std::array<std::int16_t, kLastId + 1> kRowOfId = [] {
   std::array<std::int16_t, kLastId + 1> positions{};
   positions.fill(-1);
@@ -152,6 +183,12 @@ std::span<const ParameterRow> parameterRows() ZUM_REALTIME { return kRows; }
 
 int rowOfTag(int tag) ZUM_REALTIME {
   return tag >= 0 && tag <= kLastTag ? kRowOfTag[static_cast<std::size_t>(tag)] : -1;
+}
+
+std::span<const std::int16_t, kFaceParameters> faceTags() ZUM_REALTIME { return kFaceTags; }
+
+int facePosition(int tag) ZUM_REALTIME {
+  return tag >= 0 && tag <= kLastTag ? kFacePositions[static_cast<std::size_t>(tag)] : -1;
 }
 
 int rowOfId(int id) ZUM_REALTIME {

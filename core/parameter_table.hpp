@@ -30,6 +30,21 @@ enum class Rule : std::uint8_t {
   table,            // an object alone, nothing to set
 };
 
+/// How a player reads a value: core/parameter_text.hpp.
+enum class Unit : std::uint8_t {
+  percent,
+  amount,     // -100 % to +100 %
+  cutoff,     // Hz
+  range,      // Hz, or off
+  attack,     // ms
+  note,       // note lengths, longest first
+  release,    // note lengths, shortest first
+  gain,       // dB of 2 raw
+  threshold,  // dB of raw squared
+  names,      // of the row's `names`, evenly spread
+  steps,      // whole numbers, with names
+};
+
 /// Bits of a row's `flags`.
 inline constexpr std::uint8_t kRedraw = 1;  // the window shows more of it than its control
 
@@ -47,11 +62,14 @@ struct ParameterRow {
   const char* name;            // towards the host, of version 2
   const char* path;            // module in which a host that has modules shows it...
   std::array<char, 28> title;  // ...and as what: once in a path, ends with a zero
-  float initial;               // raw
+  float initial;               // raw, of an effect that has loaded nothing
+  float home;                  // raw, where a double click takes it
   Rule rule;
   std::uint8_t positions = 0;  // of a step value
   std::uint8_t flags = 0;
   float perCount = 1.0F;  // raw for each 1 that its control in the window counts
+  Unit unit = Unit::percent;
+  std::span<const char* const> names = {};        // of single values
   ControlValue EngineControls::*value = nullptr;  // null: kept by the effect object
   std::span<const std::int16_t> resets = {};      // tags that a reset button centres, in order
   const KnobPanel* panel = nullptr;               // behind this main knob, or around this button
@@ -72,8 +90,12 @@ int rowOfId(int id) ZUM_REALTIME;
 /// The row of a tag itself, null for a tag without one.
 const ParameterRow* findRow(int tag) ZUM_REALTIME;
 
-/// Hosts record it and hear of each move.
-constexpr bool isAutomated(const ParameterRow& row) { return row.tag < kHostParameters; }
+inline constexpr int kFaceParameters = 60;
+/// The tags of what hosts of newer interfaces know: all that have a host index, then bank, types,
+/// mode and bypass. The order is for ever: some hosts keep the position, and not the tag.
+std::span<const std::int16_t, kFaceParameters> faceTags() ZUM_REALTIME;
+/// Position of a tag in that list, -1 for one that is not in it.
+int facePosition(int tag) ZUM_REALTIME;
 
 constexpr bool isAmount(Rule rule) { return rule == Rule::amount || rule == Rule::sequencedAmount; }
 

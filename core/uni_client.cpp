@@ -31,7 +31,7 @@ void showValue(char* text, float value, const char* label) {
   copyText(text, shown.data(), kHostTextRoom);
 }
 
-void silence(float** outputs, std::int32_t frames) ZUM_REALTIME {
+void silence(float* const* outputs, std::int32_t frames) ZUM_REALTIME {
   if (outputs == nullptr || frames <= 0) return;
   for (int channel = 0; channel < 2; ++channel) {
     if (outputs[channel] != nullptr) std::fill_n(outputs[channel], frames, 0.0F);
@@ -41,8 +41,6 @@ void silence(float** outputs, std::int32_t frames) ZUM_REALTIME {
 bool complete(const float* const* channels) ZUM_REALTIME {
   return channels != nullptr && channels[0] != nullptr && channels[1] != nullptr;
 }
-
-bool isHostIndex(std::int32_t index) { return index >= 0 && index < kHostParameters; }
 
 }  // namespace
 
@@ -118,8 +116,8 @@ AEffect* createEffect(audioMasterCallback host, EditorFactory makeEditor) noexce
 
 // ---- the block
 
-void KvUniClient::processReplacing(float** inputs, float** outputs, std::int32_t frames)
-    ZUM_REALTIME {
+void KvUniClient::process(const float* const* inputs, const float* const* sideChain,
+                          float* const* outputs, std::int32_t frames) ZUM_REALTIME {
   StateGate::Block block(gate);
   if (!block.isOpen()) {
     silence(outputs, frames);
@@ -133,7 +131,7 @@ void KvUniClient::processReplacing(float** inputs, float** outputs, std::int32_t
   transport.read(transport.isFed() ? &transport.adaptorTime() : getTimeInfo(Transport::kFilter));
   midi.beginBlock();
   if (frames > 0 && complete(inputs) && complete(outputs)) {
-    engine.process(inputs, outputs, frames, clock, *this);
+    engine.process(inputs, complete(sideChain) ? sideChain : inputs, outputs, frames, clock, *this);
   }
 }
 
@@ -206,16 +204,22 @@ bool KvUniClient::getParameterProperties(std::int32_t index, VstParameterPropert
   return record != nullptr;
 }
 
+bool KvUniClient::isKnownToHost(std::int32_t tag) const {
+  return hasFace ? facePosition(tag) >= 0 : tag >= 0 && tag < kHostParameters;
+}
+
 void KvUniClient::setParameterAutomated(std::int32_t index, float value) {
-  if (isHostIndex(index)) KvPluginBase::setParameterAutomated(index, value);
+  if (!isKnownToHost(index)) return;
+  parameters.setFromHost(index, value);  // it hears of it here
+  callHost(audioMasterAutomate, index, 0, nullptr, value);
 }
 
 bool KvUniClient::beginEdit(std::int32_t index) {
-  return isHostIndex(index) && KvPluginBase::beginEdit(index);
+  return isKnownToHost(index) && KvPluginBase::beginEdit(index);
 }
 
 bool KvUniClient::endEdit(std::int32_t index) {
-  return isHostIndex(index) && KvPluginBase::endEdit(index);
+  return isKnownToHost(index) && KvPluginBase::endEdit(index);
 }
 
 void KvUniClient::randomise(SystemRandom& random) {
@@ -292,6 +296,13 @@ std::int32_t KvUniClient::setChunk(const void* data, std::int32_t byteSize, bool
   state.borrow(data, static_cast<std::uint32_t>(byteSize > 0 ? byteSize / 4 : 0));
   desk.load(state, 0, {.restoreAll = true, .findPath = true, .storesRevertPoint = true});
   return 1;
+}
+
+bool KvUniClient::loadState(const void* data, std::uint32_t words) {
+  KvChunk state;
+  state.borrow(data, words);
+  return desk.load(
+      state, 0, {.restoreAll = true, .quiet = true, .findPath = true, .storesRevertPoint = true});
 }
 
 // At the first program, and at none, the name is that of the state.

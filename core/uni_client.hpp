@@ -80,6 +80,13 @@ class KvUniClient final : public KvPluginBase,
   float getParameter(std::int32_t index) ZUM_REALTIME override {
     return parameters.hostValue(index);
   }
+  /// [any] The same for a value that the host knows already.
+  void setFromHost(std::int32_t tag, float value) ZUM_REALTIME {
+    parameters.setFromHost(tag, value);
+  }
+  /// [any] What was set since the last call and is to be told to a host: bits by facePosition().
+  std::uint64_t takeChanges() ZUM_REALTIME { return parameters.takeChanges(); }
+  /// [main] Of what the host knows: it is told.
   void setParameterAutomated(std::int32_t index, float value) override;
   /// [any] The stored forms of a row's value; of a tag without one, nothing that ever moves.
   const ControlValue& value(int tag) const ZUM_REALTIME { return parameters.value(tag); }
@@ -148,13 +155,37 @@ class KvUniClient final : public KvPluginBase,
   std::int32_t processEvents(VstEvents* events) override;
 
   // ---- [audio]
-  void processReplacing(float** inputs, float** outputs, std::int32_t frames) ZUM_REALTIME override;
+  void processReplacing(float** inputs, float** outputs, std::int32_t frames)
+      ZUM_REALTIME override {
+    process(inputs, nullptr, outputs, frames);
+  }
+  /// The follower and the trigger of the LFO hear `sideChain`, two channels, in place of the
+  /// inputs; null for none.
+  void process(const float* const* inputs, const float* const* sideChain, float* const* outputs,
+               std::int32_t frames) ZUM_REALTIME;
   /// What is due in a control pass.
   void handleEvent(const EngineEvent& event) ZUM_REALTIME { midi.handle(event, bank); }
   /// The program of that number in the folder for MIDI, from memory.
   void playMidiProgram(int index) ZUM_REALTIME { bank.playMidiProgram(index); }
   /// Every constant of sample rate and tempo, and every stored parameter set anew.
   void recomputeEngine(bool keepBuffers) ZUM_REALTIME;
+
+  // ---- [main] a host of a newer interface, which is there as long as the effect
+  /// It is told of gestures of all parameters in faceTags(), and bypass fades.
+  void setFace() {
+    hasFace = true;
+    engine.fadeBypass();
+  }
+  /// [any]
+  bool isKnownToHost(std::int32_t tag) const;
+  /// Takes a host's session over. False, and no message, when it is refused.
+  bool loadState(const void* data, std::uint32_t words);
+  /// [host] A message of three bytes, due at a frame of the next block.
+  void receiveMidi(std::int32_t frame, const std::uint8_t* bytes) ZUM_REALTIME {
+    midi.receive(frame, bytes);
+  }
+  /// [any] Moves with each preset that is taken over.
+  std::uint32_t presetCount() const ZUM_REALTIME { return gate.intakeCount() / 2; }
 
   // ---- [any] what the window and hosts of our own look at
   bool isOffline() const { return gate.isOffline(); }
@@ -213,6 +244,7 @@ class KvUniClient final : public KvPluginBase,
   PresetDesk desk{
       {gate, parameters, midi.map(), stepTable, clock, position, switches, window, dialogs, *this}};
   BankWalk bank{gate, desk, position, window};
+  bool hasFace = false;
   FileDesk files{gate, desk, bank, midi, window, dialogs, *this};
 
  public:

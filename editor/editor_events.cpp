@@ -56,7 +56,7 @@ Act actOf(int tag, const ParameterRow* row) {
 }  // namespace
 
 void KvUniClientEditor::send(const ParameterRow& row, float value) {
-  if (isAutomated(row)) {
+  if (effect.isKnownToHost(row.tag)) {
     effect.setParameterAutomated(row.tag, value);
   } else {
     effect.setParameter(row.tag, value);

@@ -75,7 +75,7 @@ void KvUniClientEditor::addKnob(const layout::Knob& row) {
   add(knob, row.group);
   knob->bind(&effect.value(row.tag).raw, 1.0F, 0.0F);
   knob->setValue(kPose);
-  knob->setDefaultValue(row.initial);
+  knob->setDefaultValue(findRow(row.tag)->home);
   knob->setHandleBorder(row.border);
 }
 

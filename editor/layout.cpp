@@ -19,27 +19,27 @@ constexpr Still kPageTable[] = {
 };
 
 constexpr Knob kUpperTable[] = {
-// tag                rectangle            picture, frames, height, sensitivity, border, initial
-  {tag::master,      {395, 399, 440, 437}, 1025, 128, 38, 0.3F,  7, 0.5F, always},
-  {tag::mixDryWet,   { 67, 398, 112, 436}, 1028, 128, 38, 0.3F,  7, 0.5F, always},
-  {tag::resonance,   {393, 153, 452, 212}, 1042, 128, 59, 0.3F,  5, 0.0F, always},
-  {tag::overdrive,   { 67, 156, 112, 194}, 1039, 128, 38, 0.3F,  8, 0.0F, always},
-  {tag::cutoff,      {211, 144, 292, 217}, 1008, 128, 73, 0.4F, 15, 0.0F, filterPage},
-  {tag::vowelCutoff, {212, 144, 293, 217}, 1008, 128, 73, 0.4F, 15, 0.0F, vowelPage},
-  {tag::vowelA,      {178, 103, 195, 120}, 1056,   9, 17, 1.0F, 12, 0.0F, vowelPage},
-  {tag::vowelB,      {310, 103, 327, 120}, 1056,   9, 17, 1.0F, 12, 0.0F, vowelPage},
+// tag                rectangle            picture, frames, height, sensitivity, border
+  {tag::master,      {395, 399, 440, 437}, 1025, 128, 38, 0.3F,  7, always},
+  {tag::mixDryWet,   { 67, 398, 112, 436}, 1028, 128, 38, 0.3F,  7, always},
+  {tag::resonance,   {393, 153, 452, 212}, 1042, 128, 59, 0.3F,  5, always},
+  {tag::overdrive,   { 67, 156, 112, 194}, 1039, 128, 38, 0.3F,  8, always},
+  {tag::cutoff,      {211, 144, 292, 217}, 1008, 128, 73, 0.4F, 15, filterPage},
+  {tag::vowelCutoff, {212, 144, 293, 217}, 1008, 128, 73, 0.4F, 15, vowelPage},
+  {tag::vowelA,      {178, 103, 195, 120}, 1056,   9, 17, 1.0F, 12, vowelPage},
+  {tag::vowelB,      {310, 103, 327, 120}, 1056,   9, 17, 1.0F, 12, vowelPage},
 };
 
 constexpr Knob kLowerTable[] = {
-  {tag::efFreqRange, { 49, 323,  82, 356}, 1013, 128, 33, 1.0F, 3, 0.0F,  followerPage},
-  {tag::efAttack,    { 99, 323, 132, 356}, 1011, 128, 33, 1.0F, 3, 0.5F,  followerPage},
-  {tag::efRelease,   {148, 323, 181, 356}, 1012, 128, 33, 1.0F, 3, 0.5F,  followerPage},
-  {tag::efGain,      {197, 323, 230, 356}, 1014, 128, 33, 1.0F, 3, 0.5F,  followerPage},
-  {tag::lfoRate,     { 49, 323,  82, 356}, 1022, 128, 33, 1.0F, 3, 0.5F,  lfoPage},
-  {tag::lfoWave,     { 99, 322, 132, 355}, 1024, 128, 33, 1.0F, 3, 0.0F,  lfoPage},
-  {tag::lfoTrigSens, {197, 323, 230, 356}, 1023, 128, 33, 1.0F, 3, 0.25F, freeLfo},
-  {tag::seqGlide,    {148, 324, 181, 357}, 1050, 128, 33, 0.3F, 3, 0.0F,  sequencerPage},
-  {tag::seqTempo,    { 49, 324,  82, 357}, 1051, 128, 33, 0.3F, 3, 0.0F,  sequencerPage},
+  {tag::efFreqRange, { 49, 323,  82, 356}, 1013, 128, 33, 1.0F, 3, followerPage},
+  {tag::efAttack,    { 99, 323, 132, 356}, 1011, 128, 33, 1.0F, 3, followerPage},
+  {tag::efRelease,   {148, 323, 181, 356}, 1012, 128, 33, 1.0F, 3, followerPage},
+  {tag::efGain,      {197, 323, 230, 356}, 1014, 128, 33, 1.0F, 3, followerPage},
+  {tag::lfoRate,     { 49, 323,  82, 356}, 1022, 128, 33, 1.0F, 3, lfoPage},
+  {tag::lfoWave,     { 99, 322, 132, 355}, 1024, 128, 33, 1.0F, 3, lfoPage},
+  {tag::lfoTrigSens, {197, 323, 230, 356}, 1023, 128, 33, 1.0F, 3, freeLfo},
+  {tag::seqGlide,    {148, 324, 181, 357}, 1050, 128, 33, 0.3F, 3, sequencerPage},
+  {tag::seqTempo,    { 49, 324,  82, 357}, 1051, 128, 33, 0.3F, 3, sequencerPage},
 };
 
 constexpr Ring kRingTable[] = {

@@ -23,7 +23,6 @@ struct Knob {
   int frameHeight;
   float sensitivity;
   int border;  // by which the mouse may miss, pixels
-  float initial;
   Group group;
 };
 

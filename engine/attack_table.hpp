@@ -49,4 +49,9 @@ constexpr AttackRow attackAt(float position) ZUM_REALTIME {
   return {from.ms + part * (to.ms - from.ms), from.smoothHz + part * (to.smoothHz - from.smoothHz)};
 }
 
+/// By the knob, 0 to 1.
+constexpr AttackRow attackOf(float sum) ZUM_REALTIME {
+  return attackAt((1.0F - sum * sum) * 12.0F + 4.0F);
+}
+
 }  // namespace zum

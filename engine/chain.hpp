@@ -12,6 +12,8 @@ namespace zum {
 struct Chunk {
   const float* inLeft;
   const float* inRight;
+  const float* heardLeft;  // by the level detectors: the input, or the side-chain
+  const float* heardRight;
   float* outLeft;
   float* outRight;
   std::size_t frames;  // at most kChunkFrames
@@ -53,7 +55,8 @@ std::size_t Engine::playChunk(Filter& filter, const Chunk& chunk, KvSystemInfo& 
   // The pieces, each for frame `i` of the chunk.
   const auto enter = [&](std::size_t i) ZUM_INLINED {
     dry[i] = pairTwice(chunk.inLeft[i], chunk.inRight[i]);
-    level[i] = detectors.listen(levels, dry[i], dither[(i + ditherPhase) % 2]);
+    const Float4 heard = pairTwice(chunk.heardLeft[i], chunk.heardRight[i]);
+    level[i] = detectors.listen(levels, heard, dither[(i + ditherPhase) % 2]);
     clipped[i] = overdrive.clip(driveLines, dry[i], i);
   };
   const auto shape = [&](std::size_t i) ZUM_INLINED {

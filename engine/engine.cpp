@@ -52,8 +52,17 @@ std::array<BufferRecord, 3> Engine::buffers() {
   return {one[0], two[0], two[1]};
 }
 
-void Engine::process(const float* const* inputs, float* const* outputs, std::int32_t frames,
-                     KvSystemInfo& clock, ControlPassOwner& owner) ZUM_REALTIME {
+float BypassFade::advance(bool wanted, const KvSystemInfo& clock) ZUM_REALTIME {
+  constexpr float kFadeMs = 9.0F;  // and a pass until the mix is there
+  const float step = 1.0F / (kFadeMs * clock.ticksPerMs);
+  level = clampUnit(wanted ? level - step : level + step);
+  passesAtRest = level == 0.0F ? std::min(passesAtRest + 1, 2) : 0;
+  return level;
+}
+
+void Engine::process(const float* const* inputs, const float* const* sideChain,
+                     float* const* outputs, std::int32_t frames, KvSystemInfo& clock,
+                     ControlPassOwner& owner) ZUM_REALTIME {
   std::size_t done = 0;
   for (const auto all = static_cast<std::size_t>(std::max(frames, 0)); done < all;) {
     selection = select();
@@ -64,6 +73,8 @@ void Engine::process(const float* const* inputs, float* const* outputs, std::int
     output.setBypass(selection.bypass);
     const Chunk chunk{.inLeft = inputs[0] + done,
                       .inRight = inputs[1] + done,
+                      .heardLeft = sideChain[0] + done,
+                      .heardRight = sideChain[1] + done,
                       .outLeft = outputs[0] + done,
                       .outRight = outputs[1] + done,
                       .frames = std::min(all - done, kChunkFrames)};
@@ -80,7 +91,7 @@ Engine::Selection Engine::select() const ZUM_REALTIME {
   return {.bank = bank,
           .type = bank == 0 ? indexOf(controls.multiType, MultiModeFilter::kTypes - 1)
                             : indexOf(controls.vowelType, VowelFilter::kTypes - 1),
-          .bypass = indexOf(controls.bypass, 1) == 1};
+          .bypass = isBypassWanted() && (!bypassFade || bypassFade->isOver())};
 }
 
 // recover() asks the DC filters whether a number was not finite, so it goes first.
@@ -129,7 +140,8 @@ void Engine::controlPass(KvSystemInfo& clock, ControlPassOwner& owner) ZUM_REALT
     multiMode.controlPass(selection.type, feedback, clock.ticksPerMs);
   }
 
-  const float mixSum = noted(shown.mix, sums.mix());
+  float mixSum = noted(shown.mix, sums.mix());
+  if (bypassFade) mixSum *= bypassFade->advance(isBypassWanted(), clock);
   const float page = wantedModPage();
   if (page != modPagePosition) {
     modPagePosition = page;

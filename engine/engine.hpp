@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 
 #include "engine/clock.hpp"
 #include "engine/controls.hpp"
@@ -35,6 +36,19 @@ class ControlPassOwner : public StepSource {
 
 struct Chunk;
 
+/// Bypass on its way in or out: the wet part of the mix, which goes to 0 ahead of the switch.
+class BypassFade {
+ public:
+  /// Once a control pass. Gives what the mix is multiplied by.
+  float advance(bool wanted, const KvSystemInfo& clock) ZUM_REALTIME;
+  /// The output is the input already, so the switch is not heard.
+  bool isOver() const ZUM_REALTIME { return passesAtRest > 1; }
+
+ private:
+  float level = 1.0F;
+  int passesAtRest = 0;  // the mix lags one pass behind
+};
+
 class Engine {
  public:
   static constexpr std::int32_t kControlFrames = 16;
@@ -48,9 +62,13 @@ class Engine {
 
   /// One block, any number of frames. A frame's inputs are read before its outputs are written, so
   /// the buffers may be the same ones, also crossed; not shifted against each other. Of two outputs
-  /// in one buffer the right one stays, and passes the DC filter twice.
-  void process(const float* const* inputs, float* const* outputs, std::int32_t frames,
-               KvSystemInfo& clock, ControlPassOwner& owner) ZUM_REALTIME;
+  /// in one buffer the right one stays, and passes the DC filter twice. The level detectors hear
+  /// `sideChain`, which may be the inputs.
+  void process(const float* const* inputs, const float* const* sideChain, float* const* outputs,
+               std::int32_t frames, KvSystemInfo& clock, ControlPassOwner& owner) ZUM_REALTIME;
+  /// [main] between blocks. From now on bypass fades in and out within 10 ms in place of its hard
+  /// switch.
+  void fadeBypass() { bypassFade.emplace(); }
 
   /// The memory that suspending clears.
   std::array<BufferRecord, 3> buffers();
@@ -77,6 +95,7 @@ class Engine {
   };
 
   Selection select() const ZUM_REALTIME;
+  bool isBypassWanted() const ZUM_REALTIME { return loadShared(controls.bypass.integer) >= 1; }
   /// Called ahead of a control pass. Where the frame before is not finite, all that remembers the
   /// signal is reset: a filter may diverge, and a host may send anything.
   void recover() ZUM_REALTIME;
@@ -112,6 +131,7 @@ class Engine {
   DcFilter dcFilter;
   DcFilter sharedDcFilter;  // used while both outputs are one buffer
   Selection selection;
+  std::optional<BypassFade> bypassFade;
   Float4 lastLimited{};  // for the meters
   std::size_t ditherPhase = 0;
   DisplayValues shown;

@@ -26,13 +26,12 @@ void EnvelopeFollower::controlPass(const Inputs& in, const KvSystemInfo& clock,
 
 void EnvelopeFollower::setRange(float rangeSum, LevelDetectors& detectors) ZUM_REALTIME {
   lastRange = rangeSum;
-  const float r = rangeSum * rangeSum * rangeSum;
-  const float efHz = r * 0.8999999761581421F * 8000.0F + 44.0F;
+  const float efHz = bandHz(rangeSum);
   storeShared(shown.bandHz, efHz);
   // The band uses row 3 of the tables alone.
   constexpr RowPosition kRow{3, 0.0F};
   detectors.setFollowerBand(lookupCoefficients(columnOf(efHz, columnScale), kRow),
-                            r > 0.05000000074505806F);
+                            hearsBand(rangeSum));
 }
 
 // A peak falls to 0 in a note length, whatever its height.
@@ -48,8 +47,7 @@ void EnvelopeFollower::setRelease(float releaseSum, const KvSystemInfo& clock,
 void EnvelopeFollower::setAttack(float attackSum, const KvSystemInfo& clock,
                                  LevelDetectors& detectors) ZUM_REALTIME {
   lastAttack = attackSum;
-  const float position = (1.0F - attackSum * attackSum) * 12.0F + 4.0F;
-  const AttackRow attack = attackAt(position);
+  const AttackRow attack = attackOf(attackSum);
   storeShared(shown.attackMs, attack.ms);
   const float smoothHz = clampTo(attack.smoothHz, 0.0F, clock.sampleRate);
   detectors.setSmoothing(tanApprox(smoothHz * 3.141590118408203F / clock.sampleRate));

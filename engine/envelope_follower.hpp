@@ -32,6 +32,14 @@ class EnvelopeFollower {
   void controlPass(const Inputs& in, const KvSystemInfo& clock, LevelDetectors& detectors)
       ZUM_REALTIME;
 
+  /// Centre of the band that is heard where hearsBand(), otherwise all is heard. `sum` 0 to 1.
+  static constexpr float bandHz(float sum) ZUM_REALTIME {
+    return sum * sum * sum * 0.8999999761581421F * 8000.0F + 44.0F;
+  }
+  static constexpr bool hearsBand(float sum) ZUM_REALTIME {
+    return sum * sum * sum > 0.05000000074505806F;
+  }
+
   /// 0 to 1.
   float efOut() const ZUM_REALTIME { return out; }
   const FollowerReadout& readout() const { return shown; }

@@ -23,6 +23,13 @@ class ResonanceCurve {
 
 class FilterFrequency {
  public:
+  /// The bent knob: 0.11 to 0.98.
+  static constexpr float curved(float sum) ZUM_REALTIME {
+    return (sum + 0.12999999523162842F) * 0.8700000047683716F;
+  }
+  /// Hz, by the bent knob.
+  static constexpr float hertzOf(float bent) ZUM_REALTIME { return bent * bent * bent * 16011.0F; }
+
   /// Both sums 0 to 1. True if the cutoff moved in this pass.
   bool controlPass(float cutoffSum, float vowelPositionSum, bool vowelBank, float ticksPerMs)
       ZUM_REALTIME;

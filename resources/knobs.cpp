@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 
+#include "core/value_names.hpp"
 #include "resources/lettering.hpp"
 #include "resources/row_of.hpp"
 #include "resources/scene.hpp"
@@ -127,12 +129,9 @@ void drawAmountSlider(cairo_t* cr, int /*id*/, int frame) {
 }
 
 void drawVowelSelector(cairo_t* cr, int /*id*/, int frame) {
-  // The vowels that have the formants of the nine positions.
-  constexpr const char* kVowels[] = {"U",      "O",      "\u00C5", "A", "\u00D6",
-                                     "\u00DC", "\u00C4", "E",      "I"};
   constexpr Rect kView{0, 0, 17, 17};
   fill(cr, kView, kGlass);
-  const char* const vowel = kVowels[frame];
+  const char* const vowel = names::kVowels[static_cast<std::size_t>(frame)];
   const bool accented = vowel[1] != '\0';  // takes room above the capital
   textIn(cr, accented ? kView.movedBy(0, 1) : kView, vowel, {12.0, true, 0.0}, kReadoutGreen);
 }

@@ -1,9 +1,9 @@
 #include "resources/lists.hpp"
 
 #include <cstddef>
-#include <iterator>
 #include <span>
 
+#include "core/value_names.hpp"
 #include "resources/lettering.hpp"
 #include "resources/shapes.hpp"
 
@@ -19,28 +19,26 @@ constexpr int kTypeMiddle = 12;
 constexpr std::size_t kMostCorners = 8;
 
 // Response curves in a box of 12 x 8 pixels: x, and y from the bottom.
-struct TypeRow {
-  const char* name;
+struct TypeSign {
   std::size_t corners;
   Point curve[kMostCorners];
 };
 // clang-format off
-constexpr TypeRow kTypes[] = {
-  {"HIGH PASS 12", 4, {{0,0}, {5,6}, {7,7}, {12,7}}},
-  {"HIGH PASS 24", 4, {{0,0}, {4,8}, {7,6.5}, {12,6.5}}},
-  {"BAND PASS 6",  5, {{0,2}, {5,6}, {6,7}, {7,6}, {12,2}}},
-  {"BAND PASS 12", 6, {{0,0}, {4,1}, {5.5,8}, {6.5,8}, {8,1}, {12,0}}},
-  {"LOW PASS 12",  4, {{0,7}, {5,7}, {7,6}, {12,0}}},
-  {"LOW PASS 24",  4, {{0,6.5}, {5,6.5}, {8,8}, {12,0}}},
-  {"COMB",         8, {{0,0}, {1.5,8}, {3,1}, {4.5,8}, {6,1}, {7.5,8}, {9,1}, {10.5,8}}},
-  {"BAND REJECT",  5, {{0,7}, {4,6}, {6,0}, {8,6}, {12,7}}},
-  {"S+H BAND PASS", 8, {{0,1}, {3,1}, {3,4}, {5,4}, {5,8}, {8,8}, {8,3}, {12,3}}},
-  {"S+H LOW PASS", 8, {{0,8}, {4,8}, {4,5}, {7,5}, {7,2}, {10,2}, {10,0}, {12,0}}},
+constexpr TypeSign kTypeSigns[] = {
+  {4, {{0,0}, {5,6}, {7,7}, {12,7}}},
+  {4, {{0,0}, {4,8}, {7,6.5}, {12,6.5}}},
+  {5, {{0,2}, {5,6}, {6,7}, {7,6}, {12,2}}},
+  {6, {{0,0}, {4,1}, {5.5,8}, {6.5,8}, {8,1}, {12,0}}},
+  {4, {{0,7}, {5,7}, {7,6}, {12,0}}},
+  {4, {{0,6.5}, {5,6.5}, {8,8}, {12,0}}},
+  {8, {{0,0}, {1.5,8}, {3,1}, {4.5,8}, {6,1}, {7.5,8}, {9,1}, {10.5,8}}},
+  {5, {{0,7}, {4,6}, {6,0}, {8,6}, {12,7}}},
+  {8, {{0,1}, {3,1}, {3,4}, {5,4}, {5,8}, {8,8}, {8,3}, {12,3}}},
+  {8, {{0,8}, {4,8}, {4,5}, {7,5}, {7,2}, {10,2}, {10,0}, {12,0}}},
 };
-constexpr const char* kOrders[] = {"FWD", "BWD", "PING", "PONG", "RND"};
 // clang-format on
 
-void curveSign(cairo_t* cr, const TypeRow& row, int x, int middle, const Color& color) {
+void curveSign(cairo_t* cr, const TypeSign& row, int x, int middle, const Color& color) {
   Point points[kMostCorners];
   for (std::size_t i = 0; i < row.corners; ++i) {
     points[i] = {x + row.curve[i].x, middle + 4.0 - row.curve[i].y};
@@ -55,8 +53,9 @@ void rowGround(cairo_t* cr, const Rect& rect) {
 }
 
 void typeRow(cairo_t* cr, int row, int top, const Color& sign, const Color& name) {
-  curveSign(cr, kTypes[row], kTypeMiddle - 4, top + kRow / 2, sign);
-  text(cr, 28.0, top + 12, Align::left, kTypes[row].name, {8.0, true, 0.0}, name);
+  curveSign(cr, kTypeSigns[row], kTypeMiddle - 4, top + kRow / 2, sign);
+  text(cr, 28.0, top + 12, Align::left, names::kTypes[static_cast<std::size_t>(row)],
+       {8.0, true, 0.0}, name);
 }
 
 // An arrow for each way that the steps are walked; dice for chance.
@@ -77,7 +76,8 @@ void orderSign(cairo_t* cr, int row, double y, const Color& color) {
 
 void orderRow(cairo_t* cr, int row, int top, const Color& sign, const Color& name) {
   orderSign(cr, row, top + 8.5, sign);
-  text(cr, 14.0, top + 11, Align::left, kOrders[row], {7.0, true, 0.0}, name);
+  text(cr, 14.0, top + 11, Align::left, names::kOrders[static_cast<std::size_t>(row)],
+       {7.0, true, 0.0}, name);
 }
 
 void listGround(cairo_t* cr, const Rect& rect) {
@@ -88,7 +88,7 @@ void listGround(cairo_t* cr, const Rect& rect) {
 }  // namespace
 
 void drawTypeRows(cairo_t* cr, int /*id*/, int /*frame*/) {
-  const int count = static_cast<int>(std::size(kTypes));
+  const int count = static_cast<int>(names::kTypes.size());
   for (int i = 0; i < count; ++i) {
     rowGround(cr, {0, i * kRow, kTypeWidth, kRow});
     typeRow(cr, i, i * kRow, kRose, kPaper);
@@ -96,13 +96,13 @@ void drawTypeRows(cairo_t* cr, int /*id*/, int /*frame*/) {
 }
 
 void drawTypeList(cairo_t* cr, int /*id*/, int /*frame*/) {
-  const int count = static_cast<int>(std::size(kTypes));
+  const int count = static_cast<int>(names::kTypes.size());
   listGround(cr, {0, 0, kTypeWidth, count * kRow + 2 * kMargin});
   for (int i = 0; i < count; ++i) typeRow(cr, i, kMargin + i * kRow, kFaint, kLettering);
 }
 
 void drawOrderRows(cairo_t* cr, int /*id*/, int /*frame*/) {
-  const int count = static_cast<int>(std::size(kOrders));
+  const int count = static_cast<int>(names::kOrders.size());
   for (int i = 0; i < count; ++i) {
     rowGround(cr, {0, i * kRow, kOrderWidth, kRow});
     orderRow(cr, i, i * kRow, kRose, kPaper);
@@ -110,7 +110,7 @@ void drawOrderRows(cairo_t* cr, int /*id*/, int /*frame*/) {
 }
 
 void drawOrderList(cairo_t* cr, int /*id*/, int /*frame*/) {
-  const int count = static_cast<int>(std::size(kOrders));
+  const int count = static_cast<int>(names::kOrders.size());
   listGround(cr, {0, 0, kOrderWidth, count * kRow});
   for (int i = 0; i < count; ++i) orderRow(cr, i, i * kRow, kFaint, kLettering);
 }

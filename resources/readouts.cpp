@@ -1,5 +1,8 @@
 #include "resources/readouts.hpp"
 
+#include <cstddef>
+
+#include "core/value_names.hpp"
 #include "resources/lettering.hpp"
 #include "resources/scene.hpp"
 #include "resources/shapes.hpp"
@@ -9,20 +12,6 @@ namespace {
 
 constexpr Rect kReadout{0, 0, 64, 19};
 constexpr Type kReadoutType{11.0, false, 0.0};
-
-// D is dotted, T a triplet; in the order of the engine's note lengths.
-constexpr const char* kNotes[] = {
-    "4 bars", "3 bars",  "2 bars",           //
-    "1/1 D",  "1/1",     "1/2 D",  "1/1 T",  //
-    "1/2",    "1/4 D",   "1/2 T",            //
-    "1/4",    "1/8 D",   "1/4 T",            //
-    "1/8",    "1/16 D",  "1/8 T",            //
-    "1/16",   "1/32 D",  "1/16 T",           //
-    "1/32",   "1/64 D",  "1/32 T",           //
-    "1/64",   "1/128 D", "1/64 T",           //
-    "1/128",  "1/128 T",
-};
-constexpr const char* kWaves[] = {"Sine", "Square", "Saw", "Triangle", "Random"};
 
 void glass(cairo_t* cr, const Rect& rect) {
   fill(cr, rect, kBlack);
@@ -39,9 +28,13 @@ void word(cairo_t* cr, const char* name) {
 
 void drawNumberGround(cairo_t* cr, int /*id*/, int /*frame*/) { glass(cr, kReadout); }
 
-void drawNoteName(cairo_t* cr, int /*id*/, int frame) { word(cr, kNotes[frame]); }
+void drawNoteName(cairo_t* cr, int /*id*/, int frame) {
+  word(cr, names::kNotes[static_cast<std::size_t>(frame)]);
+}
 
-void drawWaveName(cairo_t* cr, int /*id*/, int frame) { word(cr, kWaves[frame]); }
+void drawWaveName(cairo_t* cr, int /*id*/, int frame) {
+  word(cr, names::kWaves[static_cast<std::size_t>(frame)]);
+}
 
 void drawStatusStrip(cairo_t* cr, int /*id*/, int frame) {
   constexpr Rect kStrip{0, 0, 138, 19};

@@ -11,9 +11,9 @@
 #include <thread>
 #include <tuple>
 
-#include "adaptor/wrapper_control.hpp"
-#include "adaptor/wrapper_group.hpp"
-#include "adaptor/wrapper_process.hpp"
+#include "adaptor/dae/wrapper_control.hpp"
+#include "adaptor/dae/wrapper_group.hpp"
+#include "adaptor/dae/wrapper_process.hpp"
 #include "core/tags.hpp"
 #include "support/own_display.hpp"
 #include "support/test_host.hpp"

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "adaptor/hostlib/routines.hpp"
+#include "adaptor/dae/hostlib/routines.hpp"
 
 namespace zum {
 

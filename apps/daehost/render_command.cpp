@@ -8,7 +8,7 @@
 #include <optional>
 #include <vector>
 
-#include "adaptor/event_buffers.hpp"
+#include "adaptor/dae/event_buffers.hpp"
 #include "apps/daehost/commands.hpp"
 #include "apps/daehost/midi_feeder.hpp"
 #include "apps/zum/audio_input.hpp"

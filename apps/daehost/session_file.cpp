@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "adaptor/hostlib/routines.hpp"
+#include "adaptor/dae/hostlib/routines.hpp"
 #include "apps/zum/failure.hpp"
 #include "apps/zum/input_file.hpp"
 #include "apps/zum/preset_document.hpp"

@@ -65,7 +65,7 @@ class Window {
   }
 
  private:
-  const KvFrame& frame() const { return *EffectView(host.record()).window(); }
+  const KvFrame& frame() const { return *EffectView(host.client()).window(); }
 
   EffectHost& host;
 };
@@ -77,7 +77,7 @@ void edit(const EditOptions& options) {
   std::optional<TemporaryFile> picture;
   if (!options.picture.empty()) picture.emplace(options.picture);
   EffectHost host(loop.sampleRate(), Player::kBlock, options.tempo, true, createEditor);
-  EffectView view(host.record());
+  EffectView view(host.client());
   if (!options.preset.empty()) loadPresetFile(options.preset, view);
   Window window(host);
   const Player player(host, loop);

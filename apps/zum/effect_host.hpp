@@ -1,14 +1,12 @@
-// The smallest host of the effect: owns one instance and speaks to it only through its record.
+// The smallest host of the effect: for commands that play files through it, or show its window.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
-#include <vector>
 
+#include "adaptor/host_side.hpp"
 #include "apps/zum/midi_file.hpp"
-#include "core/aeffect.hpp"
-#include "core/create_effect.hpp"
 
 namespace zum {
 
@@ -19,37 +17,29 @@ class EffectHost {
   /// has no window.
   EffectHost(double sampleRate, int blockSize, double tempo, bool plays,
              EditorFactory makeEditor = nullptr);
-  ~EffectHost();
   EffectHost(const EffectHost&) = delete;
   EffectHost& operator=(const EffectHost&) = delete;
 
-  void setParameter(int tag, float value) { effect->setParameter(effect, tag, value); }
-  /// Two channels in, two out, at most `blockSize` frames. A transport that plays moves on.
-  void process(float** inputs, float** outputs, int frames);
+  void setParameter(int tag, float value) { host->client().setParameter(tag, value); }
+  /// Two channels in, two out, at most `blockSize` frames; `sideChain` null for none. A transport
+  /// that plays moves on.
+  void process(const float* const* inputs, const float* const* sideChain, float* const* outputs,
+               int frames);
   /// MIDI of the next block, which starts with frame `start`.
   void send(std::span<const MidiMessage> messages, std::int64_t start);
   // [main] The effect's window, not inside of another one; a thread may process meanwhile.
   /// False when there is none to be had.
-  bool openEditor();
+  bool openEditor() { return host->openWindow(0); }
   /// Some thirty times a second.
-  void idleEditor() { dispatch(effEditIdle); }
-  void closeEditor() { dispatch(effEditClose); }
-  /// What an EffectView is made of, which sees what no host can.
-  const AEffect& record() const { return *effect; }
+  void idleEditor() { host->idleWindow(); }
+  void closeEditor() { host->closeWindow(); }
+  /// What an EffectView looks into.
+  KvUniClient& client() { return host->client(); }
 
  private:
-  static std::intptr_t answer(AEffect* caller, std::int32_t opcode, std::int32_t index,
-                              std::intptr_t value, void* ptr, float opt);
-  std::intptr_t dispatch(std::int32_t opcode, std::intptr_t value = 0, float opt = 0.0F,
-                         void* ptr = nullptr) {
-    return effect->dispatcher(effect, opcode, 0, value, ptr, opt);
-  }
-
-  VstTimeInfo time{};
-  int framesPerBlock;
-  AEffect* effect;
-  std::vector<VstMidiEvent> midi;
-  std::vector<std::byte> sent;  // a list of their addresses
+  std::unique_ptr<HostSide> host;
+  const double rate;        // Hz
+  std::int64_t played = 0;  // frames of the song
 };
 
 }  // namespace zum

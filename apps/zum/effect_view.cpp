@@ -1,4 +1,3 @@
-// The way from the effect's record to the object behind it.
 #include "apps/zum/effect_view.hpp"
 
 #include <cstddef>
@@ -7,9 +6,6 @@
 #include "editor/uni_client_editor.hpp"
 
 namespace zum {
-
-EffectView::EffectView(const AEffect& record)
-    : effect(&dynamic_cast<KvUniClient&>(*static_cast<AudioEffect*>(record.object))) {}
 
 ControlPassResults EffectView::results() const {
   const Engine& engine = effect->signal();

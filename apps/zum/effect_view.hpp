@@ -6,8 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "core/aeffect.hpp"
-
 namespace zum {
 
 class KvFrame;
@@ -32,7 +30,7 @@ struct BankEntry {
 
 class EffectView {
  public:
-  explicit EffectView(const AEffect& record);
+  explicit EffectView(KvUniClient& seen) : effect(&seen) {}
 
   /// What the last control pass came to.
   ControlPassResults results() const;

@@ -38,7 +38,7 @@ void Player::play() {
       std::chrono::duration<double>(double{kBlock} / loop.sampleRate()));
   for (auto due = Clock::now(); !ending.load();) {
     loop.read(inputs[0], inputs[1], kBlock);
-    host.process(inputs, outputs, kBlock);
+    host.process(inputs, nullptr, outputs, kBlock);
     due = std::max(due + blockTime, Clock::now() - kMostBehind);
     std::this_thread::sleep_until(due);
   }

@@ -125,8 +125,8 @@ void check(const std::vector<fs::path>& paths) {
 }
 
 void listPrograms() {
-  const EffectHost host(44100.0, 512, 120.0, false);
-  const std::vector<BankEntry> entries = EffectView(host.record()).bank();
+  EffectHost host(44100.0, 512, 120.0, false);
+  const std::vector<BankEntry> entries = EffectView(host.client()).bank();
   if (entries.empty()) {
     throw Failure(
         "the bank is empty; run zum install-content, or name a folder of folders with "

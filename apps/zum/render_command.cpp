@@ -42,6 +42,7 @@ constexpr int kCurveBlock = 64;     // frames; curves move in steps of at most t
 struct RenderOptions {
   std::filesystem::path input;
   std::filesystem::path output;
+  std::filesystem::path sideChain;
   int block = 512;
   double tempo = 120.0;
   double tail = 0.0;
@@ -73,8 +74,8 @@ void summarise(const RenderOptions& options, const Rendered& rendered, float pea
 
 // Everything that is written must have a name of its own.
 void refuseSameFiles(const RenderOptions& options, const std::vector<AutomationCurve>& curves) {
-  std::vector<std::filesystem::path> others = {options.input, options.preset, options.midi,
-                                               options.controllerMap};
+  std::vector<std::filesystem::path> others = {options.input, options.sideChain, options.preset,
+                                               options.midi, options.controllerMap};
   for (const AutomationCurve& curve : curves) others.push_back(curve.file());
   refuseToOverwrite(options.output, "output", others);
   others.push_back(options.output);
@@ -98,7 +99,7 @@ struct Patch {
   }
 
   void applyTo(EffectHost& host) const {
-    EffectView view(host.record());
+    EffectView view(host.client());
     if (!preset.empty()) loadPresetFile(preset, view);
     if (!program.empty()) loadProgram(program, view);
     if (!controllerMap.empty()) loadControllerMap(controllerMap, view);
@@ -120,11 +121,24 @@ int blockFrames(const RenderOptions& options) {
   return options.curves.empty() ? options.block : std::min(options.block, kCurveBlock);
 }
 
+std::unique_ptr<AudioInput> openSideChain(const std::filesystem::path& file, int rate) {
+  if (file.empty()) return nullptr;
+  auto opened = std::make_unique<AudioInput>(file);
+  if (opened->sampleRate() != rate) {
+    throw Failure("the side-chain has " + std::to_string(opened->sampleRate()) +
+                  " Hz and the input " + std::to_string(rate) +
+                  " Hz; bring one of them to the rate of the other");
+  }
+  return opened;
+}
+
 void render(const RenderOptions& options) {
   const Patch patch(options);
   std::vector<AutomationCurve> curves(options.curves.begin(), options.curves.end());
   refuseSameFiles(options, curves);
   AudioInput input(options.input);
+  const std::unique_ptr<AudioInput> sideChain =
+      openSideChain(options.sideChain, input.sampleRate());
   const sf_count_t tailFrames = std::llround(options.tail * input.sampleRate());
   AudioOutput output(options.output, input, input.frames() + tailFrames);
   std::optional<MidiFile> midi;
@@ -136,6 +150,7 @@ void render(const RenderOptions& options) {
   patch.applyTo(host);
   const Rendered rendered = run({.host = host,
                                  .input = input,
+                                 .sideChain = sideChain.get(),
                                  .output = output,
                                  .curves = curves,
                                  .midi = midi ? &*midi : nullptr,
@@ -145,6 +160,7 @@ void render(const RenderOptions& options) {
   if (trace) trace->finish();
   output.finish();
   input.warnOfDamage();
+  if (sideChain) sideChain->warnOfDamage();
   output.warnOfDamage();
   if (!options.quiet) summarise(options, rendered, output.peak());
 }
@@ -207,6 +223,11 @@ void addRenderCommand(CLI::App& app) {
               std::to_string(kCurveBlock) + " frames; may be repeated")
       ->type_name("NAME=FILE")
       ->allow_extra_args(false);
+  command
+      ->add_option("--sidechain", options->sideChain,
+                   "Music file that the follower and the LFO's trigger hear in place of the input")
+      ->type_name("FILE")
+      ->check(notEmpty());
   command->add_option("--midi", options->midi, "Standard MIDI file to play into the effect")
       ->type_name("FILE.mid")
       ->check(notEmpty());

@@ -17,10 +17,13 @@ Rendered run(const RenderLoop& loop) {
   std::vector<float> rightIn(size);
   std::vector<float> leftOut(size);
   std::vector<float> rightOut(size);
+  std::vector<float> leftSide(size);
+  std::vector<float> rightSide(size);
   float* inputs[] = {leftIn.data(), rightIn.data()};
+  float* side[] = {leftSide.data(), rightSide.data()};
   float* outputs[] = {leftOut.data(), rightOut.data()};
   const double rate = loop.input.sampleRate();
-  const EffectView view(loop.host.record());
+  const EffectView view(loop.host.client());
   Clock::duration elapsed{};
   sf_count_t tailLeft = loop.tailFrames;
   sf_count_t done = 0;
@@ -33,6 +36,12 @@ Rendered run(const RenderLoop& loop) {
     std::fill_n(inputs[0] + music, silence, 0.0F);
     std::fill_n(inputs[1] + music, silence, 0.0F);
     tailLeft -= silence;
+    if (loop.sideChain != nullptr) {
+      const int heard = loop.sideChain->read(side[0], side[1], music + silence);
+      for (float* const channel : side) {
+        std::fill(channel + heard, channel + music + silence, 0.0F);
+      }
+    }
     const int count = music + silence;
     ended = count < loop.block;
     if (count == 0) break;
@@ -42,7 +51,7 @@ Rendered run(const RenderLoop& loop) {
     }
     if (loop.midi != nullptr) loop.host.send(loop.midi->takeUntil(done + count), done);
     const auto start = Clock::now();
-    loop.host.process(inputs, outputs, count);
+    loop.host.process(inputs, loop.sideChain != nullptr ? side : nullptr, outputs, count);
     elapsed += Clock::now() - start;
     loop.output.write(outputs[0], outputs[1], count);
     if (loop.trace != nullptr) loop.trace->add(seconds, view.results());

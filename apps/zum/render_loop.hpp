@@ -16,6 +16,7 @@ namespace zum {
 struct RenderLoop {
   EffectHost& host;
   AudioInput& input;
+  AudioInput* sideChain;  // null: none; where it ends before the input, silence follows
   AudioOutput& output;
   std::vector<AutomationCurve>& curves;
   MidiFile* midi;      // null: none

@@ -1,6 +1,6 @@
-#include "adaptor/wrapper_group.hpp"
+#include "adaptor/dae/wrapper_group.hpp"
 
-#include "adaptor/wrapper_process.hpp"
+#include "adaptor/dae/wrapper_process.hpp"
 
 namespace zum {
 namespace {

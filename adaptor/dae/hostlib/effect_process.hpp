@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "adaptor/hostlib/midi_node.hpp"
-#include "adaptor/hostlib/plugin_control.hpp"
-#include "adaptor/hostlib/transport_access.hpp"
+#include "adaptor/dae/hostlib/midi_node.hpp"
+#include "adaptor/dae/hostlib/plugin_control.hpp"
+#include "adaptor/dae/hostlib/transport_access.hpp"
 #include "engine/realtime.hpp"
 
 namespace zum {

@@ -1,7 +1,7 @@
 // The host's transport.
 #pragma once
 
-#include "adaptor/hostlib/routines.hpp"
+#include "adaptor/dae/hostlib/routines.hpp"
 
 namespace zum {
 

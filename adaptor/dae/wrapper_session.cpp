@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstring>
 
-#include "adaptor/wrapper_process.hpp"
+#include "adaptor/dae/wrapper_process.hpp"
 
 namespace zum {
 namespace {

@@ -1,4 +1,4 @@
-#include "adaptor/hostlib/plugin_control.hpp"
+#include "adaptor/dae/hostlib/plugin_control.hpp"
 
 #include <strings.h>
 

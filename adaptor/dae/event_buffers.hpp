@@ -6,7 +6,7 @@
 #include <atomic>
 #include <memory>
 
-#include "adaptor/hostlib/midi_node.hpp"
+#include "adaptor/dae/hostlib/midi_node.hpp"
 #include "core/aeffect.hpp"
 #include "engine/realtime.hpp"
 

@@ -1,11 +1,11 @@
-#include "adaptor/wrapper_process.hpp"
+#include "adaptor/dae/wrapper_process.hpp"
 
 #include <algorithm>
 #include <cstring>
 
-#include "adaptor/hostlib/effect_group.hpp"
-#include "adaptor/process_table.hpp"
-#include "adaptor/wrapper_control.hpp"
+#include "adaptor/dae/hostlib/effect_group.hpp"
+#include "adaptor/dae/process_table.hpp"
+#include "adaptor/dae/wrapper_control.hpp"
 #include "core/host_text.hpp"
 #include "editor/create_editor.hpp"
 

@@ -2,7 +2,7 @@
 #include <exception>
 #include <utility>
 
-#include "adaptor/hostlib/effect_group.hpp"
+#include "adaptor/dae/hostlib/effect_group.hpp"
 
 namespace zum {
 

@@ -1,4 +1,4 @@
-#include "adaptor/process_table.hpp"
+#include "adaptor/dae/process_table.hpp"
 
 #include <array>
 #include <atomic>

@@ -5,8 +5,8 @@
 #include <atomic>
 #include <memory>
 
-#include "adaptor/event_buffers.hpp"
-#include "adaptor/hostlib/effect_process.hpp"
+#include "adaptor/dae/event_buffers.hpp"
+#include "adaptor/dae/hostlib/effect_process.hpp"
 #include "core/uni_client.hpp"
 #include "platform/child_window.hpp"
 

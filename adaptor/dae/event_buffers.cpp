@@ -1,4 +1,4 @@
-#include "adaptor/event_buffers.hpp"
+#include "adaptor/dae/event_buffers.hpp"
 
 #include <cstddef>
 #include <thread>

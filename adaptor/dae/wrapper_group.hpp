@@ -1,7 +1,7 @@
 // What the plug-in file offers to the second host: a stereo and a mono type of the effect.
 #pragma once
 
-#include "adaptor/hostlib/effect_group.hpp"
+#include "adaptor/dae/hostlib/effect_group.hpp"
 
 namespace zum {
 

@@ -1,4 +1,4 @@
-#include "adaptor/hostlib/effect_process.hpp"
+#include "adaptor/dae/hostlib/effect_process.hpp"
 
 #include <algorithm>
 

@@ -9,8 +9,8 @@
 #include <exception>
 #include <memory>
 
-#include "adaptor/hostlib/effect_group.hpp"
-#include "adaptor/wrapper_group.hpp"
+#include "adaptor/dae/hostlib/effect_group.hpp"
+#include "adaptor/dae/wrapper_group.hpp"
 
 namespace zum {
 namespace {

@@ -2,7 +2,7 @@
 // control's 32 bits and the parameter's 0 to 1.
 #pragma once
 
-#include "adaptor/hostlib/plugin_control.hpp"
+#include "adaptor/dae/hostlib/plugin_control.hpp"
 
 namespace zum {
 

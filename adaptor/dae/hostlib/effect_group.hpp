@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "adaptor/hostlib/effect_process.hpp"
+#include "adaptor/dae/hostlib/effect_process.hpp"
 
 namespace zum {
 

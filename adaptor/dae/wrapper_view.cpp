@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "adaptor/wrapper_process.hpp"
+#include "adaptor/dae/wrapper_process.hpp"
 #include "core/effect_editor.hpp"
 #include "state/library_record.hpp"
 

@@ -1,4 +1,4 @@
-#include "adaptor/wrapper_control.hpp"
+#include "adaptor/dae/wrapper_control.hpp"
 
 #include <algorithm>
 #include <array>
@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "adaptor/wrapper_process.hpp"
+#include "adaptor/dae/wrapper_process.hpp"
 
 namespace zum {
 

@@ -1,0 +1,252 @@
+#include "adaptor/host_side.hpp"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <bit>
+#include <chrono>
+#include <cstring>
+#include <mutex>
+#include <thread>
+
+#include "core/effect_editor.hpp"
+#include "core/host_text.hpp"
+#include "core/parameter_text.hpp"
+#include "engine/shared_value.hpp"
+
+namespace zum {
+namespace {
+
+constexpr std::intptr_t kHostVersion = 2400;
+constexpr std::size_t kMostStateBytes = std::size_t{1} << 20U;
+
+/// Of all windows of the process: what they share knows one thread at a time.
+std::recursive_mutex& windows() {
+  static std::recursive_mutex turns;
+  return turns;
+}
+
+std::intptr_t giveText(void* ptr, const char* text) {
+  if (ptr == nullptr) return 0;
+  copyText(static_cast<char*>(ptr), text, kHostTextRoom);
+  return 1;
+}
+
+}  // namespace
+
+/// Where a host has neither timers nor a loop to offer.
+class HostSide::WindowThread {
+ public:
+  explicit WindowThread(HostSide& host) : thread([this, &host] { run(host); }) {}
+  WindowThread(const WindowThread&) = delete;
+  WindowThread& operator=(const WindowThread&) = delete;
+  /// From the thread itself, where the host closes from inside of a call, it ends by itself.
+  ~WindowThread() {
+    ended->store(true);
+    if (thread.get_id() == std::this_thread::get_id()) {
+      thread.detach();
+    } else {
+      thread.join();
+    }
+  }
+
+ private:
+  void run(HostSide& host) {
+    const std::shared_ptr<std::atomic<bool>> end = ended;
+    while (!end->load()) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(33));
+      // who closes may hold the turn and wait for this thread
+      const std::unique_lock turn(windows(), std::try_to_lock);
+      if (turn.owns_lock() && !end->load()) host.idleWindow();
+    }
+  }
+
+  const std::shared_ptr<std::atomic<bool>> ended = std::make_shared<std::atomic<bool>>(false);
+  std::thread thread;
+};
+
+// ---- life
+
+HostSide::HostSide(EditorFactory makeEditor, Listener* told, const char* product)
+    : listener(told),
+      productName(product),
+      effect(std::make_unique<KvUniClient>(&HostSide::answer, makeEditor)) {
+  effect->getAeffect()->reservedForHost[0] = reinterpret_cast<std::intptr_t>(this);
+  if (listener != nullptr) effect->setFace();
+  effect->takeChanges();  // the first values are no news
+  effect->open();
+}
+
+HostSide::~HostSide() {
+  closeWindow();
+  if (active) deactivate();
+  effect->close();
+}
+
+void HostSide::activate(double rate, std::int32_t mostFrames) {
+  sampleRate = rate;
+  blockSize = mostFrames;
+  effect->setSampleRate(static_cast<float>(rate));
+  effect->setBlockSize(mostFrames);
+  effect->resume();
+  active = true;
+}
+
+void HostSide::deactivate() {
+  effect->suspend();
+  active = false;
+}
+
+// ---- states
+
+std::vector<std::byte> HostSide::saveState() {
+  void* data = nullptr;
+  const std::int32_t size = effect->getChunk(&data, false);
+  const auto* const bytes = static_cast<const std::byte*>(data);
+  return size > 0 ? std::vector<std::byte>(bytes, bytes + size) : std::vector<std::byte>();
+}
+
+bool HostSide::loadState(std::span<const std::byte> state) {
+  constexpr std::size_t kWord = 4;
+  if (state.empty() || state.size() > kMostStateBytes || state.size() % kWord != 0) return false;
+  // The first word counts all of them: what is cut may still make sense otherwise.
+  std::uint32_t words = 0;
+  std::memcpy(&words, state.data(), kWord);
+  if (words != state.size() / kWord) return false;
+  if (!effect->loadState(state.data(), words)) return false;
+  effect->takeChanges();  // the host asks for all values behind a state
+  return true;
+}
+
+// ---- parameters
+
+float HostSide::plainValue(int tag) const ZUM_REALTIME {
+  const ParameterRow* const row = findRow(tag);
+  return row != nullptr ? plainOfRaw(*row, loadShared(effect->value(tag).raw)) : 0.0F;
+}
+
+void HostSide::setPlain(int tag, float plain) ZUM_REALTIME {
+  const ParameterRow* const row = findRow(tag);
+  if (row != nullptr && plain == plain) effect->setFromHost(tag, rawOfPlain(*row, plain));
+}
+
+// ---- the block
+
+HostSide::Block::Block(HostSide& of, const Buffers& all, const Song& song) ZUM_REALTIME
+    : host(of),
+      buffers(all) {
+  host.now = song;
+}
+
+void HostSide::Block::setPlain(std::int32_t frame, int tag, float plain) ZUM_REALTIME {
+  playTo(frame);
+  host.setPlain(tag, plain);
+}
+
+void HostSide::Block::midi(std::int32_t frame, const std::uint8_t* threeBytes) ZUM_REALTIME {
+  playTo(frame);
+  host.receiveMidi(0, threeBytes);
+}
+
+void HostSide::Block::moveSong(std::int32_t frame, const Song& song) ZUM_REALTIME {
+  playTo(frame);
+  host.now = song;
+}
+
+void HostSide::Block::playTo(std::int32_t frame) ZUM_REALTIME {
+  const std::int32_t frames = std::min(frame, buffers.frames) - done;
+  if (frames <= 0) return;
+  const auto from = [this](auto* const* channels) ZUM_REALTIME {
+    return std::array{channels[0] + done, channels[1] + done};
+  };
+  const auto inputs = from(buffers.inputs);
+  const auto outputs = from(buffers.outputs);
+  if (buffers.sideChain == nullptr) {
+    host.effect->process(inputs.data(), nullptr, outputs.data(), frames);
+  } else {
+    host.effect->process(inputs.data(), from(buffers.sideChain).data(), outputs.data(), frames);
+  }
+  done += frames;
+  if (host.now.isPlaying) host.now.beats += frames * host.now.tempo / (60.0 * host.sampleRate);
+}
+
+// ---- what the effect asks
+
+// It asks before it has a record, and before the record knows this host.
+std::intptr_t HostSide::answer(AEffect* record, std::int32_t opcode, std::int32_t index,
+                               std::intptr_t /*value*/, void* ptr, float opt) {
+  auto* const host =
+      record == nullptr ? nullptr : std::bit_cast<HostSide*>(record->reservedForHost[0]);
+  switch (opcode) {
+    case audioMasterVersion: return kHostVersion;
+    case audioMasterGetVendorString: return giveText(ptr, "ZUM");
+    case audioMasterGetProductString:
+      return giveText(ptr, host != nullptr ? host->productName : "");
+    case audioMasterGetVendorVersion: return 1;
+    default: return host != nullptr ? host->answerFor(opcode, index, opt) : 0;
+  }
+}
+
+std::intptr_t HostSide::answerFor(std::int32_t opcode, std::int32_t index, float opt) ZUM_REALTIME {
+  switch (opcode) {
+    case audioMasterGetTime: return reinterpret_cast<std::intptr_t>(fillTime());
+    case audioMasterGetSampleRate: return static_cast<std::intptr_t>(sampleRate);
+    case audioMasterGetBlockSize: return blockSize;
+    case audioMasterGetCurrentProcessLevel:
+      return kVstProcessLevelRealtime;  // at the offline level the effect leaves the buffers alone
+    default: break;
+  }
+  if (listener == nullptr) return 0;
+  return trusted([&]() -> std::intptr_t {  // of the window alone, on its thread
+    switch (opcode) {
+      case audioMasterBeginEdit: listener->gestureBegan(index); return 1;
+      case audioMasterAutomate: listener->gestureMoved(index, opt); return 1;
+      case audioMasterEndEdit: listener->gestureEnded(index); return 1;
+      case audioMasterUpdateDisplay: listener->presetChanged(); return 1;
+      default: return 0;
+    }
+  });
+}
+
+VstTimeInfo* HostSide::fillTime() ZUM_REALTIME {
+  time.sampleRate = sampleRate;
+  time.tempo = now.tempo;
+  time.ppqPos = now.beats;
+  time.timeSigNumerator = time.timeSigDenominator = 4;
+  time.flags = kVstTempoValid | kVstTimeSigValid;
+  if (now.isPlaying) time.flags |= kVstTransportPlaying | kVstPpqPosValid;
+  return &time;
+}
+
+// ---- the window
+
+HostSide::Size HostSide::windowSize() {
+  ERect* rect = nullptr;
+  if (editor() == nullptr || !editor()->getRect(&rect) || rect == nullptr) return {0, 0};
+  return {rect->right - rect->left, rect->bottom - rect->top};
+}
+
+bool HostSide::openWindow(std::uintptr_t parent) {
+  const std::lock_guard turn(windows());
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): editors take the system's number as a pointer
+  return editor() != nullptr && editor()->open(reinterpret_cast<void*>(parent));
+}
+
+void HostSide::closeWindow() {
+  windowThread.reset();
+  const std::lock_guard turn(windows());
+  if (editor() != nullptr) editor()->close();
+}
+
+bool HostSide::isWindowOpen() { return editor() != nullptr && editor()->isOpen(); }
+
+void HostSide::idleWindow() {
+  const std::lock_guard turn(windows());
+  if (editor() != nullptr) editor()->idle();
+}
+
+void HostSide::idleByOwnThread() {
+  if (windowThread == nullptr) windowThread = std::make_unique<WindowThread>(*this);
+}
+
+}  // namespace zum

@@ -1,0 +1,138 @@
+// The host of one effect, for whoever speaks to it in another interface than its own: faces towards
+// other hosts, and programs of our own. Owns the effect and answers what it asks.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "core/create_effect.hpp"
+#include "core/uni_client.hpp"
+
+namespace zum {
+
+class HostSide {
+ public:
+  /// [main] What the user does in the window, told at once. Values are raw.
+  class Listener {
+   public:
+    virtual void gestureBegan(int tag) = 0;
+    virtual void gestureMoved(int tag, float raw) = 0;
+    virtual void gestureEnded(int tag) = 0;
+    /// Another preset, or another name: all is to be shown anew.
+    virtual void presetChanged() = 0;
+
+   protected:
+    ~Listener() = default;
+  };
+
+  /// Where the song is at the start of a block.
+  struct Song {
+    bool isPlaying = false;
+    double beats = 0.0;    // quarter notes
+    double tempo = 120.0;  // beats per minute
+  };
+
+  /// Two channels each. Without a side-chain its pointer is null.
+  struct Buffers {
+    const float* const* inputs;
+    const float* const* sideChain;
+    float* const* outputs;
+    std::int32_t frames;
+  };
+
+  /// [main] An effect that is switched off. With a listener it has a face: parameters beyond the
+  /// sixty of the old interface are told of, and bypass fades. Throws std::bad_alloc.
+  HostSide(EditorFactory makeEditor, Listener* told, const char* product = "");
+  ~HostSide();
+  HostSide(const HostSide&) = delete;
+  HostSide& operator=(const HostSide&) = delete;
+
+  // ---- [main] while no block runs
+  /// Hz; a rate that the effect does not have leaves the one before.
+  void activate(double rate, std::int32_t mostFrames);
+  void deactivate();
+  bool isActive() const { return active; }
+
+  // ---- [main] states
+  /// The bytes of a preset file; empty when the memory does not suffice.
+  std::vector<std::byte> saveState();
+  /// False for bytes that are no whole state, and then nothing changes.
+  bool loadState(std::span<const std::byte> state);
+
+  // ---- [any] parameters, by tag and in plain values
+  float plainValue(int tag) const ZUM_REALTIME;
+  void setPlain(int tag, float plain) ZUM_REALTIME;
+
+  // ---- [audio]
+  /// One block, cut at each event: the same sound as from a host that cuts its blocks there. What
+  /// is left is played when it goes.
+  class Block {
+   public:
+    Block(HostSide& host, const Buffers& all, const Song& song) ZUM_REALTIME;
+    Block(const Block&) = delete;
+    Block& operator=(const Block&) = delete;
+    ~Block() ZUM_REALTIME { playTo(buffers.frames); }
+
+    // Frames may not go backwards; one that does counts as the last one.
+    void setPlain(std::int32_t frame, int tag, float plain) ZUM_REALTIME;
+    void midi(std::int32_t frame, const std::uint8_t* threeBytes) ZUM_REALTIME;
+    void moveSong(std::int32_t frame, const Song& song) ZUM_REALTIME;
+
+   private:
+    void playTo(std::int32_t frame) ZUM_REALTIME;
+
+    HostSide& host;
+    const Buffers buffers;
+    std::int32_t done = 0;
+  };
+  /// What moved by itself since the last call (learned controllers, programs, presets, and what a
+  /// gesture does not tell): bits by facePosition().
+  std::uint64_t takeChanges() ZUM_REALTIME { return effect->takeChanges(); }
+  /// A message of three bytes for the next block, due at one of its frames.
+  void receiveMidi(std::int32_t frame, const std::uint8_t* threeBytes) ZUM_REALTIME {
+    effect->receiveMidi(frame, threeBytes);
+  }
+  Song& song() ZUM_REALTIME { return now; }
+
+  // ---- [main] the window: by the host's timer, or where it has none by a thread of our own
+  struct Size {
+    int width;
+    int height;
+  };
+  Size windowSize();
+  /// Inside of the host's window, or for 0 in one of its own. False when there is none to be had.
+  bool openWindow(std::uintptr_t parent);
+  void closeWindow();
+  bool isWindowOpen();
+  /// Some thirty times a second.
+  void idleWindow();
+  /// From now on until the window is closed a thread calls idleWindow().
+  void idleByOwnThread();
+
+  KvUniClient& client() { return *effect; }
+  const KvUniClient& client() const { return *effect; }
+
+ private:
+  static std::intptr_t answer(AEffect* record, std::int32_t opcode, std::int32_t index,
+                              std::intptr_t value, void* ptr, float opt);
+  std::intptr_t answerFor(std::int32_t opcode, std::int32_t index, float opt) ZUM_REALTIME;
+  VstTimeInfo* fillTime() ZUM_REALTIME;
+  AEffEditor* editor() const { return effect->getEditor(); }
+
+  class WindowThread;
+
+  Listener* const listener;
+  const char* const productName;
+  Song now;
+  VstTimeInfo time{};
+  double sampleRate = 44100.0;
+  std::int32_t blockSize = 1024;
+  bool active = false;
+  std::unique_ptr<KvUniClient> effect;
+  std::unique_ptr<WindowThread> windowThread;
+};
+
+}  // namespace zum
