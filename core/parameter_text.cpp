@@ -85,7 +85,7 @@ std::string numberText(const Scale& scale, float value) {
   std::string text(digits.data(), end.ptr);
   if (!isDecibels && text.ends_with(".0")) text.resize(text.size() - 2);
   if (text == "-0" || text == "-0.0") text.erase(0, 1);
-  if (scale.isSigned && text.front() != '-' && text != "0") text.insert(0, "+");
+  if (scale.isSigned && text.front() != '-' && text != "0") text.insert(text.begin(), '+');
   return text;
 }
 
