@@ -80,10 +80,10 @@ class HostSide {
     void setPlain(std::int32_t frame, int tag, float plain) ZUM_REALTIME;
     void midi(std::int32_t frame, const std::uint8_t* threeBytes) ZUM_REALTIME;
     void moveSong(std::int32_t frame, const Song& song) ZUM_REALTIME;
-
-   private:
+    /// Up to that frame: then song() tells of it.
     void playTo(std::int32_t frame) ZUM_REALTIME;
 
+   private:
     HostSide& host;
     const Buffers buffers;
     std::int32_t done = 0;

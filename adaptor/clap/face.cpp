@@ -1,0 +1,139 @@
+#include "adaptor/clap/face.hpp"
+
+#include <algorithm>
+#include <array>
+#include <span>
+#include <vector>
+
+#include "core/parameter_text.hpp"
+#include "engine/clock.hpp"
+#include "platform/files.hpp"
+
+namespace zum::clap {
+namespace {
+
+constexpr std::size_t kMostBytes = std::size_t{1} << 20U;  // no state has more
+
+/// Ends with its scope.
+class Raised {
+ public:
+  explicit Raised(std::atomic<bool>& of) : flag(of) { flag.store(true); }
+  ~Raised() { flag.store(false); }
+  Raised(const Raised&) = delete;
+  Raised& operator=(const Raised&) = delete;
+
+ private:
+  std::atomic<bool>& flag;
+};
+
+}  // namespace
+
+Face::Face(const clap_host_t& of, EditorFactory makeEditor)
+    : host(of), effect(makeEditor, this), shown(effect, host, edits) {
+  knownPreset.store(effect.client().presetCount());
+}
+
+// ---- life
+
+bool Face::activate(double rate, std::uint32_t mostFrames) {
+  const bool isRate = rate >= static_cast<double>(KvSystemInfo::kLowestSampleRate) &&
+                      rate <= static_cast<double>(KvSystemInfo::kHighestSampleRate);
+  if (!isRate || mostFrames == 0 || mostFrames > INT32_MAX || effect.isActive()) return false;
+  effect.activate(rate, static_cast<std::int32_t>(mostFrames));
+  hearsSideChain = false;
+  return true;
+}
+
+void Face::deactivate() {
+  processing.store(false);
+  if (effect.isActive()) effect.deactivate();
+}
+
+bool Face::startProcessing() {
+  if (!effect.isActive()) return false;
+  processing.store(true);
+  return true;
+}
+
+void Face::stopProcessing() { processing.store(false); }
+
+// A loader may be waited for: a host asks for this where sound stops anyway.
+void Face::reset() {
+  if (!effect.isActive()) return;
+  effect.client().suspend();
+  effect.client().resume();
+}
+
+void Face::onMainThread() {
+  if (!rescans.exchange(false)) return;
+  host.rescanValues();
+  host.markDirty();
+}
+
+void Face::askForRescan() ZUM_REALTIME {
+  rescans.store(true);
+  host.requestCallback();
+}
+
+// ---- states
+
+bool Face::save(const clap_ostream_t& stream) {
+  const std::vector<std::byte> state = effect.saveState();
+  std::span<const std::byte> left = state;
+  while (!left.empty()) {
+    const std::int64_t taken = stream.write(&stream, left.data(), left.size());
+    if (taken <= 0 || static_cast<std::uint64_t>(taken) > left.size()) return false;
+    left = left.subspan(static_cast<std::size_t>(taken));
+  }
+  return !state.empty();
+}
+
+bool Face::load(const clap_istream_t& stream) {
+  std::vector<std::byte> state;
+  std::array<std::byte, 4096> piece{};
+  for (;;) {
+    const std::int64_t count = stream.read(&stream, piece.data(), piece.size());
+    if (count == 0) break;
+    if (count < 0 || static_cast<std::uint64_t>(count) > piece.size()) return false;
+    if (state.size() + static_cast<std::size_t>(count) > kMostBytes) return false;
+    state.insert(state.end(), piece.begin(), piece.begin() + count);
+  }
+  const Raised known(loading);
+  const bool isTaken = effect.loadState(state);
+  knownPreset.store(effect.client().presetCount());
+  return isTaken;
+}
+
+bool Face::loadPreset(const char* file, const char* key) {
+  const std::uint32_t before = effect.client().presetCount();
+  effect.client().loadPresetFile(toInternalPath(file).c_str(), 0, nullptr, true);
+  if (effect.client().presetCount() == before) {
+    host.presetFailed(file, key, "the file is missing or no preset");
+    return false;
+  }
+  host.presetLoaded(file, key);
+  return true;
+}
+
+// ---- what the user does in the window
+
+void Face::gestureBegan(int tag) {
+  if (const int position = facePosition(tag); position >= 0) edits.begin(position), askForFlush();
+}
+
+void Face::gestureMoved(int tag, float raw) {
+  const int position = facePosition(tag);
+  if (position < 0) return;
+  edits.move(position, plainOfRaw(*findRow(tag), raw));
+  askForFlush();
+}
+
+void Face::gestureEnded(int tag) {
+  if (const int position = facePosition(tag); position >= 0) edits.end(position), askForFlush();
+}
+
+void Face::askForFlush() const {
+  if (!processing.load()) host.requestFlush();
+}
+
+}  // namespace zum::clap

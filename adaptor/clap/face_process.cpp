@@ -1,0 +1,140 @@
+// The block call and its events.
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+
+#include "adaptor/clap/events.hpp"
+#include "adaptor/clap/face.hpp"
+
+namespace zum::clap {
+namespace {
+
+bool isStereo(const clap_audio_buffer_t& buffer) ZUM_REALTIME {
+  return buffer.channel_count >= 2 && buffer.data32 != nullptr && buffer.data32[0] != nullptr &&
+         buffer.data32[1] != nullptr;
+}
+
+bool hasSound(const float* samples, std::uint32_t frames) ZUM_REALTIME {
+  std::uint32_t bits = 0;
+  for (std::uint32_t i = 0; i < frames; ++i) bits |= std::bit_cast<std::uint32_t>(samples[i]);
+  return bits << 1U != 0;  // but for the sign of a zero
+}
+
+/// Where values alone can be taken.
+struct ValuesAlone {
+  HostSide& effect;
+  void setPlain(std::int32_t /*frame*/, int tag, float plain) ZUM_REALTIME {
+    effect.setPlain(tag, plain);
+  }
+  void midi(std::int32_t /*frame*/, const std::uint8_t* /*bytes*/) ZUM_REALTIME {}
+  void moveSong(std::int32_t /*frame*/, const clap_event_transport_t& /*to*/) ZUM_REALTIME {}
+};
+
+}  // namespace
+
+clap_process_status Face::process(const clap_process_t& block) ZUM_REALTIME {
+  tellEdits(block.out_events);
+  const bool isPlayed = effect.isActive() && play(block);
+  if (!isPlayed) {
+    ValuesAlone values{effect};
+    deliver(block.in_events, values);
+  }
+  tellChanges(block.out_events, std::max(block.frames_count, 1U) - 1U);
+  lookForPreset();
+  return isPlayed ? CLAP_PROCESS_CONTINUE : CLAP_PROCESS_ERROR;
+}
+
+void Face::flush(const clap_input_events_t* in, const clap_output_events_t* out) ZUM_REALTIME {
+  tellEdits(out);
+  ValuesAlone values{effect};
+  deliver(in, values);
+  tellChanges(out, 0);
+}
+
+bool Face::play(const clap_process_t& given) ZUM_REALTIME {
+  if (given.audio_inputs == nullptr || given.audio_inputs_count == 0) return false;
+  if (given.audio_outputs == nullptr || given.audio_outputs_count == 0) return false;
+  if (!isStereo(given.audio_inputs[0]) || !isStereo(given.audio_outputs[0])) return false;
+  if (given.frames_count > INT32_MAX) return false;
+
+  struct Sink {
+    Face& face;
+    HostSide::Block block;
+    void setPlain(std::int32_t frame, int tag, float plain) ZUM_REALTIME {
+      block.setPlain(frame, tag, plain);
+    }
+    void midi(std::int32_t frame, const std::uint8_t* bytes) ZUM_REALTIME {
+      block.midi(frame, bytes);
+    }
+    void moveSong(std::int32_t frame, const clap_event_transport_t& to) ZUM_REALTIME {
+      block.playTo(frame);
+      block.moveSong(frame, face.songOf(&to));
+    }
+  };
+  const HostSide::Buffers buffers{given.audio_inputs[0].data32, sideChainOf(given),
+                                  given.audio_outputs[0].data32,
+                                  static_cast<std::int32_t>(given.frames_count)};
+  Sink sink{*this, {effect, buffers, songOf(given.transport)}};
+  deliver(given.in_events, sink);
+  given.audio_outputs[0].constant_mask = 0;
+  return true;
+}
+
+// Hosts hand in silence for an input that nothing is connected to: it counts from its first sound
+// on.
+const float* const* Face::sideChainOf(const clap_process_t& block) ZUM_REALTIME {
+  if (block.audio_inputs_count < 2 || !isStereo(block.audio_inputs[1])) return nullptr;
+  const float* const* const channels = block.audio_inputs[1].data32;
+  hearsSideChain = hearsSideChain || hasSound(channels[0], block.frames_count) ||
+                   hasSound(channels[1], block.frames_count);
+  return hearsSideChain ? channels : nullptr;
+}
+
+// What the host does not tell stays as it was, and beats go on by themselves.
+HostSide::Song Face::songOf(const clap_event_transport_t* transport) ZUM_REALTIME {
+  HostSide::Song song = effect.song();
+  if (transport == nullptr) {
+    song.isPlaying = false;
+    return song;
+  }
+  const auto tells = [flags = transport->flags](std::uint32_t what)
+                         ZUM_REALTIME { return (flags & what) != 0; };
+  song.isPlaying = tells(CLAP_TRANSPORT_IS_PLAYING);
+  if (tells(CLAP_TRANSPORT_HAS_TEMPO) && std::isfinite(transport->tempo)) {
+    song.tempo = transport->tempo;
+  }
+  if (tells(CLAP_TRANSPORT_HAS_BEATS_TIMELINE)) {
+    song.beats = static_cast<double>(transport->song_pos_beats) / CLAP_BEATTIME_FACTOR;
+  } else if (tells(CLAP_TRANSPORT_HAS_SECONDS_TIMELINE)) {
+    const double seconds = static_cast<double>(transport->song_pos_seconds) / CLAP_SECTIME_FACTOR;
+    song.beats = seconds * song.tempo / 60.0;
+  }
+  return song;
+}
+
+// ---- towards the host
+
+void Face::tellEdits(const clap_output_events_t* out) ZUM_REALTIME {
+  if (out != nullptr) edits.tell(*out);
+}
+
+void Face::tellChanges(const clap_output_events_t* out, std::uint32_t frame) ZUM_REALTIME {
+  untold |= effect.takeChanges();
+  if (out == nullptr) return;
+  for (; untold != 0; untold &= untold - 1) {
+    const int tag = faceTags()[static_cast<std::size_t>(std::countr_zero(untold))];
+    const auto plain = static_cast<double>(effect.plainValue(tag));
+    // what MIDI or a preset did is recorded as such, if at all
+    if (!pushValue(*out, frame, tag, plain, CLAP_EVENT_DONT_RECORD)) return;
+  }
+}
+
+void Face::lookForPreset() ZUM_REALTIME {
+  const std::uint32_t count = effect.client().presetCount();
+  if (count == knownPreset.load(std::memory_order_relaxed) || loading.load()) return;
+  knownPreset.store(count);
+  askForRescan();
+}
+
+}  // namespace zum::clap

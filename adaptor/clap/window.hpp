@@ -1,0 +1,43 @@
+// [main] The effect's window inside of one of the host's, and who calls it thirty times a second.
+#pragma once
+
+#include <optional>
+
+#include "adaptor/clap/edits.hpp"
+#include "adaptor/clap/host_link.hpp"
+#include "adaptor/host_side.hpp"
+
+namespace zum::clap {
+
+class Window {
+ public:
+  Window(HostSide& of, const HostLink& link, Edits& hand) : side(of), host(link), edits(hand) {}
+  Window(const Window&) = delete;
+  Window& operator=(const Window&) = delete;
+  ~Window() { close(); }
+
+  /// X11, inside of the host's window, is all there is.
+  static bool isSupported(const char* api, bool isFloating);
+
+  bool create(const char* api, bool isFloating);
+  void destroy();
+  bool setParent(const clap_window_t& window);
+  bool show();
+  bool hide();
+  /// Pixels.
+  std::optional<HostSide::Size> size();
+  void tick(clap_id firedTimer);
+
+ private:
+  bool open();
+  void close();
+
+  HostSide& side;
+  const HostLink& host;
+  Edits& edits;
+  bool isCreated = false;
+  std::uintptr_t parent = 0;
+  std::optional<clap_id> timer;
+};
+
+}  // namespace zum::clap
