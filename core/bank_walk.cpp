@@ -90,7 +90,7 @@ BankWalk::Place BankWalk::placeOf(const KvProgramBank& all, std::int32_t index) 
   return {before, std::max(all.presetCount(before) - 1, 0)};
 }
 
-void BankWalk::moveTo(const Place& place) {
+void BankWalk::moveTo(const Place& place) ZUM_REALTIME {
   storeShared(position.program, place.program);
   storeShared(position.folder, place.folder);
 }
@@ -130,6 +130,32 @@ void BankWalk::playAny() {
   const BankPreset& program = *all->get(folder, index);
   if (program.fault) return PresetDialogs::tellFault(program.fault);
   desk.load(program.chunk, 0, {.findPath = true});
+}
+
+bool BankWalk::play(std::string_view folder, std::string_view name) {
+  {
+    const StateGate::Turn turn(gate);
+    const auto all = programs();
+    const int inFolder = all->findFolder(folder);
+    const int index = all->findPreset(inFolder, name);
+    const BankPreset* const program = all->get(inFolder, index);
+    if (program == nullptr) return false;
+    if (!desk.load(program->chunk, 0, {.quiet = true, .title = program->name})) return false;
+    moveTo({inFolder, index});
+    desk.findOrigin(0, kNowhere);
+  }
+  window.update();
+  return true;
+}
+
+bool BankWalk::tryPlay(std::string_view folder, std::string_view name) ZUM_REALTIME {
+  const SharedBank::InBlock all(bank);
+  const int inFolder = all->findFolder(folder);
+  const int index = all->findPreset(inFolder, name);
+  const BankPreset* const program = all->get(inFolder, index);
+  if (program == nullptr || !desk.tryPlay(*program)) return false;
+  moveTo({inFolder, index});
+  return true;
 }
 
 void BankWalk::playMidiProgram(int index) ZUM_REALTIME {

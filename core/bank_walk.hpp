@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 
 #include "core/midi_in.hpp"
 #include "core/preset_desk.hpp"
@@ -33,6 +34,11 @@ class BankWalk final : public MidiPrograms {
   void setProgram(std::int32_t index);
   /// Any program of a folder of several.
   void playAny();
+  /// The program of that name, wherever the walk stands. False for one that is not there, or that
+  /// is refused.
+  bool play(std::string_view folder, std::string_view name);
+  /// [audio] The same inside a block. False also where there is no room for it.
+  bool tryPlay(std::string_view folder, std::string_view name) ZUM_REALTIME;
   /// [audio]
   void playMidiProgram(int index) ZUM_REALTIME override;
   /// The position goes where the current file lies in the bank, if it does.
@@ -54,7 +60,7 @@ class BankWalk final : public MidiPrograms {
   };
   /// The program of that number in the current folder, or the neighbour folder's.
   Place placeOf(const KvProgramBank& all, std::int32_t index) const;
-  void moveTo(const Place& place);
+  void moveTo(const Place& place) ZUM_REALTIME;
 
   StateGate& gate;
   PresetDesk& desk;

@@ -6,6 +6,7 @@
 #include <array>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/bank_walk.hpp"
@@ -184,6 +185,17 @@ class KvUniClient final : public KvPluginBase,
   void receiveMidi(std::int32_t frame, const std::uint8_t* bytes) ZUM_REALTIME {
     midi.receive(frame, bytes);
   }
+  /// [main] The program of that name in the bank. False for one that is not there, or that is
+  /// refused.
+  bool playProgram(std::string_view folder, std::string_view name) {
+    return bank.play(folder, name);
+  }
+  /// [audio] The same between two blocks. False also where there is no room for it: then only the
+  /// main thread can.
+  bool tryProgram(std::string_view folder, std::string_view name) ZUM_REALTIME {
+    const StateGate::Block block(gate);
+    return block.isOpen() && bank.tryPlay(folder, name);
+  }
   /// [any] Moves with each preset that is taken over.
   std::uint32_t presetCount() const ZUM_REALTIME { return gate.intakeCount() / 2; }
 
@@ -202,7 +214,8 @@ class KvUniClient final : public KvPluginBase,
   float controllerValue(int number) const { return midi.controllerValue(number); }
   const NoteState& played() const { return midi.played(); }
   const PresetSlot& slot() const { return desk.slot(); }
-  std::int32_t currentFolder() const { return loadShared(position.folder); }
+  std::int32_t currentFolder() const ZUM_REALTIME { return loadShared(position.folder); }
+  std::int32_t currentProgram() const ZUM_REALTIME { return loadShared(position.program); }
   /// [main]
   SharedBank::Held programs() const { return bank.programs(); }
   /// [audio]

@@ -101,19 +101,19 @@ const BankPreset* KvProgramBank::get(int folder, int index) const ZUM_REALTIME {
                                                                          : nullptr;
 }
 
-int KvProgramBank::presetCount(int folder) const {
+int KvProgramBank::presetCount(int folder) const ZUM_REALTIME {
   const Folder* found = at(folder);
   return found != nullptr ? static_cast<int>(found->presets.size()) : 0;
 }
 
-int KvProgramBank::findFolder(std::string_view name) const {
+int KvProgramBank::findFolder(std::string_view name) const ZUM_REALTIME {
   for (std::size_t i = 0; i < folders.size(); ++i) {
     if (folders[i]->name == name) return static_cast<int>(i);
   }
   return -1;
 }
 
-int KvProgramBank::findPreset(int folder, std::string_view name) const {
+int KvProgramBank::findPreset(int folder, std::string_view name) const ZUM_REALTIME {
   for (int i = 0; i < presetCount(folder); ++i) {
     if (get(folder, i)->name == name) return i;
   }

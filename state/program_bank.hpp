@@ -48,9 +48,9 @@ class KvProgramBank {
   // [any] once scanned. Null, -1 or an empty count for what is not there.
   const BankPreset* get(int folder, int index) const ZUM_REALTIME;
   int folderCount() const { return static_cast<int>(folders.size()); }
-  int presetCount(int folder) const;
-  int findFolder(std::string_view name) const;
-  int findPreset(int folder, std::string_view name) const;
+  int presetCount(int folder) const ZUM_REALTIME;
+  int findFolder(std::string_view name) const ZUM_REALTIME;
+  int findPreset(int folder, std::string_view name) const ZUM_REALTIME;
   std::string_view folderName(int folder) const;
   std::string_view presetName(int folder, int index) const;
   /// A preset of the folder "Midi Programs".

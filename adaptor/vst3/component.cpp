@@ -1,0 +1,152 @@
+// [main] The component: buses and states.
+#include <travesty/component.h>
+
+#include <array>
+#include <cstring>
+#include <vector>
+
+#include "adaptor/vst3/effect.hpp"
+#include "adaptor/vst3/text16.hpp"
+
+namespace zum::vst3 {
+namespace {
+
+struct Bus {
+  std::int32_t media;
+  std::int32_t direction;
+  std::int32_t channels;
+  const char* name;
+  std::int32_t type;
+  std::uint32_t flags;
+};
+
+// clang-format off
+constexpr Bus kBuses[] = {
+// media     direction  channels  name          type     flags
+  {V3_AUDIO, V3_INPUT,  2,        "Input",      V3_MAIN, V3_DEFAULT_ACTIVE},
+  {V3_AUDIO, V3_INPUT,  2,        "Side-chain", V3_AUX,  0},
+  {V3_AUDIO, V3_OUTPUT, 2,        "Output",     V3_MAIN, V3_DEFAULT_ACTIVE},
+  {V3_EVENT, V3_INPUT,  16,       "MIDI",       V3_MAIN, V3_DEFAULT_ACTIVE},
+};
+// clang-format on
+constexpr std::int32_t kSideChain = 1;  // among the audio inputs
+
+const Bus* findBus(std::int32_t media, std::int32_t direction, std::int32_t index) {
+  if (index < 0) return nullptr;
+  for (const Bus& bus : kBuses) {
+    if (bus.media == media && bus.direction == direction && index-- == 0) return &bus;
+  }
+  return nullptr;
+}
+
+// ---- states: the bytes of a preset file, in as many pieces as the host likes
+
+constexpr std::size_t kWord = 4;
+constexpr std::size_t kMostStateBytes = std::size_t{1} << 20U;
+
+bool readAll(v3_bstream** stream, std::byte* to, std::size_t count) {
+  for (std::size_t done = 0; done < count;) {
+    const auto left = static_cast<std::int32_t>(count - done);
+    std::int32_t read = 0;
+    if (v3_cpp_obj(stream)->read(stream, to + done, left, &read) != V3_OK) return false;
+    if (read <= 0 || read > left) return false;
+    done += static_cast<std::size_t>(read);
+  }
+  return true;
+}
+
+bool writeAll(v3_bstream** stream, std::byte* from, std::size_t count) {
+  for (std::size_t done = 0; done < count;) {
+    const auto left = static_cast<std::int32_t>(count - done);
+    std::int32_t written = 0;
+    if (v3_cpp_obj(stream)->write(stream, from + done, left, &written) != V3_OK) return false;
+    if (written <= 0 || written > left) return false;
+    done += static_cast<std::size_t>(written);
+  }
+  return true;
+}
+
+// The first word counts all of them: what a host keeps behind the state is not ours to read.
+v3_result takeState(Effect& effect, v3_bstream** stream) {
+  std::vector<std::byte> state(kWord);
+  if (!readAll(stream, state.data(), kWord)) return V3_FALSE;
+  std::uint32_t words = 0;
+  std::memcpy(&words, state.data(), kWord);
+  if (words == 0 || words > kMostStateBytes / kWord) return V3_FALSE;
+  state.resize(words * kWord);
+  if (!readAll(stream, state.data() + kWord, state.size() - kWord)) return V3_FALSE;
+  return resultOf(effect.loadState(state));
+}
+
+v3_result giveState(Effect& effect, v3_bstream** stream) {
+  std::vector<std::byte> state = effect.host.saveState();
+  return resultOf(!state.empty() && writeAll(stream, state.data(), state.size()));
+}
+
+v3_result activateBus(Effect& effect, std::int32_t media, std::int32_t direction,
+                      std::int32_t index, bool active) {
+  if (findBus(media, direction, index) == nullptr) return V3_INVALID_ARG;
+  if (media == V3_AUDIO && direction == V3_INPUT && index == kSideChain) {
+    effect.processor.hearSideChain(active);
+  }
+  return V3_OK;
+}
+
+v3_result describeBus(std::int32_t media, std::int32_t direction, std::int32_t index,
+                      v3_bus_info* info) {
+  const Bus* const bus = findBus(media, direction, index);
+  if (bus == nullptr || info == nullptr) return V3_INVALID_ARG;
+  *info = {bus->media, bus->direction, bus->channels, {}, bus->type, bus->flags};
+  putText(bus->name, info->bus_name);
+  return V3_OK;
+}
+
+}  // namespace
+
+const v3_component_cpp kComponent = {
+    unknownOf<Effect>(),
+    {
+        .initialize = [](void* self, v3_funknown**) { return objectOf<Effect>(self).initialize(); },
+        .terminate = [](void* self) -> v3_result {
+          return tried([&] { return objectOf<Effect>(self).terminate(), V3_OK; });
+        },
+    },
+    {
+        // the controller is this object
+        .get_controller_class_id = [](void*, v3_tuid) -> v3_result { return V3_NOT_IMPLEMENTED; },
+        .set_io_mode = [](void*, std::int32_t) -> v3_result { return V3_NOT_IMPLEMENTED; },
+        .get_bus_count = [](void*, std::int32_t media, std::int32_t direction) -> std::int32_t {
+          std::int32_t count = 0;
+          while (findBus(media, direction, count) != nullptr) ++count;
+          return count;
+        },
+        .get_bus_info = [](void*, std::int32_t media, std::int32_t direction, std::int32_t index,
+                           v3_bus_info* info) -> v3_result {
+          return tried([&] { return describeBus(media, direction, index, info); });
+        },
+        .get_routing_info = [](void*, v3_routing_info*, v3_routing_info*) -> v3_result {
+          return V3_NOT_IMPLEMENTED;
+        },
+        .activate_bus = [](void* self, std::int32_t media, std::int32_t direction,
+                           std::int32_t index, v3_bool active) -> v3_result {
+          return activateBus(objectOf<Effect>(self), media, direction, index, active != 0);
+        },
+        .set_active = [](void* self, v3_bool active) -> v3_result {
+          return tried([&] {
+            objectOf<Effect>(self).processor.setActive(active != 0);
+            objectOf<Effect>(self).attendOnMain();
+            return V3_OK;
+          });
+        },
+        .set_state = [](void* self, v3_bstream** stream) -> v3_result {
+          if (stream == nullptr) return V3_INVALID_ARG;
+          return tried([&] { return takeState(objectOf<Effect>(self), stream); });
+        },
+        .get_state = [](void* self, v3_bstream** stream) -> v3_result {
+          if (stream == nullptr) return V3_INVALID_ARG;
+          return tried([&] { return giveState(objectOf<Effect>(self), stream); });
+        },
+    },
+};
+
+}  // namespace zum::vst3
