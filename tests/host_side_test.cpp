@@ -1,0 +1,287 @@
+// What all faces share: values as texts and plain numbers, blocks cut at events, states, bypass
+// that fades, a side-chain, and what moves by itself.
+#include "adaptor/host_side.hpp"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cmath>
+#include <random>
+
+#include "core/parameter_text.hpp"
+#include "support/own_home.hpp"
+#include "support/test_host.hpp"
+
+namespace zum::test {
+namespace {
+
+const NoHome home;
+
+/// Keeps what it is told.
+struct Ear final : zum::HostSide::Listener {
+  void gestureBegan(int tag) override { told.push_back("begin " + std::to_string(tag)); }
+  void gestureMoved(int tag, float raw) override {
+    told.push_back(std::to_string(tag) + " = " + std::to_string(raw));
+  }
+  void gestureEnded(int tag) override { told.push_back("end " + std::to_string(tag)); }
+  void presetChanged() override { told.push_back("preset"); }
+  std::vector<std::string> told;
+};
+
+/// An effect with a face, switched on.
+struct Faced {
+  explicit Faced(double rate = 44100.0) { host.activate(rate, 8192); }
+
+  zum::HostSide::Buffers buffers(const Stereo& in, Stereo& out, const Stereo* sideChain = nullptr) {
+    from = {in.left.data(), in.right.data()};
+    to = {out.left.data(), out.right.data()};
+    if (sideChain != nullptr) heard = {sideChain->left.data(), sideChain->right.data()};
+    return {.inputs = from.data(),
+            .sideChain = sideChain != nullptr ? heard.data() : nullptr,
+            .outputs = to.data(),
+            .frames = static_cast<std::int32_t>(in.frames())};
+  }
+  Stereo play(const Stereo& in, const Stereo* sideChain = nullptr) {
+    Stereo out(in.frames());
+    { const zum::HostSide::Block block(host, buffers(in, out, sideChain), {}); }
+    return out;
+  }
+
+  Ear ear;
+  zum::HostSide host{nullptr, &ear};
+  std::array<const float*, 2> from{};
+  std::array<const float*, 2> heard{};
+  std::array<float*, 2> to{};
+};
+
+// ---- values
+
+TEST(ParameterText, ReadsAsAPlayerSaysIt) {
+  struct Row {
+    int tag;
+    float raw;
+    const char* text;
+  };
+  const Row rows[] = {
+      {tag::cutoff, 0.0F, "23.2 Hz"},      {tag::cutoff, 0.5F, "2636 Hz"},
+      {tag::master, 0.5F, "0.0 dB"},       {tag::master, 0.25F, "-6.0 dB"},
+      {tag::master, 0.0F, "-inf dB"},      {tag::efFreqRange, 0.1F, "Off"},
+      {tag::efAttack, 0.5F, "22 ms"},      {tag::efRelease, 0.5F, "1/32"},
+      {tag::lfoRate, 15 / 26.0F, "1/8 T"}, {tag::lfoWave, 0.5F, "Saw"},
+      {tag::cutoffLfo, 0.7F, "+40 %"},     {tag::cutoffLfo, 0.5F, "0 %"},
+      {tag::cutoffLfo, 0.0F, "-100 %"},    {tag::mixDryWet, 0.405F, "40.5 %"},
+      {tag::seqMode, 0.8F, "RND"},         {tag::vowelA, 0.25F, "\u00C5"},
+      {tag::multiType, 0.6F, "COMB"},      {tag::bank, 0.5F, "Vowel"},
+      {tag::bypass, 1.0F, "On"},           {tag::lfoTrigSens, 0.5F, "-12.0 dB"},
+      {tag::resonance, NAN, "0 %"},        {tag::resonance, 7.0F, "100 %"},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(parameterText(*findRow(row.tag), row.raw), row.text) << row.tag;
+  }
+}
+
+// A text that is typed again shows as it did, so no value walks away by being looked at.
+TEST(ParameterText, ComesBackFromEveryText) {
+  for (const int tag : faceTags()) {
+    const ParameterRow& row = *findRow(tag);
+    for (float raw = 0.0F; raw <= 1.0F; raw += 0.01F) {
+      const std::string text = parameterText(row, raw);
+      const auto read = parameterValue(row, text);
+      ASSERT_TRUE(read.has_value()) << tag << ' ' << text;
+      EXPECT_EQ(parameterText(row, *read), text) << tag;
+      const std::string bare = text.substr(0, text.rfind(' '));
+      if (row.unit <= Unit::attack || row.unit == Unit::gain) {
+        EXPECT_EQ(parameterValue(row, bare), read) << bare;
+      }
+    }
+  }
+}
+
+TEST(ParameterText, TakesWhatIsTypedInOtherWays) {
+  struct Row {
+    int tag;
+    const char* typed;
+    const char* shown;  // null where it is none
+  };
+  const Row rows[] = {
+      {tag::cutoff, " 2.636 KHZ ", "2636 Hz"}, {tag::cutoff, "440hz", "440 Hz"},
+      {tag::cutoff, "99999", "15213 Hz"},      {tag::master, "-6,0", "-6.0 dB"},
+      {tag::master, "-inf", "-inf dB"},        {tag::efAttack, "0.3 s", "300 ms"},
+      {tag::cutoffLfo, "+40", "+40 %"},        {tag::efFreqRange, "OFF", "Off"},
+      {tag::multiType, "comb", "COMB"},        {tag::lfoRate, "1/8 t", "1/8 T"},
+      {tag::cutoff, "440 dB", nullptr},        {tag::cutoff, "", nullptr},
+      {tag::cutoff, "nan", nullptr},           {tag::cutoff, "Hz", nullptr},
+      {tag::multiType, "combs", nullptr},      {tag::lfoRate, "0.5", nullptr},
+  };
+  for (const Row& row : rows) {
+    const auto raw = parameterValue(*findRow(row.tag), row.typed);
+    ASSERT_EQ(raw.has_value(), row.shown != nullptr) << row.typed;
+    if (raw) {
+      EXPECT_EQ(parameterText(*findRow(row.tag), *raw), row.shown) << row.typed;
+    }
+  }
+}
+
+TEST(ParameterText, StepsAreWholeNumbersBothWays) {
+  for (const int tag : faceTags()) {
+    const ParameterRow& row = *findRow(tag);
+    if (!isStepped(row)) continue;
+    for (int place = 0; place < row.positions; ++place) {
+      const auto plain = static_cast<float>(place);
+      EXPECT_EQ(plainOfRaw(row, rawOfPlain(row, plain)), plain) << tag;
+    }
+    EXPECT_EQ(plainOfRaw(row, rawOfPlain(row, 99.0F)), plainEnd(row)) << tag;
+  }
+}
+
+// Sessions and automation of every host know parameters by these numbers, in this order.
+TEST(ParameterText, NumbersAreForEver) {
+  std::vector<int> expected;
+  for (int tag = 0; tag <= 52; ++tag) expected.push_back(tag);
+  expected.insert(expected.end(), {58, 59, 62, 61, 60, 65, 222});
+  EXPECT_EQ(std::vector<int>(faceTags().begin(), faceTags().end()), expected);
+}
+
+// ---- blocks
+
+TEST(Face, BlocksCutAtEventsSoundLikeBlocksOfThatLength) {
+  const Stereo in = noise(3000);
+  struct Event {
+    std::int32_t frame;
+    int tag;
+    float plain;
+  };
+  const Event events[] = {{0, tag::bank, 1.0F},      {5, tag::cutoff, 0.9F},
+                          {5, tag::cutoffLfo, 0.9F}, {777, tag::multiType, 6.0F},
+                          {778, tag::bank, 0.0F},    {2999, tag::resonance, 0.1F},
+                          {9999, tag::master, 0.0F}};
+  const std::array<std::uint8_t, 3> program = {0xB0, 7, 99};
+
+  Faced cut;
+  Stereo expected(in.frames());
+  std::size_t done = 0;
+  const auto playTo = [&](std::size_t end) {
+    end = std::min(end, in.frames());
+    if (end <= done) return;
+    const float* const from[] = {in.left.data() + done, in.right.data() + done};
+    float* const to[] = {expected.left.data() + done, expected.right.data() + done};
+    cut.host.client().process(from, nullptr, to, static_cast<std::int32_t>(end - done));
+    done = end;
+  };
+  cut.host.client().controllers().controllers[7].append({tag::overdrive, 0});
+  for (const Event& event : events) {
+    playTo(static_cast<std::size_t>(event.frame));
+    cut.host.setPlain(event.tag, event.plain);
+  }
+  playTo(in.frames());
+
+  Faced whole;
+  whole.host.client().controllers().controllers[7].append({tag::overdrive, 0});
+  Stereo out(in.frames());
+  {
+    zum::HostSide::Block block(whole.host, whole.buffers(in, out), {});
+    for (const Event& event : events) block.setPlain(event.frame, event.tag, event.plain);
+    block.setPlain(3, tag::master, NAN);
+  }
+  EXPECT_EQ(out, expected);
+  EXPECT_NE(out, Faced().play(in));
+
+  // A controller acts in the pass behind its frame, and is told as what moved by itself.
+  EXPECT_EQ(whole.host.takeChanges(), 0U) << "the host knows what it sent";
+  {
+    zum::HostSide::Block block(whole.host, whole.buffers(in, out), {});
+    block.midi(100, program.data());
+  }
+  EXPECT_EQ(whole.host.takeChanges(), std::uint64_t{1} << facePosition(tag::overdrive));
+  EXPECT_FLOAT_EQ(whole.host.plainValue(tag::overdrive), 99.0F / 127.0F);
+}
+
+TEST(Face, FollowerHearsTheSideChainInPlaceOfTheInput) {
+  const Stereo in = noise(20000, 0.2F);
+  const Stereo loud = noise(20000, 0.9F);
+  const Stereo silence(20000);
+  const auto playing = [&](const Stereo* sideChain) {
+    Faced faced;
+    faced.host.setPlain(tag::cutoffEf, 1.0F);
+    faced.host.setPlain(tag::efGain, 0.6F);
+    return faced.play(in, sideChain);
+  };
+  const Stereo plain = playing(nullptr);
+  EXPECT_EQ(playing(&in), plain) << "the input as its own side-chain changes no bit";
+  EXPECT_NE(playing(&loud), plain);
+  EXPECT_NE(playing(&silence), plain);
+  EXPECT_NE(playing(&silence), playing(&loud));
+}
+
+TEST(Face, BypassFadesInTenMillisecondsAndThenIsTheInput) {
+  for (const double rate : {11050.0, 44100.0, 196000.0}) {
+    Faced faced(rate);
+    faced.host.setPlain(tag::mixDryWet, 1.0F);
+    faced.host.setPlain(tag::cutoff, 0.0F);  // nothing of the input is left
+    faced.host.setPlain(tag::multiType, 4.0F);
+    Stereo in(static_cast<std::size_t>(rate));
+    for (std::size_t i = 0; i < in.frames(); ++i) {
+      in.left[i] = in.right[i] = i % 2 == 0 ? 0.5F : -0.5F;  // steps show in its envelope
+    }
+    faced.play(in);
+    for (const float on : {1.0F, 0.0F}) {
+      faced.host.setPlain(tag::bypass, on);
+      const Stereo out = faced.play(in);
+      const auto envelope = [&](std::size_t i) { return std::fabs(out.left[i] - out.left[i + 1]); };
+      const auto tenth = static_cast<std::size_t>(rate / 100.0) + 17;
+      EXPECT_NEAR(envelope(tenth), on, 0.02F) << rate;
+      float farthest = 0.0F;
+      for (std::size_t i = 1; i < tenth; ++i) {
+        farthest = std::max(farthest, std::fabs(envelope(i) - envelope(i - 1)));
+      }
+      EXPECT_LT(farthest, 3.0F * 160.0F / static_cast<float>(rate)) << "a step at " << rate;
+    }
+  }
+}
+
+// ---- gestures and states
+
+TEST(Face, WindowTellsOfAllItsParameters) {
+  Faced faced;
+  for (const int tag : {tag::cutoff, tag::multiType, tag::bypass, tag::modChoice}) {
+    faced.host.client().beginEdit(tag);
+    faced.host.client().setParameterAutomated(tag, 0.5F);
+    faced.host.client().endEdit(tag);
+  }
+  const std::vector<std::string> expected = {"begin 3",   "3 = 0.500000",   "end 3",
+                                             "begin 61",  "61 = 0.500000",  "end 61",
+                                             "begin 222", "222 = 0.500000", "end 222"};
+  EXPECT_EQ(faced.ear.told, expected);
+  EXPECT_EQ(faced.host.takeChanges(), 0U) << "nothing is told twice";
+}
+
+TEST(Face, StatesComeBackWholeOrAreRefused) {
+  Faced first;
+  first.host.setPlain(tag::cutoff, 0.77F);
+  first.host.setPlain(tag::multiType, 7.0F);
+  const std::vector<std::byte> state = first.host.saveState();
+  ASSERT_FALSE(state.empty());
+
+  Faced second;
+  const std::vector<std::byte> before = second.host.saveState();
+  for (std::size_t size = 0; size < state.size(); ++size) {
+    ASSERT_FALSE(second.host.loadState(std::span(state).first(size))) << size;
+  }
+  std::mt19937 random(1);
+  for (int i = 0; i < 200; ++i) {
+    std::vector<std::byte> damaged(random() % 4096);
+    for (std::byte& each : damaged) each = static_cast<std::byte>(random());
+    EXPECT_FALSE(second.host.loadState(damaged));
+  }
+  EXPECT_EQ(second.host.saveState(), before);
+  const std::uint32_t presets = second.host.client().presetCount();
+
+  ASSERT_TRUE(second.host.loadState(state));
+  EXPECT_EQ(second.host.saveState(), state);
+  EXPECT_EQ(second.host.plainValue(tag::multiType), 7.0F);
+  EXPECT_EQ(second.host.takeChanges(), 0U) << "the host asks for all values behind a state";
+  EXPECT_EQ(second.host.client().presetCount(), presets + 1);
+}
+
+}  // namespace
+}  // namespace zum::test
