@@ -1,0 +1,86 @@
+// What the host's control ports say, and which of it is news. Positions are those of faceTags().
+//
+// A port holds its value as long as the host likes, also when a state, a program or a learned
+// controller has moved the parameter since: only a port that moves counts. What the window tells
+// the host comes back through the port, late and perhaps by way of values that were told before,
+// and must not take the knob back.
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+
+#include "adaptor/lv2/ports.hpp"
+#include "engine/realtime.hpp"
+
+namespace zum::lv2 {
+
+class ControlPorts {
+ public:
+  /// `patienceFrames`: how long what was told may take to come back.
+  explicit ControlPorts(std::int32_t patienceFrames);
+
+  /// [audio] Null: the port keeps its value.
+  void connect(std::size_t position, const float* place) ZUM_REALTIME;
+  /// [audio] Once a block. Calls moved(position, value) for each port that the host has moved.
+  template <class Moved>
+  void take(std::int32_t frames, Moved&& moved) ZUM_REALTIME;
+  /// [any] The values of the next block are no news: a state wins over what ports hold.
+  void trustNext() { trusts.store(true); }
+
+  /// [any] The value in the last block.
+  float seen(std::size_t position) const ZUM_REALTIME { return valueOf(known[position]); }
+  /// [main] This is about to be told to the host.
+  void tell(std::size_t position, float value);
+
+ private:
+  using Word = std::atomic<std::uint32_t>;  // the bits of a float: NaN is equal to itself
+  static float valueOf(const Word& word) ZUM_REALTIME {
+    return std::bit_cast<float>(word.load(std::memory_order_relaxed));
+  }
+  static bool isNews(const float* place, const Word& word) ZUM_REALTIME {
+    return std::bit_cast<std::uint32_t>(*place) != word.load(std::memory_order_relaxed);
+  }
+
+  std::uint64_t moved() const ZUM_REALTIME;
+  bool isEcho(std::size_t position) ZUM_REALTIME;
+  std::uint64_t giveUp(std::int32_t frames) ZUM_REALTIME;
+
+  // [audio]
+  std::array<const float*, kFaceParameters> places{};
+  std::array<float, kFaceParameters> unconnected{};
+  std::uint64_t unheard = 0;  // moved while an echo was awaited, to something else
+  std::uint32_t tellsBefore = 0;
+  std::int32_t waited = 0;  // frames since the last one was told
+  const std::int32_t patience;
+
+  // [any]
+  std::array<Word, kFaceParameters> known{};
+  std::array<Word, kFaceParameters> told{};
+  std::atomic<std::uint64_t> awaited{0};
+  std::atomic<std::uint32_t> tells{0};
+  std::atomic<bool> trusts{false};
+};
+
+template <class Moved>
+void ControlPorts::take(std::int32_t frames, Moved&& tellMoved) ZUM_REALTIME {
+  std::uint64_t news = moved();
+  const bool waits = awaited.load() != 0;
+  if (news == 0 && !waits && !trusts.load()) return;
+  const bool trusting = trusts.exchange(false);
+  for (; news != 0; news &= news - 1) {
+    const auto position = static_cast<std::size_t>(std::countr_zero(news));
+    const float value = *places[position];
+    known[position].store(std::bit_cast<std::uint32_t>(value), std::memory_order_relaxed);
+    if (!isEcho(position) && !trusting) tellMoved(position, value);
+  }
+  if (!waits) return;
+  for (std::uint64_t late = giveUp(frames); late != 0; late &= late - 1) {
+    const auto position = static_cast<std::size_t>(std::countr_zero(late));
+    tellMoved(position, valueOf(known[position]));
+  }
+}
+
+}  // namespace zum::lv2
