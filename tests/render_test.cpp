@@ -154,6 +154,20 @@ TEST_F(RenderTest, RefusesWithAReasonAndLeavesAllFilesAlone) {
   EXPECT_FALSE(hasTemporary());
 }
 
+TEST_F(RenderTest, ASideChainIsHeardInPlaceOfTheInput) {
+  makeFile("silent.wav", kWave, 1, 44100, 100, 0.0F);  // and silence behind it
+  makeFile("other.wav", kWave, 2, 48000);
+  const std::string follows = "--set CutoffEFAmt=1 --set EF_Gain=1 ";
+  const std::string plain = sound(follows);
+  EXPECT_EQ(sound(follows + "--sidechain in.wav"), plain);
+  EXPECT_NE(sound(follows + "--sidechain silent.wav"), plain);
+  const auto [exitCode, told] = run("render in.wav sound.wav --sidechain other.wav");
+  EXPECT_EQ(exitCode, 1);
+  EXPECT_NE(told.find("the side-chain has 48000 Hz and the input 44100 Hz; bring one"),
+            std::string::npos)
+      << told;
+}
+
 TEST_F(RenderTest, AnEarlierFileStaysUntilTheNewOneIsWhole) {
   const auto killedBy = [](int signal) {
     return " --tail 3600 & job=$!; until ls .zum-*; do kill -0 $job || exit 0; done; kill -" +
