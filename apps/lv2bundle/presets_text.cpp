@@ -64,7 +64,11 @@ std::string BundlePreset::uri() const {
 
 std::string manifestText(const std::vector<BundlePreset>& presets) {
   std::string made = std::string(turtle::kPrefixes) + kManifest;
+  std::set<std::string> uris;
   for (const BundlePreset& preset : presets) {
+    if (!uris.insert(preset.uri()).second) {
+      throw std::runtime_error(preset.uri() + " stands for two presets");
+    }
     made += '\n' + preset.uri() + "\n\ta pset:Preset ;\n\tlv2:appliesTo " +
             turtle::uri(lv2::kPluginUri) + " ;\n\trdfs:seeAlso <presets.ttl> .\n";
   }

@@ -1,5 +1,6 @@
 #include "apps/lv2bundle/turtle.hpp"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdint>
@@ -24,17 +25,11 @@ std::string number(float value) {
 }
 
 std::string uri(std::string_view start, std::string_view part) {
-  constexpr std::string_view kHex = "0123456789ABCDEF";
   std::string made = "<" + std::string(start);
   for (const char letter : part) {
-    const auto code = static_cast<unsigned char>(letter);
-    const bool plain = (letter >= '0' && letter <= '9') || (letter >= 'A' && letter <= 'Z') ||
-                       (letter >= 'a' && letter <= 'z') || letter == '-' || letter == ':';
-    if (plain) {
-      made += letter;
-    } else {
-      made += {'%', kHex[code / 16U], kHex[code % 16U]};
-    }
+    const bool isPlain = (letter >= '0' && letter <= '9') || (letter >= 'A' && letter <= 'Z') ||
+                         (letter >= 'a' && letter <= 'z') || letter == '-' || letter == ':';
+    made += isPlain ? letter : '_';
   }
   return made + '>';
 }

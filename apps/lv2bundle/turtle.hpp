@@ -31,7 +31,7 @@ inline constexpr std::string_view kPrefixes = R"(@prefix atom: <http://lv2plug.i
 std::string text(std::string_view any);
 /// A decimal that reads as the same float.
 std::string number(float value);
-/// In angle brackets; of `part` what may not stand in a URI is written as %XX.
+/// In angle brackets. Of `part` all but letters, digits, - and : is a _, as some hosts read no %XX.
 std::string uri(std::string_view start, std::string_view part = {});
 /// In quotes, with its type.
 std::string base64(std::span<const std::byte> bytes);

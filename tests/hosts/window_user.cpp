@@ -71,6 +71,7 @@ bool work() {
   for (const int y : {-20, -40, -60}) user.moveTo(window, kCutoffX, kCutoffY + y);
   user.release();
   good &= comes("a knob follows the mouse", [&] { return knob() != before; });
+  std::this_thread::sleep_for(std::chrono::seconds(1));  // perhaps it is still on its way
   const auto turned = knob();
   user.moveTo(window, kCutoffX, kCutoffY);
   user.click(3);
