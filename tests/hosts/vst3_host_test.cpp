@@ -124,13 +124,11 @@ const v3_param_value_queue_cpp Queue::kTable = {
        return V3_OK;
      }}};
 
-/// Has room ahead, so that what is added asks for no memory.
 struct Changes {
   const void* table = &kTable;
   std::vector<Queue> queues;
 
   explicit Changes(const std::vector<Point>& points = {}) {
-    queues.reserve(256);
     for (const Point& point : points) {
       auto queue = std::ranges::find(queues, point.id, &Queue::id);
       if (queue == queues.end()) {
@@ -141,8 +139,18 @@ struct Changes {
     }
   }
   v3_param_changes** face() { return reinterpret_cast<v3_param_changes**>(this); }
+  /// Room for a block's, so that none asks for memory.
+  void makeRoom() {
+    queues.clear();
+    spare.resize(64);
+    for (Queue& queue : spare) queue.points.reserve(4);
+    queues.reserve(spare.size());
+  }
 
   static const v3_param_changes_cpp kTable;
+
+ private:
+  std::vector<Queue> spare;
 };
 const v3_param_changes_cpp Changes::kTable = {
     kLent,
@@ -155,11 +163,12 @@ const v3_param_changes_cpp Changes::kTable = {
          },
      .add_param_data =
          [](void* self, v3_param_id* id, std::int32_t* index) {
-           auto& queues = mine<Changes>(self).queues;
-           *index = static_cast<std::int32_t>(queues.size());
-           queues.push_back({.id = *id});
-           queues.back().points.reserve(4);
-           return reinterpret_cast<v3_param_value_queue**>(&queues.back());
+           auto& changes = mine<Changes>(self);
+           *index = static_cast<std::int32_t>(changes.queues.size());
+           Queue& added =
+               changes.queues.emplace_back(std::move(changes.spare.at(changes.queues.size())));
+           added.id = *id;
+           return reinterpret_cast<v3_param_value_queue**>(&added);
          }}};
 
 struct Note {
@@ -362,7 +371,7 @@ class Plugin {
     EXPECT_EQ(outputs[0].channel_silence_bitset, 0U);
   }
   v3_result process(v3_process_data& data) {
-    told.queues.clear();
+    told.makeRoom();
     const RealtimeWatch watch;
     return (*processor)->proc.process(processor, &data);
   }
