@@ -79,6 +79,7 @@ v3_result takeState(Effect& effect, v3_bstream** stream) {
 }
 
 v3_result giveState(Effect& effect, v3_bstream** stream) {
+  if (effect.isOnMain()) effect.values.playWanted();
   std::vector<std::byte> state = effect.host.saveState();
   return resultOf(!state.empty() && writeAll(stream, state.data(), state.size()));
 }
@@ -134,7 +135,6 @@ const v3_component_cpp kComponent = {
         .set_active = [](void* self, v3_bool active) -> v3_result {
           return tried([&] {
             objectOf<Effect>(self).processor.setActive(active != 0);
-            objectOf<Effect>(self).attendOnMain();
             return V3_OK;
           });
         },

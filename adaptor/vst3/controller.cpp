@@ -38,7 +38,7 @@ v3_result setValue(Effect& effect, v3_param_id id, double value) {
   const int position = positionOfId(id);
   if (position < 0 || std::isnan(value)) return V3_INVALID_ARG;
   effect.values.set(position, unitOf(value));
-  effect.attendOnMain();
+  if (effect.isOnMain()) effect.values.playWanted();
   return V3_OK;
 }
 
@@ -93,7 +93,7 @@ const v3_edit_controller_cpp kController = {
         .create_view = [](void* self, const char* name) -> v3_plugin_view** {
           if (name == nullptr || std::strcmp(name, "editor") != 0) return nullptr;
           return answered([&] {
-            objectOf<Effect>(self).attendOnMain();
+            objectOf<Effect>(self).attend();
             return View::create(objectOf<Effect>(self));
           });
         },

@@ -70,10 +70,6 @@ void Effect::attend() {
   if (isAnother || hasUntold) handler.tellAllMoved();
 }
 
-void Effect::attendOnMain() {
-  if (isInitialized && std::this_thread::get_id() == mainThread) attend();
-}
-
 // ---- from the window
 
 void Effect::gestureBegan(int tag) { handler.beginEdit(static_cast<v3_param_id>(tag)); }

@@ -41,11 +41,12 @@ class Effect final : public Counted<Effect>, private HostSide::Listener {
   v3_result initialize();
   void terminate();
   bool loadState(std::span<const std::byte> state);
-  /// Tells the host what came about where it could not be told. Called by the window's timer and
-  /// by calls that the host makes on its main thread.
+  /// Tells the host to read all values anew where the block could not tell it. Called where it
+  /// makes, or has, a window alone: from inside of other calls hosts hold locks that they take
+  /// again when they are told.
   void attend();
-  /// The same, where the call may come from another thread.
-  void attendOnMain();
+  /// [any]
+  bool isOnMain() const { return isInitialized && std::this_thread::get_id() == mainThread; }
   /// The view that shows the window; there is one at most.
   void setView(View* shown) { view = shown; }
   bool hasView() const { return view != nullptr; }

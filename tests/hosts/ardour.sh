@@ -1,23 +1,43 @@
 #!/bin/bash
 # Ardour: its scanner lists the effect, a session renders through it, and a fresh process finds all of
 # a saved session again: parameters, steps, learned controllers and the place in the bank. No display.
+# ardour.sh PLUGIN.so [vst3]: the plug-in file itself, or the bundle beside it.
 . "$(dirname "$0")/lib.sh"
 need ardour ardour7-lua
 need sox sox
+face=${2:-vst}
+name=ardour-$face
 lib=/usr/lib/ardour7
 settings=$HOME/.config/ardour7 # scans are cached below it
 mkdir -p "$settings/scripts"
 cp "$here/ardour_source.lua" "$settings/scripts/"
-cat >"$settings/config" <<XML
-<Ardour><Config><Option name="plugin-path-lxvst" value="$work/vst"/></Config></Ardour>
-XML
 make_bank # Ardour shows its programs as presets
-LD_LIBRARY_PATH=$lib timeout 25 $lib/ardour-vst-scanner -f -v "$work/vst/$(basename "$plugin")" >"$work/scan.txt" 2>&1
+case $face in
+  vst)
+    scanner=ardour-vst-scanner found=$work/vst/$(basename "$plugin") id='<VST2Info id'
+    options="<Option name=\"plugin-path-lxvst\" value=\"$work/vst\"/>"
+    export EFFECT_TYPE=LXVST EFFECT_PRESET=Second
+    ;;
+  vst3)
+    scanner=ardour-vst3-scanner found=$work/vst3/ZUM.vst3 id='<VST3Info uid'
+    options="<Option name=\"use-vst3\" value=\"1\"/><Option name=\"plugin-path-vst3\" value=\"$work/vst3\"/>"
+    export EFFECT_TYPE=VST3 EFFECT_PRESET=Bank/Second
+    mkdir "$work/vst3"
+    ln -s "$(dirname "$plugin")/ZUM.vst3" "$found"
+    ;;
+  *) die "no face '$face'" ;;
+esac
+echo "<Ardour><Config>$options</Config></Ardour>" >"$settings/config"
+LD_LIBRARY_PATH=$lib timeout 25 "$lib/$scanner" -f -v "$found" >"$work/scan.txt" 2>&1
 check "the scanner ended well" [ $? = 0 ]
-EFFECT_ID=$(sed -n 's/.*<VST2Info id="\([^"]*\)".*/\1/p' "$work/scan.txt")
+EFFECT_ID=$(sed -n "s/.*$id=\"\([^\"]*\)\".*/\1/p" "$work/scan.txt")
 check "it finds ${EFFECT_ID:-nothing}" [ -n "$EFFECT_ID" ]
 export EFFECT_ID
 
+state_of() { # state_of CHUNK: the effect's bytes, whose first word counts all of them
+  [ "$face" = vst3 ] || { cat "$1"; return; }
+  tail -c +49 "$1" | head -c $((4 * $(od -An -tu4 -j48 -N4 "$1"))) # behind the host's header
+}
 # This engine corrupts its own heap now and then, with any plug-in, and aborts. Then the step is tried
 # again: a fault of the effect's would come again.
 session() { # session STEP FOLDER
@@ -32,7 +52,8 @@ session() { # session STEP FOLDER
   grep -q '^GOOD' "$work/$1.log" || die "$1: $(grep '^WRONG' "$work/$1.log" || tail -1 "$work/$1.log")"
   check "the engine ended well after '$1'" [ $status = 0 ]
   grep '^VALUE' "$work/$1.log" >"$work/$1.values"
-  sed -n 's:.*<chunk[^>]*>\([^<]*\)</chunk>.*:\1:p' "$work/$2/s.ardour" | base64 -d >"$work/$1.kvz"
+  sed -n 's:.*<chunk[^>]*>\([^<]*\)</chunk>.*:\1:p' "$work/$2/s.ardour" | base64 -d >"$work/$1.chunk"
+  state_of "$work/$1.chunk" >"$work/$1.kvz"
   mv "$work/$2/$1.wav" "$work/"
   sounds "$work/$1.wav"
 }

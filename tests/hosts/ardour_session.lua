@@ -12,7 +12,11 @@ local function values (processor, move)
 		if plugin:parameter_is_input (i) and plugin:parameter_is_control (i) then
 			if move then
 				local v = ARDOUR.LuaAPI.get_processor_param (processor, n)
-				ARDOUR.LuaAPI.set_processor_param (processor, n, v > 0.5 and v - 0.35 or v + 0.35)
+				local _, out = plugin:get_parameter_descriptor (i, ARDOUR.ParameterDescriptor ())
+				local last = out[2].upper -- above 1 of what goes in whole steps
+				local moved = v > 0.5 and v - 0.35 or v + 0.35
+				if last > 1 then moved = v > 0 and 0 or last end
+				ARDOUR.LuaAPI.set_processor_param (processor, n, moved)
 			end
 			print (string.format ("VALUE %d %.6f %s", n,
 				ARDOUR.LuaAPI.get_processor_param (processor, n), plugin:parameter_label (i)))
@@ -37,7 +41,7 @@ local function new ()
 	local track = Session:new_midi_track (midi, stereo, false, ARDOUR.PluginInfo (), nil, nil, 1, "T",
 		ARDOUR.PresentationInfo.max_order, ARDOUR.TrackMode.Normal, true):front ()
 	local source = ARDOUR.LuaAPI.new_luaproc (Session, "Host Test Source")
-	local effect = ARDOUR.LuaAPI.new_plugin (Session, id, ARDOUR.PluginType.LXVST, "")
+	local effect = ARDOUR.LuaAPI.new_plugin (Session, id, ARDOUR.PluginType[os.getenv ("EFFECT_TYPE")], "")
 	assert (not source:isnil () and not effect:isnil (), "no source or no effect")
 	assert (track:add_processor_by_index (source, -1, nil, true) == 0, "the source does not fit")
 	assert (track:add_processor_by_index (effect, -1, nil, true) == 0, "the effect does not fit")
@@ -59,7 +63,7 @@ local function work ()
 	local effect = step == "load" and load () or new ()
 	if step == "make" then
 		local plugin = effect:to_insert ():plugin (0)
-		local program = plugin:preset_by_label ("Second")
+		local program = plugin:preset_by_label (os.getenv ("EFFECT_PRESET"))
 		assert (program and plugin:load_preset (program), "the program is not to be had")
 	end
 	values (effect, step == "make")
