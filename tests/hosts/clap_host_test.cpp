@@ -756,8 +756,9 @@ TEST(ClapState, IsThePresetFileInAnyPiecesAndNothingElse) {
   }
   EXPECT_EQ(other.save(), before);
   for (const std::size_t piece : {1U, 7U}) {
-    const Plug next;
+    Plug next;
     ASSERT_TRUE(next.load(state, piece));
+    next.render(Stereo(64));
     for (const clap_id id : kIds) {
       EXPECT_EQ(next.value(static_cast<int>(id)), plug.value(static_cast<int>(id))) << id;
     }
