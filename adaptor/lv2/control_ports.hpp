@@ -27,8 +27,9 @@ class ControlPorts {
   /// [audio] Once a block. Calls moved(position, value) for each port that the host has moved.
   template <class Moved>
   void take(std::int32_t frames, Moved&& moved) ZUM_REALTIME;
-  /// [any] The values of the next block are no news: a state wins over what ports hold.
-  void trustNext() { trusts.store(true); }
+  /// [any] A state wins over what ports hold. Where no block has run yet nobody knows what they
+  /// held before, and the first values are no news; later the rule is as always.
+  void takeState() { trusts.store(true); }
 
   /// [any] The value in the last block.
   float seen(std::size_t position) const ZUM_REALTIME { return valueOf(known[position]); }
@@ -51,6 +52,7 @@ class ControlPorts {
   // [audio]
   std::array<const float*, kFaceParameters> places{};
   std::array<float, kFaceParameters> unconnected{};
+  bool isFirst = true;
   std::uint64_t unheard = 0;  // moved while an echo was awaited, to something else
   std::uint32_t tellsBefore = 0;
   std::int32_t waited = 0;  // frames since the last one was told
@@ -68,8 +70,9 @@ template <class Moved>
 void ControlPorts::take(std::int32_t frames, Moved&& tellMoved) ZUM_REALTIME {
   std::uint64_t news = moved();
   const bool waits = awaited.load() != 0;
-  if (news == 0 && !waits && !trusts.load()) return;
-  const bool trusting = trusts.exchange(false);
+  const bool trusting = isFirst && trusts.load();
+  isFirst = false;
+  if (news == 0 && !waits) return;
   for (; news != 0; news &= news - 1) {
     const auto position = static_cast<std::size_t>(std::countr_zero(news));
     const float value = *places[position];

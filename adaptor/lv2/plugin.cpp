@@ -103,7 +103,7 @@ LV2_State_Status Plugin::restore(LV2_State_Retrieve_Function retrieve, LV2_State
   if (data == nullptr) return LV2_STATE_ERR_NO_PROPERTY;
   if (type != urids.chunk) return LV2_STATE_ERR_BAD_TYPE;
   if (!effect.loadState({static_cast<const std::byte*>(data), size})) return LV2_STATE_ERR_UNKNOWN;
-  controlPorts.trustNext();
+  controlPorts.takeState();
   restored.store(kAllPorts);
   return LV2_STATE_SUCCESS;
 }
