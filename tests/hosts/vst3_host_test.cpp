@@ -881,7 +881,7 @@ TEST(Vst3State, ComesBackInPiecesOfAnySize) {
   }
   const auto values = source.all();
   const std::vector<std::byte> state = source.save();
-  for (const std::size_t piece : {1, 7, 1 << 20}) {
+  for (const std::size_t piece : {std::size_t{1}, std::size_t{7}, std::size_t{1} << 20U}) {
     EXPECT_EQ(source.save(piece), state);
     Plugin other;
     ASSERT_TRUE(other.load(state, piece));
