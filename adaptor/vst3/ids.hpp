@@ -3,6 +3,8 @@
 
 #include <travesty/base.h>
 
+#include <cmath>
+
 #include "core/parameter_table.hpp"
 
 namespace zum::vst3 {
@@ -32,5 +34,8 @@ inline int positionOfId(v3_param_id id) ZUM_REALTIME {
   }
   return id <= static_cast<v3_param_id>(kLastTag) ? facePosition(static_cast<int>(id)) : -1;
 }
+
+/// The whole number that a value from 0 on stands for.
+inline int nearest(double value) ZUM_REALTIME { return static_cast<int>(std::floor(value + 0.5)); }
 
 }  // namespace zum::vst3

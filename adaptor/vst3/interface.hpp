@@ -27,7 +27,7 @@ Object& objectOf(void* self) noexcept {
 
 /// What every table starts with. An object has query(), and references as below.
 template <class Object>
-constexpr v3_funknown unknownOf() {
+constexpr v3_funknown unknownOf() noexcept {
   return {[](void* self, const v3_tuid iid, void** out) -> v3_result {
             if (out == nullptr) return V3_INVALID_ARG;
             *out = iid != nullptr ? objectOf<Object>(self).query(iid) : nullptr;

@@ -24,10 +24,11 @@ void describeRow(const ParameterRow& row, v3_param_info& info) {
   info.default_normalised_value = valueOfRaw(row, row.home);
   info.unit_id = unitOfPath(row.path);
   info.flags = V3_PARAM_CAN_AUTOMATE;
-  if (row.tag == tag::bypass)
+  if (row.tag == tag::bypass) {
     info.flags |= V3_PARAM_IS_BYPASS;
-  else if (isStepped(row))
+  } else if (isStepped(row)) {
     info.flags |= V3_PARAM_IS_LIST;
+  }
 }
 
 void describeProgram(const ProgramList& programs, v3_param_info& info) {
@@ -99,7 +100,7 @@ std::string textOfValue(int position, const ProgramList& programs, double value)
     return parameterText(*row, rawOfPlain(*row, static_cast<float>(value) * plainEnd(*row)));
   }
   if (position == kProgramPosition) return programs.nameOf(programs.indexOf(value));
-  return std::to_string(static_cast<int>(value * kMidiEnd + 0.5));
+  return std::to_string(nearest(value * kMidiEnd));
 }
 
 std::optional<double> valueOfText(int position, const ProgramList& programs,

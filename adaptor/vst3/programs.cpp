@@ -1,5 +1,7 @@
 #include "adaptor/vst3/programs.hpp"
 
+#include "adaptor/vst3/ids.hpp"
+
 namespace zum::vst3 {
 
 ProgramList::ProgramList(KvUniClient& played) : effect(played) {
@@ -25,9 +27,7 @@ int ProgramList::find(std::string_view name) const {
   return -1;
 }
 
-int ProgramList::indexOf(double value) const ZUM_REALTIME {
-  return static_cast<int>(value * stepCount() + 0.5);
-}
+int ProgramList::indexOf(double value) const ZUM_REALTIME { return nearest(value * stepCount()); }
 
 double ProgramList::valueOf(int index) const ZUM_REALTIME {
   return stepCount() > 0 ? static_cast<double>(index) / stepCount() : 0.0;

@@ -14,7 +14,7 @@ float plainOf(const ParameterRow& row, double value) ZUM_REALTIME {
 
 std::array<std::uint8_t, 3> messageOf(int number, double value) ZUM_REALTIME {
   const auto scaled = [&](double end)
-                          ZUM_REALTIME { return static_cast<std::uint32_t>(value * end + 0.5); };
+                          ZUM_REALTIME { return static_cast<std::uint32_t>(nearest(value * end)); };
   const auto low = static_cast<std::uint8_t>(scaled(127.0));
   if (number == kPressure) return {0xD0, low, 0};
   if (number != kPitchBend) return {0xB0, static_cast<std::uint8_t>(number), low};

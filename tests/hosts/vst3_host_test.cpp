@@ -669,6 +669,7 @@ TEST(Vst3Parameters, SeveralThreadsSetWhileABlockPlays) {
   plugin.prepare();
   std::atomic<bool> done{false};
   std::vector<std::thread> users;
+  users.reserve(3);
   for (int t = 0; t < 3; ++t) {
     users.emplace_back([&, t] {
       for (int i = 0; !done; ++i) {
@@ -697,6 +698,7 @@ TEST(Vst3Block, PointsAndNotesPlayAtTheirSample) {
       {tag::cutoffLfo, 6, 0.9},   {kMidi + 129, 2500, 0.2}};
   const std::vector<Note> notes = {{900, 60, 0.7F}, {1000, 60, 0.0F}, {3000, 62, 1.0F}};
   std::vector<std::size_t> ends;
+  ends.reserve(points.size() + notes.size() + 1);
   for (const Point& point : points) ends.push_back(static_cast<std::size_t>(point.frame));
   for (const Note& note : notes) ends.push_back(static_cast<std::size_t>(note.frame));
   ends.push_back(in.frames());
@@ -748,6 +750,7 @@ TEST(Vst3Block, AnyBlocksInPlaceAndAfterARestart) {
   one.prepare();
   const Stereo out = one.render(in, {in.frames()});
   std::vector<std::unique_ptr<Plugin>> others;
+  others.reserve(8);
   for (int i = 0; i < 8; ++i) others.push_back(std::make_unique<Plugin>());
   for (auto& other : others) other->prepare();
   Stereo inPlace = in;
