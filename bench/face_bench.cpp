@@ -5,6 +5,9 @@
 
 #include <benchmark/benchmark.h>
 #include <dlfcn.h>
+#include <travesty/audio_processor.h>
+#include <travesty/component.h>
+#include <travesty/factory.h>
 
 #include <array>
 #include <memory>
@@ -97,6 +100,77 @@ class Clap : public Player {
   const clap_plugin_t* plugin = nullptr;
 };
 
+/// Of a VST3 host, which asks for one interface alone: the others are none that it lends.
+constexpr v3_funknown kLent = {
+    [](void*, const v3_tuid, void** out) -> v3_result { return *out = nullptr, V3_NO_INTERFACE; },
+    [](void*) { return 1U; }, [](void*) { return 1U; }};
+constexpr v3_param_changes_cpp kNoChanges = {
+    kLent,
+    {.get_param_count = [](void*) { return 0; },
+     .get_param_data = [](void*, std::int32_t) -> v3_param_value_queue** { return nullptr; },
+     .add_param_data = [](void*, v3_param_id*, std::int32_t*) -> v3_param_value_queue** {
+       return nullptr;
+     }}};
+constexpr v3_event_list_cpp kNoEvents = {
+    kLent,
+    {.get_event_count = [](void*) { return 0U; },
+     .get_event = [](void*, std::int32_t, v3_event*) -> v3_result { return V3_FALSE; },
+     .add_event = [](void*, v3_event*) -> v3_result { return V3_FALSE; }}};
+
+/// With a side-chain that is not active.
+class Vst3 : public Player {
+ public:
+  Vst3() {
+    const auto entry = reinterpret_cast<v3_plugin_factory_cpp** (*)()>(
+        dlsym(dlopen(ZUM_PLUGIN, RTLD_NOW | RTLD_LOCAL), "GetPluginFactory"));
+    if (entry == nullptr) throw std::runtime_error("no VST3 entry");
+    auto** const factory = entry();
+    v3_class_info info{};
+    (*factory)->v1.get_class_info(factory, 0, &info);
+    void* made = nullptr;
+    (*factory)->v1.create_instance(factory, info.class_id, v3_component_iid, &made);
+    component = static_cast<v3_component_cpp**>(made);
+    (*component)->query_interface(component, v3_audio_processor_iid, &made);
+    processor = static_cast<v3_audio_processor_cpp**>(made);
+    (*component)->base.initialize(component, nullptr);
+    v3_process_setup setup{V3_REALTIME, V3_SAMPLE_32, kFrames, kRate};
+    (*processor)->proc.setup_processing(processor, &setup);
+    (*component)->comp.set_active(component, 1);
+    context.state = V3_PROCESS_CTX_TEMPO_VALID | V3_PROCESS_CTX_PROJECT_TIME_VALID;
+    context.bpm = kTempo;
+  }
+  ~Vst3() override {
+    (*component)->comp.set_active(component, 0);
+    (*component)->base.terminate(component);
+    (*processor)->unref(processor);
+    (*component)->unref(component);
+  }
+
+  void play(float** inputs, float** outputs) override {
+    v3_audio_bus_buffers from[] = {{2, 0, {inputs}}, {2, 0, {silent.data()}}};
+    v3_audio_bus_buffers to{2, 0, {outputs}};
+    v3_process_data block{V3_REALTIME, V3_SAMPLE_32, kFrames, 2,        1,       from,
+                          &to,         none(),       none(),  events(), nullptr, &context};
+    (*processor)->proc.process(processor, &block);
+  }
+
+ private:
+  v3_param_changes** none() {
+    return static_cast<v3_param_changes**>(static_cast<void*>(&changesTable));
+  }
+  v3_event_list** events() {
+    return static_cast<v3_event_list**>(static_cast<void*>(&eventsTable));
+  }
+
+  std::array<float, kFrames> silence{};
+  std::array<float*, 2> silent{silence.data(), silence.data()};
+  const void* changesTable = &kNoChanges;
+  const void* eventsTable = &kNoEvents;
+  v3_process_context context{};
+  v3_component_cpp** component = nullptr;
+  v3_audio_processor_cpp** processor = nullptr;
+};
+
 template <class Face>
 void playBlocks(benchmark::State& state) {
   const std::unique_ptr<Player> player = std::make_unique<Face>();
@@ -117,6 +191,7 @@ void playBlocks(benchmark::State& state) {
 // A line for each face.
 BENCHMARK(playBlocks<Bare>)->Name("face/bare/block:64");
 BENCHMARK(playBlocks<Clap>)->Name("face/clap/block:64");
+BENCHMARK(playBlocks<Vst3>)->Name("face/vst3/block:64");
 
 }  // namespace
 }  // namespace zum::bench
