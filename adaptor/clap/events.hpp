@@ -30,8 +30,8 @@ inline MidiBytes midiOf(const clap_event_note_t& note) ZUM_REALTIME {
   constexpr MidiBytes kAllNotesOff{0xB0, 123, 0};
   if (note.key < 0 || note.key > 127) return starts ? MidiBytes{} : kAllNotesOff;
   // a velocity of 0 still starts a note here, and ends one in MIDI
-  const double velocity = note.velocity > 0.0 ? std::min(note.velocity, 1.0) : 0.0;
-  const int strength = std::max(static_cast<int>(velocity * 127.0 + 0.5), 1);
+  const double nearest = 127.0 * (note.velocity > 0.0 ? std::min(note.velocity, 1.0) : 0.0) + 0.5;
+  const int strength = std::max(static_cast<int>(nearest), 1);
   const int channel = note.channel & 0x0F;
   return {static_cast<std::uint8_t>((starts ? 0x90 : 0x80) | channel),
           static_cast<std::uint8_t>(note.key), static_cast<std::uint8_t>(strength)};
