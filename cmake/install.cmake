@@ -1,6 +1,7 @@
 # `cmake --install`: the module under all names by which hosts look for it, the second plug-in file,
 # the command line, and the content that `zum install-content` registers for a user. `cpack` makes a
-# Debian package of the same.
+# Debian package of the same. Neither builds anything: a package needs no tests.
+set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON)
 install(TARGETS ZUM LIBRARY DESTINATION lib/vst)
 install(TARGETS ZUM32 LIBRARY DESTINATION lib/zum)
 install(TARGETS zum RUNTIME DESTINATION bin)
@@ -21,13 +22,13 @@ install(FILES ${CMAKE_CURRENT_LIST_DIR}/zum.desktop DESTINATION share/applicatio
 set(package ${CMAKE_CURRENT_LIST_DIR}/package)
 install(FILES ${package}/audio.zelvane.zum.metainfo.xml DESTINATION share/metainfo)
 install(FILES ${package}/copyright DESTINATION share/doc/zum)
-foreach(text IN ITEMS zum.1 changelog.Debian)
+foreach(text IN ITEMS zum.1 changelog)
   execute_process(COMMAND gzip -9nc ${package}/${text}
                   OUTPUT_FILE ${CMAKE_BINARY_DIR}/${text}.gz COMMAND_ERROR_IS_FATAL ANY)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${package}/${text})
 endforeach()
 install(FILES ${CMAKE_BINARY_DIR}/zum.1.gz DESTINATION share/man/man1)
-install(FILES ${CMAKE_BINARY_DIR}/changelog.Debian.gz DESTINATION share/doc/zum)
+install(FILES ${CMAKE_BINARY_DIR}/changelog.gz DESTINATION share/doc/zum)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME zum)
@@ -35,10 +36,10 @@ set(CPACK_PACKAGE_CONTACT "The ZUM founders <founders@zum.invalid>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "stereo filter effect for music, as a plug-in and a program")
 set(CPACK_PACKAGE_DESCRIPTION
     "Overdrive, ten multi-mode and ten vowel filters, soft clip and mix, moved by a
- step sequencer, an LFO and an envelope follower that also move each other.
- .
- Plug-ins for CLAP, LV2, VST3 and older hosts, 162 presets, and a command line
- that renders files through the same effect.")
+step sequencer, an LFO and an envelope follower that also move each other.
+
+Plug-ins for CLAP, LV2, VST3 and older hosts, 162 presets, and a command line
+that renders files through the same effect.")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS

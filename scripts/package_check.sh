@@ -5,12 +5,11 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 # shellcheck source=scripts/build.sh
 . scripts/build.sh
-mirror=${1:-$(sed -n 's/^deb \(\[[^]]*\] \)\?\([^ ]*\) .*/\2/p; s/^URIs: *//p' /etc/apt/sources.list \
-  /etc/apt/sources.list.d/* 2>/dev/null | head -1)}
+mirror=${1:-$(apt-get indextargets --format '$(REPO_URI)' 'Created-By: Packages' | head -1)}
 work=$(mktemp -d)
 trap 'umount "$work/tree/proc" 2>/dev/null || true; rm -rf "$work"' EXIT
 
-build release
+build release zum ZUM ZUM32 zum_content zum_lv2_bundle
 appstreamcli validate --no-net cmake/package/audio.zelvane.zum.metainfo.xml
 (cd build && cpack -B "$work" >"$work/cpack.log" 2>&1) || { tail "$work/cpack.log" >&2; exit 1; }
 package=$(ls "$work"/zum_*.deb)
