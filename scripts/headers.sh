@@ -11,8 +11,8 @@ while read -r header; do
     *) [ "$first" = "#include \"$header\"" ] || alone+=("$header");;
   esac
 done < <(git ls-files '*.hpp' | grep -vE '^(tests|bench|fuzz)/')
-read -ra flags <<<"$(pkg-config --cflags cairo glib-2.0 pangocairo sndfile smf x11 xkbcommon)"
-flags+=(-std=c++20 -Wno-pragma-once-outside-header -I.)
+read -ra flags <<<"$(pkg-config --cflags cairo glib-2.0 pangocairo sndfile smf x11 xkbcommon lv2)"
+flags+=(-std=c++20 -Wno-pragma-once-outside-header -I. -isystem /usr/share/dpf/distrho/src)
 echo "Headers alone: ${#alone[@]}"
 printf '%s\n' "${alone[@]}" |
   xargs -P 2 -I{} clang++-22 -fsyntax-only -x c++ "${flags[@]}" {}
