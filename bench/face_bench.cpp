@@ -5,15 +5,21 @@
 
 #include <benchmark/benchmark.h>
 #include <dlfcn.h>
+#include <lv2/atom/atom.h>
+#include <lv2/core/lv2.h>
+#include <lv2/urid/urid.h>
 #include <travesty/audio_processor.h>
 #include <travesty/component.h>
 #include <travesty/factory.h>
 
 #include <array>
+#include <map>
 #include <memory>
 #include <stdexcept>
+#include <string>
 
 #include "adaptor/clap/interface.hpp"
+#include "adaptor/lv2/ports.hpp"
 #include "tests/support/test_host.hpp"
 
 namespace zum::bench {
@@ -171,6 +177,55 @@ class Vst3 : public Player {
   v3_audio_processor_cpp** processor = nullptr;
 };
 
+/// No events, and silence in the side-chain that nothing is connected to.
+class Lv2 : public Player {
+ public:
+  Lv2() {
+    const auto entry = reinterpret_cast<LV2_Descriptor_Function>(
+        dlsym(dlopen(ZUM_PLUGIN, RTLD_NOW | RTLD_LOCAL), "lv2_descriptor"));
+    if (entry == nullptr) throw std::runtime_error("no LV2 entry");
+    plugin = entry(0);
+    const LV2_Feature* const features[] = {&mapFeature, nullptr};
+    handle = plugin->instantiate(plugin, kRate, "", features);
+    for (std::uint32_t i = 0; i < 2; ++i) {
+      plugin->connect_port(handle, lv2::Port::sideLeft + i, silence.data());
+    }
+    plugin->connect_port(handle, lv2::Port::events, &events);
+    for (std::uint32_t i = 0; i < kFaceParameters; ++i) {
+      controls[i] = lv2::defaultOf(*findRow(faceTags()[i]));
+      plugin->connect_port(handle, lv2::Port::firstControl + i, &controls[i]);
+    }
+    plugin->activate(handle);
+  }
+  ~Lv2() override {
+    plugin->deactivate(handle);
+    plugin->cleanup(handle);
+  }
+
+  void play(float** inputs, float** outputs) override {
+    for (std::uint32_t i = 0; i < 2; ++i) {
+      plugin->connect_port(handle, lv2::Port::inLeft + i, inputs[i]);
+      plugin->connect_port(handle, lv2::Port::outLeft + i, outputs[i]);
+    }
+    plugin->run(handle, kFrames);
+  }
+
+ private:
+  static LV2_URID number(LV2_URID_Map_Handle /*handle*/, const char* word) {
+    static std::map<std::string, LV2_URID> words;
+    return words.try_emplace(word, words.size() + 1).first->second;
+  }
+
+  std::array<float, kFrames> silence{};
+  std::array<float, kFaceParameters> controls{};
+  LV2_URID_Map map{nullptr, number};
+  const LV2_Feature mapFeature{LV2_URID__map, &map};
+  LV2_Atom_Sequence events{{sizeof(LV2_Atom_Sequence_Body), number(nullptr, LV2_ATOM__Sequence)},
+                           {0, 0}};
+  const LV2_Descriptor* plugin = nullptr;
+  LV2_Handle handle = nullptr;
+};
+
 template <class Face>
 void playBlocks(benchmark::State& state) {
   const std::unique_ptr<Player> player = std::make_unique<Face>();
@@ -192,6 +247,7 @@ void playBlocks(benchmark::State& state) {
 BENCHMARK(playBlocks<Bare>)->Name("face/bare/block:64");
 BENCHMARK(playBlocks<Clap>)->Name("face/clap/block:64");
 BENCHMARK(playBlocks<Vst3>)->Name("face/vst3/block:64");
+BENCHMARK(playBlocks<Lv2>)->Name("face/lv2/block:64");
 
 }  // namespace
 }  // namespace zum::bench

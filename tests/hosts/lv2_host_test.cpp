@@ -13,6 +13,7 @@
 #include <lv2/urid/urid.h>
 #include <unistd.h>
 
+#include <bit>
 #include <cmath>
 #include <fstream>
 #include <iterator>
@@ -68,7 +69,7 @@ class Events {
  public:
   Events() { put(LV2_Atom{0, idOf(LV2_ATOM__Sequence)}), put(std::uint64_t{0}), close(); }
 
-  Events& midi(std::int64_t frame, std::vector<std::uint8_t> message) {
+  Events& midi(std::int64_t frame, const std::vector<std::uint8_t>& message) {
     put(frame),
         put(LV2_Atom{static_cast<std::uint32_t>(message.size()), idOf(LV2_MIDI__MidiEvent)});
     for (const std::uint8_t byte : message) put(byte);
@@ -469,7 +470,7 @@ TEST(Lv2, BearsAtomsThatAreCutOrLie) {
       give(bytes);
     }
   }
-  std::mt19937 chance(1);
+  std::mt19937 chance(1);  // NOLINT(bugprone-random-generator-seed): the same each time
   for (int i = 0; i < 500; ++i) {
     Bytes bytes = good.bytes;
     for (std::size_t at = 16; at < bytes.size(); ++at) {
@@ -495,7 +496,7 @@ TEST(Lv2, RefusesWhatIsNoState) {
     if (size >= 4) std::memcpy(bytes.data(), &words, 4);  // and says that this is all
     EXPECT_NE(other.restore(bytes), LV2_STATE_SUCCESS) << size;
   }
-  std::mt19937 chance(2);
+  std::mt19937 chance(2);  // NOLINT(bugprone-random-generator-seed): the same each time
   for (int i = 0; i < 200; ++i) {
     Bytes bytes(chance() % 4096);
     for (std::byte& byte : bytes) byte = static_cast<std::byte>(chance());
@@ -525,8 +526,8 @@ TEST(Lv2, PlaysAtAnyRateInBlocksOfAnySizeAndInPlace) {
     plugin().deactivate(one->handle), plugin().activate(one->handle);
     EXPECT_TRUE(isSound(one->play(noise(16384))));
   }
-  std::vector<std::unique_ptr<Instance>> eight;
-  for (int i = 0; i < 8; ++i) eight.push_back(made(44100.0));
+  std::array<std::unique_ptr<Instance>, 8> eight;
+  for (auto& one : eight) one = made(44100.0);
   const Stereo alone = made(44100.0)->play(noise(4096));
   for (const auto& one : eight) EXPECT_EQ(one->play(noise(4096)), alone);
 }
@@ -576,7 +577,7 @@ struct Window {
       : one(instance) {
     const LV2_Feature all[] = {{LV2_UI__touch, &touches},
                                {LV2_UI__resize, &sizes},
-                               {LV2_UI__parent, reinterpret_cast<void*>(parent)},
+                               {LV2_UI__parent, std::bit_cast<void*>(parent)},
                                {LV2_INSTANCE_ACCESS_URI, one.handle},
                                {LV2_UI__idleInterface, nullptr}};
     std::vector<const LV2_Feature*> given{&all[0], &all[1], &all[2]};
