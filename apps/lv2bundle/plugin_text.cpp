@@ -18,6 +18,7 @@ constexpr const char* kHead = R"(
 	a lv2:Plugin , lv2:FilterPlugin , doap:Project ;
 	doap:name "ZUM" ;
 	doap:shortdesc "Stereo filter with follower, LFO, step sequencer and vowels" ;
+	doap:license <http://opensource.org/licenses/MIT> ;
 	doap:maintainer [ a foaf:Organization ; foaf:name "Zelvane" ] ;
 	lv2:project <urn:zelvane:zum> ;
 	lv2:requiredFeature urid:map ;
