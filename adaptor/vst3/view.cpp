@@ -71,7 +71,7 @@ constinit const v3_plugin_view_content_scale_cpp kScale = {
 
 constinit const v3_timer_handler_cpp kTimer = {
     unknownOf<View>(),
-    {.on_timer = [](void* self) { tried([&] { return objectOf<View>(self).onTimer(), V3_OK; }); }},
+    {.on_timer = [](void* self) { objectOf<View>(self).onTimer(); }},
 };
 
 }  // namespace
@@ -129,8 +129,7 @@ void View::detach() {
 void View::onTimer() {
   if (!attached) return;
   addReference();
-  effect.host.idleWindow();
-  effect.attend();
+  tried([&] { return effect.host.idleWindow(), effect.attend(), V3_OK; });
   dropReference();
 }
 

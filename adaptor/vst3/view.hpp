@@ -32,7 +32,7 @@ class View final : public Counted<View> {
   v3_view_rect size();
 
  private:
-  /// The host asks for this one by itself, as it may hold the timer alone.
+  /// Of the host's loop; where it has none, a thread of our own does the work.
   void startTimer();
 
   Effect& effect;
