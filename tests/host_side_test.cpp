@@ -268,7 +268,7 @@ TEST(Face, StatesComeBackWholeOrAreRefused) {
   for (std::size_t size = 0; size < state.size(); ++size) {
     ASSERT_FALSE(second.host.loadState(std::span(state).first(size))) << size;
   }
-  std::minstd_rand random;
+  std::minstd_rand random;  // NOLINT(bugprone-random-generator-seed): the same each time
   for (int i = 0; i < 200; ++i) {
     std::vector<std::byte> damaged(random() % 4096);
     for (std::byte& each : damaged) each = static_cast<std::byte>(random());
