@@ -68,33 +68,31 @@ void Edits::tell(const clap_output_events_t& list) ZUM_REALTIME {
   }
   // In this order: whatever a hand does meanwhile is touched once more, and told by the next call.
   std::uint64_t due = touched.exchange(0);
-  const std::uint64_t moves = moved.exchange(0);
+  std::uint64_t moves = moved.exchange(0);
   const std::uint64_t holds = held.load();
   for (due |= moves; due != 0; due &= due - 1) {
-    const int position = std::countr_zero(due);
-    const std::uint64_t bit = bitOf(position);
-    if (!tellOne(list, position, (moves & bit) != 0, (holds & bit) != 0)) {
-      touched.fetch_or(due);
-      moved.fetch_or(due & moves);
-      return;
-    }
+    if (tellOne(list, std::countr_zero(due), moves, holds)) continue;
+    touched.fetch_or(due);
+    moved.fetch_or(moves);
+    return;
   }
 }
 
-bool Edits::tellOne(const clap_output_events_t& list, int position, bool isMoved, bool isHeld)
-    ZUM_REALTIME {
+bool Edits::tellOne(const clap_output_events_t& list, int position, std::uint64_t& moves,
+                    std::uint64_t holds) ZUM_REALTIME {
   const std::uint64_t bit = bitOf(position);
   const int tag = tagAt(position);
   if ((told & bit) == 0) {
-    if (!isMoved && !isHeld) return true;  // taken and let go, and nothing became of it
+    if (((moves | holds) & bit) == 0) return true;  // taken and let go, and nothing became of it
     if (!pushGesture(list, CLAP_EVENT_PARAM_GESTURE_BEGIN, tag)) return false;
     told |= bit;
   }
-  if (isMoved) {
+  if ((moves & bit) != 0) {
     const float plain = loadShared(values[static_cast<std::size_t>(position)]);
     if (!pushValue(list, 0, tag, static_cast<double>(plain), CLAP_EVENT_IS_LIVE)) return false;
+    moves &= ~bit;
   }
-  if (isHeld) return true;
+  if ((holds & bit) != 0) return true;
   if (!pushGesture(list, CLAP_EVENT_PARAM_GESTURE_END, tag)) return false;
   told &= ~bit;
   return true;

@@ -30,8 +30,9 @@ class Edits {
   void tell(const clap_output_events_t& list) ZUM_REALTIME;
 
  private:
-  bool tellOne(const clap_output_events_t& list, int position, bool isMoved, bool isHeld)
-      ZUM_REALTIME;
+  /// False where the list is full; what was told of it no longer stands in `moves`.
+  bool tellOne(const clap_output_events_t& list, int position, std::uint64_t& moves,
+               std::uint64_t holds) ZUM_REALTIME;
 
   // bits by position
   std::atomic<std::uint64_t> touched{0};  // something is to be told

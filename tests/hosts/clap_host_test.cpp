@@ -462,6 +462,12 @@ Happening song(std::uint32_t frame, double tempo, double beats) {
           [=](TestHost& host) { host.giveTime(tempo, beats, kPlaying); }};
 }
 
+/// A change of tempo that tells no beats.
+Happening tempo(std::uint32_t frame, double tempo) {
+  return {transportEvent(frame, CLAP_TRANSPORT_IS_PLAYING, tempo),
+          [=](TestHost& host) { host.host.time.tempo = tempo; }};
+}
+
 TEST(ClapBlock, EventsActWhereTheyStandAsInBlocksThatAreCutThere) {
   const Stereo in = noise(3000);
   TestHost teacher;
@@ -485,11 +491,12 @@ TEST(ClapBlock, EventsActWhereTheyStandAsInBlocksThatAreCutThere) {
                                          song(400, 97.0, 8.5),
                                          controller(511, 20),
                                          parameter(700, tag::cutoffSeq, 0.9),
+                                         tempo(802, 211.0),
                                          parameter(901, tag::bank, 1.0),
                                          controller(999, 90)};
   Stereo out(3000);
   Stereo expected(3000);
-  const Event going = transportEvent(0, CLAP_TRANSPORT_IS_PLAYING, 97.0);  // tells no beats
+  const Event going = transportEvent(0, CLAP_TRANSPORT_IS_PLAYING, 211.0);  // tells no beats
   for (std::size_t start = 0; start < 3000; start += 1000) {
     plug.transport = start == 0 ? nullptr : &going.transport;
     plug.sent.events.clear();
@@ -1005,6 +1012,32 @@ TEST_F(ClapWindow, TellsTheHostOfEachHoldInAndOutOfProcessing) {
     close(plug);
     EXPECT_TRUE(plug.host.timers.empty());
   }
+}
+
+TEST_F(ClapWindow, KeepsWhatAFullListRefusesAndEndsAHoldWithTheWindow) {
+  Plug plug;
+  Stereo sound(64, 0.25F);
+  ASSERT_TRUE(open(plug, place));
+  int calls = 0;
+  expectOneHold(drag(plug, [&](const auto& look) {
+    plug.heard.room = ++calls < 130 ? 0 : 1;  // the hand has let go by then
+    plug.process(sound, sound, 0, 64), look();
+  }));
+  EXPECT_GT(calls, 130);
+  plug.heard.room = 512;
+  const auto heardWhile = [&](const std::function<void()>& hand) {
+    Types all;
+    hand();
+    for (int i = 0; i < 30 || (all.empty() && i < 1000); ++i) {
+      usleep(2000), tick(plug), plug.process(sound, sound, 0, 64);
+      const Types heard = plug.heard.typesOf(tag::cutoff);
+      all.insert(all.end(), heard.begin(), heard.end());
+    }
+    return all;
+  };
+  EXPECT_EQ(heardWhile([&] { robot.press(); }), Types{CLAP_EVENT_PARAM_GESTURE_BEGIN});
+  EXPECT_EQ(heardWhile([&] { close(plug); }), Types{CLAP_EVENT_PARAM_GESTURE_END});
+  robot.release();
 }
 
 TEST_F(ClapWindow, OpensAgainAndAgainAndOutlivesItsPlace) {
