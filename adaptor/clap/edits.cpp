@@ -58,8 +58,6 @@ void Edits::end(int position) {
   touched.fetch_or(bitOf(position));
 }
 
-void Edits::endAll() { touched.fetch_or(held.exchange(0)); }
-
 // ---- [audio]
 
 void Edits::tell(const clap_output_events_t& list) ZUM_REALTIME {

@@ -23,8 +23,6 @@ class Edits {
   void begin(int position);
   void move(int position, float plain);
   void end(int position);
-  /// As when the window goes while a control is held.
-  void endAll();
 
   /// [audio] Or whoever flushes parameters instead of it. What a full list refuses comes next time.
   void tell(const clap_output_events_t& list) ZUM_REALTIME;

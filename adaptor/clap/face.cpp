@@ -29,7 +29,7 @@ class Raised {
 }  // namespace
 
 Face::Face(const clap_host_t& of, EditorFactory makeEditor)
-    : host(of), effect(makeEditor, this), shown(effect, host, edits) {
+    : host(of), effect(makeEditor, this), shown(effect, host) {
   knownPreset.store(effect.client().presetCount());
 }
 

@@ -60,8 +60,7 @@ bool Window::open() {
 void Window::close() {
   if (timer) host.stopTimer(*timer);
   timer.reset();
-  side.closeWindow();
-  edits.endAll();
+  side.closeWindow();  // what is held in it ends
 }
 
 }  // namespace zum::clap

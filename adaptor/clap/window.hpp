@@ -3,7 +3,6 @@
 
 #include <optional>
 
-#include "adaptor/clap/edits.hpp"
 #include "adaptor/clap/host_link.hpp"
 #include "adaptor/host_side.hpp"
 
@@ -11,7 +10,7 @@ namespace zum::clap {
 
 class Window {
  public:
-  Window(HostSide& of, const HostLink& link, Edits& hand) : side(of), host(link), edits(hand) {}
+  Window(HostSide& of, const HostLink& link) : side(of), host(link) {}
   Window(const Window&) = delete;
   Window& operator=(const Window&) = delete;
   ~Window() { close(); }
@@ -34,7 +33,6 @@ class Window {
 
   HostSide& side;
   const HostLink& host;
-  Edits& edits;
   bool isCreated = false;
   std::uintptr_t parent = 0;
   std::optional<clap_id> timer;

@@ -1038,6 +1038,16 @@ TEST_F(ClapWindow, KeepsWhatAFullListRefusesAndEndsAHoldWithTheWindow) {
   EXPECT_EQ(heardWhile([&] { robot.press(); }), Types{CLAP_EVENT_PARAM_GESTURE_BEGIN});
   EXPECT_EQ(heardWhile([&] { close(plug); }), Types{CLAP_EVENT_PARAM_GESTURE_END});
   robot.release();
+  const HostWindow passing(0);
+  ASSERT_TRUE(open(plug, passing));
+  robot.moveTo(passing.window, 252, 180);
+  EXPECT_EQ(heardWhile([&] { robot.press(); }), Types{CLAP_EVENT_PARAM_GESTURE_BEGIN});
+  const auto vanish = [&] {
+    XDestroyWindow(passing.display, passing.window), XSync(passing.display, False);
+    tick(plug), close(plug);
+  };
+  EXPECT_EQ(heardWhile(vanish), Types{CLAP_EVENT_PARAM_GESTURE_END});
+  robot.release();
 }
 
 TEST_F(ClapWindow, OpensAgainAndAgainAndOutlivesItsPlace) {
