@@ -177,6 +177,8 @@ std::optional<std::size_t> readStart(const std::string& path, void* buffer, std:
   if (!isRegular(file.get(), status)) return std::nullopt;
   auto* to = static_cast<char*>(buffer);
   std::size_t done = 0;
+  // no call more than it takes: a bank is hundreds of small files
+  count = std::min(count, static_cast<std::size_t>(status.st_size));
   while (done < count) {
     const ssize_t got = ::read(file.get(), to + done, count - done);
     if (got < 0 && errno == EINTR) continue;
