@@ -49,11 +49,11 @@ void PluginWindow::tellChanges() {
   const auto tags = faceTags();
   std::uint64_t changes = plugin.takeChanges();
   // What moved without a window was told to nobody.
-  for (std::size_t i = 0; isNew && i < tags.size(); ++i) {
+  const bool opens = isNew.exchange(false);
+  for (std::size_t i = 0; opens && i < tags.size(); ++i) {
     const float value = portOfPlain(tags[i], plugin.host().plainValue(tags[i]));
     if (value != plugin.controls().seen(i)) changes |= std::uint64_t{1} << i;
   }
-  isNew = false;
   for (; changes != 0; changes &= changes - 1) {
     const auto i = static_cast<std::size_t>(std::countr_zero(changes));
     write(i, portOfPlain(tags[i], plugin.host().plainValue(tags[i])));

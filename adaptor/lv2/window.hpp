@@ -4,6 +4,7 @@
 
 #include <lv2/ui/ui.h>
 
+#include <atomic>
 #include <cstdint>
 
 #include "adaptor/lv2/plugin.hpp"
@@ -50,7 +51,7 @@ class PluginWindow final : private HostSide::Listener {
 
   Plugin& plugin;
   const Host host;
-  bool isNew = true;
+  std::atomic<bool> isNew{true};
 };
 
 }  // namespace zum::lv2
