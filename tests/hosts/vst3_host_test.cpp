@@ -728,6 +728,7 @@ TEST(Vst3Block, PlaysWhatTheLinkedEffectPlays) {
     context.bpm = 133.0, context.project_time_quarters = 2.5;
     Plugin plugin(rate);
     plugin.context = &context;
+    linked.set(tag::lfoStyle, 1.0F), plugin.set(tag::lfoStyle, 1.0);  // follows the beats
     for (const int tag : {tag::cutoff, tag::resonance, tag::lfoRate, tag::cutoffLfo}) {
       linked.set(tag, 0.7F);
       plugin.set(static_cast<v3_param_id>(tag), static_cast<double>(0.7F));
@@ -975,6 +976,7 @@ TEST(Vst3Programs, TheBankIsOneListAndPlaysFromAnyThread) {
   }
   plugin.set(tag::cutoff, 0.123);
   plugin.set(kProgram, 100 / 161.0);  // it is there already
+  plugin.render(noise(64), {64}, {{kProgram, 3, 100 / 161.0}});
   EXPECT_NEAR(plugin.get(tag::cutoff), 0.123, 1e-6);
 
   Plugin automated;
