@@ -183,29 +183,34 @@ std::intptr_t HostSide::answer(AEffect* record, std::int32_t opcode, std::int32_
     case audioMasterGetProductString:
       return giveText(ptr, host != nullptr ? host->productName : "");
     case audioMasterGetVendorVersion: return 1;
-    default: return host != nullptr ? host->answerFor(opcode, index, opt) : 0;
+    case audioMasterBeginEdit:
+    case audioMasterAutomate:
+    case audioMasterEndEdit:
+    case audioMasterUpdateDisplay:
+      return host != nullptr && host->listener != nullptr ? host->tell(opcode, index, opt) : 0;
+    default: return host != nullptr ? host->answerFor(opcode) : 0;
   }
 }
 
-std::intptr_t HostSide::answerFor(std::int32_t opcode, std::int32_t index, float opt) ZUM_REALTIME {
+std::intptr_t HostSide::answerFor(std::int32_t opcode) ZUM_REALTIME {
   switch (opcode) {
     case audioMasterGetTime: return reinterpret_cast<std::intptr_t>(fillTime());
     case audioMasterGetSampleRate: return static_cast<std::intptr_t>(sampleRate);
     case audioMasterGetBlockSize: return blockSize;
     case audioMasterGetCurrentProcessLevel:
       return kVstProcessLevelRealtime;  // at the offline level the effect leaves the buffers alone
-    default: break;
+    default: return 0;
   }
-  if (listener == nullptr) return 0;
-  return trusted([&]() -> std::intptr_t {  // of the window alone, on its thread
-    switch (opcode) {
-      case audioMasterBeginEdit: listener->gestureBegan(index); return 1;
-      case audioMasterAutomate: listener->gestureMoved(index, opt); return 1;
-      case audioMasterEndEdit: listener->gestureEnded(index); return 1;
-      case audioMasterUpdateDisplay: listener->presetChanged(); return 1;
-      default: return 0;
-    }
-  });
+}
+
+std::intptr_t HostSide::tell(std::int32_t opcode, std::int32_t index, float raw) {
+  switch (opcode) {
+    case audioMasterBeginEdit: listener->gestureBegan(index); break;
+    case audioMasterAutomate: listener->gestureMoved(index, raw); break;
+    case audioMasterEndEdit: listener->gestureEnded(index); break;
+    default: listener->presetChanged(); break;
+  }
+  return 1;
 }
 
 VstTimeInfo* HostSide::fillTime() ZUM_REALTIME {

@@ -118,7 +118,9 @@ class HostSide {
  private:
   static std::intptr_t answer(AEffect* record, std::int32_t opcode, std::int32_t index,
                               std::intptr_t value, void* ptr, float opt);
-  std::intptr_t answerFor(std::int32_t opcode, std::int32_t index, float opt) ZUM_REALTIME;
+  std::intptr_t answerFor(std::int32_t opcode) ZUM_REALTIME;
+  /// [main] Of the window.
+  std::intptr_t tell(std::int32_t opcode, std::int32_t index, float raw);
   VstTimeInfo* fillTime() ZUM_REALTIME;
   AEffEditor* editor() const { return effect->getEditor(); }
 
