@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cmath>
 #include <cstring>
 #include <filesystem>
@@ -146,7 +147,8 @@ const File& file() {
 
 struct ClapHost {
   bool hasTimers = true;
-  int flushes = 0, callbacks = 0, rescans = 0, dirty = 0, loaded = 0, failed = 0;
+  std::atomic<int> flushes{0}, callbacks{0};  // from any thread
+  int rescans = 0, dirty = 0, loaded = 0, failed = 0;
   std::set<clap_id> timers;
   clap_id nextTimer = 7;
 
@@ -775,7 +777,7 @@ TEST(ClapState, IsThePresetFileInAnyPiecesAndNothingElse) {
     for (const clap_id id : kIds) {
       EXPECT_EQ(next.value(static_cast<int>(id)), plug.value(static_cast<int>(id))) << id;
     }
-    EXPECT_EQ(next.host.callbacks, 0);  // the host did it itself
+    EXPECT_EQ(next.host.callbacks.load(), 0);  // the host did it itself
   }
   const clap_istream_t broken{
       nullptr, [](const clap_istream_t*, void*, std::uint64_t) -> std::int64_t { return -1; }};
@@ -907,7 +909,7 @@ TEST(ClapPresets, AreFoundAndLoadedByTheHostsBrowser) {
   // A program change within a block: the host hears of every value, once.
   plug.render(Stereo(64));
   plug.plugin->on_main_thread(plug.plugin);
-  const int callbacks = plug.host.callbacks;
+  const int callbacks = plug.host.callbacks.load();
   const int rescans = plug.host.rescans;
   plug.sent.events = {midiEvent(3, 0xC0, 2, 0)};
   plug.heard.room = 10;  // and of the others in the next block
@@ -919,7 +921,7 @@ TEST(ClapPresets, AreFoundAndLoadedByTheHostsBrowser) {
   EXPECT_GT(plug.heard.count, 30U);
   plug.process(out, out, 0, 64);
   EXPECT_EQ(plug.heard.count, 0U);
-  EXPECT_EQ(plug.host.callbacks, callbacks + 1);
+  EXPECT_EQ(plug.host.callbacks.load(), callbacks + 1);
   plug.plugin->on_main_thread(plug.plugin), plug.plugin->on_main_thread(plug.plugin);
   EXPECT_EQ(plug.host.rescans, rescans + 1);
 }
@@ -997,18 +999,18 @@ TEST_F(ClapWindow, TellsTheHostOfEachHoldInAndOutOfProcessing) {
     plug.set({{tag::cutoff, 0.5}});
     expectOneHold(drag(plug, [&](const auto& look) { plug.process(sound, sound, 0, 64), look(); }));
     EXPECT_GT(plug.value(tag::cutoff), 0.5);
-    EXPECT_EQ(plug.host.flushes, 0);
+    EXPECT_EQ(plug.host.flushes.load(), 0);
     plug.stop();
     plug.set({{tag::cutoff, 0.5}});
     int answered = 0;
     expectOneHold(drag(plug, [&](const auto& look) {
-      if (plug.host.flushes == answered) return;
-      answered = plug.host.flushes;
+      if (plug.host.flushes.load() == answered) return;
+      answered = plug.host.flushes.load();
       plug.heard.count = 0;
       plug.params().flush(plug.plugin, nullptr, &plug.heard.list);
       look();
     }));
-    EXPECT_GT(plug.host.flushes, 0);
+    EXPECT_GT(plug.host.flushes.load(), 0);
     close(plug);
     EXPECT_TRUE(plug.host.timers.empty());
   }
