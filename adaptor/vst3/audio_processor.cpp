@@ -26,7 +26,7 @@ v3_result process(void* self, v3_process_data* data) ZUM_REALTIME {
 
 }  // namespace
 
-constinit const v3_audio_processor_cpp kAudioProcessor = {
+constexpr v3_audio_processor_cpp kAudioProcessor = {
     unknownOf<Effect>(),
     {
         .set_bus_arrangements = [](void*, v3_speaker_arrangement* inputs, std::int32_t inputCount,
@@ -55,7 +55,7 @@ constinit const v3_audio_processor_cpp kAudioProcessor = {
     },
 };
 
-constinit const v3_process_context_requirements_cpp kContextRequirements = {
+constexpr v3_process_context_requirements_cpp kContextRequirements = {
     unknownOf<Effect>(),
     {.get_process_context_requirements = [](void*) -> std::uint32_t {
       return V3_PROCESS_CTX_NEED_PROJECT_TIME | V3_PROCESS_CTX_NEED_TEMPO |

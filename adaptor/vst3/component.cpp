@@ -104,7 +104,7 @@ v3_result describeBus(std::int32_t media, std::int32_t direction, std::int32_t i
 
 }  // namespace
 
-constinit const v3_component_cpp kComponent = {
+constexpr v3_component_cpp kComponent = {
     unknownOf<Effect>(),
     {
         .initialize = [](void* self, v3_funknown**) { return objectOf<Effect>(self).initialize(); },

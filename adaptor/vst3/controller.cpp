@@ -44,7 +44,7 @@ v3_result setValue(Effect& effect, v3_param_id id, double value) {
 
 }  // namespace
 
-constinit const v3_edit_controller_cpp kController = {
+constexpr v3_edit_controller_cpp kController = {
     unknownOf<Effect>(),
     {
         .initialize = [](void* self, v3_funknown**) { return objectOf<Effect>(self).initialize(); },
@@ -100,7 +100,7 @@ constinit const v3_edit_controller_cpp kController = {
     },
 };
 
-constinit const v3_midi_mapping_cpp kMidiMapping = {
+constexpr v3_midi_mapping_cpp kMidiMapping = {
     unknownOf<Effect>(),
     {.get_midi_controller_assignment = [](void*, std::int32_t bus, std::int16_t channel,
                                           std::int16_t number, v3_param_id* id) -> v3_result {

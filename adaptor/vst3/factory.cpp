@@ -59,7 +59,7 @@ v3_result create(const v3_tuid classId, const v3_tuid iid, void** instance) {
   return V3_NO_INTERFACE;
 }
 
-constinit const v3_plugin_factory_cpp kFactory = {
+constexpr v3_plugin_factory_cpp kFactory = {
     unknownOf<Factory>(),
     {
         .get_factory_info = [](void*, v3_factory_info* info) -> v3_result {

@@ -62,7 +62,7 @@ int unitOfPath(std::string_view path) {
   return found != allUnits().end() ? static_cast<int>(found - allUnits().begin()) : kRootUnit;
 }
 
-constinit const v3_unit_information_cpp kUnitInformation = {
+constexpr v3_unit_information_cpp kUnitInformation = {
     unknownOf<Effect>(),
     {
         .get_unit_count = [](void*) -> std::int32_t {

@@ -21,7 +21,7 @@ v3_result takeSize(View& view, v3_view_rect* rect) {
   return V3_OK;
 }
 
-constinit const v3_plugin_view_cpp kView = {
+constexpr v3_plugin_view_cpp kView = {
     unknownOf<View>(),
     {
         .is_platform_type_supported = [](void*, const char* type) -> v3_result {
@@ -64,12 +64,12 @@ constinit const v3_plugin_view_cpp kView = {
     },
 };
 
-constinit const v3_plugin_view_content_scale_cpp kScale = {
+constexpr v3_plugin_view_content_scale_cpp kScale = {
     unknownOf<View>(),
     {.set_content_scale_factor = [](void*, float) -> v3_result { return V3_FALSE; }},
 };
 
-constinit const v3_timer_handler_cpp kTimer = {
+constexpr v3_timer_handler_cpp kTimer = {
     unknownOf<View>(),
     {.on_timer = [](void* self) { objectOf<View>(self).onTimer(); }},
 };
