@@ -161,10 +161,13 @@ class Vst3 : public Player {
   }
 
  private:
+  // The host's interfaces are tables behind two pointers.
   v3_param_changes** none() {
+    // NOLINTNEXTLINE(bugprone-casting-through-void)
     return static_cast<v3_param_changes**>(static_cast<void*>(&changesTable));
   }
   v3_event_list** events() {
+    // NOLINTNEXTLINE(bugprone-casting-through-void)
     return static_cast<v3_event_list**>(static_cast<void*>(&eventsTable));
   }
 
