@@ -51,7 +51,12 @@ class HostSide {
   HostSide& operator=(const HostSide&) = delete;
 
   // ---- [main] while no block runs
-  /// Hz; a rate that the effect does not have leaves the one before.
+  /// Hz; false for a rate that the effect does not have, and for no number.
+  static bool isRate(double rate) {
+    return rate >= static_cast<double>(KvSystemInfo::kLowestSampleRate) &&
+           rate <= static_cast<double>(KvSystemInfo::kHighestSampleRate);
+  }
+  /// A rate that the effect does not have leaves the one before.
   void activate(double rate, std::int32_t mostFrames);
   void deactivate();
   bool isActive() const { return active; }

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "core/parameter_text.hpp"
-#include "engine/clock.hpp"
 #include "platform/files.hpp"
 
 namespace zum::clap {
@@ -36,9 +35,8 @@ Face::Face(const clap_host_t& of, EditorFactory makeEditor)
 // ---- life
 
 bool Face::activate(double rate, std::uint32_t mostFrames) {
-  const bool isRate = rate >= static_cast<double>(KvSystemInfo::kLowestSampleRate) &&
-                      rate <= static_cast<double>(KvSystemInfo::kHighestSampleRate);
-  if (!isRate || mostFrames == 0 || mostFrames > INT32_MAX || effect.isActive()) return false;
+  if (!HostSide::isRate(rate) || mostFrames == 0 || mostFrames > INT32_MAX || effect.isActive())
+    return false;
   effect.activate(rate, static_cast<std::int32_t>(mostFrames));
   hearsSideChain = false;
   return true;

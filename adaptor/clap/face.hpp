@@ -1,5 +1,5 @@
 // One effect as a CLAP host has it: its life, its block, its states. What the host calls by the C
-// interface ends here (plugin.cpp, extensions.cpp).
+// interface ends here (plugin.cpp, params.cpp, states.cpp, gui.cpp, ports.cpp).
 #pragma once
 
 #include <atomic>

@@ -3,7 +3,6 @@
 #include <lv2/instance-access/instance-access.h>
 #include <lv2/ui/ui.h>
 
-#include <cmath>
 #include <cstring>
 #include <exception>
 #include <memory>
@@ -71,8 +70,7 @@ LV2_URID countWords(LV2_URID_Map_Handle count, const char* /*uri*/) {
 LV2_Handle instantiate(const LV2_Descriptor* /*descriptor*/, double rate, const char* /*bundle*/,
                        const LV2_Feature* const* features) {
   const auto* const map = dataOf<LV2_URID_Map>(features, LV2_URID__map);
-  constexpr double kHighestRate = 1e7;
-  if (!(rate > 0.0 && rate <= kHighestRate)) return nullptr;
+  if (!HostSide::isRate(rate)) return nullptr;
   LV2_URID words = 0;
   const LV2_URID_Map counted{&words, countWords};
   return guarded(LV2_Handle{},

@@ -58,6 +58,7 @@ void Effect::terminate() {
 
 bool Effect::loadState(std::span<const std::byte> state) {
   if (!host.loadState(state)) return false;
+  values.forgetWanted();
   presetsTold = host.client().presetCount();  // the host asks for all values by itself
   return true;
 }

@@ -15,7 +15,7 @@ void clear(float* channel, std::int32_t frames) ZUM_REALTIME {
 }  // namespace
 
 bool Processor::setUp(const v3_process_setup& setup) {
-  const bool isRate = std::isfinite(setup.sample_rate) && setup.sample_rate > 0.0;
+  const bool isRate = HostSide::isRate(setup.sample_rate);
   if (host.isActive() || setup.symbolic_sample_size != V3_SAMPLE_32) return false;
   if (!isRate || setup.max_block_size < 1) return false;
   rate = setup.sample_rate;

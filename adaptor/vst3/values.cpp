@@ -42,6 +42,7 @@ void Values::set(int position, double value) {
   } else if (const ParameterRow* const row = rowAt(position)) {
     host.setPlain(row->tag, plainOf(*row, value));
   } else if (const int index = programs.indexOf(value); index != programs.current()) {
+    forgetWanted();
     programs.play(index);
   }
 }
@@ -57,7 +58,7 @@ void Values::play(HostSide::Block& block, const BlockEvent& event) ZUM_REALTIME 
   const int index = programs.indexOf(event.value);
   if (index == programs.current()) return;
   block.playTo(event.frame);
-  if (!programs.tryPlay(index)) wanted = index;
+  wanted = programs.tryPlay(index) ? -1 : index;
 }
 
 void Values::playMidi(HostSide::Block& block, const BlockEvent& event) ZUM_REALTIME {

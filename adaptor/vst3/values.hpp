@@ -30,6 +30,8 @@ class Values {
   void forgetPoints() { withPoints = 0; }
   /// [main] Plays the program that the audio thread could not.
   void playWanted();
+  /// [main] Something newer has come, a state among it.
+  void forgetWanted() { wanted = -1; }
 
  private:
   bool hasPoints(int position) const ZUM_REALTIME;
