@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <bit>
 #include <chrono>
 #include <cstring>
@@ -20,11 +19,14 @@ namespace {
 constexpr std::intptr_t kHostVersion = 2400;
 constexpr std::size_t kMostStateBytes = std::size_t{1} << 20U;
 
-/// Of all windows of the process: what they share knows one thread at a time.
-std::recursive_mutex& windows() {
-  static std::recursive_mutex turns;
-  return turns;
+/// Both signs of zero are silence.
+bool isSilent(const float* channel, std::int32_t frames) ZUM_REALTIME {
+  std::uint32_t bits = 0;
+  for (std::int32_t i = 0; i < frames; ++i) bits |= std::bit_cast<std::uint32_t>(channel[i]);
+  return bits << 1U == 0;
 }
+
+thread_local bool isWindowThread = false;
 
 std::intptr_t giveText(void* ptr, const char* text) {
   if (ptr == nullptr) return 0;
@@ -33,37 +35,6 @@ std::intptr_t giveText(void* ptr, const char* text) {
 }
 
 }  // namespace
-
-/// Where a host has neither timers nor a loop to offer.
-class HostSide::WindowThread {
- public:
-  explicit WindowThread(HostSide& host) : thread([this, &host] { run(host); }) {}
-  WindowThread(const WindowThread&) = delete;
-  WindowThread& operator=(const WindowThread&) = delete;
-  /// From the thread itself, where the host closes from inside of a call, it ends by itself.
-  ~WindowThread() {
-    ended->store(true);
-    if (thread.get_id() == std::this_thread::get_id()) {
-      thread.detach();
-    } else {
-      thread.join();
-    }
-  }
-
- private:
-  void run(HostSide& host) {
-    const std::shared_ptr<std::atomic<bool>> end = ended;
-    while (!end->load()) {
-      std::this_thread::sleep_for(std::chrono::milliseconds(33));
-      // who closes may hold the turn and wait for this thread
-      const std::unique_lock turn(windows(), std::try_to_lock);
-      if (turn.owns_lock() && !end->load()) host.idleWindow();
-    }
-  }
-
-  const std::shared_ptr<std::atomic<bool>> ended = std::make_shared<std::atomic<bool>>(false);
-  std::thread thread;
-};
 
 // ---- life
 
@@ -89,6 +60,7 @@ void HostSide::activate(double rate, std::int32_t mostFrames) {
   effect->setSampleRate(static_cast<float>(rate));
   effect->setBlockSize(mostFrames);
   effect->resume();
+  hasSideChain = false;
   active = true;
 }
 
@@ -131,6 +103,13 @@ void HostSide::setPlain(int tag, float plain) ZUM_REALTIME {
 }
 
 // ---- the block
+
+const float* const* HostSide::heardSideChain(const float* const* channels, std::int32_t frames)
+    ZUM_REALTIME {
+  hasSideChain = channels != nullptr &&
+                 (hasSideChain || !isSilent(channels[0], frames) || !isSilent(channels[1], frames));
+  return hasSideChain ? channels : nullptr;
+}
 
 HostSide::Block::Block(HostSide& of, const Buffers& all, const Song& song) ZUM_REALTIME
     : host(of),
@@ -204,6 +183,10 @@ std::intptr_t HostSide::answerFor(std::int32_t opcode) ZUM_REALTIME {
 }
 
 std::intptr_t HostSide::tell(std::int32_t opcode, std::int32_t index, float raw) {
+  if (isWindowThread) {  // a host may wait for it, in a call on its own thread
+    if (opcode == audioMasterAutomate) effect->setParameter(index, raw);
+    return 1;
+  }
   switch (opcode) {
     case audioMasterBeginEdit: listener->gestureBegan(index); break;
     case audioMasterAutomate: listener->gestureMoved(index, raw); break;
@@ -232,26 +215,32 @@ HostSide::Size HostSide::windowSize() {
 }
 
 bool HostSide::openWindow(std::uintptr_t parent) {
-  const std::lock_guard turn(windows());
   // NOLINTNEXTLINE(performance-no-int-to-ptr): editors take the system's number as a pointer
   return editor() != nullptr && editor()->open(reinterpret_cast<void*>(parent));
 }
 
 void HostSide::closeWindow() {
-  windowThread.reset();
-  const std::lock_guard turn(windows());
+  windowThread = {};
   if (editor() != nullptr) editor()->close();
 }
 
 bool HostSide::isWindowOpen() { return editor() != nullptr && editor()->isOpen(); }
 
 void HostSide::idleWindow() {
-  const std::lock_guard turn(windows());
   if (editor() != nullptr) editor()->idle();
 }
 
 void HostSide::idleByOwnThread() {
-  if (windowThread == nullptr) windowThread = std::make_unique<WindowThread>(*this);
+  if (windowThread.joinable()) return;
+  windowThread = std::jthread([this](const std::stop_token& end) {
+    isWindowThread = true;
+    while (!end.stop_requested()) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(33));
+      // who closes may hold the turn and wait for this thread
+      const std::unique_lock turn(windowTurn(), std::try_to_lock);
+      if (turn.owns_lock() && !end.stop_requested()) idleWindow();
+    }
+  });
 }
 
 }  // namespace zum

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <thread>
 #include <vector>
 
 #include "core/create_effect.hpp"
@@ -15,7 +16,8 @@ namespace zum {
 
 class HostSide {
  public:
-  /// [main] What the user does in the window, told at once. Values are raw.
+  /// [main] What the user does in the window, told at once, but for one that works on a thread of
+  /// our own: no host expects to hear of that, so what moves there moves by itself. Values are raw.
   class Listener {
    public:
     virtual void gestureBegan(int tag) = 0;
@@ -96,6 +98,11 @@ class HostSide {
   /// What moved by itself since the last call (learned controllers, programs, presets, and what a
   /// gesture does not tell): bits by facePosition().
   std::uint64_t takeChanges() ZUM_REALTIME { return effect->takeChanges(); }
+  /// What is to be heard as the side-chain, two channels or null, where hosts hand in silence for
+  /// what nobody has connected: there the follower would go deaf, so it counts from its first sound
+  /// on, until there is none or the effect is switched on anew.
+  const float* const* heardSideChain(const float* const* channels, std::int32_t frames)
+      ZUM_REALTIME;
   /// A message of three bytes for the next block, due at one of its frames.
   void receiveMidi(std::int32_t frame, const std::uint8_t* threeBytes) ZUM_REALTIME {
     effect->receiveMidi(frame, threeBytes);
@@ -124,12 +131,10 @@ class HostSide {
   static std::intptr_t answer(AEffect* record, std::int32_t opcode, std::int32_t index,
                               std::intptr_t value, void* ptr, float opt);
   std::intptr_t answerFor(std::int32_t opcode) ZUM_REALTIME;
-  /// [main] Of the window.
+  /// Of the window.
   std::intptr_t tell(std::int32_t opcode, std::int32_t index, float raw);
   VstTimeInfo* fillTime() ZUM_REALTIME;
   AEffEditor* editor() const { return effect->getEditor(); }
-
-  class WindowThread;
 
   Listener* const listener;
   const char* const productName;
@@ -138,8 +143,9 @@ class HostSide {
   double sampleRate = 44100.0;
   std::int32_t blockSize = 1024;
   bool active = false;
+  bool hasSideChain = false;  // it sounded
   std::unique_ptr<KvUniClient> effect;
-  std::unique_ptr<WindowThread> windowThread;
+  std::jthread windowThread;  // goes first
 };
 
 }  // namespace zum

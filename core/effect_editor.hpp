@@ -2,10 +2,20 @@
 // that a build without a window links no window code.
 #pragma once
 
+#include <mutex>
+
 #include "core/audio_effect.hpp"
 
 namespace zum {
 
+/// What all windows of the process share knows one thread at a time: mostly the one on which a host
+/// has its windows, but a face may let one work on a thread of its own.
+inline std::recursive_mutex& windowTurn() {
+  static std::recursive_mutex turn;
+  return turn;
+}
+
+/// [main] Each operation takes the windowTurn().
 class EffectEditor : public AEffEditor {
  public:
   /// [any] Everything is drawn again at the next idle.

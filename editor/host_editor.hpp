@@ -6,15 +6,27 @@
 
 namespace zum {
 
-/// [main]
+/// [main] Each call takes its turn.
 class AEffGUIEditor : public EffectEditor, public KvEditorBase {
  public:
   using KvEditorBase::KvEditorBase;
 
-  bool open(void* parent) override { return KvEditorBase::open(parent); }
-  void close() override { KvEditorBase::close(); }
-  void idle() override { KvEditorBase::idle(); }
-  bool isOpen() override { return KvEditorBase::isOpen(); }
+  bool open(void* parent) override {
+    const std::lock_guard turn(windowTurn());
+    return KvEditorBase::open(parent);
+  }
+  void close() override {
+    const std::lock_guard turn(windowTurn());
+    KvEditorBase::close();
+  }
+  void idle() override {
+    const std::lock_guard turn(windowTurn());
+    KvEditorBase::idle();
+  }
+  bool isOpen() override {
+    const std::lock_guard turn(windowTurn());
+    return KvEditorBase::isOpen();
+  }
   bool getRect(ERect** answer) override {
     const CRect& rect = windowRect();
     hostRect = {static_cast<std::int16_t>(rect.top), static_cast<std::int16_t>(rect.left),
@@ -22,9 +34,18 @@ class AEffGUIEditor : public EffectEditor, public KvEditorBase {
     *answer = &hostRect;
     return true;
   }
-  void draw(ERect* rect) override { redraw({rect->left, rect->top, rect->right, rect->bottom}); }
-  bool onKeyDown(VstKeyCode& key) override { return keyDown(keyOf(key)); }
-  bool onKeyUp(VstKeyCode& key) override { return keyUp(keyOf(key)); }
+  void draw(ERect* rect) override {
+    const std::lock_guard turn(windowTurn());
+    redraw({rect->left, rect->top, rect->right, rect->bottom});
+  }
+  bool onKeyDown(VstKeyCode& key) override {
+    const std::lock_guard turn(windowTurn());
+    return keyDown(keyOf(key));
+  }
+  bool onKeyUp(VstKeyCode& key) override {
+    const std::lock_guard turn(windowTurn());
+    return keyUp(keyOf(key));
+  }
   void requestFullRedraw() ZUM_REALTIME override { KvEditorBase::requestFullRedraw(); }
   void update() ZUM_REALTIME override { KvEditorBase::update(); }
 

@@ -30,6 +30,7 @@ KvUniClientEditor::KvUniClientEditor(KvUniClient& owner)
       editorFont(new CFontDesc("Arial", 12)) {}
 
 bool KvUniClientEditor::open(void* parent, const CFrame::WindowOpener& opener) {
+  const std::lock_guard turn(windowTurn());
   if (!KvEditorBase::open(parent, editorFont.get(), opener)) return false;
   getFrame()->setBackground(holdBitmap(kBackgroundPicture));
   addLearnMenu();
@@ -59,6 +60,7 @@ bool KvUniClientEditor::open(void* parent, const CFrame::WindowOpener& opener) {
 // What is held while the window goes would be held for ever: a gesture in the host's ears, a button
 // that is lit, a strip with its page. The host may close once more from inside of what it hears.
 void KvUniClientEditor::close() {
+  const std::lock_guard turn(windowTurn());
   if (isOpen()) holdFrame()->letGo();
   if (!isOpen()) return;
   effect.setMouseArea({});
@@ -73,6 +75,7 @@ void KvUniClientEditor::close() {
 }
 
 void KvUniClientEditor::idle() {
+  const std::lock_guard turn(windowTurn());
   if (!isOpen()) return;
   showPresetName();
   showStatus();
@@ -109,6 +112,7 @@ void KvUniClientEditor::showStatus() {
 }
 
 void KvUniClientEditor::raiseAbout() {
+  const std::lock_guard turn(windowTurn());
   if (aboutPanel != nullptr && !aboutIsOpen()) {
     showPresetFolder();
     aboutPanel->popup(PopupMode::closesInside, nullptr, 0);
@@ -126,10 +130,12 @@ void KvUniClientEditor::showPresetFolder() {
 }
 
 bool KvUniClientEditor::aboutIsOpen() const {
+  const std::lock_guard turn(windowTurn());
   return aboutPanel != nullptr && aboutPanel->isVisible();
 }
 
 void KvUniClientEditor::openManual() {
+  const std::lock_guard turn(windowTurn());
   std::string file = readSettingString(kInstallPath).value_or("");
   ensureTrailingBackslash(file);
   // Another system's folder, or none, would be looked for where the host happens to run.
@@ -142,6 +148,7 @@ void KvUniClientEditor::openManual() {
 }
 
 void KvUniClientEditor::refreshPresetMenus(const char* extension) {
+  const std::lock_guard turn(windowTurn());
   const std::string root = KvUniClient::presetRoot();
   for (KvOptionMenu* menu : presetMenus) menu->setFolder(root, extension);
   showPresetNameAnew();

@@ -5,9 +5,12 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <chrono>
 #include <cmath>
 #include <random>
+#include <thread>
 
+#include "core/effect_editor.hpp"
 #include "core/parameter_text.hpp"
 #include "support/own_home.hpp"
 #include "support/test_host.hpp"
@@ -214,6 +217,27 @@ TEST(Face, FollowerHearsTheSideChainInPlaceOfTheInput) {
   EXPECT_NE(playing(&silence), playing(&loud));
 }
 
+// Hosts hand in silence for what nobody has connected.
+TEST(Face, SideChainCountsFromItsFirstSoundOn) {
+  Faced faced;
+  const Stereo silence(64);
+  Stereo sound(64);
+  sound.right[63] = 1e-30F;
+  Stereo minus(64);
+  minus.left[0] = -0.0F;
+  const Stereo* const given[] = {&silence, &minus, &sound, &silence, nullptr, &silence};
+  std::string heard;
+  for (const Stereo* each : given) {
+    const float* const channels[] = {each != nullptr ? each->left.data() : nullptr,
+                                     each != nullptr ? each->right.data() : nullptr};
+    const float* const* const asked = each != nullptr ? channels : nullptr;
+    const float* const* const answer = faced.host.heardSideChain(asked, 64);
+    ASSERT_TRUE(answer == nullptr || answer == asked);
+    heard += answer != nullptr ? '1' : '0';
+  }
+  EXPECT_EQ(heard, "001100");
+}
+
 TEST(Face, BypassFadesInTenMillisecondsAndThenIsTheInput) {
   for (const double rate : {11050.0, 44100.0, 196000.0}) {
     Faced faced(rate);
@@ -254,6 +278,54 @@ TEST(Face, WindowTellsOfAllItsParameters) {
                                              "begin 222", "222 = 0.500000", "end 222"};
   EXPECT_EQ(faced.ear.told, expected);
   EXPECT_EQ(faced.host.takeChanges(), 0U) << "nothing is told twice";
+}
+
+/// Turns a knob each time it works.
+class BusyEditor final : public EffectEditor {
+ public:
+  explicit BusyEditor(KvUniClient& of) : effect(of) {}
+  bool getRect(ERect** /*rect*/) override { return false; }
+  bool open(void* /*parent*/) override { return opened = true; }
+  void close() override { opened = false; }
+  bool isOpen() override { return opened; }
+  void idle() override {
+    effect.beginEdit(tag::cutoff);
+    effect.setParameterAutomated(tag::cutoff, 0.25F);
+    effect.endEdit(tag::cutoff);
+  }
+  bool onKeyDown(VstKeyCode& /*key*/) override { return false; }
+  bool onKeyUp(VstKeyCode& /*key*/) override { return false; }
+  void requestFullRedraw() ZUM_REALTIME override {}
+  void update() ZUM_REALTIME override {}
+  void raiseAbout() override {}
+  void openManual() override {}
+  bool aboutIsOpen() const override { return false; }
+
+ private:
+  KvUniClient& effect;
+  bool opened = false;
+};
+
+// A host that waits in closeWindow() while the thread waits in the host would wait for ever.
+TEST(Face, AWindowOfItsOwnThreadNeverCallsTheHost) {
+  Ear ear;
+  zum::HostSide host([](KvUniClient& effect) -> EffectEditor* { return new BusyEditor(effect); },
+                     &ear);
+  ASSERT_TRUE(host.openWindow(1));
+  host.idleByOwnThread();
+  const std::uint64_t cutoff = std::uint64_t{1} << facePosition(tag::cutoff);
+  std::uint64_t changes = 0;
+  for (int i = 0; i < 500 && changes == 0; ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    changes = host.takeChanges();
+  }
+  EXPECT_EQ(changes, cutoff) << "what moved there counts as moved by itself";
+  {
+    const std::lock_guard turn(windowTurn());
+    host.closeWindow();  // from inside of what another window does
+  }
+  EXPECT_FALSE(host.isWindowOpen());
+  EXPECT_EQ(ear.told, std::vector<std::string>());
 }
 
 TEST(Face, StatesComeBackWholeOrAreRefused) {

@@ -974,13 +974,17 @@ struct ClapWindow : testing::Test {
     robot.moveTo(at, 252, 170), settle(30);
     robot.moveTo(at, 252, 160), settle(30);
     robot.release();
-    for (int i = 0; i < 500 && (all.empty() || all.back() != CLAP_EVENT_PARAM_GESTURE_END); ++i) {
-      settle(1);
-    }
+    settle(60);
     EXPECT_EQ(value, plug.value(tag::cutoff));
     return all;
   }
-  static void expectOneHold(const Types& heard) {
+  /// Without a timer of the host's no hand is told of, and values move by themselves.
+  static void expectOneHold(const Types& heard, bool hasTimers = true) {
+    if (!hasTimers) {
+      EXPECT_FALSE(heard.empty());
+      EXPECT_EQ(std::set<int>(heard.begin(), heard.end()), std::set<int>{CLAP_EVENT_PARAM_VALUE});
+      return;
+    }
     ASSERT_GE(heard.size(), 3U);
     EXPECT_EQ(heard.front(), CLAP_EVENT_PARAM_GESTURE_BEGIN);
     EXPECT_EQ(heard.back(), CLAP_EVENT_PARAM_GESTURE_END);
@@ -997,20 +1001,22 @@ TEST_F(ClapWindow, TellsTheHostOfEachHoldInAndOutOfProcessing) {
     ASSERT_TRUE(open(plug, place));
     EXPECT_EQ(plug.host.timers.size(), hasTimers ? 1U : 0U);
     plug.set({{tag::cutoff, 0.5}});
-    expectOneHold(drag(plug, [&](const auto& look) { plug.process(sound, sound, 0, 64), look(); }));
+    expectOneHold(drag(plug, [&](const auto& look) { plug.process(sound, sound, 0, 64), look(); }),
+                  hasTimers);
     EXPECT_GT(plug.value(tag::cutoff), 0.5);
     EXPECT_EQ(plug.host.flushes.load(), 0);
     plug.stop();
     plug.set({{tag::cutoff, 0.5}});
     int answered = 0;
-    expectOneHold(drag(plug, [&](const auto& look) {
-      if (plug.host.flushes.load() == answered) return;
+    const auto heard = drag(plug, [&](const auto& look) {
+      if (hasTimers && plug.host.flushes.load() == answered) return;
       answered = plug.host.flushes.load();
       plug.heard.count = 0;
       plug.params().flush(plug.plugin, nullptr, &plug.heard.list);
       look();
-    }));
-    EXPECT_GT(plug.host.flushes.load(), 0);
+    });
+    expectOneHold(heard, hasTimers);
+    EXPECT_EQ(plug.host.flushes.load() > 0, hasTimers);
     close(plug);
     EXPECT_TRUE(plug.host.timers.empty());
   }

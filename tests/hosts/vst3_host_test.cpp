@@ -1070,7 +1070,8 @@ struct Vst3Window : testing::Test {
     robot.press(), settle(plugin);
     for (const int y : {170, 160}) robot.moveTo(window, 252, y), settle(plugin);
     robot.release(), settle(plugin);
-    for (int i = 0; i < 200 && plugin.handler.calls.size() < 3; ++i) settle(plugin);
+    for (int i = 0; i < 200 && plugin.get(tag::cutoff) <= 0.52; ++i) settle(plugin);
+    settle(plugin);
   }
 
   OwnDisplay server;
@@ -1089,12 +1090,16 @@ TEST_F(Vst3Window, AHandTellsTheHostFromBeginToEnd) {
     settle(plugin);
     turn(plugin, place.window);
     const auto& calls = plugin.handler.calls;
-    ASSERT_GE(calls.size(), 3U);
-    EXPECT_EQ(calls.front(), "begin 3");
-    EXPECT_EQ(calls.back(), "end 3");
-    EXPECT_EQ(std::count(calls.begin() + 1, calls.end() - 1, "edit 3"),
-              static_cast<std::ptrdiff_t>(calls.size() - 2));
     EXPECT_GT(plugin.get(tag::cutoff), 0.52);
+    if (hasLoop) {
+      ASSERT_GE(calls.size(), 3U);
+      EXPECT_EQ(calls.front(), "begin 3");
+      EXPECT_EQ(calls.back(), "end 3");
+      EXPECT_EQ(std::count(calls.begin() + 1, calls.end() - 1, "edit 3"),
+                static_cast<std::ptrdiff_t>(calls.size() - 2));
+    } else {
+      EXPECT_TRUE(calls.empty()) << "the values came with the blocks";
+    }
     EXPECT_EQ((*view)->view.removed(view), V3_OK);
     EXPECT_EQ(frame.loop.registered, 0);
     EXPECT_EQ((*view)->unref(view), 0U);
