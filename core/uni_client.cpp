@@ -130,6 +130,7 @@ void KvUniClient::process(const float* const* inputs, const float* const* sideCh
   }
   transport.read(transport.isFed() ? &transport.adaptorTime() : getTimeInfo(Transport::kFilter));
   midi.beginBlock();
+  if (resetWanted.load(std::memory_order_relaxed) && resetWanted.exchange(false)) engine.forget();
   if (frames > 0 && complete(inputs) && complete(outputs)) {
     engine.process(inputs, complete(sideChain) ? sideChain : inputs, outputs, frames, clock, *this);
   }

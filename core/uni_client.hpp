@@ -4,6 +4,7 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -164,6 +165,8 @@ class KvUniClient final : public KvPluginBase,
   /// inputs; null for none.
   void process(const float* const* inputs, const float* const* sideChain, float* const* outputs,
                std::int32_t frames) ZUM_REALTIME;
+  /// [any] The next block that plays starts in silence: nothing of what it heard before rings on.
+  void askForReset() ZUM_REALTIME { resetWanted.store(true); }
   /// What is due in a control pass.
   void handleEvent(const EngineEvent& event) ZUM_REALTIME { midi.handle(event, bank); }
   /// The program of that number in the folder for MIDI, from memory.
@@ -258,6 +261,7 @@ class KvUniClient final : public KvPluginBase,
       {gate, parameters, midi.map(), stepTable, clock, position, switches, window, dialogs, *this}};
   BankWalk bank{gate, desk, position, window};
   bool hasFace = false;
+  std::atomic<bool> resetWanted{false};
   FileDesk files{gate, desk, bank, midi, window, dialogs, *this};
 
  public:

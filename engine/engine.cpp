@@ -106,6 +106,10 @@ void Engine::recover() ZUM_REALTIME {
       areFinite(lowTwice(lastLimited))) {
     return;
   }
+  forget();
+}
+
+void Engine::forget() ZUM_REALTIME {
   dcFilter.reset();
   sharedDcFilter.reset();
   detectors.reset();

@@ -59,6 +59,8 @@ class Engine {
   void recompute(const KvSystemInfo& clock, bool keepBuffers) ZUM_REALTIME;
   /// [main] between blocks. Forgets what the block DC filters have heard.
   void resetOutput() ZUM_REALTIME;
+  /// [audio] between blocks. All that remembers the signal is reset: nothing rings on.
+  void forget() ZUM_REALTIME;
 
   /// One block, any number of frames. A frame's inputs are read before its outputs are written, so
   /// the buffers may be the same ones, also crossed; not shifted against each other. Of two outputs
@@ -96,8 +98,8 @@ class Engine {
 
   Selection select() const ZUM_REALTIME;
   bool isBypassWanted() const ZUM_REALTIME { return loadShared(controls.bypass.integer) >= 1; }
-  /// Called ahead of a control pass. Where the frame before is not finite, all that remembers the
-  /// signal is reset: a filter may diverge, and a host may send anything.
+  /// Called ahead of a control pass. Forgets where the frame before is not finite: a filter may
+  /// diverge, and a host may send anything.
   void recover() ZUM_REALTIME;
   void controlPass(KvSystemInfo& clock, ControlPassOwner& owner) ZUM_REALTIME;
   float wantedModPage() const ZUM_REALTIME;

@@ -259,5 +259,25 @@ TEST(Block, MutedBlocksAreSilentAndMoveNothing) {
   EXPECT_EQ(host.render(in), twin.render(in));
 }
 
+// Waits for no loader: the reset comes with the first block that sounds again.
+TEST(Block, NothingRingsOnBehindAReset) {
+  const Stereo in = noise(4000);
+  const Stereo silence(512);
+  for (int type = 0; type < 20; ++type) {
+    SCOPED_TRACE(type);
+    TestHost host;
+    host.prepare(type, 0.3F, 1.0F, 1.0F);
+    host.render(in);
+    EXPECT_GT(energy(host.render(silence)), 1e-3);
+    host.render(in);
+    host.client().muteRequest = true;
+    host.client().askForReset();
+    EXPECT_EQ(energy(host.render(silence)), 0.0);
+    host.client().muteRequest = false;
+    EXPECT_LT(energy(host.render(silence)), 1e-9);
+    EXPECT_GT(energy(host.render(in)), 1.0);  // once
+  }
+}
+
 }  // namespace
 }  // namespace zum::test
