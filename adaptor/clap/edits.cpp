@@ -61,9 +61,7 @@ void Edits::end(int position) {
 // ---- [audio]
 
 void Edits::tell(const clap_output_events_t& list) ZUM_REALTIME {
-  if ((touched.load(std::memory_order_relaxed) | moved.load(std::memory_order_relaxed)) == 0) {
-    return;
-  }
+  if (!hasUntold()) return;
   // In this order: whatever a hand does meanwhile is touched once more, and told by the next call.
   std::uint64_t due = touched.exchange(0);
   std::uint64_t moves = moved.exchange(0);

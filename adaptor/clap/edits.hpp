@@ -26,6 +26,8 @@ class Edits {
 
   /// [audio] Or whoever flushes parameters instead of it. What a full list refuses comes next time.
   void tell(const clap_output_events_t& list) ZUM_REALTIME;
+  /// [any]
+  bool hasUntold() const ZUM_REALTIME { return (touched.load() | moved.load()) != 0; }
 
  private:
   /// False where the list is full; what was told of it no longer stands in `moves`.

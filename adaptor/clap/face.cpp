@@ -13,23 +13,11 @@ namespace {
 
 constexpr std::size_t kMostBytes = std::size_t{1} << 20U;  // no state has more
 
-/// Ends with its scope.
-class Raised {
- public:
-  explicit Raised(std::atomic<bool>& of) : flag(of) { flag.store(true); }
-  ~Raised() { flag.store(false); }
-  Raised(const Raised&) = delete;
-  Raised& operator=(const Raised&) = delete;
-
- private:
-  std::atomic<bool>& flag;
-};
-
 }  // namespace
 
 Face::Face(const clap_host_t& of, EditorFactory makeEditor)
     : host(of), effect(makeEditor, this), shown(effect, host) {
-  knownPreset.store(effect.client().presetCount());
+  toldPresets.store(effect.client().presetCount());
 }
 
 // ---- life
@@ -45,6 +33,7 @@ bool Face::activate(double rate, std::uint32_t mostFrames) {
 void Face::deactivate() {
   processing.store(false);
   if (effect.isActive()) effect.deactivate();
+  if (hasUntold()) host.requestFlush();
 }
 
 bool Face::startProcessing() {
@@ -53,16 +42,17 @@ bool Face::startProcessing() {
   return true;
 }
 
-void Face::stopProcessing() { processing.store(false); }
-
-// A loader may be waited for: a host asks for this where sound stops anyway.
-void Face::reset() {
-  if (!effect.isActive()) return;
-  effect.client().suspend();
-  effect.client().resume();
+// What comes in between the last block and here would wait for the next one. A flush may not be
+// asked for on this thread.
+void Face::stopProcessing() {
+  processing.store(false);
+  if (!hasUntold()) return;
+  flushes.store(true);
+  host.requestCallback();
 }
 
 void Face::onMainThread() {
+  if (flushes.exchange(false)) host.requestFlush();
   if (!rescans.exchange(false)) return;
   host.rescanValues();
   host.markDirty();
@@ -71,6 +61,17 @@ void Face::onMainThread() {
 void Face::askForRescan() ZUM_REALTIME {
   rescans.store(true);
   host.requestCallback();
+}
+
+// Counted in this order: a load of the host's that the first one holds stands in the second, too.
+bool Face::takePresets() ZUM_REALTIME {
+  const std::uint32_t all = effect.client().presetCount();
+  const std::uint32_t news = all - hostLoads.load();
+  std::uint32_t told = toldPresets.load();
+  while (static_cast<std::int32_t>(news - told) > 0) {
+    if (toldPresets.compare_exchange_weak(told, news)) return true;
+  }
+  return false;
 }
 
 // ---- states
@@ -96,9 +97,9 @@ bool Face::load(const clap_istream_t& stream) {
     if (state.size() + static_cast<std::size_t>(count) > kMostBytes) return false;
     state.insert(state.end(), piece.begin(), piece.begin() + count);
   }
-  const Raised known(loading);
+  hostLoads.fetch_add(1);  // ahead of it: a block may count before the load is over
   const bool isTaken = effect.loadState(state);
-  knownPreset.store(effect.client().presetCount());
+  if (!isTaken) hostLoads.fetch_sub(1);
   return isTaken;
 }
 

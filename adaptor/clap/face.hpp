@@ -34,8 +34,8 @@ class Face final : private HostSide::Listener {
   // ---- [audio]
   bool startProcessing();
   void stopProcessing();
-  /// Between blocks: what rings is cleared.
-  void reset();
+  /// What rings is cleared as the next block begins.
+  void reset() ZUM_REALTIME { effect.client().askForReset(); }
   clap_process_status process(const clap_process_t& block) ZUM_REALTIME;
   /// Parameters both ways without sound; [main] while there are no blocks. Lists may be null.
   void flush(const clap_input_events_t* in, const clap_output_events_t* out) ZUM_REALTIME;
@@ -44,7 +44,7 @@ class Face final : private HostSide::Listener {
   void gestureBegan(int tag) override;
   void gestureMoved(int tag, float raw) override;
   void gestureEnded(int tag) override;
-  void presetChanged() override { askForRescan(); }
+  void presetChanged() override { takePresets(), askForRescan(); }
   void askForFlush() const;
 
   void askForRescan() ZUM_REALTIME;
@@ -53,13 +53,19 @@ class Face final : private HostSide::Listener {
   bool play(const clap_process_t& block) ZUM_REALTIME;
   void tellEdits(const clap_output_events_t* out) ZUM_REALTIME;
   void tellChanges(const clap_output_events_t* out, std::uint32_t frame) ZUM_REALTIME;
-  void lookForPreset() ZUM_REALTIME;
+  /// [any] True when presets came that the host did not load, and that nobody took before.
+  bool takePresets() ZUM_REALTIME;
+  /// Behind the last block and ahead of the next one: something waits for a list of events.
+  bool hasUntold() ZUM_REALTIME;
 
   const HostLink host;
   std::atomic<bool> processing{false};
-  std::atomic<bool> rescans{false};           // values, on the main thread
-  std::atomic<bool> loading{false};           // a state of the host's, which knows what it did
-  std::atomic<std::uint32_t> knownPreset{0};  // count of presets that the host knows of
+  // asked for on the main thread
+  std::atomic<bool> rescans{false};  // of values
+  std::atomic<bool> flushes{false};
+  // The host loads states itself, and is told of other presets alone.
+  std::atomic<std::uint32_t> hostLoads{0};
+  std::atomic<std::uint32_t> toldPresets{0};
   Edits edits;
   HostSide effect;
   Window shown;

@@ -41,7 +41,7 @@ clap_process_status Face::process(const clap_process_t& block) ZUM_REALTIME {
     deliver(block.in_events, values);
   }
   tellChanges(block.out_events, std::max(block.frames_count, 1U) - 1U);
-  lookForPreset();
+  if (takePresets()) askForRescan();
   return isPlayed ? CLAP_PROCESS_CONTINUE : CLAP_PROCESS_ERROR;
 }
 
@@ -50,6 +50,7 @@ void Face::flush(const clap_input_events_t* in, const clap_output_events_t* out)
   ValuesAlone values{effect};
   deliver(in, values);
   tellChanges(out, 0);
+  if (takePresets()) askForRescan();
 }
 
 bool Face::play(const clap_process_t& given) ZUM_REALTIME {
@@ -130,11 +131,9 @@ void Face::tellChanges(const clap_output_events_t* out, std::uint32_t frame) ZUM
   }
 }
 
-void Face::lookForPreset() ZUM_REALTIME {
-  const std::uint32_t count = effect.client().presetCount();
-  if (count == knownPreset.load(std::memory_order_relaxed) || loading.load()) return;
-  knownPreset.store(count);
-  askForRescan();
+bool Face::hasUntold() ZUM_REALTIME {
+  untold |= effect.takeChanges();
+  return untold != 0 || edits.hasUntold();
 }
 
 }  // namespace zum::clap
