@@ -1,8 +1,8 @@
 // [main] The component: buses and states.
 #include <travesty/component.h>
 
-#include <array>
 #include <cstring>
+#include <span>
 #include <vector>
 
 #include "adaptor/vst3/effect.hpp"
@@ -44,24 +44,15 @@ const Bus* findBus(std::int32_t media, std::int32_t direction, std::int32_t inde
 constexpr std::size_t kWord = 4;
 constexpr std::size_t kMostStateBytes = std::size_t{1} << 20U;
 
-bool readAll(v3_bstream** stream, std::byte* to, std::size_t count) {
-  for (std::size_t done = 0; done < count;) {
-    const auto left = static_cast<std::int32_t>(count - done);
-    std::int32_t read = 0;
-    if (v3_cpp_obj(stream)->read(stream, to + done, left, &read) != V3_OK) return false;
-    if (read <= 0 || read > left) return false;
-    done += static_cast<std::size_t>(read);
-  }
-  return true;
-}
-
-bool writeAll(v3_bstream** stream, std::byte* from, std::size_t count) {
-  for (std::size_t done = 0; done < count;) {
-    const auto left = static_cast<std::int32_t>(count - done);
-    std::int32_t written = 0;
-    if (v3_cpp_obj(stream)->write(stream, from + done, left, &written) != V3_OK) return false;
-    if (written <= 0 || written > left) return false;
-    done += static_cast<std::size_t>(written);
+/// All bytes by a routine of the stream's; false where it stops ahead of the end.
+template <v3_result (*v3_bstream::*routine)(void*, void*, std::int32_t, std::int32_t*)>
+bool pass(v3_bstream** stream, std::span<std::byte> bytes) {
+  while (!bytes.empty()) {
+    const auto left = static_cast<std::int32_t>(bytes.size());
+    std::int32_t done = 0;
+    if ((v3_cpp_obj(stream)->*routine)(stream, bytes.data(), left, &done) != V3_OK) return false;
+    if (done <= 0 || done > left) return false;
+    bytes = bytes.subspan(static_cast<std::size_t>(done));
   }
   return true;
 }
@@ -69,19 +60,19 @@ bool writeAll(v3_bstream** stream, std::byte* from, std::size_t count) {
 // The first word counts all of them: what a host keeps behind the state is not ours to read.
 v3_result takeState(Effect& effect, v3_bstream** stream) {
   std::vector<std::byte> state(kWord);
-  if (!readAll(stream, state.data(), kWord)) return V3_FALSE;
+  if (!pass<&v3_bstream::read>(stream, state)) return V3_FALSE;
   std::uint32_t words = 0;
   std::memcpy(&words, state.data(), kWord);
   if (words == 0 || words > kMostStateBytes / kWord) return V3_FALSE;
   state.resize(words * kWord);
-  if (!readAll(stream, state.data() + kWord, state.size() - kWord)) return V3_FALSE;
+  if (!pass<&v3_bstream::read>(stream, std::span(state).subspan(kWord))) return V3_FALSE;
   return resultOf(effect.loadState(state));
 }
 
 v3_result giveState(Effect& effect, v3_bstream** stream) {
   if (effect.isOnMain()) effect.values.playWanted();
   std::vector<std::byte> state = effect.host.saveState();
-  return resultOf(!state.empty() && writeAll(stream, state.data(), state.size()));
+  return resultOf(!state.empty() && pass<&v3_bstream::write>(stream, state));
 }
 
 v3_result activateBus(Effect& effect, std::int32_t media, std::int32_t direction,

@@ -3,18 +3,14 @@
 
 #include <travesty/edit_controller.h>
 
-#include <mutex>
-
 #include "adaptor/vst3/interface.hpp"
 
 namespace zum::vst3 {
 
-/// Windows without a loop of the host's tell from a thread of their own while the host sets another
-/// handler, so each call holds the one that it began with.
 class ComponentHandler {
  public:
   /// Null for none.
-  void set(v3_component_handler** given);
+  void set(v3_component_handler** given) { handler = Held<v3_component_handler>(given); }
 
   void beginEdit(v3_param_id id) const;
   void performEdit(v3_param_id id, double value) const;
@@ -23,9 +19,6 @@ class ComponentHandler {
   void tellAllMoved() const;
 
  private:
-  Held<v3_component_handler> held() const;
-
-  mutable std::mutex access;
   Held<v3_component_handler> handler;
 };
 

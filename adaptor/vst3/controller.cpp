@@ -58,13 +58,9 @@ constexpr v3_edit_controller_cpp kController = {
         .set_state = [](void*, v3_bstream**) -> v3_result { return V3_OK; },
         .get_state = [](void*, v3_bstream**) -> v3_result { return V3_OK; },
         .get_parameter_count = [](void*) -> std::int32_t { return kParameters; },
-        .get_parameter_info = [](void* self, std::int32_t position,
-                                 v3_param_info* info) -> v3_result {
+        .get_parameter_info = [](void*, std::int32_t position, v3_param_info* info) -> v3_result {
           if (info == nullptr) return V3_INVALID_ARG;
-          return tried([&] {
-            const auto& programs = objectOf<Effect>(self).programs;
-            return describeParameter(position, programs, *info) ? V3_OK : V3_INVALID_ARG;
-          });
+          return tried([&] { return describeParameter(position, *info) ? V3_OK : V3_INVALID_ARG; });
         },
         .get_parameter_string_for_value = [](void* self, v3_param_id id, double value,
                                              std::int16_t* output) -> v3_result {
@@ -74,15 +70,15 @@ constexpr v3_edit_controller_cpp kController = {
                                              double* output) -> v3_result {
           return tried([&] { return readValue(objectOf<Effect>(self), id, input, output); });
         },
-        .normalised_parameter_to_plain = [](void* self, v3_param_id id, double value) -> double {
-          return unitOf(value) * plainEndOf(positionOfId(id), objectOf<Effect>(self).programs);
+        .normalised_parameter_to_plain = [](void*, v3_param_id id, double value) -> double {
+          return unitOf(value) * plainEndOf(positionOfId(id));
         },
-        .plain_parameter_to_normalised = [](void* self, v3_param_id id, double plain) -> double {
-          const double end = plainEndOf(positionOfId(id), objectOf<Effect>(self).programs);
+        .plain_parameter_to_normalised = [](void*, v3_param_id id, double plain) -> double {
+          const double end = plainEndOf(positionOfId(id));
           return end > 0.0 ? unitOf(plain / end) : 0.0;
         },
         .get_parameter_normalised = [](void* self, v3_param_id id) -> double {
-          return objectOf<Effect>(self).values.get(positionOfId(id));
+          return answered([&] { return objectOf<Effect>(self).values.read(positionOfId(id)); });
         },
         .set_parameter_normalised = [](void* self, v3_param_id id, double value) -> v3_result {
           return tried([&] { return setValue(objectOf<Effect>(self), id, value); });

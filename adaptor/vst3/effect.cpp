@@ -58,13 +58,14 @@ void Effect::terminate() {
 
 bool Effect::loadState(std::span<const std::byte> state) {
   if (!host.loadState(state)) return false;
-  values.forgetWanted();
+  values.takeState();
   presetsTold = host.client().presetCount();  // the host asks for all values by itself
   return true;
 }
 
 void Effect::attend() {
   values.playWanted();
+  programs.look();
   const std::uint32_t presets = host.client().presetCount();
   const bool isAnother = presetsTold.exchange(presets) != presets;
   const bool hasUntold = processor.takeUntold() != 0;

@@ -31,14 +31,13 @@ void describeRow(const ParameterRow& row, v3_param_info& info) {
   }
 }
 
-void describeProgram(const ProgramList& programs, v3_param_info& info) {
+void describeProgram(v3_param_info& info) {
   info.param_id = kProgramId;
   putText("Program", info.title);
   putText("Program", info.short_title);
-  info.step_count = programs.stepCount();
+  info.step_count = ProgramList::kSteps;
   info.unit_id = kRootUnit;
-  info.flags = V3_PARAM_PROGRAM_CHANGE | V3_PARAM_IS_LIST;
-  info.flags |= programs.count() > 0 ? V3_PARAM_CAN_AUTOMATE : V3_PARAM_IS_HIDDEN;
+  info.flags = V3_PARAM_PROGRAM_CHANGE | V3_PARAM_IS_LIST | V3_PARAM_CAN_AUTOMATE;
 }
 
 std::string midiTitle(int number) {
@@ -74,21 +73,21 @@ double valueOfRaw(const ParameterRow& row, float raw) ZUM_REALTIME {
   return static_cast<double>(plainOfRaw(row, raw)) / static_cast<double>(plainEnd(row));
 }
 
-double plainEndOf(int position, const ProgramList& programs) ZUM_REALTIME {
+double plainEndOf(int position) ZUM_REALTIME {
   if (!isPlace(position)) return 0.0;
   if (const ParameterRow* const row = rowAt(position)) return static_cast<double>(plainEnd(*row));
-  return position == kProgramPosition ? programs.stepCount() : kMidiEnd;
+  return position == kProgramPosition ? ProgramList::kSteps : kMidiEnd;
 }
 
 // Texts hold their unit, as it is not the same for all values: "Off", "-6.0 dB". A host that puts
 // the unit of the description behind them would show it twice, so that one stays empty.
-bool describeParameter(int position, const ProgramList& programs, v3_param_info& info) {
+bool describeParameter(int position, v3_param_info& info) {
   if (!isPlace(position)) return false;
   info = {};
   if (const ParameterRow* const row = rowAt(position)) {
     describeRow(*row, info);
   } else if (position == kProgramPosition) {
-    describeProgram(programs, info);
+    describeProgram(info);
   } else {
     describeMidi(position - kMidiPosition, info);
   }
@@ -99,7 +98,9 @@ std::string textOfValue(int position, const ProgramList& programs, double value)
   if (const ParameterRow* const row = rowAt(position)) {
     return parameterText(*row, rawOfPlain(*row, static_cast<float>(value) * plainEnd(*row)));
   }
-  if (position == kProgramPosition) return programs.nameOf(programs.indexOf(value));
+  if (position == kProgramPosition) {
+    return std::string(programs.nameOf(ProgramList::placeOf(value)));
+  }
   return std::to_string(nearest(value * kMidiEnd));
 }
 
@@ -110,8 +111,8 @@ std::optional<double> valueOfText(int position, const ProgramList& programs,
     return raw ? std::optional(valueOfRaw(*row, *raw)) : std::nullopt;
   }
   if (position != kProgramPosition) return midiValue(text);
-  const int index = programs.find(text);
-  return index >= 0 ? std::optional(programs.valueOf(index)) : std::nullopt;
+  const int place = programs.find(text);
+  return place >= 0 ? std::optional(ProgramList::valueOf(place)) : std::nullopt;
 }
 
 }  // namespace zum::vst3

@@ -14,7 +14,7 @@
 namespace zum::vst3 {
 
 /// False for a position that there is not.
-bool describeParameter(int position, const ProgramList& programs, v3_param_info& info);
+bool describeParameter(int position, v3_param_info& info);
 
 /// Of the parameter at a position that there is; `value` is 0 to 1.
 std::string textOfValue(int position, const ProgramList& programs, double value);
@@ -27,6 +27,6 @@ const ParameterRow* rowAt(int position) ZUM_REALTIME;
 // [any] Hosts see values of 0 to 1, the effect's plain ones in parts of their end.
 double valueOfRaw(const ParameterRow& row, float raw) ZUM_REALTIME;
 /// The largest plain value; the smallest is 0. 0 where there is no such parameter.
-double plainEndOf(int position, const ProgramList& programs) ZUM_REALTIME;
+double plainEndOf(int position) ZUM_REALTIME;
 
 }  // namespace zum::vst3

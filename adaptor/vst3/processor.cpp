@@ -73,7 +73,8 @@ v3_result Processor::process(const v3_process_data& data) ZUM_REALTIME {
   // both sides may write into one buffer that nobody reads
   const std::array<float*, 2> outputs = {out.left != nullptr ? out.left : unheard.data(),
                                          out.right != nullptr ? out.right : unheard.data()};
-  playBlock(data, {inputs.data(), hears ? sideChain.data() : nullptr, outputs.data(), frames});
+  const float* const* heard = host.heardSideChain(hears ? sideChain.data() : nullptr, frames);
+  playBlock(data, {inputs.data(), heard, outputs.data(), frames});
   if (data.outputs != nullptr && data.num_output_buses > 0) {
     data.outputs[0].channel_silence_bitset = 0;
   }

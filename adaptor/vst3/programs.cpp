@@ -1,51 +1,107 @@
 #include "adaptor/vst3/programs.hpp"
 
-#include "adaptor/vst3/ids.hpp"
+#include <algorithm>
+
+#include "adaptor/vst3/factory_programs.hpp"
+#include "platform/content_folder.hpp"
+#include "platform/files.hpp"
+#include "state/settings.hpp"
 
 namespace zum::vst3 {
+namespace {
 
-ProgramList::ProgramList(KvUniClient& played) : effect(played) {
-  const auto bank = effect.programs();
-  for (int folder = 0; folder < bank->folderCount(); ++folder) {
-    firstOfFolder.push_back(count());
-    for (int i = 0; i < bank->presetCount(folder); ++i) {
-      entries.push_back(
-          {std::string(bank->folderName(folder)), std::string(bank->presetName(folder, i))});
-    }
-  }
-  firstOfFolder.push_back(count());
+static_assert(std::atomic<std::uint64_t>::is_always_lock_free);
+
+std::string_view folderOf(std::string_view name) ZUM_REALTIME {
+  return name.substr(0, name.find('/'));
+}
+std::string_view presetOf(std::string_view name) ZUM_REALTIME {
+  return name.substr(name.find('/') + 1);
 }
 
-std::string ProgramList::nameOf(int index) const {
-  return has(index) ? at(index).folder + '/' + at(index).name : std::string();
+std::string nameOf(std::string_view folder, std::string_view preset) {
+  return std::string(folder).append(1, '/').append(preset);
+}
+
+}  // namespace
+
+ProgramList::ProgramList(KvUniClient& played)
+    : effect(played), names{"As it is"}, heard(Heard{played.presetCount(), kAsItIs}) {
+  names.reserve(kPlaces);
+  names.insert(names.end(), factoryPrograms().begin(), factoryPrograms().end());
+  const auto bank = effect.programs();
+  for (int folder = 0; folder < bank->folderCount(); ++folder) {
+    for (int i = 0; i < bank->presetCount(folder) && names.size() < kPlaces; ++i) {
+      std::string name = vst3::nameOf(bank->folderName(folder), bank->presetName(folder, i));
+      if (!isFactoryProgram(name)) names.push_back(std::move(name));
+    }
+  }
+}
+
+std::string_view ProgramList::nameOf(int place) const ZUM_REALTIME {
+  const auto at = static_cast<std::size_t>(place);
+  return place >= 0 && at < names.size() ? std::string_view(names[at]) : std::string_view();
 }
 
 int ProgramList::find(std::string_view name) const {
-  for (int i = 0; i < count(); ++i) {
-    if (nameOf(i) == name) return i;
-  }
-  return -1;
-}
-
-int ProgramList::indexOf(double value) const ZUM_REALTIME { return nearest(value * stepCount()); }
-
-double ProgramList::valueOf(int index) const ZUM_REALTIME {
-  return stepCount() > 0 ? static_cast<double>(index) / stepCount() : 0.0;
+  const auto found = std::ranges::find(names, name);
+  return found != names.end() ? static_cast<int>(found - names.begin()) : -1;
 }
 
 int ProgramList::current() const ZUM_REALTIME {
-  const auto folder = static_cast<std::size_t>(effect.currentFolder());
-  if (folder + 1 >= firstOfFolder.size()) return 0;
-  const int index = firstOfFolder[folder] + effect.currentProgram();
-  return has(index) && index < firstOfFolder[folder + 1] ? index : 0;
+  const Heard last = heard;
+  return last.preset == effect.presetCount() ? last.place : kAsItIs;
 }
 
-bool ProgramList::play(int index) {
-  return has(index) && effect.playProgram(at(index).folder, at(index).name);
+void ProgramList::look() {
+  const Heard last = heard;
+  const bool isSame =
+      last.preset == effect.presetCount() &&
+      (last.place == kAsItIs || presetOf(nameOf(last.place)) == effect.slot().name.get());
+  if (!isSame) hear(placeOfSound());
 }
 
-bool ProgramList::tryPlay(int index) ZUM_REALTIME {
-  return has(index) && effect.tryProgram(at(index).folder, at(index).name);
+// A state holds the name of its preset, and where that stood in the bank of its time; the folder
+// was searched for by the name.
+int ProgramList::placeOfSound() const {
+  const std::string preset = effect.slot().name.get();
+  const auto bank = effect.programs();
+  const int at = effect.currentFolder();
+  const BankPreset* const inBank = bank->get(at, effect.currentProgram());
+  const bool isThere = inBank != nullptr && inBank->name == preset;
+  const std::string folder =
+      isThere ? std::string(bank->folderName(at)) : effect.slot().folder.get();
+  if (!folder.empty()) return std::max(find(vst3::nameOf(folder, preset)), kAsItIs);
+  const auto found = std::ranges::find(names, preset, presetOf);
+  return found != names.end() ? static_cast<int>(found - names.begin()) : kAsItIs;
+}
+
+bool ProgramList::play(int place) {
+  if (place != kAsItIs) {
+    const std::string_view name = nameOf(place);
+    if (name.empty()) return false;
+    if (!effect.playProgram(folderOf(name), presetOf(name)) && !playInstalled(place)) return false;
+  }
+  hear(place);
+  return true;
+}
+
+// The user's tree may lie elsewhere.
+bool ProgramList::playInstalled(int place) {
+  std::string file = installedContentFolder();
+  if (file.empty() || !isFactoryProgram(nameOf(place))) return false;
+  file.append(kContentTypes[0].name).append(1, '\\').append(toInternalPath(nameOf(place)));
+  file.append(1, '.').append(preset::kExtension);
+  const std::uint32_t before = effect.presetCount();
+  effect.loadPresetFile(file.c_str(), 0, nullptr, false);
+  return effect.presetCount() != before;
+}
+
+bool ProgramList::tryPlay(int place) ZUM_REALTIME {
+  const std::string_view name = nameOf(place);
+  if (place != kAsItIs && !effect.tryProgram(folderOf(name), presetOf(name))) return false;
+  hear(place);
+  return true;
 }
 
 }  // namespace zum::vst3

@@ -35,16 +35,16 @@ v3_result describeUnit(std::int32_t unit, v3_unit_info* info) {
   return V3_OK;
 }
 
-v3_result describeList(const Effect& effect, std::int32_t index, v3_program_list_info* info) {
+v3_result describeList(std::int32_t index, v3_program_list_info* info) {
   if (index != 0 || info == nullptr) return V3_INVALID_ARG;
-  *info = {kProgramList, {}, effect.programs.count()};
+  *info = {kProgramList, {}, ProgramList::kPlaces};
   putText("Presets", info->name);
   return V3_OK;
 }
 
 v3_result nameProgram(const Effect& effect, std::int32_t list, std::int32_t index,
                       std::int16_t* name) {
-  const bool isThere = list == kProgramList && index >= 0 && index < effect.programs.count();
+  const bool isThere = list == kProgramList && index >= 0 && index < ProgramList::kPlaces;
   if (!isThere || name == nullptr) return V3_INVALID_ARG;
   constexpr std::size_t kRoom = sizeof(v3_str_128) / sizeof(std::int16_t);
   putText(effect.programs.nameOf(index), {name, kRoom});
@@ -72,10 +72,8 @@ constexpr v3_unit_information_cpp kUnitInformation = {
           return tried([&] { return describeUnit(index, info); });
         },
         .get_program_list_count = [](void*) -> std::int32_t { return 1; },
-        .get_program_list_info = [](void* self, std::int32_t index,
-                                    v3_program_list_info* info) -> v3_result {
-          return tried([&] { return describeList(objectOf<Effect>(self), index, info); });
-        },
+        .get_program_list_info = [](void*, std::int32_t index, v3_program_list_info* info)
+            -> v3_result { return tried([&] { return describeList(index, info); }); },
         .get_program_name = [](void* self, std::int32_t list, std::int32_t index,
                                std::int16_t* name) -> v3_result {
           return tried([&] { return nameProgram(objectOf<Effect>(self), list, index, name); });

@@ -28,10 +28,19 @@ double Values::get(int position) const ZUM_REALTIME {
   if (const ParameterRow* const row = rowAt(position)) {
     return static_cast<double>(host.plainValue(row->tag)) / static_cast<double>(plainEnd(*row));
   }
-  if (position == kProgramPosition) return programs.valueOf(programs.current());
+  if (position == kProgramPosition) return ProgramList::valueOf(programs.current());
   const int number = position - kMidiPosition;
   if (number < 0 || number >= kMidiParameters) return 0.0;
   return static_cast<double>(midi[static_cast<std::size_t>(number)].load());
+}
+
+double Values::read(int position) {
+  if (position == kProgramPosition) {
+    programs.look();
+    known = programs.current();
+    outdated = kNothing;
+  }
+  return get(position);
 }
 
 void Values::set(int position, double value) {
@@ -41,9 +50,11 @@ void Values::set(int position, double value) {
     return;
   } else if (const ParameterRow* const row = rowAt(position)) {
     host.setPlain(row->tag, plainOf(*row, value));
-  } else if (const int index = programs.indexOf(value); index != programs.current()) {
-    forgetWanted();
-    programs.play(index);
+  } else if (const int place = ProgramList::placeOf(value); isNews(place)) {
+    programs.look();
+    if (place == programs.current()) return;
+    wanted = kNothing;
+    programs.play(place);
   }
 }
 
@@ -54,11 +65,25 @@ void Values::play(HostSide::Block& block, const BlockEvent& event) ZUM_REALTIME 
   if (const ParameterRow* const row = rowAt(event.position)) {
     return block.setPlain(event.frame, row->tag, plainOf(*row, event.value));
   }
-  // Hosts repeat the program that they know, and a state with it: that is none to be played.
-  const int index = programs.indexOf(event.value);
-  if (index == programs.current()) return;
+  const int place = ProgramList::placeOf(event.value);
+  if (!isNews(place) || place == programs.current()) return;
   block.playTo(event.frame);
-  wanted = programs.tryPlay(index) ? -1 : index;
+  wanted = programs.tryPlay(place) ? kNothing : place;
+}
+
+// Hosts repeat the program that they know, also along with a state: they may not have heard yet
+// that it brought another one.
+bool Values::isNews(int place) ZUM_REALTIME {
+  if (place == outdated.load()) return false;
+  outdated = kNothing;
+  known = place;
+  return true;
+}
+
+void Values::takeState() {
+  wanted = kNothing;
+  programs.look();
+  outdated = known != programs.current() ? known.load() : kNothing;
 }
 
 void Values::playMidi(HostSide::Block& block, const BlockEvent& event) ZUM_REALTIME {
@@ -68,8 +93,8 @@ void Values::playMidi(HostSide::Block& block, const BlockEvent& event) ZUM_REALT
 }
 
 void Values::playWanted() {
-  const int index = wanted.exchange(-1);
-  if (index >= 0) programs.play(index);
+  const int place = wanted.exchange(kNothing);
+  if (place != kNothing) programs.play(place);
 }
 
 bool Values::hasPoints(int position) const ZUM_REALTIME {

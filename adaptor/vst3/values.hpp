@@ -19,6 +19,8 @@ class Values {
 
   /// [any] 0 where there is no parameter.
   double get(int position) const ZUM_REALTIME;
+  /// [any but audio] The same for the host, which knows it from then on.
+  double read(int position);
   /// [any but audio] What the controller is set to. A host tells the controller of its automation,
   /// too, and later than the block: a parameter that has had points since the effect was switched
   /// on hears those alone.
@@ -30,18 +32,23 @@ class Values {
   void forgetPoints() { withPoints = 0; }
   /// [main] Plays the program that the audio thread could not.
   void playWanted();
-  /// [main] Something newer has come, a state among it.
-  void forgetWanted() { wanted = -1; }
+  /// [main] A state has come, and wins over what the host knew.
+  void takeState();
 
  private:
   bool hasPoints(int position) const ZUM_REALTIME;
   void notePoint(int position) ZUM_REALTIME;
+  bool isNews(int place) ZUM_REALTIME;
   void playMidi(HostSide::Block& block, const BlockEvent& event) ZUM_REALTIME;
 
   HostSide& host;
   ProgramList& programs;
   std::atomic<std::uint64_t> withPoints{0};  // bits by position, the program included
-  std::atomic<int> wanted{-1};               // program
+  // places of programs
+  static constexpr int kNothing = -1;
+  std::atomic<int> wanted{kNothing};
+  std::atomic<int> known{ProgramList::kAsItIs};  // what the host set or read last
+  std::atomic<int> outdated{kNothing};           // what it knew ahead of a state
   std::array<std::atomic<float>, kMidiParameters> midi{};
 };
 
