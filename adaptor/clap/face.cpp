@@ -26,7 +26,6 @@ bool Face::activate(double rate, std::uint32_t mostFrames) {
   if (!HostSide::isRate(rate) || mostFrames == 0 || mostFrames > INT32_MAX || effect.isActive())
     return false;
   effect.activate(rate, static_cast<std::int32_t>(mostFrames));
-  hearsSideChain = false;
   return true;
 }
 

@@ -49,7 +49,6 @@ class Face final : private HostSide::Listener {
 
   void askForRescan() ZUM_REALTIME;
   HostSide::Song songOf(const clap_event_transport_t* transport) ZUM_REALTIME;
-  const float* const* sideChainOf(const clap_process_t& block) ZUM_REALTIME;
   bool play(const clap_process_t& block) ZUM_REALTIME;
   void tellEdits(const clap_output_events_t* out) ZUM_REALTIME;
   void tellChanges(const clap_output_events_t* out, std::uint32_t frame) ZUM_REALTIME;
@@ -70,8 +69,7 @@ class Face final : private HostSide::Listener {
   HostSide effect;
   Window shown;
   // [audio]
-  std::uint64_t untold = 0;     // moved by themselves: bits by facePosition()
-  bool hearsSideChain = false;  // something came since activation
+  std::uint64_t untold = 0;  // moved by themselves: bits by facePosition()
 };
 
 }  // namespace zum::clap

@@ -15,12 +15,6 @@ bool isStereo(const clap_audio_buffer_t& buffer) ZUM_REALTIME {
          buffer.data32[1] != nullptr;
 }
 
-bool hasSound(const float* samples, std::uint32_t frames) ZUM_REALTIME {
-  std::uint32_t bits = 0;
-  for (std::uint32_t i = 0; i < frames; ++i) bits |= std::bit_cast<std::uint32_t>(samples[i]);
-  return bits << 1U != 0;  // but for the sign of a zero
-}
-
 /// Where values alone can be taken.
 struct ValuesAlone {
   HostSide& effect;
@@ -73,23 +67,16 @@ bool Face::play(const clap_process_t& given) ZUM_REALTIME {
       block.moveSong(frame, face.songOf(&to));
     }
   };
-  const HostSide::Buffers buffers{given.audio_inputs[0].data32, sideChainOf(given),
-                                  given.audio_outputs[0].data32,
-                                  static_cast<std::int32_t>(given.frames_count)};
+  const auto frames = static_cast<std::int32_t>(given.frames_count);
+  const bool hasSideChain = given.audio_inputs_count > 1 && isStereo(given.audio_inputs[1]);
+  const HostSide::Buffers buffers{
+      given.audio_inputs[0].data32,
+      effect.heardSideChain(hasSideChain ? given.audio_inputs[1].data32 : nullptr, frames),
+      given.audio_outputs[0].data32, frames};
   Sink sink{*this, {effect, buffers, songOf(given.transport)}};
   deliver(given.in_events, sink);
   given.audio_outputs[0].constant_mask = 0;
   return true;
-}
-
-// Hosts hand in silence for an input that nothing is connected to: it counts from its first sound
-// on.
-const float* const* Face::sideChainOf(const clap_process_t& block) ZUM_REALTIME {
-  if (block.audio_inputs_count < 2 || !isStereo(block.audio_inputs[1])) return nullptr;
-  const float* const* const channels = block.audio_inputs[1].data32;
-  hearsSideChain = hearsSideChain || hasSound(channels[0], block.frames_count) ||
-                   hasSound(channels[1], block.frames_count);
-  return hearsSideChain ? channels : nullptr;
 }
 
 // What the host does not tell stays as it was, and beats go on by themselves.
