@@ -20,6 +20,7 @@
 
 #include "adaptor/clap/interface.hpp"
 #include "adaptor/lv2/ports.hpp"
+#include "core/parameter_text.hpp"
 #include "tests/support/test_host.hpp"
 
 namespace zum::bench {
@@ -194,8 +195,10 @@ class Lv2 : public Player {
       plugin->connect_port(handle, lv2::Port::sideLeft + i, silence.data());
     }
     plugin->connect_port(handle, lv2::Port::events, &events);
+    test::TestHost fresh;
     for (std::uint32_t i = 0; i < kFaceParameters; ++i) {
-      controls[i] = lv2::defaultOf(*findRow(faceTags()[i]));
+      const int tag = faceTags()[i];
+      controls[i] = lv2::portOfPlain(tag, plainOfRaw(*findRow(tag), fresh.client().value(tag).raw));
       plugin->connect_port(handle, lv2::Port::firstControl + i, &controls[i]);
     }
     plugin->activate(handle);

@@ -2,11 +2,10 @@
 
 namespace zum::lv2 {
 
-ControlPorts::ControlPorts(std::int32_t patienceFrames) : patience(patienceFrames) {
-  const auto tags = faceTags();
-  for (std::size_t i = 0; i < tags.size(); ++i) {
-    unconnected[i] = defaultOf(*findRow(tags[i]));
-    known[i] = std::bit_cast<std::uint32_t>(unconnected[i]);
+ControlPorts::ControlPorts(const PortValues& held, std::int32_t patienceFrames)
+    : unconnected(held), patience(patienceFrames) {
+  for (std::size_t i = 0; i < held.size(); ++i) {
+    known[i] = std::bit_cast<std::uint32_t>(held[i]);
     places[i] = &unconnected[i];
   }
 }

@@ -19,8 +19,9 @@ namespace zum::lv2 {
 
 class ControlPorts {
  public:
-  /// `patienceFrames`: how long what was told may take to come back.
-  explicit ControlPorts(std::int32_t patienceFrames);
+  /// `held`: what the effect starts with, so that ports that say otherwise count from the first
+  /// block on. `patienceFrames`: how long what was told may take to come back.
+  ControlPorts(const PortValues& held, std::int32_t patienceFrames);
 
   /// [audio] Null: the port keeps its value.
   void connect(std::size_t position, const float* place) ZUM_REALTIME;
@@ -51,7 +52,7 @@ class ControlPorts {
 
   // [audio]
   std::array<const float*, kFaceParameters> places{};
-  std::array<float, kFaceParameters> unconnected{};
+  PortValues unconnected;
   bool isFirst = true;
   std::uint64_t unheard = 0;  // moved while an echo was awaited, to something else
   std::uint32_t tellsBefore = 0;

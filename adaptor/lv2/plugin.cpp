@@ -27,6 +27,14 @@ bool isSilent(const float* channel, std::int32_t frames) ZUM_REALTIME {
   return bits << 1U == 0;
 }
 
+PortValues valuesOf(const HostSide& effect) {
+  PortValues values{};
+  std::ranges::transform(faceTags(), values.begin(), [&](std::int16_t tag) {
+    return portOfPlain(tag, effect.plainValue(tag));
+  });
+  return values;
+}
+
 }  // namespace
 
 Plugin::Plugin(double rate, const LV2_URID_Map& map)
@@ -34,7 +42,7 @@ Plugin::Plugin(double rate, const LV2_URID_Map& map)
       sampleRate(rate),
       effect(createEditor, this),
       song(urids, rate),
-      controlPorts(static_cast<std::int32_t>(rate * kPatience)) {}
+      controlPorts(valuesOf(effect), static_cast<std::int32_t>(rate * kPatience)) {}
 
 void Plugin::connect(std::uint32_t port, void* place) ZUM_REALTIME {
   auto* const channel = static_cast<float*>(place);

@@ -7,7 +7,6 @@
 #include <cstdint>
 
 #include "core/parameter_table.hpp"
-#include "core/parameter_text.hpp"
 #include "core/tags.hpp"
 
 namespace zum::lv2 {
@@ -76,9 +75,7 @@ constexpr float portOfPlain(int tag, float plain) {
 }
 constexpr float plainOfPort(int tag, float value) { return portOfPlain(tag, value); }
 
-/// As the bundle declares it: where a double click takes the knob.
-inline float defaultOf(const ParameterRow& row) {
-  return portOfPlain(row.tag, plainOfRaw(row, row.home));
-}
+/// What all control ports say, in their order.
+using PortValues = std::array<float, kFaceParameters>;
 
 }  // namespace zum::lv2

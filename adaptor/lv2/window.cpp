@@ -2,6 +2,7 @@
 
 #include <bit>
 
+#include "core/parameter_text.hpp"
 #include "editor/uni_client_editor.hpp"
 
 namespace zum::lv2 {

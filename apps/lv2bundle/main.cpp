@@ -38,10 +38,11 @@ int main(int count, char** words) {
   try {
     if (count != 4) throw std::runtime_error("usage: lv2-bundle PRESETS FOLDER VERSION");
     const auto presets = presetsBelow(words[1]);
+    const fs::path start = fs::path(words[1]) / (std::string("default.") + zum::preset::kExtension);
     const fs::path bundle = words[2];
     fs::create_directories(bundle);
     write(bundle / "manifest.ttl", zum::manifestText(presets));
-    write(bundle / "zum.ttl", zum::pluginText(words[3]));
+    write(bundle / "zum.ttl", zum::pluginText(words[3], zum::portValues(start)));
     write(bundle / "presets.ttl", zum::presetsText(presets));
     return 0;
   } catch (const std::exception& fault) {

@@ -8,6 +8,7 @@
 #include "adaptor/lv2/ports.hpp"
 #include "apps/lv2bundle/descriptions.hpp"
 #include "apps/lv2bundle/turtle.hpp"
+#include "core/parameter_text.hpp"
 #include "core/value_names.hpp"
 
 namespace zum {
@@ -152,7 +153,7 @@ std::string properties(const ParameterRow& row) {
               isSwitch ? "lv2:toggled , lv2:integer" : "lv2:enumeration , lv2:integer");
 }
 
-std::string controlPort(std::uint32_t position) {
+std::string controlPort(std::uint32_t position, float initial) {
   const lv2::ControlSymbol& port = lv2::kControlSymbols[position];
   const ParameterRow& row = *findRow(port.tag);
   const bool isOn = row.tag == tag::bypass;
@@ -163,8 +164,7 @@ std::string controlPort(std::uint32_t position) {
                      line("lv2:symbol", turtle::text(port.symbol)) +
                      line("lv2:name", turtle::text(std::string(row.path) + ": " + title));
   if (title.size() <= kShortest) made += line("lv2:shortName", turtle::text(title));
-  made += line("lv2:default", turtle::number(lv2::defaultOf(row))) +
-          line("lv2:minimum", turtle::number(0.0F)) +
+  made += line("lv2:default", turtle::number(initial)) + line("lv2:minimum", turtle::number(0.0F)) +
           line("lv2:maximum", turtle::number(plainEnd(row))) + line("pg:group", groupUri(row)) +
           properties(row);
   made += isOn ? line("lv2:designation", "lv2:enabled") : line("lv2:scalePoint", marks(row));
@@ -199,12 +199,12 @@ std::string versionLines(const std::string& version) {
 
 }  // namespace
 
-std::string pluginText(const std::string& version) {
+std::string pluginText(const std::string& version, const lv2::PortValues& defaults) {
   std::string made = std::string(turtle::kPrefixes) + kHead + versionLines(version);
   std::uint32_t index = 0;
   for (const AudioPort& port : kAudioPorts) made += audioPort(index++, port);
   made += kEventPort;
-  for (std::uint32_t i = 0; i < kFaceParameters; ++i) made += controlPort(i);
+  for (std::uint32_t i = 0; i < kFaceParameters; ++i) made += controlPort(i, defaults[i]);
   return made + " .\n" + kTail + moduleGroups();
 }
 

@@ -1,4 +1,5 @@
 // manifest.ttl and presets.ttl: what the bundle holds, and its factory presets.
+#include <algorithm>
 #include <cstring>
 #include <fstream>
 #include <iterator>
@@ -10,6 +11,7 @@
 #include "apps/lv2bundle/descriptions.hpp"
 #include "apps/lv2bundle/turtle.hpp"
 #include "apps/zum/preset_document.hpp"
+#include "core/parameter_text.hpp"
 
 namespace zum {
 namespace {
@@ -34,29 +36,38 @@ std::string bytesOf(const std::filesystem::path& path) {
 }
 
 std::string presetText(const BundlePreset& preset) {
+  const lv2::PortValues values = portValues(preset.file);
   const std::string bytes = bytesOf(preset.file);
-  KvChunk chunk;
-  chunk.borrow(bytes.data(), static_cast<std::uint32_t>(bytes.size() / 4));
-  PresetDocument document;
-  if (const PresetFault fault = readPresetDocument(chunk, document)) {
-    throw std::runtime_error(preset.file.string() + ": " + describe(fault));
-  }
   std::string made = '\n' + preset.uri() + "\n\ta pset:Preset ;\n\tlv2:appliesTo " +
                      turtle::uri(lv2::kPluginUri) + " ;\n\trdfs:label " +
                      turtle::text(preset.name) + " ;\n\tpset:bank " + bankUri(preset.bank) +
                      " ;\n\tstate:state [\n\t\t" + turtle::uri(lv2::kStateUri) + ' ' +
                      turtle::base64(std::as_bytes(std::span(bytes))) + "\n\t]";
-  for (const auto& [tag, symbol] : lv2::kControlSymbols) {
-    const ParameterRow& row = *findRow(tag);
-    const float raw =
-        document.values[static_cast<std::size_t>(rowOfTag(tag))].value_or(row.initial);
-    made += " ;\n\tlv2:port [ lv2:symbol " + turtle::text(symbol) + " ; pset:value " +
-            turtle::number(lv2::portOfPlain(tag, plainOfRaw(row, raw))) + " ]";
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    made += " ;\n\tlv2:port [ lv2:symbol " + turtle::text(lv2::kControlSymbols[i].symbol) +
+            " ; pset:value " + turtle::number(values[i]) + " ]";
   }
   return made + " .\n";
 }
 
 }  // namespace
+
+lv2::PortValues portValues(const std::filesystem::path& file) {
+  const std::string bytes = bytesOf(file);
+  KvChunk chunk;
+  chunk.borrow(bytes.data(), static_cast<std::uint32_t>(bytes.size() / 4));
+  PresetDocument document;
+  if (const PresetFault fault = readPresetDocument(chunk, document)) {
+    throw std::runtime_error(file.string() + ": " + describe(fault));
+  }
+  lv2::PortValues values{};
+  std::ranges::transform(faceTags(), values.begin(), [&](std::int16_t tag) {
+    const ParameterRow& row = *findRow(tag);
+    const auto raw = document.values[static_cast<std::size_t>(rowOfTag(tag))];
+    return lv2::portOfPlain(tag, plainOfRaw(row, raw.value_or(row.initial)));
+  });
+  return values;
+}
 
 std::string BundlePreset::uri() const {
   return turtle::uri("urn:zelvane:zum:preset:", bank + ':' + name);
