@@ -5,20 +5,20 @@ namespace zum::lv2 {
 ControlPorts::ControlPorts(const PortValues& held, std::int32_t patienceFrames)
     : unconnected(held), patience(patienceFrames) {
   for (std::size_t i = 0; i < held.size(); ++i) {
-    known[i] = std::bit_cast<std::uint32_t>(held[i]);
+    known[i] = std::bit_cast<Word>(held[i]);
     places[i] = &unconnected[i];
   }
 }
 
 void ControlPorts::connect(std::size_t position, const float* place) ZUM_REALTIME {
-  unconnected[position] = seen(position);
+  unconnected[position] = std::bit_cast<float>(known[position]);
   places[position] = place != nullptr ? place : &unconnected[position];
 }
 
 std::uint64_t ControlPorts::moved() const ZUM_REALTIME {
   std::uint64_t news = 0;
   for (std::size_t i = 0; i < places.size(); ++i) {
-    news |= std::uint64_t{isNews(places[i], known[i])} << i;
+    news |= std::uint64_t{std::bit_cast<Word>(*places[i]) != known[i]} << i;
   }
   return news;
 }
@@ -26,7 +26,7 @@ std::uint64_t ControlPorts::moved() const ZUM_REALTIME {
 bool ControlPorts::isEcho(std::size_t position) ZUM_REALTIME {
   const std::uint64_t bit = std::uint64_t{1} << position;
   if ((awaited.load() & bit) == 0) return false;
-  if (told[position].load() == known[position].load()) {
+  if (told[position].load() == known[position]) {
     awaited.fetch_and(~bit);
     unheard &= ~bit;
   } else {
@@ -48,7 +48,7 @@ std::uint64_t ControlPorts::giveUp(std::int32_t frames) ZUM_REALTIME {
 }
 
 void ControlPorts::tell(std::size_t position, float value) {
-  told[position].store(std::bit_cast<std::uint32_t>(value));
+  told[position].store(std::bit_cast<Word>(value));
   awaited.fetch_or(std::uint64_t{1} << position);
   tells.fetch_add(1);
 }

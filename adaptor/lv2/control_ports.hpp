@@ -32,19 +32,12 @@ class ControlPorts {
   /// held before, and the first values are no news; later the rule is as always.
   void takeState() { trusts.store(true); }
 
-  /// [any] The value in the last block.
-  float seen(std::size_t position) const ZUM_REALTIME { return valueOf(known[position]); }
   /// [main] This is about to be told to the host.
   void tell(std::size_t position, float value);
 
  private:
-  using Word = std::atomic<std::uint32_t>;  // the bits of a float: NaN is equal to itself
-  static float valueOf(const Word& word) ZUM_REALTIME {
-    return std::bit_cast<float>(word.load(std::memory_order_relaxed));
-  }
-  static bool isNews(const float* place, const Word& word) ZUM_REALTIME {
-    return std::bit_cast<std::uint32_t>(*place) != word.load(std::memory_order_relaxed);
-  }
+  /// The bits of a float: NaN is equal to itself.
+  using Word = std::uint32_t;
 
   std::uint64_t moved() const ZUM_REALTIME;
   bool isEcho(std::size_t position) ZUM_REALTIME;
@@ -53,6 +46,7 @@ class ControlPorts {
   // [audio]
   std::array<const float*, kFaceParameters> places{};
   PortValues unconnected;
+  std::array<Word, kFaceParameters> known{};  // what ports said in the last block
   bool isFirst = true;
   std::uint64_t unheard = 0;  // moved while an echo was awaited, to something else
   std::uint32_t tellsBefore = 0;
@@ -60,8 +54,7 @@ class ControlPorts {
   const std::int32_t patience;
 
   // [any]
-  std::array<Word, kFaceParameters> known{};
-  std::array<Word, kFaceParameters> told{};
+  std::array<std::atomic<Word>, kFaceParameters> told{};
   std::atomic<std::uint64_t> awaited{0};
   std::atomic<std::uint32_t> tells{0};
   std::atomic<bool> trusts{false};
@@ -77,13 +70,13 @@ void ControlPorts::take(std::int32_t frames, Moved&& tellMoved) ZUM_REALTIME {
   for (; news != 0; news &= news - 1) {
     const auto position = static_cast<std::size_t>(std::countr_zero(news));
     const float value = *places[position];
-    known[position].store(std::bit_cast<std::uint32_t>(value), std::memory_order_relaxed);
+    known[position] = std::bit_cast<Word>(value);
     if (!isEcho(position) && !trusting) tellMoved(position, value);
   }
   if (!waits) return;
   for (std::uint64_t late = giveUp(frames); late != 0; late &= late - 1) {
     const auto position = static_cast<std::size_t>(std::countr_zero(late));
-    tellMoved(position, valueOf(known[position]));
+    tellMoved(position, std::bit_cast<float>(known[position]));
   }
 }
 

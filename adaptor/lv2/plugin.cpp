@@ -1,7 +1,6 @@
 #include "adaptor/lv2/plugin.hpp"
 
 #include <algorithm>
-#include <bit>
 #include <span>
 #include <vector>
 
@@ -10,21 +9,13 @@
 namespace zum::lv2 {
 namespace {
 
-constexpr std::int32_t kMostFrames = 8192;  // said to the effect, which takes blocks of any size
-constexpr double kPatience = 0.25;          // seconds
+constexpr double kPatience = 0.25;  // seconds
 constexpr std::size_t kMidiBytes = 3;
 
 constexpr std::uint64_t kAllPorts = (std::uint64_t{1} << kFaceParameters) - 1;
 
 bool isComplete(const std::array<float*, 2>& channels) ZUM_REALTIME {
   return channels[0] != nullptr && channels[1] != nullptr;
-}
-
-/// Without a branch, as it is asked in every block. Both signs of zero are silence.
-bool isSilent(const float* channel, std::int32_t frames) ZUM_REALTIME {
-  std::uint32_t bits = 0;
-  for (std::int32_t i = 0; i < frames; ++i) bits |= std::bit_cast<std::uint32_t>(channel[i]);
-  return bits << 1U == 0;
 }
 
 PortValues valuesOf(const HostSide& effect) {
@@ -60,24 +51,16 @@ void Plugin::connect(std::uint32_t port, void* place) ZUM_REALTIME {
 }
 
 void Plugin::activate() {
+  constexpr std::int32_t kMostFrames = 8192;  // it takes blocks of any size
   effect.activate(sampleRate, kMostFrames);
-  hearsSideChain = false;
-}
-
-// Many hosts hand in silence for what nobody has connected, at which the follower would go deaf.
-const float* const* Plugin::heardSideChain(std::int32_t frames) ZUM_REALTIME {
-  if (!isComplete(sideChain)) {
-    hearsSideChain = false;
-  } else if (!hearsSideChain) {
-    hearsSideChain = !isSilent(sideChain[0], frames) || !isSilent(sideChain[1], frames);
-  }
-  return hearsSideChain ? sideChain.data() : nullptr;
 }
 
 void Plugin::run(std::uint32_t sampleCount) ZUM_REALTIME {
   const bool plays = isComplete(inputs) && isComplete(outputs);
   const auto frames = plays ? static_cast<std::int32_t>(std::min(sampleCount, 1U << 30U)) : 0;
-  const HostSide::Buffers buffers{inputs.data(), heardSideChain(frames), outputs.data(), frames};
+  const float* const* const side = isComplete(sideChain) ? sideChain.data() : nullptr;
+  const HostSide::Buffers buffers{inputs.data(), effect.heardSideChain(side, frames),
+                                  outputs.data(), frames};
   HostSide::Song& now = effect.song();
   HostSide::Block block(effect, buffers, now);
   controlPorts.take(frames, [&](std::size_t position, float value) ZUM_REALTIME {
@@ -134,9 +117,6 @@ void Plugin::gestureEnded(int tag) {
   if (shown != nullptr) shown->gestureEnded(tag);
 }
 
-void Plugin::presetChanged() {
-  restored.store(kAllPorts);
-  if (shown != nullptr) shown->presetChanged();
-}
+void Plugin::presetChanged() { restored.store(kAllPorts); }
 
 }  // namespace zum::lv2

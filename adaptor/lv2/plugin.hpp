@@ -44,8 +44,6 @@ class Plugin final : private HostSide::Listener {
   void gestureEnded(int tag) override;
   void presetChanged() override;
 
-  const float* const* heardSideChain(std::int32_t frames) ZUM_REALTIME;
-
   const Urids urids;
   const double sampleRate;
   HostSide effect;
@@ -55,7 +53,6 @@ class Plugin final : private HostSide::Listener {
   Channels outputs{};
   Channels sideChain{};
   const LV2_Atom* eventPort = nullptr;
-  bool hearsSideChain = false;
   std::atomic<std::uint64_t> restored{0};
   HostSide::Listener* shown = nullptr;
 };

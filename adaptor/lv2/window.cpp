@@ -49,12 +49,6 @@ void PluginWindow::hearPort() {
 void PluginWindow::tellChanges() {
   const auto tags = faceTags();
   std::uint64_t changes = plugin.takeChanges();
-  // What moved without a window was told to nobody.
-  const bool opens = isNew.exchange(false);
-  for (std::size_t i = 0; opens && i < tags.size(); ++i) {
-    const float value = portOfPlain(tags[i], plugin.host().plainValue(tags[i]));
-    if (value != plugin.controls().seen(i)) changes |= std::uint64_t{1} << i;
-  }
   for (; changes != 0; changes &= changes - 1) {
     const auto i = static_cast<std::size_t>(std::countr_zero(changes));
     write(i, portOfPlain(tags[i], plugin.host().plainValue(tags[i])));
@@ -65,11 +59,6 @@ void PluginWindow::gestureMoved(int tag, float raw) {
   const int position = facePosition(tag);
   if (position < 0) return;
   write(static_cast<std::size_t>(position), portOfPlain(tag, plainOfRaw(*findRow(tag), raw)));
-}
-
-// Where the host has no timer for windows, no idle() follows.
-void PluginWindow::presetChanged() {
-  if (!host.hasIdle) tellChanges();
 }
 
 void PluginWindow::touch(int tag, bool holds) {

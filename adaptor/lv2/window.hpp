@@ -4,7 +4,6 @@
 
 #include <lv2/ui/ui.h>
 
-#include <atomic>
 #include <cstdint>
 
 #include "adaptor/lv2/plugin.hpp"
@@ -44,14 +43,13 @@ class PluginWindow final : private HostSide::Listener {
   void gestureBegan(int tag) override { touch(tag, true); }
   void gestureMoved(int tag, float raw) override;
   void gestureEnded(int tag) override { touch(tag, false); }
-  void presetChanged() override;
+  void presetChanged() override {}  // what that writes is told with all other changes
 
   void touch(int tag, bool holds);
   void write(std::size_t position, float value);
 
   Plugin& plugin;
   const Host host;
-  std::atomic<bool> isNew{true};
 };
 
 }  // namespace zum::lv2

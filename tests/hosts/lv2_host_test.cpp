@@ -414,6 +414,26 @@ TEST_F(Lv2Window, AStateAndALearnedControllerAreWrittenToThePorts) {
   EXPECT_EQ(one.port(tag::cutoff), one.value(tag::cutoff));
 }
 
+// Only what a host calls is answered to it: no call comes from the thread.
+TEST_F(Lv2Window, WithoutATimerWhatMovedIsToldWhenAPortMoves) {
+  Instance one(44100.0, livelyState());
+  Window window(one, place.window, true, false);
+  window.hearPort();
+  EXPECT_EQ(window.writes.size(), std::size_t{kFaceParameters});
+  window.told.clear();
+  const float before = one.value(tag::cutoff);
+  robot.moveTo(place.window, 252, 180), robot.press(), robot.moveTo(place.window, 252, 120);
+  for (int i = 0; i < 1000 && one.value(tag::cutoff) == before; ++i) usleep(10000);
+  robot.release();
+  EXPECT_EQ(window.told, std::vector<std::string>{});
+  window.hearPort();
+  EXPECT_EQ(window.told, std::vector<std::string>{"write 10"});
+  window.echo();
+  one.play(noise(64));
+  EXPECT_EQ(one.port(tag::cutoff), one.value(tag::cutoff));
+  EXPECT_GT(one.value(tag::cutoff), before);
+}
+
 TEST_F(Lv2Window, OpensTwentyTimesAndOnlyWhereItCanReachTheInstance) {
   Instance one;
   EXPECT_EQ(Window(one, place.window, false).handle, nullptr);
