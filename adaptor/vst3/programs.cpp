@@ -13,10 +13,11 @@ namespace {
 static_assert(std::atomic<std::uint64_t>::is_always_lock_free);
 
 std::string_view folderOf(std::string_view name) ZUM_REALTIME {
-  return name.substr(0, name.find('/'));
+  return {name.data(), std::min(name.find('/'), name.size())};
 }
 std::string_view presetOf(std::string_view name) ZUM_REALTIME {
-  return name.substr(name.find('/') + 1);
+  name.remove_prefix(std::min(name.find('/'), name.size() - 1) + 1);
+  return name;
 }
 
 std::string nameOf(std::string_view folder, std::string_view preset) {
@@ -36,6 +37,7 @@ ProgramList::ProgramList(KvUniClient& played)
       if (!isFactoryProgram(name)) names.push_back(std::move(name));
     }
   }
+  names.resize(kPlaces, "-");
 }
 
 std::string_view ProgramList::nameOf(int place) const ZUM_REALTIME {
@@ -55,10 +57,11 @@ int ProgramList::current() const ZUM_REALTIME {
 
 void ProgramList::look() {
   const Heard last = heard;
+  const std::uint32_t preset = effect.presetCount();  // what comes meanwhile is looked at again
   const bool isSame =
-      last.preset == effect.presetCount() &&
+      last.preset == preset &&
       (last.place == kAsItIs || presetOf(nameOf(last.place)) == effect.slot().name.get());
-  if (!isSame) hear(placeOfSound());
+  if (!isSame) heard = Heard{preset, placeOfSound()};
 }
 
 // A state holds the name of its preset, and where that stood in the bank of its time; the folder
@@ -72,8 +75,9 @@ int ProgramList::placeOfSound() const {
   const std::string folder =
       isThere ? std::string(bank->folderName(at)) : effect.slot().folder.get();
   if (!folder.empty()) return std::max(find(vst3::nameOf(folder, preset)), kAsItIs);
-  const auto found = std::ranges::find(names, preset, presetOf);
-  return found != names.end() ? static_cast<int>(found - names.begin()) : kAsItIs;
+  const auto factory = factoryPrograms();
+  const auto found = std::ranges::find(factory, preset, presetOf);
+  return found != factory.end() ? find(*found) : kAsItIs;
 }
 
 bool ProgramList::play(int place) {

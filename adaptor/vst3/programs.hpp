@@ -13,9 +13,9 @@
 namespace zum::vst3 {
 
 /// Sessions keep a program as its place in parts of the list's length. So the list is equally long
-/// everywhere, with empty places at its end, and factory presets have the same places with or
-/// without their files. Behind them come presets of the user's, as many as there is room for, as
-/// the bank was when the effect was made.
+/// everywhere, and factory presets have the same places with or without their files. Behind them
+/// come presets of the user's, as many as there is room for, as the bank was when the effect was
+/// made. Empty places have a name, too: there are hosts that count those alone.
 class ProgramList {
  public:
   static constexpr int kPlaces = 256;
@@ -26,7 +26,7 @@ class ProgramList {
 
   explicit ProgramList(KvUniClient& played);
 
-  /// "Folder/Name"; empty for an empty place, and for one that there is not.
+  /// "Folder/Name", "-" for an empty place; empty for one that there is not.
   std::string_view nameOf(int place) const ZUM_REALTIME;
   /// -1 for a name that there is not.
   int find(std::string_view name) const;
