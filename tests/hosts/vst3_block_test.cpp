@@ -18,14 +18,9 @@ TEST(Vst3Block, PointsAndNotesPlayAtTheirSample) {
       {kMidi + 74, 2000, 0.8},    {kMidi + 128, 2100, 0.5},    {tag::lfoStyle, 5, 1.0},
       {tag::cutoffLfo, 6, 0.9},   {kMidi + 129, 2500, 0.2}};
   const std::vector<Note> notes = {{900, 60, 0.7F}, {1000, 60, 0.0F}, {3000, 62, 1.0F}};
-  std::vector<std::size_t> ends;
-  ends.reserve(points.size() + notes.size() + 1);
-  for (const Point& point : points) ends.push_back(static_cast<std::size_t>(point.frame));
-  for (const Note& note : notes) ends.push_back(static_cast<std::size_t>(note.frame));
-  ends.push_back(in.frames());
-  std::ranges::sort(ends);
-  const auto repeated = std::ranges::unique(ends);
-  ends.erase(repeated.begin(), repeated.end());
+  const std::vector<std::size_t> whole = {4096};
+  const std::vector<std::size_t> ends = {5,    6,    100,  333,  777,  778,  900,
+                                         1000, 1500, 2000, 2100, 2500, 3000, 4096};
   auto moved = points;
   moved[3].frame += 32;
   const auto render = [&](const auto& cuts, const auto& all) {
@@ -35,7 +30,6 @@ TEST(Vst3Block, PointsAndNotesPlayAtTheirSample) {
     EXPECT_EQ(plugin.get(tag::cutoff), static_cast<double>(0.6F));
     return out;
   };
-  const std::vector<std::size_t> whole = {in.frames()};
   const Stereo out = render(whole, points);
   EXPECT_EQ(out, render(ends, points));
   EXPECT_NE(out, render(whole, moved));
@@ -144,23 +138,6 @@ TEST(Vst3Block, SideChainIsHeardWhenActiveAndFed) {
   EXPECT_EQ(render(true, &in), plain);
   EXPECT_EQ(render(true, &silent), plain);
   EXPECT_NE(render(true, &loud), plain);
-}
-
-TEST(Vst3Block, BypassFades) {
-  Plugin plugin;
-  plugin.prepare();
-  plugin.set(tag::cutoff, 0.0), plugin.set(tag::multiType, 4.0 / 9.0);  // nothing of it is left
-  Stereo in(4096);
-  for (std::size_t i = 0; i < in.frames(); ++i) {
-    in.left[i] = in.right[i] = i % 2 == 0 ? 0.5F : -0.5F;
-  }
-  for (int i = 0; i < 10; ++i) plugin.render(in);
-  const Stereo out = plugin.render(in, {{tag::bypass, 512, 1.0}});
-  const auto envelope = [&](std::size_t i) { return std::fabs(out.left[i] - out.left[i + 1]); };
-  EXPECT_LT(envelope(512), 0.05F);
-  EXPECT_GT(envelope(512 + 200), 0.05F);  // on its way
-  EXPECT_LT(envelope(512 + 200), 0.95F);
-  EXPECT_GT(envelope(512 + 457), 0.98F);  // 10 ms and a control pass later
 }
 
 TEST(Vst3Block, ALearnedControllerMovesItsParameterAndTheHostHearsOfIt) {

@@ -46,10 +46,17 @@ struct Lent {
   Face face;
 };
 
-template <class Object>
-Object& mine(void* self) {
-  return *static_cast<Object*>(self);
-}
+/// A routine of a table: the object's own of that name.
+template <auto own>
+struct Through;
+template <class Object, class Answer, class... Given, Answer (Object::*own)(Given...)>
+struct Through<own> {
+  static Answer call(void* self, Given... given) {
+    return (static_cast<Object*>(self)->*own)(given...);
+  }
+};
+template <auto own>
+inline constexpr auto through = &Through<own>::call;
 
 /// Gives and takes `piece` bytes at a time.
 struct Stream {
@@ -58,27 +65,22 @@ struct Stream {
   std::vector<std::byte> bytes;
   std::size_t piece = kWhole;
   std::size_t at = 0;
+
   v3_bstream** face() { return reinterpret_cast<v3_bstream**>(this); }
+  v3_result read(void* to, std::int32_t count, std::int32_t* done) {
+    const std::size_t n = std::min({static_cast<std::size_t>(count), piece, bytes.size() - at});
+    if (n > 0) std::memcpy(to, bytes.data() + at, n);
+    at += n;
+    return *done = static_cast<std::int32_t>(n), V3_OK;
+  }
+  v3_result write(void* from, std::int32_t count, std::int32_t* done) {
+    const std::size_t n = std::min(static_cast<std::size_t>(count), piece);
+    bytes.insert(bytes.end(), static_cast<std::byte*>(from), static_cast<std::byte*>(from) + n);
+    return *done = static_cast<std::int32_t>(n), V3_OK;
+  }
 };
 inline const Lent<v3_bstream> Stream::kTable = {
-    kLent,
-    {.read = [](void* self, void* to, std::int32_t count, std::int32_t* read) -> v3_result {
-       auto& stream = mine<Stream>(self);
-       const auto wanted = static_cast<std::size_t>(count);
-       const std::size_t n = std::min({wanted, stream.piece, stream.bytes.size() - stream.at});
-       if (n > 0) std::memcpy(to, stream.bytes.data() + stream.at, n);
-       stream.at += n;
-       return *read = static_cast<std::int32_t>(n), V3_OK;
-     },
-     .write = [](void* self, void* from, std::int32_t count, std::int32_t* written) -> v3_result {
-       auto& stream = mine<Stream>(self);
-       const std::size_t n = std::min(static_cast<std::size_t>(count), stream.piece);
-       const auto* const bytes = static_cast<const std::byte*>(from);
-       stream.bytes.insert(stream.bytes.end(), bytes, bytes + n);
-       return *written = static_cast<std::int32_t>(n), V3_OK;
-     },
-     .seek = nullptr,
-     .tell = nullptr}};
+    kLent, {through<&Stream::read>, through<&Stream::write>, nullptr, nullptr}};
 
 struct Point {
   v3_param_id id;
@@ -91,21 +93,21 @@ struct Queue {
   const void* table = &kTable;
   v3_param_id id = 0;
   std::vector<Point> points = {};
+
+  v3_param_id itsId() { return id; }
+  std::int32_t count() { return static_cast<std::int32_t>(points.size()); }
+  v3_result get(std::int32_t i, std::int32_t* frame, double* value) {
+    const Point& point = points.at(static_cast<std::size_t>(i));
+    return *frame = point.frame, *value = point.value, V3_OK;
+  }
+  v3_result add(std::int32_t frame, double value, std::int32_t* /*index*/) {
+    if (points.size() == points.capacity()) return V3_FALSE;
+    return points.push_back({id, frame, value}), V3_OK;
+  }
 };
 inline const Lent<v3_param_value_queue> Queue::kTable = {
     kLent,
-    {.get_param_id = [](void* self) { return mine<Queue>(self).id; },
-     .get_point_count =
-         [](void* self) { return static_cast<std::int32_t>(mine<Queue>(self).points.size()); },
-     .get_point = [](void* self, std::int32_t i, std::int32_t* frame, double* value) -> v3_result {
-       const Point& point = mine<Queue>(self).points.at(static_cast<std::size_t>(i));
-       return *frame = point.frame, *value = point.value, V3_OK;
-     },
-     .add_point = [](void* self, std::int32_t frame, double value, std::int32_t*) -> v3_result {
-       auto& queue = mine<Queue>(self);
-       if (queue.points.size() == queue.points.capacity()) return V3_FALSE;
-       return queue.points.push_back({queue.id, frame, value}), V3_OK;
-     }}};
+    {through<&Queue::itsId>, through<&Queue::count>, through<&Queue::get>, through<&Queue::add>}};
 
 struct Changes {
   static const Lent<v3_param_changes> kTable;
@@ -116,10 +118,7 @@ struct Changes {
   explicit Changes(const std::vector<Point>& points = {}) {
     for (const Point& point : points) {
       auto queue = std::ranges::find(queues, point.id, &Queue::id);
-      if (queue == queues.end()) {
-        queues.push_back({.id = point.id});
-        queue = queues.end() - 1;
-      }
+      if (queue == queues.end()) queue = queues.insert(queue, Queue{.id = point.id});
       queue->points.push_back(point);
     }
   }
@@ -131,24 +130,18 @@ struct Changes {
     for (Queue& queue : spare) queue.points.reserve(4);
     queues.reserve(spare.size());
   }
+  std::int32_t count() { return static_cast<std::int32_t>(queues.size()); }
+  v3_param_value_queue** get(std::int32_t i) {
+    return reinterpret_cast<v3_param_value_queue**>(&queues.at(static_cast<std::size_t>(i)));
+  }
+  v3_param_value_queue** add(v3_param_id* id, std::int32_t* index) {
+    *index = count();
+    queues.emplace_back(std::move(spare.at(queues.size()))).id = *id;
+    return get(*index);
+  }
 };
 inline const Lent<v3_param_changes> Changes::kTable = {
-    kLent,
-    {.get_param_count =
-         [](void* self) { return static_cast<std::int32_t>(mine<Changes>(self).queues.size()); },
-     .get_param_data =
-         [](void* self, std::int32_t i) {
-           auto& queues = mine<Changes>(self).queues;
-           return reinterpret_cast<v3_param_value_queue**>(&queues.at(static_cast<std::size_t>(i)));
-         },
-     .add_param_data =
-         [](void* self, v3_param_id* id, std::int32_t* index) {
-           auto& [table, queues, spare] = mine<Changes>(self);
-           *index = static_cast<std::int32_t>(queues.size());
-           Queue& added = queues.emplace_back(std::move(spare.at(queues.size())));
-           added.id = *id;
-           return reinterpret_cast<v3_param_value_queue**>(&added);
-         }}};
+    kLent, {through<&Changes::count>, through<&Changes::get>, through<&Changes::add>}};
 
 struct Note {
   std::int32_t frame;
@@ -172,60 +165,59 @@ struct Events {
     }
   }
   v3_event_list** face() { return reinterpret_cast<v3_event_list**>(this); }
+  std::uint32_t count() { return static_cast<std::uint32_t>(events.size()); }
+  v3_result get(std::int32_t i, v3_event* event) {
+    return *event = events.at(static_cast<std::size_t>(i)), V3_OK;
+  }
 };
 inline const Lent<v3_event_list> Events::kTable = {
-    kLent,
-    {.get_event_count =
-         [](void* self) { return static_cast<std::uint32_t>(mine<Events>(self).events.size()); },
-     .get_event = [](void* self, std::int32_t i, v3_event* event) -> v3_result {
-       return *event = mine<Events>(self).events.at(static_cast<std::size_t>(i)), V3_OK;
-     },
-     .add_event = nullptr}};
+    kLent, {through<&Events::count>, through<&Events::get>, nullptr}};
 
-/// Hears of edits: "begin 3", "edit 3", "end 3", "restart 4", and through a second interface
-/// "dirty".
+/// Answers a question for one interface more, which the host counts no references of.
+template <class Object>
+v3_result answer(const v3_tuid asked, const v3_tuid iid, Object* object, void** out) {
+  const bool known = object != nullptr && v3_tuid_match(asked, iid);
+  *out = known ? object : nullptr;
+  return known ? V3_OK : V3_NO_INTERFACE;
+}
+
+/// Hears of edits: "begin 3", "edit 3", "end 3", "restart 4", and by a second interface "dirty 1".
 struct Handler {
   struct Dirty {
     static const Lent<v3_component_handler2> kTable;
     const void* table = &kTable;
     Handler& handler;
+    v3_result set(v3_bool on) { return handler.heard("dirty ", on); }
   };
   static const Lent<v3_component_handler> kTable;
   const void* table = &kTable;
   Dirty dirty{.handler = *this};
   std::vector<std::string> calls = {};
-  int references = 1;
+  std::uint32_t references = 1;
 
-  static v3_result heard(void* self, const std::string& what, std::int64_t of) {
-    return mine<Handler>(self).calls.push_back(what + std::to_string(of)), V3_OK;
-  }
   v3_component_handler** face() { return reinterpret_cast<v3_component_handler**>(this); }
+  v3_result heard(const std::string& what, std::int64_t of) {
+    return calls.push_back(what + std::to_string(of)), V3_OK;
+  }
+  v3_result query(const std::uint8_t* iid, void** out) {
+    return answer(iid, v3_component_handler2_iid, &dirty, out);
+  }
+  std::uint32_t ref() { return ++references; }
+  std::uint32_t unref() { return --references; }
+  v3_result begin(v3_param_id id) { return heard("begin ", id); }
+  v3_result edit(v3_param_id id, double value) {
+    EXPECT_TRUE(value >= 0.0 && value <= 1.0) << id;
+    return heard("edit ", id);
+  }
+  v3_result end(v3_param_id id) { return heard("end ", id); }
+  v3_result restart(std::int32_t flags) { return heard("restart ", flags); }
 };
 inline const Lent<v3_component_handler2> Handler::Dirty::kTable = {
-    kLent,
-    {.set_dirty = [](void* self, v3_bool on) -> v3_result {
-       return heard(&mine<Dirty>(self).handler, "dirty ", on);
-     },
-     .request_open_editor = nullptr,
-     .start_group_edit = nullptr,
-     .finish_group_edit = nullptr}};
+    kLent, {through<&Dirty::set>, nullptr, nullptr, nullptr}};
 inline const Lent<v3_component_handler> Handler::kTable = {
-    {[](void* self, const v3_tuid iid, void** out) -> v3_result {
-       const bool known = v3_tuid_match(iid, v3_component_handler2_iid);
-       *out = known ? &mine<Handler>(self).dirty : nullptr;
-       return known ? V3_OK : V3_NO_INTERFACE;
-     },
-     [](void* self) { return static_cast<std::uint32_t>(++mine<Handler>(self).references); },
-     [](void* self) { return static_cast<std::uint32_t>(--mine<Handler>(self).references); }},
-    {.begin_edit = [](void* self, v3_param_id id) { return heard(self, "begin ", id); },
-     .perform_edit =
-         [](void* self, v3_param_id id, double value) {
-           EXPECT_TRUE(value >= 0.0 && value <= 1.0) << id;
-           return heard(self, "edit ", id);
-         },
-     .end_edit = [](void* self, v3_param_id id) { return heard(self, "end ", id); },
-     .restart_component = [](void* self,
-                             std::int32_t flags) { return heard(self, "restart ", flags); }}};
+    {through<&Handler::query>, through<&Handler::ref>, through<&Handler::unref>},
+    {through<&Handler::begin>, through<&Handler::edit>, through<&Handler::end>,
+     through<&Handler::restart>}};
 
 /// The host's frame of a view; its run loop stands behind it, where it has one.
 struct Frame {
@@ -234,6 +226,14 @@ struct Frame {
     const void* table = &kTable;
     v3_timer_handler** timer = nullptr;
     int registered = 0;
+    v3_result begin(v3_timer_handler** given, std::uint64_t ms) {
+      EXPECT_EQ(ms, 33U);
+      return timer = given, ++registered, V3_OK;
+    }
+    v3_result end(v3_timer_handler** given) {
+      EXPECT_EQ(timer, given);
+      return timer = nullptr, --registered, V3_OK;
+    }
   };
   static const Lent<v3_plugin_frame> kTable;
   const void* table = &kTable;
@@ -241,31 +241,17 @@ struct Frame {
   bool hasLoop = true;
 
   v3_plugin_frame** face() { return reinterpret_cast<v3_plugin_frame**>(this); }
+  v3_result query(const std::uint8_t* iid, void** out) {
+    return answer(iid, v3_run_loop_iid, hasLoop ? &loop : nullptr, out);
+  }
   void tick() {
     if (loop.timer != nullptr) v3_cpp_obj(loop.timer)->on_timer(loop.timer);
   }
 };
 inline const Lent<v3_run_loop> Frame::Loop::kTable = {
-    kLent,
-    {.register_event_handler = nullptr,
-     .unregister_event_handler = nullptr,
-     .register_timer = [](void* self, v3_timer_handler** timer, std::uint64_t ms) -> v3_result {
-       EXPECT_EQ(ms, 33U);
-       return mine<Loop>(self).timer = timer, ++mine<Loop>(self).registered, V3_OK;
-     },
-     .unregister_timer = [](void* self, v3_timer_handler** timer) -> v3_result {
-       EXPECT_EQ(mine<Loop>(self).timer, timer);
-       return mine<Loop>(self).timer = nullptr, --mine<Loop>(self).registered, V3_OK;
-     }}};
+    kLent, {nullptr, nullptr, through<&Loop::begin>, through<&Loop::end>}};
 inline const Lent<v3_plugin_frame> Frame::kTable = {
-    {[](void* self, const v3_tuid iid, void** out) -> v3_result {
-       auto& frame = mine<Frame>(self);
-       const bool known = frame.hasLoop && v3_tuid_match(iid, v3_run_loop_iid);
-       *out = known ? &frame.loop : nullptr;
-       return known ? V3_OK : V3_NO_INTERFACE;
-     },
-     kLent.ref, kLent.unref},
-    {.resize_view = nullptr}};
+    {through<&Frame::query>, kLent.ref, kLent.unref}, {nullptr}};
 
 // ---- the module, and an instance of it
 
@@ -320,7 +306,7 @@ class Plugin {
   void end() {
     if (component == nullptr) return;
     (*component)->base.terminate(component);
-    EXPECT_EQ(handler.references, 1);
+    EXPECT_EQ(handler.references, 1U);
     (*units)->unref(units), (*controller)->unref(controller), (*processor)->unref(processor);
     left = (*component)->unref(component);
     component = nullptr;
