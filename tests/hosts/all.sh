@@ -10,7 +10,7 @@ if [ -d /usr/share/juce/modules ]; then
     tail -3 "$2/juce_host.log"
   export JUCE_HOST=$build/juce_host
 fi
-for host in qtractor muse muse_window juce lv2 ardour "ardour vst3" "ardour lv2" audacity; do
+for host in qtractor muse muse_window juce lv2 ardour "ardour vst3" "ardour lv2" audacity "audacity lv2"; do
   read -r script face <<<"$host"
   if "$here/$script.sh" "$plugin" ${face:+"$face"}; then passed=$((passed + 1)); else failed=$((failed + 1)); fi
 done

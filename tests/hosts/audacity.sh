@@ -1,7 +1,10 @@
 #!/bin/bash
 # Audacity 3.2: its scan registers the effect, and its script pipe applies it to a file. Needs a
 # display, which it starts. One at a time: the names of the pipes are fixed.
+# audacity.sh PLUGIN.so [lv2]: the plug-in file itself, or the LV2 bundle beside it.
 . "$(dirname "$0")/lib.sh"
+face=${2:-vst}
+name=audacity-$face
 need audacity audacity
 need sox sox
 need util-linux unshare
@@ -31,8 +34,26 @@ hide="for folder in /usr/{,local/}lib/{ladspa,vst,lxvst,lv2,vamp} /usr/lib/*/lv2
   [ ! -d \$folder ] || mount --bind '$work/none' \$folder; done"
 alone=(unshare -m bash -c "$hide; exec \"\$@\"" -)
 unshare -m true 2>/dev/null || alone=()
-cp "$plugin" "$work/" # where the scan cannot hide it
-ln -sf "$work/$(basename "$plugin")" "$work/vst/"
+# copies, where the scan cannot hide what they link to
+case $face in
+  vst)
+    known=$(basename "$plugin")
+    cp "$plugin" "$work/"
+    ln -sf "$work/$known" "$work/vst/"
+    ;;
+  lv2)
+    known=urn:zelvane:zum
+    need lv2-dev /usr/lib/lv2/core.lv2
+    rm "$work/vst"/*
+    mkdir "$work/bundles"
+    cp -rL "$(dirname "$plugin")/ZUM.lv2" $(dpkg -L lv2-dev | grep '\.lv2$') "$work/bundles/"
+    export LV2_PATH=$work/bundles
+    ;;
+  *) die "no face '$face'" ;;
+esac
+mkdir -p "$HOME/.local/share"
+ln -s "$(dirname "$plugin")/content" "$HOME/.local/share/zum"
+cd "$work/none" || exit 1 # it looks for bundles where it is started, too
 start_display
 background "$work/audacity.log" "${alone[@]}" timeout -k 2 55 audacity
 program=$last
@@ -61,7 +82,7 @@ for _ in 1 2 3 4 5 6; do
 done
 [ -n "$ready" ] || die "no answer on the script pipe"
 
-entry=$(awk -v file="$(basename "$plugin")" 'BEGIN { RS = "\n\\[" } index($0, file) && /Effect/' "$HOME/.config/audacity/pluginregistry.cfg")
+entry=$(awk -v known="$known" 'BEGIN { RS = "\n\\[" } index($0, known) && /Effect/' "$HOME/.config/audacity/pluginregistry.cfg")
 check "the scan registers an effect by $(sed -n 's/^Vendor=//p' <<<"$entry" | head -1)" grep -q '^Valid=1' <<<"$entry"
 effect=$(sed -n 's/^Symbol=//p' <<<"$entry" | head -1 | tr -cd '[:alnum:]')
 sox -q -n -r 48000 -c 2 -b 16 "$work/in.wav" synth 2 sawtooth 110 tremolo 2 99 gain -6
@@ -70,5 +91,9 @@ check "it is applied" grep -q 'finished: OK' <<<"$(ask "$effect:" 25)"
 ask "Export2: Filename=\"$work/out.wav\" NumChannels=2" >"$work/export.txt"
 sounds "$work/out.wav"
 check "the effect is heard" above "$(difference "$work/in.wav" "$work/out.wav")" 0.001
+if [ "$face" = lv2 ]; then # its transport runs
+  "$(dirname "$plugin")/zum" render --quiet --play "$work/in.wav" "$work/alone.wav"
+  check "as it sounds alone" below "$(difference "$work/alone.wav" "$work/out.wav")" 0.0005
+fi
 printf 'Exit:\n' >&3
 sleep 1

@@ -57,6 +57,7 @@ start_display() { # a display of our own; the server picks a free number
 
 rms() { sox "$1" -n stat 2>&1 | awk '/^RMS .*amplitude/ { print $3 }'; }
 above() { awk -v a="${1:-x}" -v b="$2" 'BEGIN { exit !(a ~ /^[0-9.]+$/ && a + 0 > b + 0) }'; }
+below() { above "${1:-x}" -1 && ! above "$1" "$2"; }
 # sounds FILE: it is there, neither silent nor broken
 sounds() { check "$(basename "$1") sounds" above "$(rms "$1")" 0.0005; }
 difference() { # difference A B: rms of A - B
