@@ -6,11 +6,13 @@
 #include <memory>
 #include <new>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "engine/shared_value.hpp"
 #include "platform/content_folder.hpp"
 #include "platform/random_source.hpp"
+#include "state/bank_shelf.hpp"
 #include "state/path_text.hpp"
 #include "state/settings.hpp"
 
@@ -21,29 +23,44 @@ constexpr const char* kNowhere = ":-(";  // folder of a program whose file is no
 
 }  // namespace
 
+void BankWalk::readLater(std::string root) {
+  unreadRoot = std::move(root);
+  isUnread.store(true);
+}
+
+void BankWalk::fetch() {
+  if (!isUnread.load()) return;
+  const StateGate::Turn turn(gate);
+  if (!isUnread.load()) return;
+  read([this](const auto& check) { return BankShelf::read(unreadRoot, check); });
+}
+
 void BankWalk::scan() {
-  read([](KvProgramBank& scanned, const KvProgramBank::Check& check) {
-    scanned.scan(PresetDesk::root(), check);
+  read([](const auto& check) {
+    const auto scanned = std::make_shared<KvProgramBank>(preset::kExtension);
+    scanned->scan(PresetDesk::root(), check);
+    return scanned;
   });
 }
 
+// What is still to be read is read with the file in it.
 void BankWalk::scanBehind(const std::string& file) {
   const auto old = programs();
-  read([&](KvProgramBank& scanned, const KvProgramBank::Check& check) {
-    scanned.scanBehind(*old, file, check);
+  read([&](const auto& check) {
+    const auto scanned = std::make_shared<KvProgramBank>(preset::kExtension);
+    scanned->scanBehind(*old, file, check);
+    return scanned;
   });
   const StateGate::Turn turn(gate);
   takePosition();
 }
 
-void BankWalk::read(const Scan& fill) {
+void BankWalk::read(const Scan& make) {
   try {
-    const auto scanned = std::make_shared<KvProgramBank>(preset::kExtension);
-    fill(*scanned, [this](const KvChunk& preset) {
+    setBank(make([this](const KvChunk& preset) {
       PresetNeeds needs;
       return desk.check(preset, 0, needs);
-    });
-    setBank(scanned);
+    }));
   } catch (const std::bad_alloc&) {
   }
 }
@@ -64,6 +81,8 @@ void BankWalk::setBank(const SharedBank::Held& newBank) {
     if (program != nullptr && !desk.check(*program, needs)) desk.makeRoom(needs);
   }
   bank.set(newBank);
+  isUnread.store(false);
+  BankShelf::put(newBank);
 }
 
 void BankWalk::setRoot(std::string root) {
@@ -179,7 +198,7 @@ void BankWalk::takePosition() {
   if (program >= 0) storeShared(position.program, program);
 }
 
-std::string BankWalk::programName(std::int32_t index) const {
+std::string BankWalk::programName(std::int32_t index) {
   return std::string(programs()->presetName(loadShared(position.folder), index));
 }
 

@@ -2,6 +2,7 @@
 // change by MIDI plays from it on the audio thread.
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -20,6 +21,11 @@ class BankWalk final : public MidiPrograms {
   BankWalk(const BankWalk&) = delete;
   BankWalk& operator=(const BankWalk&) = delete;
 
+  /// The bank is that of the root from now on, and read when somebody first needs it. Up to here it
+  /// is empty.
+  void readLater(std::string root);
+  /// [main] Reads what is still to be read. Ahead of blocks, since they do not wait for it.
+  void fetch();
   /// Reads the bank anew from the folder of the settings.
   void scan();
   /// A file that was written plays as it is from now on, where it is a program. Reads one folder.
@@ -44,15 +50,18 @@ class BankWalk final : public MidiPrograms {
   /// The position goes where the current file lies in the bank, if it does.
   void takePosition();
 
-  std::string programName(std::int32_t index) const;
+  std::string programName(std::int32_t index);
   /// [main]
-  SharedBank::Held programs() const { return bank.get(); }
+  SharedBank::Held programs() {
+    fetch();
+    return bank.get();
+  }
 
  private:
-  using Scan = std::function<void(KvProgramBank&, const KvProgramBank::Check&)>;
-  /// Reads a new bank by `fill`, which gets it with what it checks presets by. The old one stays
+  using Scan = std::function<SharedBank::Held(const KvProgramBank::Check&)>;
+  /// Takes the bank that `make` gives, which gets what presets are checked by. The old one stays
   /// where the memory does not suffice.
-  void read(const Scan& fill);
+  void read(const Scan& make);
   void setBank(const SharedBank::Held& newBank);
   struct Place {
     int folder;
@@ -67,6 +76,8 @@ class BankWalk final : public MidiPrograms {
   ProgramPosition& position;
   const EditorLink& window;
   SharedBank bank{std::make_shared<const KvProgramBank>(preset::kExtension)};
+  std::atomic<bool> isUnread{false};  // changes in a turn
+  std::string unreadRoot;
   std::string fullRoot;  // of a tree that the bank has no room for, once told
 };
 

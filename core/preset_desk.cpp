@@ -159,10 +159,13 @@ bool PresetDesk::tryPlay(const BankPreset& program) ZUM_REALTIME {
 // ---- where it came from
 
 std::string PresetDesk::root() {
-  std::string root = readSettingString(kPresetPath).value_or("");
-  if (!isAbsolutePath(root)) return {};
-  ensureTrailingBackslash(root);
-  return root;
+  return rootOf(readSettingString(kPresetPath).value_or(""));
+}
+
+std::string PresetDesk::rootOf(std::string setting) {
+  if (!isAbsolutePath(setting)) return {};
+  ensureTrailingBackslash(setting);
+  return setting;
 }
 
 void PresetDesk::takeOrigin(int slot, const std::string& file) {

@@ -66,6 +66,8 @@ class PresetDesk {
   /// Root of the preset tree with a backslash at its end; empty for none, and for one that would
   /// lie in whatever folder the host runs in.
   static std::string root();
+  /// The same of the text that is kept in the settings.
+  static std::string rootOf(std::string setting);
 
   PresetSlot& slot(int at = 0) { return slots[static_cast<std::size_t>(at)]; }
   const PresetSlot& slot(int at = 0) const { return slots[static_cast<std::size_t>(at)]; }

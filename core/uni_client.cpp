@@ -55,14 +55,17 @@ KvUniClient::KvUniClient(audioMasterCallback host, EditorFactory makeEditor)
   clock.controlCounter = Engine::kControlFrames;  // the very first frame runs a control pass
   clock.setSampleRate(clock.sampleRate);
   for (const BufferRecord& buffer : engine.buffers()) bufferRegistry.push_back(buffer);
-  initSettings([this](int index, float value) { switches.set(index, value); });
+  const StartSettings start = initSettings();
+  for (std::size_t i = 0; i < start.switches.size(); ++i) {
+    switches.set(static_cast<int>(i), static_cast<float>(start.switches[i]));
+  }
   if (makeEditor != nullptr) {
     EffectEditor* made = makeEditor(*this);
     setEditor(made);
     window.connect(made);
   }
   recomputeEngine(false);
-  loadDefaults();
+  loadDefaults(PresetDesk::rootOf(start.presetRoot));
   setNumPrograms(kPrograms);
 }
 
@@ -95,15 +98,14 @@ void KvUniClient::setFixedFacts() {
 }
 
 // Up to here there are no programs; none of what a user keeps can make the construction fail.
-void KvUniClient::loadDefaults() {
+void KvUniClient::loadDefaults(const std::string& root) {
   setNumPrograms(0);
-  const std::string root = presetRoot();
   if (!root.empty()) {
     makeFolders(root);
     files.load(root + "default." + preset::kExtension, 0);
   }
   storeShared(position.folder, 0);
-  scanBank();
+  bank.readLater(root);
 }
 
 AEffect* createEffect(audioMasterCallback host, EditorFactory makeEditor) noexcept {
@@ -162,6 +164,7 @@ void KvUniClient::suspend() {
 
 void KvUniClient::resume() {
   wantEvents();
+  bank.fetch();
   const StateGate::Silence silence(gate);
   engine.resetOutput();
 }

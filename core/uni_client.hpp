@@ -220,7 +220,7 @@ class KvUniClient final : public KvPluginBase,
   std::int32_t currentFolder() const ZUM_REALTIME { return loadShared(position.folder); }
   std::int32_t currentProgram() const ZUM_REALTIME { return loadShared(position.program); }
   /// [main]
-  SharedBank::Held programs() const { return bank.programs(); }
+  SharedBank::Held programs() { return bank.programs(); }
   /// [audio]
   EventQueue& eventQueue() { return midi.queue(); }
   /// [audio] What an adaptor fills ahead of a block.
@@ -230,7 +230,7 @@ class KvUniClient final : public KvPluginBase,
   // steps of the construction, in their order
   void readHostNames();
   void setFixedFacts();
-  void loadDefaults();
+  void loadDefaults(const std::string& root);
 
   template <class Edit>
   bool editSteps(const Edit& edit);

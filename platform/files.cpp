@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <ctime>
 #include <filesystem>
 #include <memory>
 
@@ -40,6 +41,17 @@ int openForReading(const std::string& path) {
 
 bool isRegular(int file, struct stat& status) {
   return file != kNoFile && ::fstat(file, &status) == 0 && S_ISREG(status.st_mode);
+}
+
+std::int64_t nanoseconds(const timespec& time) {
+  return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
+}
+
+FileStamp stampOf(const struct stat& status) {
+  return {{status.st_dev, status.st_ino},
+          static_cast<std::uint64_t>(status.st_size),
+          nanoseconds(status.st_mtim),
+          nanoseconds(status.st_ctim)};
 }
 
 bool writeAll(int file, const void* bytes, std::size_t count) {
@@ -161,20 +173,34 @@ std::optional<FolderId> folderId(const std::string& path) {
   return FolderId{status.st_dev, status.st_ino};
 }
 
-std::optional<std::uint64_t> fileSize(const std::string& path) {
+std::optional<FileStamp> fileStamp(const std::string& path) {
   struct stat status {};
   if (::stat(toSystemPath(path).c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
     return std::nullopt;
   }
-  return static_cast<std::uint64_t>(status.st_size);
+  return stampOf(status);
+}
+
+bool isSettled(const FileStamp& stamp) {
+  constexpr std::int64_t kCoarsestClock = 2'000'000'000;  // of a file system
+  timespec now{};
+  ::clock_gettime(CLOCK_REALTIME, &now);
+  return nanoseconds(now) - stamp.written > kCoarsestClock;
+}
+
+std::optional<std::uint64_t> fileSize(const std::string& path) {
+  const auto stamp = fileStamp(path);
+  return stamp ? std::optional(stamp->size) : std::nullopt;
 }
 
 bool fileExists(const std::string& path) { return fileSize(path).has_value(); }
 
-std::optional<std::size_t> readStart(const std::string& path, void* buffer, std::size_t count) {
+std::optional<std::size_t> readStart(const std::string& path, void* buffer, std::size_t count,
+                                     FileStamp* stamp) {
   const Descriptor file(openForReading(path));
   struct stat status {};
   if (!isRegular(file.get(), status)) return std::nullopt;
+  if (stamp != nullptr) *stamp = stampOf(status);
   auto* to = static_cast<char*>(buffer);
   std::size_t done = 0;
   // no call more than it takes: a bank is hundreds of small files

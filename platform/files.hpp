@@ -32,12 +32,27 @@ bool namesRise(std::string_view a, std::string_view b);
 using FolderId = std::pair<std::uint64_t, std::uint64_t>;
 std::optional<FolderId> folderId(const std::string& path);
 
+/// What tells a regular file from what lies there later: its place, its size, and when it was
+/// written and renamed, in nanoseconds.
+struct FileStamp {
+  FolderId place;
+  std::uint64_t size;
+  std::int64_t written;
+  std::int64_t changed;
+
+  bool operator==(const FileStamp&) const = default;
+};
+std::optional<FileStamp> fileStamp(const std::string& path);
+/// False for a file that was written so short a time ago that the next write may leave its stamp.
+bool isSettled(const FileStamp& stamp);
+
 /// The size of a regular file. Nothing for a pipe or a device; none of them is waited for.
 std::optional<std::uint64_t> fileSize(const std::string& path);
 bool fileExists(const std::string& path);
 /// Bytes that were read from the start of a regular file, at most `count`; nothing when it cannot
-/// be opened.
-std::optional<std::size_t> readStart(const std::string& path, void* buffer, std::size_t count);
+/// be opened. `stamp` is for the file ahead of the read.
+std::optional<std::size_t> readStart(const std::string& path, void* buffer, std::size_t count,
+                                     FileStamp* stamp = nullptr);
 /// The file appears whole, or what was there before stays; links lead to it, and it keeps its mode.
 /// Where its folder may not be written, the file itself is.
 bool writeWhole(const std::string& path, const void* bytes, std::size_t count);

@@ -97,6 +97,15 @@ RegistryStore::Transaction::~Transaction() {
 
 bool RegistryStore::Transaction::commit() { return std::exchange(open, false) && owner.commit(); }
 
+RegistryStore::Look::Look(RegistryStore& store) : owner(store) {
+  // It asks for nothing yet: the first read does.
+  if (owner.connect(false)) sqlite3_exec(owner.db.get(), "BEGIN", nullptr, nullptr, nullptr);
+}
+
+RegistryStore::Look::~Look() {
+  if (owner.db != nullptr) sqlite3_exec(owner.db.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
 fs::path RegistryStore::file() {
   const fs::path folder = configHome();
   return folder.empty() ? folder : folder / "Zelvane" / "registry.db";
@@ -166,7 +175,6 @@ bool RegistryStore::connect(bool create) {
     return false;
   }
   distrust();
-  sqlite3_exec(db.get(), "PRAGMA synchronous = EXTRA", nullptr, nullptr, nullptr);
   return true;
 }
 
@@ -212,6 +220,7 @@ bool RegistryStore::begin() {
     trouble = "it may not be written";
     return false;
   }
+  sqlite3_exec(db.get(), "PRAGMA synchronous = EXTRA", nullptr, nullptr, nullptr);
   // Without IMMEDIATE two that read first and then write would refuse each other.
   if (!execute("BEGIN IMMEDIATE")) return false;
   deadline = Clock::now() + kPatience;  // the wait was a call of its own
@@ -240,14 +249,21 @@ void RegistryStore::rollback() {
 std::optional<RegistryStore::Data> RegistryStore::read(std::string_view key,
                                                        std::string_view name) {
   if (!connect(false)) return std::nullopt;
-  const Statement row =
-      prepare("SELECT type, data FROM registry WHERE key = ?1 AND name = ?2", key);
-  if (row == nullptr) return std::nullopt;
-  bindText(row.get(), 2, name);
-  const int code = sqlite3_step(row.get());
-  if (code == SQLITE_ROW) return dataAt(row.get(), 0);
-  if (code != SQLITE_DONE) fail(code);
-  return std::nullopt;
+  if (reading == nullptr) {
+    reading = prepare("SELECT type, data FROM registry WHERE key = ?1 AND name = ?2", key);
+  }
+  if (reading == nullptr) return std::nullopt;
+  bindText(reading.get(), 1, key);
+  bindText(reading.get(), 2, name);
+  std::optional<Data> found;
+  const int code = sqlite3_step(reading.get());
+  if (code == SQLITE_ROW) {
+    found = dataAt(reading.get(), 0);
+  } else if (code != SQLITE_DONE) {
+    fail(code);
+  }
+  sqlite3_reset(reading.get());  // it holds the file up to here
+  return found;
 }
 
 std::vector<RegistryStore::Value> RegistryStore::list(std::string_view key) {

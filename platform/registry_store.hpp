@@ -70,6 +70,20 @@ class RegistryStore {
     bool inVain = false;
   };
 
+  /// [any] While one lives, all reads see the file as the first of them found it, and only that one
+  /// looks for what others do with it. It holds up who writes, so it is for a few reads at once; no
+  /// write and no transaction inside. Without a store it does nothing.
+  class Look {
+   public:
+    explicit Look(RegistryStore& store);
+    ~Look();
+    Look(const Look&) = delete;
+    Look& operator=(const Look&) = delete;
+
+   private:
+    RegistryStore& owner;
+  };
+
   RegistryStore() = default;
   RegistryStore(const RegistryStore&) = delete;
   RegistryStore& operator=(const RegistryStore&) = delete;
@@ -111,6 +125,7 @@ class RegistryStore {
   bool fail(int code);
 
   std::unique_ptr<sqlite3, Close> db;
+  Statement reading;  // of read(), once it is prepared
   std::chrono::steady_clock::time_point deadline;
   std::string trouble;
   bool inTransaction = false;

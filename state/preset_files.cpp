@@ -5,7 +5,6 @@
 #include <memory>
 #include <set>
 
-#include "platform/files.hpp"
 #include "state/fileio.hpp"
 #include "state/path_text.hpp"
 
@@ -62,10 +61,10 @@ class Search {
 }  // namespace
 
 // The length that a header states counts only as far as the file goes.
-ChunkFile readChunkFile(const std::string& path, KvChunk& chunk) {
+ChunkFile readChunkFile(const std::string& path, KvChunk& chunk, FileStamp* stamp) {
   if (path.size() < 2) return ChunkFile::missing;
   std::array<std::uint32_t, kFirstWords> first{};
-  const auto got = readStart(path, first.data(), sizeof first);
+  const auto got = readStart(path, first.data(), sizeof first, stamp);
   if (!got) return ChunkFile::missing;
   std::uint64_t bytes = *got;
   if (bytes == sizeof first) bytes = fileSize(path).value_or(bytes);

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/files.hpp"
 #include "state/chunk.hpp"
 
 namespace zum {
@@ -18,8 +19,9 @@ enum class ChunkFile : std::uint8_t {
 
 /// [main] Fills `chunk` with the words that the file's header states, or with what there is of them
 /// when that is less: whoever reads the chunk finds out. A file of another kind gives its first
-/// words.
-[[nodiscard]] ChunkFile readChunkFile(const std::string& path, KvChunk& chunk);
+/// words. `stamp` is for the file that was opened.
+[[nodiscard]] ChunkFile readChunkFile(const std::string& path, KvChunk& chunk,
+                                      FileStamp* stamp = nullptr);
 
 /// [main] Names of a folder's files with the extension, in the order of listings.
 std::vector<std::string> filesWithExtension(const std::string& folder,

@@ -1,5 +1,6 @@
 #include "state/program_bank.hpp"
 
+#include <algorithm>
 #include <vector>
 
 #include "state/path_text.hpp"
@@ -21,22 +22,24 @@ bool startsLikeAPreset(KvChunk& chunk) {
 
 }  // namespace
 
-void KvProgramBank::scan(std::string root, const Check& check) {
+void KvProgramBank::scan(std::string root, const Check& check, const KvProgramBank* known) {
   rootPath = std::move(root);
   if (!rootPath.empty()) ensureTrailingBackslash(rootPath);
-  fill(check, nullptr, std::nullopt);
+  if (known != nullptr && known->rootPath != rootPath) known = nullptr;
+  fill(check, known, [this](const Folder& folder) { return isAsRead(folder); });
 }
 
 void KvProgramBank::scanBehind(const KvProgramBank& older, const std::string& file,
                                const Check& check) {
   rootPath = older.rootPath;
-  std::string folder = file;
-  cutToFolder(folder);
-  fill(check, &older, folderId(folder));
+  std::string written = file;
+  cutToFolder(written);
+  fill(check, &older, [this, id = folderId(written)](const Folder& folder) {
+    return folderId(rootPath + folder.name) != id;
+  });
 }
 
-void KvProgramBank::fill(const Check& check, const KvProgramBank* older,
-                         const std::optional<FolderId>& written) {
+void KvProgramBank::fill(const Check& check, const KvProgramBank* older, const Holds& holds) {
   folders.clear();
   leftOut.clear();
   midiFolder = -1;
@@ -50,12 +53,23 @@ void KvProgramBank::fill(const Check& check, const KvProgramBank* older,
     std::shared_ptr<const Folder> folder;
     if (known >= 0) folder = older->folders[static_cast<std::size_t>(known)];
     if (folder == nullptr || !folder->isWhole || !leftOut.empty() || folder->bytes > room ||
-        folderId(rootPath + entry.name) == written) {
+        !holds(*folder)) {
       folder = read(entry.name, room, check);
     }
     room -= folder->bytes;
     folders.push_back(std::move(folder));
   }
+}
+
+bool KvProgramBank::isAsRead(const Folder& folder) const {
+  const std::string path = rootPath + folder.name + '\\';
+  const std::vector<std::string> there = filesWithExtension(path, extension);
+  if (!folder.isSettled || there.size() != folder.filesThere) return false;
+  return std::equal(folder.files.begin(), folder.files.end(), there.begin(),
+                    [&](const ReadFile& read, const std::string& name) {
+                      return read.name == name &&
+                             read.stamp == fileStamp(path + name).value_or(FileStamp{});
+                    });
 }
 
 std::shared_ptr<const KvProgramBank::Folder> KvProgramBank::read(const std::string& name,
@@ -65,12 +79,17 @@ std::shared_ptr<const KvProgramBank::Folder> KvProgramBank::read(const std::stri
   folder->name = name;
   if (!leftOut.empty()) return folder;
   const std::string path = rootPath + name + '\\';
-  for (const std::string& file : filesWithExtension(path, extension)) {
+  const std::vector<std::string> there = filesWithExtension(path, extension);
+  folder->filesThere = there.size();
+  for (const std::string& file : there) {
     if (folder->presets.size() == kPresets) break;
+    ReadFile& read = folder->files.emplace_back();
+    read.name = file;
     BankPreset& preset = folder->presets.emplace_back();
     preset.name = baseName(file);
-    if (readChunkFile(path + file, preset.chunk) != ChunkFile::read ||
-        !startsLikeAPreset(preset.chunk)) {
+    const ChunkFile found = readChunkFile(path + file, preset.chunk, &read.stamp);
+    folder->isSettled = folder->isSettled && isSettled(read.stamp);
+    if (found != ChunkFile::read || !startsLikeAPreset(preset.chunk)) {
       folder->presets.pop_back();
       continue;
     }

@@ -1,5 +1,6 @@
 // All presets of the tree's folders, in memory, so that a program change needs no file. Filled once
-// by the effect object and never changed afterwards: another bank takes its place.
+// and never changed afterwards: another bank takes its place. The effects of a process share what
+// is the same (state/bank_shelf.hpp).
 #pragma once
 
 #include <cstddef>
@@ -10,6 +11,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "engine/realtime.hpp"
 #include "platform/files.hpp"
@@ -40,7 +42,8 @@ class KvProgramBank {
   /// [main] Reads the first folders below the root, and the first presets of each. Files of another
   /// kind are left out without a word; a preset that the check refuses keeps its place. A root that
   /// is empty or relative gives an empty bank.
-  void scan(std::string root, const Check& check);
+  /// Folders in which no file has changed since `known` read them are shared with it.
+  void scan(std::string root, const Check& check, const KvProgramBank* known = nullptr);
   /// [main] Reads the tree of `older` again after `file` was written: only the folder of that file,
   /// and what there was no room for. All other folders are shared with `older`.
   void scanBehind(const KvProgramBank& older, const std::string& file, const Check& check);
@@ -59,16 +62,31 @@ class KvProgramBank {
   /// in the bank.
   const std::string& firstLeftOut() const { return leftOut; }
   const std::string& root() const { return rootPath; }
+  /// Every folder is shared, and none is more.
+  bool isTheSameAs(const KvProgramBank& other) const {
+    return rootPath == other.rootPath && folders == other.folders && leftOut == other.leftOut;
+  }
 
  private:
+  struct ReadFile {
+    std::string name;
+    FileStamp stamp{};  // zeros for one that could not be opened
+  };
   struct Folder {
     std::string name;
     std::deque<BankPreset> presets;  // chunks do not move
+    std::vector<ReadFile> files;     // as they were read
+    std::size_t filesThere = 0;      // of which those behind the last preset are not read
     std::size_t bytes = 0;           // size of its presets as files
     bool isWhole = false;            // nothing was left out
+    bool isSettled = true;           // all stamps are
   };
+  /// Says of a folder of an older bank whether it is still as it is on disk.
+  using Holds = std::function<bool(const Folder&)>;
   const Folder* at(int folder) const ZUM_REALTIME;
-  void fill(const Check& check, const KvProgramBank* older, const std::optional<FolderId>& written);
+  void fill(const Check& check, const KvProgramBank* older, const Holds& holds);
+  /// No file came, went or changed since.
+  bool isAsRead(const Folder& folder) const;
   /// Reads as many presets of a folder as fit into `room` bytes.
   std::shared_ptr<const Folder> read(const std::string& name, std::size_t room, const Check& check);
 

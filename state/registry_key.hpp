@@ -36,6 +36,8 @@ class KvRegistryKey {
 
   /// Until the transaction ends, what is read and written is one piece to other processes.
   RegistryStore::Transaction transaction() { return RegistryStore::Transaction(store); }
+  /// For several reads at once; nothing is written meanwhile.
+  RegistryStore::Look look() { return RegistryStore::Look(store); }
   /// Why the last call failed; empty when there was just no such value.
   const std::string& problem() const { return store.problem(); }
 

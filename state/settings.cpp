@@ -61,27 +61,43 @@ void takeContent(KvRegistryKey& key, const std::string& installed) {
   if (startedWithoutContent(key)) writeAllFolders(key, installed);
 }
 
+// Content may come after the first start, by a package for all users.
+std::string newContent(KvRegistryKey& key) {
+  return has(key, kContentPath) ? std::string() : installedContentFolder();
+}
+
+// As at every start but the first: nothing is to be written.
+bool isComplete(KvRegistryKey& key) {
+  return isInitialised(key) && has(key, kInstallPath) && has(key, kPresetPath) &&
+         newContent(key).empty();
+}
+
 void fillIn(KvRegistryKey& key, const std::string& product) {
-  // Content may come after the first start, by a package for all users.
-  const std::string installed = has(key, kContentPath) ? "" : installedContentFolder();
-  // Settings that are complete, as at every start but the first, are not written again.
-  if (installed.empty() && isInitialised(key) && has(key, kInstallPath) && has(key, kPresetPath)) {
-    return;
-  }
   auto whole = key.transaction();
   if (!whole.begun()) return;
+  const std::string installed = newContent(key);
   if (!has(key, kInstallPath)) {
     key.setString(kInstallPath, "c:\\Programme\\Zelvane\\" + product + "\\");
   }
   if (!isInitialised(key)) {
     initialise(key, installed);
-  } else if (!installed.empty() && !has(key, kContentPath)) {
+  } else if (!installed.empty()) {
     takeContent(key, installed);
   }
   if (!has(key, kPresetPath)) {
     if (const auto older = textOf(key, kOldPresetPath)) key.setString(kPresetPath, *older);
   }
   whole.commit();
+}
+
+StartSettings startSettings(KvRegistryKey& key) {
+  StartSettings start{};
+  for (std::size_t i = 0; i < kSwitches.size(); ++i) {
+    start.switches[i] = kSwitches[i].initial;
+    key.getInt(kSwitches[i].valueName, start.switches[i]);
+  }
+  start.presetRoot = textOf(key, kPresetPath).value_or("");
+  return start;
 }
 
 }  // namespace
@@ -105,16 +121,17 @@ bool writeSettingInt(const char* valueName, std::int32_t value) {
   return KvRegistryKey(libraryRecord().product).setInt(valueName, value);
 }
 
-void initSettings(const std::function<void(int index, float value)>& applySwitch) {
+StartSettings initSettings() {
   const RegistryStore::OneWait oneWait;
   const std::string product = libraryRecord().product;
   KvRegistryKey key(product);
-  fillIn(key, product);
-  for (std::size_t i = 0; i < kSwitches.size(); ++i) {
-    std::int32_t value = kSwitches[i].initial;
-    key.getInt(kSwitches[i].valueName, value);
-    applySwitch(static_cast<int>(i), static_cast<float>(value));
+  {
+    const RegistryStore::Look look = key.look();
+    if (isComplete(key)) return startSettings(key);
   }
+  fillIn(key, product);
+  const RegistryStore::Look look = key.look();
+  return startSettings(key);
 }
 
 }  // namespace zum

@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 
@@ -51,8 +50,13 @@ std::optional<std::int32_t> readSettingInt(const char* valueName);
 bool writeSettingString(const char* valueName, const std::string& text);
 bool writeSettingInt(const char* valueName, std::int32_t value);
 
-/// [main] Fills in what a fresh installation lacks, and the folders of content that came later;
-/// then hands over every switch by its index.
-void initSettings(const std::function<void(int index, float value)>& applySwitch);
+/// What the effect starts with.
+struct StartSettings {
+  std::array<std::int32_t, kSwitches.size()> switches;
+  std::string presetRoot;  // as it is written; empty for none
+};
+/// [main] Fills in what a fresh installation lacks, and the folders of content that came later. In
+/// any other case the store is opened once and looked at once.
+StartSettings initSettings();
 
 }  // namespace zum

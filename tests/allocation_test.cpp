@@ -22,7 +22,7 @@ class NoMemory : public testing::Test {
  protected:
   NoMemory() {
     useHome(folder);
-    initSettings([](int /*index*/, float /*value*/) {});
+    initSettings();
     for (const char* name : {"tree/A", "tree/Midi Programs"}) {
       std::filesystem::create_directories(folder / name);
     }

@@ -19,7 +19,7 @@ namespace {
 class BankTest : public SettingsTest {
  protected:
   BankTest() {
-    initSettings(ignoreSwitch);
+    initSettings();
     writeSettingString(kPresetPath, internal("tree"));
     fs::create_directories(folder / "tree");
   }

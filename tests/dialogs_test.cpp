@@ -254,7 +254,7 @@ TEST_F(ZenityTest, IsFoundOnThePathAlone) {
 class AnswersTest : public SettingsTest, public FileDialogs {
  protected:
   AnswersTest() {
-    initSettings(ignoreSwitch);
+    initSettings();
     setFileDialogs(this);
     attachMessages();
   }

@@ -35,7 +35,7 @@ TEST_F(SettingsCommandTest, ShowsAndChangesValues) {
 }
 
 TEST_F(SettingsCommandTest, ContentIsCopiedKeptAndRegistered) {
-  initSettings(ignoreSwitch);  // without content the folders are relative
+  initSettings();  // without content the folders are relative
   writeSettingString(kAudioFilePath, "\\own\\samples");
   writeSettingInt(kIgnoreProgramChange, 0);
   putText(folder / "system/zum/Presets/Bass/Deep.kvz", "one");

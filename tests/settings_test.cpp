@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <chrono>
 #include <optional>
 #include <string>
@@ -15,14 +16,10 @@
 namespace zum::test {
 namespace {
 
-using Switches = std::vector<std::pair<int, float>>;
+using Switches = std::array<std::int32_t, 2>;
 
 /// The switches that a start of the effect is given.
-Switches start() {
-  Switches given;
-  initSettings([&](int index, float value) { given.emplace_back(index, value); });
-  return given;
-}
+Switches start() { return initSettings().switches; }
 
 /// Another program's hand in the store.
 void execute(const fs::path& store, const std::string& sql) {
@@ -120,7 +117,7 @@ TEST_F(SettingsTest, NoStoreMeansAbsentAndNotWritten) {
     const std::string broken = fs::is_regular_file(store) ? textIn(store) : "";
     EXPECT_FALSE(readSettingString("a") || writeSettingInt("a", 1) || writeSettingString("a", "b"));
     EXPECT_FALSE(KvRegistryKey("ZUM").remove("a"));
-    EXPECT_EQ(start(), (Switches{{0, 1.0F}, {1, 0.0F}}));
+    EXPECT_EQ(start(), (Switches{1, 0}));
     EXPECT_EQ(run("settings set a b").first, 1);
     EXPECT_TRUE(broken.empty() || textIn(store) == broken);  // it may be mended by hand
   }
@@ -254,7 +251,7 @@ TEST_F(SettingsTest, LaterStartsReadTheSwitchesAndMendThePresetFolderAlone) {
   writeSettingString("presetpath", "\\old\\");
   KvRegistryKey("ZUM").remove(kPresetPath);
   KvRegistryKey("ZUM").remove(kAudioFilePath);
-  EXPECT_EQ(start(), (Switches{{0, 0.0F}, {1, 3.0F}}));
+  EXPECT_EQ(start(), (Switches{0, 3}));
   EXPECT_EQ(readSettingString(kPresetPath), "\\old\\");
   EXPECT_FALSE(readSettingString(kAudioFilePath));
 }

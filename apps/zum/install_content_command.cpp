@@ -107,7 +107,7 @@ void registerContent(const std::string& content) {
   KvRegistryKey key(libraryRecord().product);
   for (auto& folder : folders) folder.earlier = textOf(key, folder.name);
   // Done now, or the next start of the effect would fill in the folders anew.
-  initSettings([](int, float) {});
+  initSettings();
   auto oldContent = textOf(key, kContentPath);
   if (oldContent) ensureTrailingBackslash(*oldContent);
   auto whole = key.transaction();

@@ -128,7 +128,7 @@ void setSetting(const SettingOptions& options) {
   } else {
     data = textFor(kind, options.value);
   }
-  initSettings([](int, float) {});  // or the first start would set the switches back
+  initSettings();  // or the first start would set the switches back
   auto key = openKey();
   const auto* text = std::get_if<std::string>(&data);
   const bool written =

@@ -37,8 +37,6 @@ inline std::string textIn(const fs::path& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-inline void ignoreSwitch(int /*index*/, float /*value*/) {}
-
 /// A standard MIDI file of one track with these events, at 480 ticks a quarter.
 inline std::string midiFile(const std::string& events) {
   const auto size = static_cast<std::uint32_t>(events.size() + 4);
