@@ -158,9 +158,7 @@ bool PresetDesk::tryPlay(const BankPreset& program) ZUM_REALTIME {
 
 // ---- where it came from
 
-std::string PresetDesk::root() {
-  return rootOf(readSettingString(kPresetPath).value_or(""));
-}
+std::string PresetDesk::root() { return rootOf(readSettingString(kPresetPath).value_or("")); }
 
 std::string PresetDesk::rootOf(std::string setting) {
   if (!isAbsolutePath(setting)) return {};

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <chrono>
 #include <cstring>
+#include <memory>
+#include <optional>
 #include <set>
 #include <thread>
 
@@ -40,6 +42,12 @@ class BankTest : public SettingsTest {
          {"A/a0", "A/a1", "A/a2", "C/c0", "C/c1", "Midi Programs/m0", "Midi Programs/m1"}) {
       put(name, stateWith(cutoff));
       cutoff += 0.0625F;
+    }
+  }
+  /// As presets lie that were installed once: what was written just now is read again.
+  void settle() const {
+    for (const auto& file : fs::recursive_directory_iterator(folder / "tree")) {
+      fs::last_write_time(file, file.last_write_time() - std::chrono::hours(1));
     }
   }
   std::string path(const std::string& name) const { return internal("tree/" + name); }
@@ -211,6 +219,7 @@ TEST_F(BankTest, MidiPlaysProgramsFromMemoryWhereTheUserAllowsIt) {
   EXPECT_EQ(change(0), Stand(0, 0, "m1", 0.375F));  // no such folder
 }
 
+constexpr int kReadsOfTheStore = 5;
 constexpr std::uint32_t kMegabyte = 1U << 18U;  // in words: the most that a preset may have
 
 TEST_F(BankTest, WhatIsRefusedKeepsItsPlaceAndNoMemory) {
@@ -258,6 +267,85 @@ TEST_F(BankTest, TakesNoMoreThan32Megabytes) {
   fs::remove(folder / "tree/A/41.kvz");
   save(*host, "B/d.kvz");
   EXPECT_EQ(counts(), std::pair(31, 3));
+}
+
+TEST_F(BankTest, EffectsOfAProcessShareWhatIsUnchanged) {
+  putTree();
+  settle();
+  auto first = std::make_unique<TestHost>();
+  const auto held = first->client().programs();
+  EXPECT_EQ(TestHost().client().programs(), held);
+  put("A/a1", stateWith(0.875F));  // in place, and of the same size
+  fs::remove(folder / "tree/C/c0.kvz");
+  const auto cutoffOf = [](const TestHost& host, int program) {
+    host.client().setProgram(program);
+    return host.get(tag::cutoff);
+  };
+  TestHost second;
+  const auto newer = second.client().programs();
+  EXPECT_EQ(newer->get(3, 0), held->get(3, 0));
+  EXPECT_EQ(std::pair(newer->presetCount(2), held->presetCount(2)), std::pair(1, 2));
+  EXPECT_EQ(std::pair(cutoffOf(second, 1), cutoffOf(*first, 1)), std::pair(0.875F, 0.0625F));
+  put("A/a1", stateWith(0.75F));  // within the tick of the clock that the files are stamped by
+  TestHost third;
+  EXPECT_EQ(cutoffOf(third, 1), 0.75F);
+  save(third, "A/a2.kvz");
+  EXPECT_EQ(cutoffOf(TestHost(), 2), 0.75F);
+}
+
+TEST_F(BankTest, ASharedBankIsReadOnceByAllWhoAskAndGoesWithTheLast) {
+  putTree();
+  settle();
+  std::weak_ptr<const KvProgramBank> shared;
+  {
+    std::array<std::unique_ptr<LinkedEffect>, 8> effects;
+    std::array<SharedBank::Held, 8> banks;
+    {
+      std::vector<std::jthread> hosts;
+      for (std::size_t i = 0; i < effects.size(); ++i) {
+        hosts.emplace_back([&, i] {
+          effects[i] = std::make_unique<LinkedEffect>();
+          const std::jthread window([&, i] { effects[i]->client().setProgram(1); });
+          banks[i] = effects[i]->client().programs();
+        });
+      }
+    }
+    for (const auto& bank : banks) EXPECT_EQ(bank, banks[0]);
+    EXPECT_EQ(banks[0]->presetCount(0), 3);
+    shared = banks[0];
+  }
+  EXPECT_TRUE(shared.expired());
+}
+
+/// Calls of read() by this process so far; nothing where the system does not count them.
+std::optional<int> readCalls() {
+  std::ifstream counters("/proc/self/io");
+  for (std::string name; counters >> name;) {
+    if (int calls = 0; name == "syscr:" && counters >> calls) return calls;
+  }
+  return std::nullopt;
+}
+
+TEST_F(BankTest, ConstructionReadsNoProgramAndASecondEffectNone) {
+  putTree();
+  settle();
+  const auto callsOf = [](const auto& work) {
+    const auto before = readCalls();
+    work();
+    return readCalls().value_or(0) - before.value_or(0);
+  };
+  const int own = callsOf([] {});
+  std::unique_ptr<LinkedEffect> first;
+  std::unique_ptr<LinkedEffect> second;
+  const auto resume = [](const auto& effect) { effect->resume(44100.0F, 64); };
+  // The store's header, the page that tells of changes, and its one table.
+  EXPECT_LE(callsOf([&] { first = std::make_unique<LinkedEffect>(); }) - own, kReadsOfTheStore);
+  EXPECT_GE(callsOf([&] { resume(first); }) - own, readCalls() ? 7 : 0);
+  EXPECT_LE(callsOf([&] { second = std::make_unique<LinkedEffect>(); }) - own, kReadsOfTheStore);
+  EXPECT_EQ(callsOf([&] { resume(second); }) - own, 0);
+  put("C/c2", stateWith(0.5F));
+  EXPECT_EQ(first->client().programs()->presetCount(2), 2);
+  EXPECT_EQ(LinkedEffect().client().programs()->presetCount(2), 3);
 }
 
 // An offline block never says that it ended.
