@@ -338,8 +338,7 @@ constexpr std::uint32_t kCutoffPort = 10;
 
 struct Lv2Window : testing::Test {
   /// The cutoff's knob, step by step, in a host that hands back what is written, or does not.
-  void drag(
-      Window& window, bool echoes, const std::function<void()>& eachStep = [] {}) {
+  void drag(Window& window, bool echoes, const std::function<void()>& eachStep = nothing) {
     robot.moveTo(place.window, 252, 180), window.settle(echoes);
     robot.press(), window.settle(echoes);
     for (int dy = 10; dy <= 60; dy += 10) {
@@ -348,6 +347,8 @@ struct Lv2Window : testing::Test {
     }
     robot.release(), window.settle(echoes);
   }
+
+  static void nothing() {}
 
   OwnDisplay server;
   Robot robot;
@@ -393,6 +394,13 @@ TEST_F(Lv2Window, AnEchoDoesNotFightTheWindow) {
   one.port(tag::cutoff) = 0.125F;
   one.play(noise(64));
   EXPECT_EQ(one.value(tag::cutoff), 0.125F);
+  // what it moves in spite of what it was told counts in the end
+  drag(window, false);
+  one.port(tag::cutoff) = 0.375F;
+  one.play(noise(64));
+  EXPECT_NE(one.value(tag::cutoff), 0.375F);
+  one.play(noise(11025));
+  EXPECT_EQ(one.value(tag::cutoff), 0.375F);
 }
 
 TEST_F(Lv2Window, AStateAndALearnedControllerAreWrittenToThePorts) {
