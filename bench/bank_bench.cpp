@@ -1,6 +1,6 @@
-// What a state costs, from memory and to the host, and what a full bank does: the scan of 128
-// folders with 128 presets each while the files are in the system's cache, the memory that it takes
-// against the files' size, and a save into it.
+// What a state costs, from memory and to the host, what an effect costs to make, and what a full
+// bank does: the scan of 128 folders with 128 presets each while the files are in the system's
+// cache, the memory that it takes against the files' size, and a save into it.
 
 #include <benchmark/benchmark.h>
 #include <malloc.h>
@@ -65,6 +65,15 @@ void saveToMemory(benchmark::State& state) {
   }
 }
 BENCHMARK(saveToMemory)->Unit(benchmark::kMicrosecond);
+
+/// What a host waits for when it makes an instance, and closes it again: no program is read.
+void makeAnEffect(benchmark::State& state) {
+  for ([[maybe_unused]] auto _ : state) {
+    const test::LinkedEffect effect;
+    benchmark::DoNotOptimize(effect.effect);
+  }
+}
+BENCHMARK(makeAnEffect)->Unit(benchmark::kMicrosecond);
 
 void scanOfAFullBank(benchmark::State& state) {
   const test::LinkedEffect effect;

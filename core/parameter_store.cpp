@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <bit>
-#include <cmath>
 
+#include "core/decibels.hpp"
 #include "core/group_selector.hpp"
 #include "core/tags.hpp"
 #include "engine/formant_table.hpp"
@@ -24,8 +24,6 @@ const ParameterRow& rowAt(int row) ZUM_REALTIME {
 int buttonPosition(float value) ZUM_REALTIME {
   return clampIndex(truncate(std::min(2.0F * value, 1.0F)), 1);
 }
-
-float decibels(float linear) ZUM_REALTIME { return 20.0F * std::log10(linear + 1e-8F); }
 
 void storePosition(ControlValue& control, int position) ZUM_REALTIME {
   storeShared(control.stepped, static_cast<float>(position));
@@ -107,12 +105,12 @@ void ParameterStore::applyValue(int at, float value) ZUM_REALTIME {
     case Rule::gain:
       storeShared(control.integer, truncate(value));
       storeShared(readout.efGain, 2.0F * value);
-      storeShared(readout.efGainDb, decibels(2.0F * value));
+      storeShared(readout.efGainDb, decibelsOf(2.0F * value));
       break;
     case Rule::threshold:
       storeShared(control.integer, truncate(value));
       storeShared(readout.lfoThreshold, value * value);
-      storeShared(readout.lfoThresholdDb, decibels(value * value));
+      storeShared(readout.lfoThresholdDb, decibelsOf(value * value));
       break;
     case Rule::percent:
       storeShared(control.integer, truncate(value));

@@ -7,12 +7,14 @@
 #include <cstddef>
 #include <span>
 
+#include "core/decibels.hpp"
 #include "core/parameter_store.hpp"
 #include "core/value_names.hpp"
 #include "engine/attack_table.hpp"
 #include "engine/envelope_follower.hpp"
 #include "engine/filter_frequency.hpp"
 #include "engine/note_table.hpp"
+#include "platform/ascii_case.hpp"
 
 namespace zum {
 namespace {
@@ -26,8 +28,6 @@ struct Scale {
   int decimals;  // at most, and fewer for numbers of three digits
   bool isSigned = false;
 };
-
-float decibelsOf(float linear) { return 20.0F * std::log10(linear + 1e-8F); }
 
 Scale scaleOf(Unit unit) {
   switch (unit) {
@@ -87,14 +87,6 @@ std::string numberText(const Scale& scale, float value) {
   if (text == "-0" || text == "-0.0") text.erase(0, 1);
   if (scale.isSigned && text.front() != '-' && text != "0") text.insert(text.begin(), '+');
   return text;
-}
-
-std::string lowerCase(std::string_view text) {
-  std::string lower;
-  for (const char letter : text) {
-    lower += letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-  }
-  return lower;
 }
 
 std::string_view trimmed(std::string_view text) {

@@ -12,6 +12,8 @@
 #include <filesystem>
 #include <memory>
 
+#include "platform/ascii_case.hpp"
+
 namespace zum {
 namespace {
 
@@ -117,8 +119,6 @@ bool overwrite(const std::string& target, const void* bytes, std::size_t count) 
   return file.close() && whole;
 }
 
-char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
 }  // namespace
 
 std::string toInternalPath(std::string_view systemPath) {
@@ -136,10 +136,12 @@ std::string toSystemPath(std::string_view internalPath) {
 bool isAbsolutePath(std::string_view internalPath) { return internalPath.starts_with('\\'); }
 
 bool namesRise(std::string_view a, std::string_view b) {
-  const auto [inA, inB] = std::mismatch(a.begin(), a.end(), b.begin(), b.end(),
-                                        [](char x, char y) { return lower(x) == lower(y); });
+  const auto [inA, inB] = std::mismatch(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
+    return lowerCase(x) == lowerCase(y);
+  });
   if (inA != a.end() && inB != b.end()) {
-    return static_cast<unsigned char>(lower(*inA)) < static_cast<unsigned char>(lower(*inB));
+    return static_cast<unsigned char>(lowerCase(*inA)) <
+           static_cast<unsigned char>(lowerCase(*inB));
   }
   return inA == a.end() && inB == b.end() ? a < b : inB != b.end();
 }

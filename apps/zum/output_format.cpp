@@ -3,13 +3,12 @@
 
 #include <sndfile.h>
 
-#include <algorithm>
-#include <cctype>
 #include <map>
 #include <string>
 #include <vector>
 
 #include "apps/zum/failure.hpp"
+#include "platform/ascii_case.hpp"
 
 namespace zum {
 namespace {
@@ -76,10 +75,8 @@ std::map<std::string, int> formatsByExtension(int inputFormat) {
 }  // namespace
 
 int outputFormat(const std::filesystem::path& path, int inputFormat) {
-  std::string extension = path.extension().string();
+  std::string extension = lowerCase(path.extension().string());
   extension.erase(0, 1);
-  std::transform(extension.begin(), extension.end(), extension.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
   const auto formats = formatsByExtension(inputFormat);
   if (const auto found = formats.find(extension); found != formats.end()) return found->second;
   std::string list;

@@ -2,25 +2,18 @@
 #include "apps/zum/parameter_names.hpp"
 
 #include <algorithm>
-#include <cctype>
 #include <numeric>
 #include <utility>
 
 #include "apps/zum/failure.hpp"
 #include "apps/zum/numbers_in_text.hpp"
+#include "platform/ascii_case.hpp"
 #include "platform/printable_text.hpp"
 
 namespace zum {
 namespace {
 
 constexpr std::size_t kMostSuggestions = 4;
-
-std::string lowerCase(std::string_view text) {
-  std::string lower(text);
-  std::transform(lower.begin(), lower.end(), lower.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return lower;
-}
 
 // Fewest insertions, deletions and replacements of one character that make `a` into `b`.
 std::size_t editDistance(std::string_view a, std::string_view b) {
