@@ -13,7 +13,8 @@ namespace {
 static_assert(std::atomic<std::uint64_t>::is_always_lock_free);
 
 std::string_view folderOf(std::string_view name) ZUM_REALTIME {
-  return {name.data(), std::min(name.find('/'), name.size())};
+  name.remove_suffix(name.size() - std::min(name.find('/'), name.size()));
+  return name;
 }
 std::string_view presetOf(std::string_view name) ZUM_REALTIME {
   name.remove_prefix(std::min(name.find('/'), name.size() - 1) + 1);

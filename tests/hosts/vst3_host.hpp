@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <map>
 #include <string>
@@ -347,7 +348,7 @@ class Plugin {
     EXPECT_EQ(read == V3_OK, value >= 0.0);
     return value;
   }
-  int program() { return static_cast<int>(get(kProgram) * kPrograms + 0.5); }
+  int program() { return static_cast<int>(std::lround(get(kProgram) * kPrograms)); }
   void choose(int place) { set(kProgram, place / kPrograms); }
   std::vector<std::byte> save(std::size_t piece = kWhole) {
     Stream stream{.bytes = {}, .piece = piece};
