@@ -37,7 +37,7 @@ void BankWalk::fetch() {
 
 void BankWalk::scan() {
   read([](const auto& check) {
-    const auto scanned = std::make_shared<KvProgramBank>(preset::kExtension);
+    auto scanned = std::make_shared<KvProgramBank>(preset::kExtension);
     scanned->scan(PresetDesk::root(), check);
     return scanned;
   });
@@ -47,7 +47,7 @@ void BankWalk::scan() {
 void BankWalk::scanBehind(const std::string& file) {
   const auto old = programs();
   read([&](const auto& check) {
-    const auto scanned = std::make_shared<KvProgramBank>(preset::kExtension);
+    auto scanned = std::make_shared<KvProgramBank>(preset::kExtension);
     scanned->scanBehind(*old, file, check);
     return scanned;
   });
@@ -183,8 +183,9 @@ void BankWalk::playMidiProgram(int index) ZUM_REALTIME {
   if (program != nullptr) desk.tryPlay(*program);
 }
 
-// Uses no heap: it follows a load that took effect, and must not fail half way. Each text is used
-// before the next one takes its room.
+// It follows a load that took effect, and must not fail half way: it uses no heap but for a bank
+// that is still to be read, which stays unread without memory. Each text is used before the next
+// one takes its room.
 void BankWalk::takePosition() {
   std::array<char, std::max(SharedName::kRoom, PresetSlot::kFolderRoom)> text{};
   const auto all = programs();

@@ -6,6 +6,8 @@
 
 #include <chrono>
 #include <cmath>
+#include <cstdlib>
+#include <filesystem>
 #include <optional>
 #include <sstream>
 #include <thread>
@@ -15,7 +17,10 @@
 #include "adaptor/dae/wrapper_group.hpp"
 #include "adaptor/dae/wrapper_process.hpp"
 #include "core/tags.hpp"
+#include "platform/files.hpp"
+#include "state/settings.hpp"
 #include "support/own_display.hpp"
+#include "support/temporary_folder.hpp"
 #include "support/test_host.hpp"
 
 #ifndef ZUM_THREAD_SECONDS
@@ -182,6 +187,26 @@ TEST(Adaptor, MidiWaitsForTheNextBlockAndNoLonger) {
   adaptor.render(silence, 64);
   EXPECT_GT(effect.controllerValue(30), 0.5F);
   EXPECT_EQ(effect.controllerValue(31), 0.0F);
+}
+
+TEST(Adaptor, MidiPlaysProgramsWhereTheUserAllowsIt) {
+  const std::string before = std::getenv("XDG_CONFIG_HOME");
+  const TemporaryFolder folder;
+  useHome(folder);
+  {
+    const TestHost writer;  // the first start sets the switches
+    std::filesystem::create_directories(folder / "tree/Midi Programs");
+    writeSettingString(kPresetPath, toInternalPath((folder / "tree/").string()));
+    writeSettingInt(kIgnoreProgramChange, 0);
+    writer.set(tag::cutoff, 0.125F);
+    const std::string file = (folder / "tree/Midi Programs/One.kvz").string();
+    writer.client().savePreset(toInternalPath(file).c_str(), 0, nullptr, false);
+  }
+  Adaptor adaptor;
+  adaptor.process.deliverMidi(0, {0xC0, 0, 0});
+  adaptor.render(Stereo(64), 64);
+  EXPECT_EQ(adaptor.process.getEffect()->getParameter(tag::cutoff), 0.125F);
+  useHome(std::filesystem::path(before).parent_path());
 }
 
 // The host's audio, MIDI and main threads, and one that makes and ends other processes: the

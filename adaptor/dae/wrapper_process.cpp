@@ -65,6 +65,8 @@ std::int32_t KvRTASWrapperProcess::EffectInit() {
   midiInNode =
       addNode(std::make_unique<CEffectMIDIDirectDeliveryNode>(getMidiNodeName(), midiIn, this));
   midiInNode->activate();
+  // This host never switches the effect on, and its blocks do not wait for programs.
+  if (effect != nullptr) effect->programs();
   transport = std::make_unique<TransportAccess>(getHost());
   return kNoError;
 }
