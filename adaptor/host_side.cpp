@@ -5,6 +5,7 @@
 #include <bit>
 #include <chrono>
 #include <cstring>
+#include <exception>
 #include <mutex>
 #include <thread>
 
@@ -238,7 +239,11 @@ void HostSide::idleByOwnThread() {
       std::this_thread::sleep_for(std::chrono::milliseconds(33));
       // who closes may hold the turn and wait for this thread
       const std::unique_lock turn(windowTurn(), std::try_to_lock);
-      if (turn.owns_lock() && !end.stop_requested()) idleWindow();
+      if (!turn.owns_lock() || end.stop_requested()) continue;
+      try {
+        idleWindow();
+      } catch (const std::exception&) {  // a tick without memory is not the last one
+      }
     }
   });
 }

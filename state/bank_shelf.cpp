@@ -19,7 +19,7 @@ Shelf& shelf() {
 
 BankShelf::Held BankShelf::read(const std::string& root, const KvProgramBank::Check& check) {
   const std::lock_guard lock(shelf().access);
-  const Held known = shelf().latest.lock();
+  Held known = shelf().latest.lock();
   const auto found = std::make_shared<KvProgramBank>(preset::kExtension);
   found->scan(root, check, known.get());
   if (known != nullptr && found->isTheSameAs(*known)) return known;

@@ -7,8 +7,10 @@
 #include <bit>
 #include <chrono>
 #include <cmath>
+#include <new>
 #include <random>
 #include <thread>
+#include <utility>
 
 #include "core/effect_editor.hpp"
 #include "core/parameter_text.hpp"
@@ -280,7 +282,7 @@ TEST(Face, WindowTellsOfAllItsParameters) {
   EXPECT_EQ(faced.host.takeChanges(), 0U) << "nothing is told twice";
 }
 
-/// Turns a knob each time it works.
+/// Turns a knob each time it works, but for the first one.
 class BusyEditor final : public EffectEditor {
  public:
   explicit BusyEditor(KvUniClient& of) : effect(of) {}
@@ -289,6 +291,7 @@ class BusyEditor final : public EffectEditor {
   void close() override { opened = false; }
   bool isOpen() override { return opened; }
   void idle() override {
+    if (std::exchange(lacksMemory, false)) throw std::bad_alloc();
     effect.beginEdit(tag::cutoff);
     effect.setParameterAutomated(tag::cutoff, 0.25F);
     effect.endEdit(tag::cutoff);
@@ -304,6 +307,7 @@ class BusyEditor final : public EffectEditor {
  private:
   KvUniClient& effect;
   bool opened = false;
+  bool lacksMemory = true;
 };
 
 // A host that waits in closeWindow() while the thread waits in the host would wait for ever.
