@@ -1,5 +1,8 @@
 #include "core/preset_dialogs.hpp"
 
+#include <mutex>
+
+#include "core/effect_editor.hpp"
 #include "platform/file_dialogs.hpp"
 #include "platform/files.hpp"
 #include "platform/message_box.hpp"
@@ -22,7 +25,9 @@ KvFileChooser mapChooser(void* owner) {
 
 }  // namespace
 
+// The window of another effect may be answering one just now, on a thread of its own.
 void PresetDialogs::cancel() {
+  const std::lock_guard turn(windowTurn());
   cancelFileQuestions(this);
   cancelMessages(this);
 }

@@ -4,10 +4,15 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <atomic>
+#include <chrono>
 #include <csignal>
+#include <mutex>
 #include <optional>
+#include <thread>
 #include <vector>
 
+#include "core/effect_editor.hpp"
 #include "platform/message_box.hpp"
 #include "platform/zenity_dialogs.hpp"
 #include "state/file_chooser.hpp"
@@ -288,6 +293,19 @@ class AnswersTest : public SettingsTest, public FileDialogs {
   FileQuestion asked;
   FileAnswer pending;
 };
+
+// Else the window of another effect, on a thread of its own, might answer one that goes.
+TEST_F(AnswersTest, AnEffectGoesWhileNoWindowIsAtWork) {
+  auto host = std::make_unique<TestHost>();
+  std::atomic<bool> isGone{false};
+  std::unique_lock turn(windowTurn());
+  std::jthread main([&] { host.reset(), isGone = true; });
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  EXPECT_FALSE(isGone);
+  turn.unlock();
+  main.join();
+  EXPECT_TRUE(isGone);
+}
 
 TEST_F(AnswersTest, PresetsGoOnWhereTheUserAnswersUntilTheirEffectGoes) {
   auto host = std::make_unique<TestHost>();
