@@ -45,15 +45,13 @@ bool isRegular(int file, struct stat& status) {
   return file != kNoFile && ::fstat(file, &status) == 0 && S_ISREG(status.st_mode);
 }
 
-std::int64_t nanoseconds(const timespec& time) {
-  return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
-}
+FileTime timeOf(const timespec& time) { return {time.tv_sec, time.tv_nsec}; }
 
 FileStamp stampOf(const struct stat& status) {
   return {{status.st_dev, status.st_ino},
           static_cast<std::uint64_t>(status.st_size),
-          nanoseconds(status.st_mtim),
-          nanoseconds(status.st_ctim)};
+          timeOf(status.st_mtim),
+          timeOf(status.st_ctim)};
 }
 
 bool writeAll(int file, const void* bytes, std::size_t count) {
@@ -184,10 +182,11 @@ std::optional<FileStamp> fileStamp(const std::string& path) {
 }
 
 bool isSettled(const FileStamp& stamp) {
-  constexpr std::int64_t kCoarsestClock = 2'000'000'000;  // of a file system
-  timespec now{};
-  ::clock_gettime(CLOCK_REALTIME, &now);
-  return nanoseconds(now) - stamp.written > kCoarsestClock;
+  constexpr std::time_t kCoarsestClock = 2;  // seconds, of a file system
+  timespec latest{};
+  ::clock_gettime(CLOCK_REALTIME, &latest);
+  latest.tv_sec -= kCoarsestClock;
+  return stamp.written < timeOf(latest);
 }
 
 std::optional<std::uint64_t> fileSize(const std::string& path) {

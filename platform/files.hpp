@@ -32,13 +32,15 @@ bool namesRise(std::string_view a, std::string_view b);
 using FolderId = std::pair<std::uint64_t, std::uint64_t>;
 std::optional<FolderId> folderId(const std::string& path);
 
+/// Seconds since 1970, and nanoseconds. A file may be of any year.
+using FileTime = std::pair<std::int64_t, std::int64_t>;
 /// What tells a regular file from what lies there later: its place, its size, and when it was
-/// written and renamed, in nanoseconds.
+/// written and renamed.
 struct FileStamp {
   FolderId place;
   std::uint64_t size;
-  std::int64_t written;
-  std::int64_t changed;
+  FileTime written;
+  FileTime changed;
 
   bool operator==(const FileStamp&) const = default;
 };

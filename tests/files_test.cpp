@@ -6,8 +6,12 @@
 
 #include <cerrno>
 #include <csignal>
+#include <ctime>
+#include <optional>
 #include <string>
+#include <utility>
 
+#include "platform/files.hpp"
 #include "state/fileio.hpp"
 #include "support/settings_user.hpp"
 
@@ -63,6 +67,24 @@ TEST_F(FilesTest, AFileThatMayBeWrittenIsSavedWhateverItsFolder) {
     EXPECT_EQ(entries(), 2);
     fs::permissions(folder, fs::perms(0755));
   }
+}
+
+TEST_F(FilesTest, StampsTellOfMomentsOfAnyYear) {
+  constexpr std::time_t kMost = 1LL << 34U;  // 2514: more than some file systems hold
+  const std::time_t now = std::time(nullptr);
+  putText(folder / "file", "text");
+  std::optional<FileStamp> before;
+  for (const auto& [time, settled] :
+       {std::pair{now - 60, true}, {now, false}, {now + 60, false}, {kMost, false}, {-60L, true}}) {
+    const timespec both[] = {{time, 0}, {time, 7}};
+    ASSERT_EQ(utimensat(AT_FDCWD, (folder / "file").c_str(), both, 0), 0);
+    const auto stamp = fileStamp(internal("file"));
+    ASSERT_TRUE(stamp);
+    EXPECT_NE(stamp, before) << time;
+    EXPECT_EQ(isSettled(*stamp), settled) << time;
+    before = stamp;
+  }
+  EXPECT_FALSE(fileStamp(internal("none")) || fileStamp(internal("")));
 }
 
 int openToOthers = 0;  // descriptors that a program started now would get
