@@ -15,7 +15,7 @@ inline std::recursive_mutex& windowTurn() {
   return turn;
 }
 
-/// [main] Each operation takes the windowTurn().
+/// [main] What looks at the window takes the windowTurn().
 class EffectEditor : public AEffEditor {
  public:
   /// [any] Everything is drawn again at the next idle.

@@ -6,7 +6,7 @@
 
 namespace zum {
 
-/// [main] Each call takes its turn.
+/// [main] Each call that looks at the window takes its turn.
 class AEffGUIEditor : public EffectEditor, public KvEditorBase {
  public:
   using KvEditorBase::KvEditorBase;
