@@ -65,7 +65,30 @@ TEST_F(NoMemory, AnEffectIsMadeWholeOrNotAtAll) {
     const EffectInstance effect(record);
     EXPECT_EQ(effect.state(), whole);
   }
-  EXPECT_GT(made, 1);  // without programs an effect can do
+  EXPECT_GT(made, 1);  // without its first preset an effect can do
+}
+
+// Whoever first needs the programs reads them.
+TEST_F(NoMemory, ProgramsThatFoundNoRoomAreReadLater) {
+  const std::string a1 = path("tree/A/a1.kvz");
+  const std::function<void(const LinkedEffect&)> first[] = {
+      [](const LinkedEffect& effect) { effect.resume(44100.0F, 64); },
+      [](const LinkedEffect& effect) { effect.dispatch(effSetProgram, 0, 1); },
+      [&](const LinkedEffect& effect) {
+        effect.client().loadPresetFile(a1.c_str(), 0, nullptr, false);
+      }};
+  for (const auto& act : first) {
+    int readLater = 0;
+    for (int n = 1, more = 1; more != 0; ++n) {
+      SCOPED_TRACE(n);
+      const LinkedEffect effect;
+      more = failsAt(n, [&] { act(effect); });
+      readLater += more;
+      EXPECT_EQ(effect.client().programs()->presetCount(0), 2);
+      EXPECT_EQ(effect.client().programs()->presetCount(1), 1);
+    }
+    EXPECT_GT(readLater, 10);
+  }
 }
 
 TEST_F(NoMemory, AnOperationIsDoneWholeOrNotAtAll) {
