@@ -169,7 +169,9 @@ void KvUniClient::resume() {
   engine.resetOutput();
 }
 
+// Some hosts play without ever switching an effect on, but none without a rate.
 void KvUniClient::setSampleRate(float rate) {
+  bank.fetch();
   const StateGate::Silence silence(gate);
   KvPluginBase::setSampleRate(rate);
   clock.setSampleRate(rate);

@@ -340,7 +340,8 @@ TEST_F(BankTest, ConstructionReadsNoProgramAndASecondEffectNone) {
   const auto resume = [](const auto& effect) { effect->resume(44100.0F, 64); };
   // The store's header, the page that tells of changes, and its one table.
   EXPECT_LE(callsOf([&] { first = std::make_unique<LinkedEffect>(); }) - own, kReadsOfTheStore);
-  EXPECT_GE(callsOf([&] { resume(first); }) - own, readCalls() ? 7 : 0);
+  // A rate is all that some hosts give an effect before they play.
+  EXPECT_GE(callsOf([&] { first->client().setSampleRate(48000.0F); }) - own, readCalls() ? 7 : 0);
   EXPECT_LE(callsOf([&] { second = std::make_unique<LinkedEffect>(); }) - own, kReadsOfTheStore);
   EXPECT_EQ(callsOf([&] { resume(second); }) - own, 0);
   put("C/c2", stateWith(0.5F));
