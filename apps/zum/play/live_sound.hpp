@@ -1,0 +1,115 @@
+// What a sound device plays: a loop, or what comes in, through the effect. The user's side sets
+// what is to be heard, the device's callback takes it at the start of its next block.
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <vector>
+
+#include "adaptor/host_side.hpp"
+#include "apps/zum/play/loop_source.hpp"
+#include "apps/zum/play/midi_lanes.hpp"
+#include "apps/zum/play/recorder.hpp"
+#include "apps/zum/play/song_clock.hpp"
+
+namespace zum {
+
+class LiveSound {
+ public:
+  static constexpr int kMostFrames = 8192;  // in one part; longer blocks come in several
+
+  /// The effect outlives it, and nobody else processes.
+  explicit LiveSound(HostSide& played);
+  ~LiveSound();
+  LiveSound(const LiveSound&) = delete;
+  LiveSound& operator=(const LiveSound&) = delete;
+
+  // ---- [main] while no callback runs
+  /// Switches the effect on at that rate, Hz. What plays starts anew where the rate is another one.
+  /// False for a rate that the effect does not have, and then nothing changes.
+  bool setRate(int rate);
+  int sampleRate() const { return rate; }
+
+  // ---- [main]
+  /// Empty for none. What plays starts over with it. Throws Failure, and then nothing changes.
+  void setLoop(const std::filesystem::path& path);
+  const std::filesystem::path& loop() const { return loopPath; }
+  /// From the loop's begin and the song's first beat.
+  void play();
+  void stop();
+  bool isPlaying() const { return taken != nullptr; }
+  /// What comes in is heard in place of the loop.
+  void hearInput(bool heard) { hearsInput.store(heard); }
+  bool isInputHeard() const { return hearsInput.load(); }
+  /// Quarter notes per minute.
+  void setTempo(double tempo) { songTempo.store(tempo); }
+  double tempo() const { return songTempo.load(); }
+
+  /// A running one ends. Throws Failure when the new one cannot be made, and then nothing changes.
+  void record(const std::filesystem::path& path);
+  /// Throws Failure when there is no file.
+  void endRecord();
+  /// Null for none.
+  const Recorder* recorder() const { return recording.get(); }
+
+  /// Since the last call, 0 for silence; above 1 it clips.
+  struct Peaks {
+    float in;
+    float out;
+  };
+  Peaks takePeaks() { return {peakIn.exchange(0.0F), peakOut.exchange(0.0F)}; }
+  /// Frames of the loop that were not there in time.
+  std::int64_t lateFrames() const { return late.load(); }
+  MidiLanes& midi() { return lanes; }
+  /// Now and then: lets go of what the callback has left. `runs` says whether one may run.
+  void sweep(bool runs);
+
+  // ---- [audio]
+  /// Two channels each; null inputs are silence.
+  void process(const float* const* inputs, float* const* outputs, int frames) ZUM_REALTIME;
+
+ private:
+  /// From one press on play to the next, or to stop.
+  struct Take {
+    std::unique_ptr<LoopSource> loop;  // null for silence
+    SongClock clock;
+  };
+  /// What the callback may still use, until it has begun `blocks` of them.
+  struct Left {
+    std::unique_ptr<Take> take;
+    std::unique_ptr<Recorder> recorder;
+    std::uint64_t blocks;
+  };
+
+  std::unique_ptr<Take> makeTake(const std::filesystem::path& path) const;
+  void replaceTake(std::unique_ptr<Take> next);
+  void processPart(const float* const* inputs, float* const* outputs, int frames) ZUM_REALTIME;
+
+  HostSide& effect;
+  MidiLanes lanes;
+  int rate = 0;  // Hz
+  std::filesystem::path loopPath;
+  std::unique_ptr<Take> taken;
+  std::unique_ptr<Recorder> recording;
+  std::vector<Left> left;
+
+  // from main to the callback
+  std::atomic<Take*> wantedTake{nullptr};
+  std::atomic<Recorder*> wantedRecorder{nullptr};
+  std::atomic<bool> hearsInput{false};
+  std::atomic<double> songTempo{120.0};
+  // and back
+  std::atomic<std::uint64_t> blocksBegun{0};
+  std::atomic<std::uint64_t> blocksEnded{0};
+  std::atomic<std::int64_t> late{0};
+  std::atomic<float> peakIn{0.0F};
+  std::atomic<float> peakOut{0.0F};
+
+  // [audio]
+  std::array<std::vector<float>, 2> heard;
+};
+
+}  // namespace zum
