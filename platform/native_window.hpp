@@ -8,7 +8,9 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/input.hpp"
 
@@ -37,6 +39,8 @@ class WindowEvents {
   virtual bool windowKeyReleased(const WindowKey& key) = 0;
   /// Pixels were lost. Ends are the first pixels outside.
   virtual void windowExposed(int left, int top, int right, int bottom) = 0;
+  /// In a window that takes files: paths, one or more. Nothing else is known of them.
+  virtual void windowDropped(int x, int y, const std::vector<std::string>& files) = 0;
   /// The user closed it, or the host's window went and took it along. It shows nothing any more.
   virtual void windowGone() = 0;
 };
@@ -52,10 +56,18 @@ class PassiveWindowEvents : public WindowEvents {
   bool windowKeyPressed(const WindowKey& /*key*/) override { return false; }
   bool windowKeyReleased(const WindowKey& /*key*/) override { return false; }
   void windowExposed(int /*left*/, int /*top*/, int /*right*/, int /*bottom*/) override {}
+  void windowDropped(int /*x*/, int /*y*/, const std::vector<std::string>& /*files*/) override {}
   void windowGone() override {}
 };
 
 enum class WindowCursor : std::uint8_t { arrow, hourglass, resizeHorizontally };
+
+/// Of a window's top left corner, without what a window manager puts around it. Pixels.
+struct ScreenPlace {
+  int x = 0;
+  int y = 0;
+  bool operator==(const ScreenPlace&) const = default;
+};
 
 class NativeWindow {
  public:
@@ -77,6 +89,8 @@ class NativeWindow {
   /// For a window inside of a host's. Others get the focus from the system.
   virtual void takeFocus() = 0;
   virtual void setCursor(WindowCursor cursor) = 0;
+  /// Where the user has put a window of its own, as far as has been heard; also when it is gone.
+  virtual std::optional<ScreenPlace> place() const { return std::nullopt; }
 };
 
 struct WindowRequest {
@@ -86,6 +100,8 @@ struct WindowRequest {
   // Of a window of its own:
   std::string title = {};
   std::uintptr_t inFrontOf = 0;  // a dialog of the program whose window this is or lies in
+  std::optional<ScreenPlace> place = std::nullopt;  // moved onto the screen where it is not
+  bool takesFiles = false;                          // that the user drops onto it
 };
 
 /// [main] Null where there is no display, or no such parent. `events` outlive the window.

@@ -4,6 +4,8 @@
 #include <X11/cursorfont.h>
 #include <cairo-xlib.h>
 
+#include <algorithm>
+
 #include "platform/x11_connection.hpp"
 #include "platform/x11_window.hpp"
 
@@ -73,11 +75,13 @@ bool X11Window::create(const WindowRequest& request, X11Guard& guard) {
   attributes.border_pixel = 0;
   attributes.colormap = colours;
   attributes.event_mask = kEvents;
+  const ScreenPlace corner = placeFor(request);
   window =
-      XCreateWindow(display, above, 0, 0, static_cast<unsigned>(width),
+      XCreateWindow(display, above, corner.x, corner.y, static_cast<unsigned>(width),
                     static_cast<unsigned>(height), 0, DefaultDepthOfScreen(screen), InputOutput,
                     visual, CWBackPixmap | CWBorderPixel | CWColormap | CWEventMask, &attributes);
   describe(request);
+  if (parent == 0 && request.takesFiles) drops.emplace(display, window);
   if (parent == 0 && request.inFrontOf != 0) {
     if (guard.failed()) return false;
     describeDialog(request.inFrontOf);
@@ -105,6 +109,12 @@ void X11Window::describe(const WindowRequest& request) {
   sizes.flags = PMinSize | PMaxSize;
   sizes.min_width = sizes.max_width = width;
   sizes.min_height = sizes.max_height = height;
+  if (request.place) {
+    // The place is of our own corner: counted from the frame's, the window would wander by a frame
+    // each time it comes up where it was.
+    sizes.flags |= USPosition | PWinGravity;
+    sizes.win_gravity = StaticGravity;
+  }
   XSetWMNormalHints(display, window, &sizes);
   XWMHints hints{};
   hints.flags = InputHint | StateHint;
@@ -114,6 +124,14 @@ void X11Window::describe(const WindowRequest& request) {
   protocols = XInternAtom(display, "WM_PROTOCOLS", False);
   deleteWindow = XInternAtom(display, "WM_DELETE_WINDOW", False);
   XSetWMProtocols(display, window, &deleteWindow, 1);
+}
+
+/// The screen may have become smaller since the place was noted.
+ScreenPlace X11Window::placeFor(const WindowRequest& request) const {
+  if (parent != 0 || !request.place) return {};
+  const int screen = DefaultScreen(display);
+  return {std::clamp(request.place->x, 0, std::max(DisplayWidth(display, screen) - width, 0)),
+          std::clamp(request.place->y, 0, std::max(DisplayHeight(display, screen) - height, 0))};
 }
 
 /// Kept above its program's window, and shown near it.

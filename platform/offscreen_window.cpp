@@ -62,6 +62,9 @@ void OffscreenWindow::keyUp(const WindowKey& key) {
 void OffscreenWindow::expose(int left, int top, int right, int bottom) {
   queue.emplace_back([=](WindowEvents& to) { to.windowExposed(left, top, right, bottom); });
 }
+void OffscreenWindow::drop(int x, int y, std::vector<std::string> files) {
+  queue.emplace_back([=](WindowEvents& to) { to.windowDropped(x, y, files); });
+}
 void OffscreenWindow::vanish() {
   queue.emplace_back([this](WindowEvents& to) {
     gone = true;

@@ -13,7 +13,8 @@ namespace {
 /// Joins an event to the one before it where the two say no more than one would.
 bool join(XEvent& last, const XEvent& next) {
   if (last.type != next.type) return false;
-  if (next.type == MotionNotify && last.xmotion.state == next.xmotion.state) {
+  const bool sameMove = next.type == MotionNotify && last.xmotion.state == next.xmotion.state;
+  if (sameMove || next.type == ConfigureNotify) {
     last = next;
     return true;
   }
@@ -95,12 +96,20 @@ void X11Window::tell(XEvent& event) {
     case FocusOut: focusChanged(event.xfocus); break;
     case ReparentNotify:
       if (parent != 0) parent = event.xreparent.parent;
+      notePlace();
       break;
+    case MapNotify:
+    case ConfigureNotify: notePlace(); break;
+    case SelectionNotify: tellDrop(event); break;
     case ClientMessage: {
       const XClientMessageEvent& message = event.xclient;
       const bool close = parent == 0 && message.message_type == protocols && message.format == 32 &&
                          static_cast<Atom>(message.data.l[0]) == deleteWindow;
-      if (close) tellGone();
+      if (close) {
+        tellGone();
+      } else {
+        tellDrop(event);
+      }
       break;
     }
     case DestroyNotify:
@@ -141,6 +150,28 @@ void X11Window::tellMove(int x, int y, unsigned state) {
 
 void X11Window::tellLeft() {
   if (std::exchange(toldInside, false)) events.windowLeft();
+}
+
+void X11Window::tellDrop(const XEvent& event) {
+  if (!drops || handle() == 0) return;
+  std::optional<X11DropTarget::Drop> drop;
+  {
+    const X11Guard guard(display);
+    drop = drops->take(event);
+  }
+  if (drop) events.windowDropped(drop->x, drop->y, drop->files);
+}
+
+/// The events themselves tell it from the screen's corner or from a frame's, by who sent them.
+void X11Window::notePlace() {
+  if (parent != 0 || handle() == 0) return;
+  const X11Guard guard(display);
+  ScreenPlace corner;
+  Window ignored = 0;
+  if (XTranslateCoordinates(display, window, DefaultRootWindow(display), 0, 0, &corner.x, &corner.y,
+                            &ignored) != 0) {
+    toldPlace = corner;
+  }
 }
 
 /// Tells the last event. Nothing of the window stays on the screen.

@@ -11,6 +11,7 @@
 
 #include "platform/native_window.hpp"
 #include "platform/x11_compose.hpp"
+#include "platform/x11_drop.hpp"
 #include "platform/x11_keys.hpp"
 
 namespace zum {
@@ -32,11 +33,13 @@ class X11Window final : public NativeWindow {
   bool hasFocus() const override { return focused; }
   void takeFocus() override;
   void setCursor(WindowCursor cursor) override;
+  std::optional<ScreenPlace> place() const override { return toldPlace; }
 
  private:
   bool create(const WindowRequest& request, X11Guard& guard);
   void describe(const WindowRequest& request);
   void describeDialog(Window inFrontOf);
+  ScreenPlace placeFor(const WindowRequest& request) const;
   void closeSurface();
   void giveFocusBack(X11Guard& guard);
 
@@ -48,7 +51,9 @@ class X11Window final : public NativeWindow {
   void tellText(const std::u32string& text, WindowKey key);
   void tellMove(int x, int y, unsigned state);
   void tellLeft();
+  void tellDrop(const XEvent& event);
   void tellGone();
+  void notePlace();
   void enter(const XCrossingEvent& event);
   void leave(const XCrossingEvent& event);
   void focusChanged(const XFocusChangeEvent& event);
@@ -69,6 +74,8 @@ class X11Window final : public NativeWindow {
   std::optional<WindowCursor> shownCursor = std::nullopt;  // the parent's at first
   Atom protocols = 0;
   Atom deleteWindow = 0;
+  std::optional<ScreenPlace> toldPlace = std::nullopt;
+  std::optional<X11DropTarget> drops = std::nullopt;  // of a window that takes files
 
   std::deque<XEvent> queue;
   ClickCounter clicks;

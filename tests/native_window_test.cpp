@@ -51,6 +51,10 @@ class Log final : public WindowEvents {
   bool windowKeyPressed(const WindowKey& key) override { return addKey("down", key); }
   bool windowKeyReleased(const WindowKey& key) override { return addKey("up", key); }
   void windowExposed(int l, int t, int r, int b) override { add("exposed", l, t, r, b); }
+  void windowDropped(int x, int y, const std::vector<std::string>& files) override {
+    add("drop", x, y);
+    lines.insert(lines.end(), files.begin(), files.end());
+  }
   void windowGone() override { add("gone"); }
   std::unique_ptr<NativeWindow>* closes = nullptr;  // at a release
   Lines take() { return std::exchange(lines, {}); }

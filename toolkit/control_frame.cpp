@@ -158,6 +158,10 @@ bool KvFrame::onKeyUp(const WindowKey& key) {
   return used || (editor != nullptr && editor->keyReleased(key));
 }
 
+void KvFrame::takeFiles(CPoint /*where*/, const std::vector<std::string>& paths) {
+  if (editor != nullptr && !isBlocked()) editor->filesDropped(paths);
+}
+
 CView* KvFrame::getViewAt(CPoint where, int buttons) const {
   return modalView == nullptr ? CFrame::getViewAt(where, buttons) : nullptr;
 }

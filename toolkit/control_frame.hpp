@@ -1,6 +1,7 @@
 // The frame of the window: ticks its controls, and lets one of them, a popup, take all input.
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "toolkit/base_control.hpp"
@@ -20,6 +21,8 @@ class CEditorInterface {
   // A key that no control wanted. False when it is of no use either: the host gets it.
   virtual bool keyPressed(const WindowKey& key) = 0;
   virtual bool keyReleased(const WindowKey& key) = 0;
+  /// Paths of files that the user dropped onto the window.
+  virtual void filesDropped(const std::vector<std::string>& /*paths*/) {}
   /// A box is open that must be answered first: mouse and keys mean nothing meanwhile.
   virtual bool isBlocked() const { return false; }
 };
@@ -71,6 +74,7 @@ class KvFrame final : public CFrame {
  private:
   ~KvFrame() override = default;
   void tick();
+  void takeFiles(CPoint where, const std::vector<std::string>& paths) override;
   bool tellKey(const WindowKey& key);
   bool isOnTop(const CView* view) const;
   bool isBlocked() const { return editor != nullptr && editor->isBlocked(); }

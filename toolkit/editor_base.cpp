@@ -7,7 +7,7 @@
 namespace zum {
 
 PictureTable& KvEditorBase::pictures() {
-  static PictureTable table;
+  static PictureTable table(1000, 59);
   return table;
 }
 

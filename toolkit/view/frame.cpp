@@ -12,8 +12,13 @@ CFrame::CFrame(const CRect& rect)
 
 bool CFrame::open(std::uintptr_t parent, const std::string& title, const WindowOpener& opener,
                   std::uintptr_t inFrontOf) {
-  const CRect& size = getViewSize();
-  window = opener({parent, size.width(), size.height(), title, inFrontOf}, *this);
+  return open({.parent = parent, .title = title, .inFrontOf = inFrontOf}, opener);
+}
+
+bool CFrame::open(WindowRequest request, const WindowOpener& opener) {
+  request.width = getViewSize().width();
+  request.height = getViewSize().height();
+  window = opener(request, *this);
   return window != nullptr;
 }
 

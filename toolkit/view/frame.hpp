@@ -25,6 +25,8 @@ class CFrame : public CViewContainer, private WindowEvents {
   /// when the system has none to give; the frame then draws for nobody.
   bool open(std::uintptr_t parent, const std::string& title = {},
             const WindowOpener& opener = openNativeWindow, std::uintptr_t inFrontOf = 0);
+  /// The same with all that a request can say; its size is the frame's.
+  bool open(WindowRequest request, const WindowOpener& opener);
   /// From now on nothing is told and drawn: what the views show may go before they do.
   void shut() { gone = true; }
   /// Shut, closed by the user, or gone with its parent.
@@ -42,6 +44,8 @@ class CFrame : public CViewContainer, private WindowEvents {
   /// Nothing while the pointer is elsewhere.
   std::optional<CPoint> pointerPosition() const { return pointer; }
   std::uintptr_t nativeHandle() const { return window ? window->handle() : 0; }
+  /// Of a window of its own, which the user may have moved.
+  std::optional<ScreenPlace> screenPlace() const { return window ? window->place() : std::nullopt; }
   void setCursor(WindowCursor cursor) {
     if (window) window->setCursor(cursor);
   }
@@ -49,6 +53,8 @@ class CFrame : public CViewContainer, private WindowEvents {
   std::uint32_t pixelAt(CPoint point) const;
   /// As drawn last. False when the file cannot be written.
   bool writePicture(const std::string& path) const;
+  /// The same for whoever puts it into another picture.
+  cairo_surface_t* drawnPicture() const { return picture.get(); }
 
  protected:
   ~CFrame() override = default;
@@ -57,6 +63,8 @@ class CFrame : public CViewContainer, private WindowEvents {
   void takeFocus() {
     if (window && !window->hasFocus()) window->takeFocus();
   }
+  /// Files that the user dropped onto the window.
+  virtual void takeFiles(CPoint /*where*/, const std::vector<std::string>& /*paths*/) {}
   void pollWindow() {
     if (window && !gone) window->poll();
   }
@@ -74,6 +82,9 @@ class CFrame : public CViewContainer, private WindowEvents {
   bool windowKeyPressed(const WindowKey& key) override { return !gone && onKeyDown(key); }
   bool windowKeyReleased(const WindowKey& key) override { return !gone && onKeyUp(key); }
   void windowExposed(int left, int top, int right, int bottom) override;
+  void windowDropped(int x, int y, const std::vector<std::string>& files) override {
+    if (!gone) takeFiles({x, y}, files);
+  }
   void windowGone() override { gone = true; }
 
   std::unique_ptr<cairo_surface_t, Destroy> picture;  // of the whole window
