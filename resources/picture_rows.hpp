@@ -1,4 +1,4 @@
-// Every picture of the window: its size, its frames and who draws it.
+// Every picture of the window and of the transport strip: its size, its frames and who draws it.
 #pragma once
 
 #include <span>
@@ -16,7 +16,9 @@ struct PictureRow {
 };
 
 std::span<const PictureRow> pictureRows();
-/// Null for none.
+/// Of the transport strip, which plug-in windows do not have.
+std::span<const PictureRow> stripPictureRows();
+/// Of the window; null for none.
 const PictureRow* pictureRow(int id);
 
 /// All frames, one below the other.

@@ -89,7 +89,9 @@ void drawCell(cairo_t* cr, const Cell& cell) {
 
 void writeSheet(const std::string& path) {
   std::vector<Cell> cells;
-  for (const PictureRow& row : pictureRows()) cells.push_back(cellOf(row));
+  for (const auto& rows : {pictureRows(), stripPictureRows()}) {
+    for (const PictureRow& row : rows) cells.push_back(cellOf(row));
+  }
   const int height = arrange(cells);
   const Image image(kWidth, height);
   fill(image.context(), {0, 0, kWidth, height}, rgb(70, 68, 68));
