@@ -1,0 +1,84 @@
+#include "apps/zum/play/play_window.hpp"
+
+#include <cairo.h>
+
+#include <memory>
+
+#include "apps/zum/failure.hpp"
+#include "editor/uni_client_editor.hpp"
+#include "state/library_record.hpp"
+
+namespace zum {
+namespace {
+
+CRect frameRect(HostSide& host) {
+  const auto [width, height] = host.windowSize();
+  return {0, 0, std::max(width, Strip::size().x), height + Strip::size().y};
+}
+
+KvUniClientEditor* editorOf(HostSide& host) {
+  return dynamic_cast<KvUniClientEditor*>(host.client().getEditor());
+}
+
+VstKeyCode hostKeyOf(const WindowKey& key) { return {key.character, key.virt, key.modifier}; }
+
+}  // namespace
+
+PlayWindow::PlayWindow(HostSide& host, StripOwner& owner, std::optional<ScreenPlace> place)
+    : effect(host),
+      frame(new KvFrame(frameRect(host), this)),
+      strip(*frame.get(), {0, host.windowSize().height}, owner) {
+  const WindowRequest request{.title = libraryRecord().product, .place = place, .takesFiles = true};
+  if (!frame->open(request, openNativeWindow) || !effect.openWindow(frame->nativeHandle())) {
+    frame->shut();
+    throw Failure("no display; start it on a desktop, or under xvfb-run");
+  }
+}
+
+PlayWindow::~PlayWindow() {
+  frame->shut();
+  effect.closeWindow();  // ahead of the window that it lies in
+}
+
+void PlayWindow::idle() {
+  if (isGone()) return;
+  strip.poll();
+  frame->idle();
+  effect.idleWindow();
+}
+
+bool PlayWindow::writePicture(const std::filesystem::path& path) const {
+  const CRect& size = frame->getViewSize();
+  const std::unique_ptr<cairo_surface_t, decltype(&cairo_surface_destroy)> all(
+      cairo_image_surface_create(CAIRO_FORMAT_RGB24, size.width(), size.height()),
+      cairo_surface_destroy);
+  const std::unique_ptr<cairo_t, decltype(&cairo_destroy)> drawing(cairo_create(all.get()),
+                                                                   cairo_destroy);
+  const auto lay = [&](const CFrame& part) {
+    cairo_set_source_surface(drawing.get(), part.drawnPicture(), 0.0, 0.0);
+    cairo_paint(drawing.get());
+  };
+  lay(*frame.get());
+  const KvUniClientEditor* const editor = editorOf(effect);
+  if (editor != nullptr && editor->shownFrame() != nullptr) lay(*editor->shownFrame());
+  return cairo_surface_write_to_png(all.get(), path.c_str()) == CAIRO_STATUS_SUCCESS;
+}
+
+// The keys that the effect does not want come here from its window; those of this window, as with
+// the pointer on the strip, go there.
+bool PlayWindow::keyPressed(const WindowKey& key) {
+  VstKeyCode code = hostKeyOf(key);
+  AEffEditor* const editor = effect.client().getEditor();
+  return strip.pressKey(key) || (editor != nullptr && editor->onKeyDown(code));
+}
+
+bool PlayWindow::keyReleased(const WindowKey& key) {
+  strip.releaseKey(key);
+  VstKeyCode code = hostKeyOf(key);
+  AEffEditor* const editor = effect.client().getEditor();
+  return editor != nullptr && editor->onKeyUp(code);
+}
+
+bool PlayWindow::isBlocked() const { return WindowServices::get().isMessageOpen(); }
+
+}  // namespace zum
