@@ -85,6 +85,13 @@ int AudioInput::read(float* left, float* right, int count) {
   return got;
 }
 
+void AudioInput::rewind() {
+  if (sf_seek(file.get(), 0, SEEK_SET) != 0) {
+    throw Failure(name + " cannot be read from its begin again; copy it into a file first");
+  }
+  framesRead = 0;
+}
+
 void AudioInput::warnOfDamage() const {
   if (nonFinite == 0) return;
   warn(name + " has " + std::to_string(nonFinite) +

@@ -1,4 +1,4 @@
-// Reading of a music file as a stereo stream; used by the render command.
+// Reading of a music file as a stereo stream; used by the commands that play one.
 #pragma once
 
 #include <sndfile.h>
@@ -34,6 +34,8 @@ class AudioInput {
   /// Fills up to `count` frames of both channels, mono doubled; fewer only at the end of the file.
   /// Throws Failure when the file breaks off before its end.
   int read(float* left, float* right, int count);
+  /// To the begin again; throws Failure where the file cannot go there.
+  void rewind();
   /// Tells of samples so far that are no finite numbers: the effect is silent there.
   void warnOfDamage() const;
 

@@ -39,13 +39,22 @@ int quantise(float sample, int bits) {
 
 AudioOutput::AudioOutput(const std::filesystem::path& path, const AudioInput& input,
                          sf_count_t frames)
+    : AudioOutput(path, input.format(), input.sampleRate(), frames) {
+  for (const auto& [type, text] : input.texts()) sf_set_string(file.get(), type, text.c_str());
+}
+
+AudioOutput::AudioOutput(const std::filesystem::path& path, int rate)
+    : AudioOutput(path, SF_FORMAT_FLOAT, rate, 0) {}
+
+AudioOutput::AudioOutput(const std::filesystem::path& path, int inputFormat, int rate,
+                         sf_count_t frames)
     : name(path.string()),
-      format(outputFormat(path, input.format())),
+      format(outputFormat(path, inputFormat)),
       bits(integerBits(format)),
       temporary(path) {
   SF_INFO info{};
   info.channels = 2;
-  info.samplerate = input.sampleRate();
+  info.samplerate = rate;
   info.format = format;
   refuseTooLong(name, format, bits, frames);
   SF_VIRTUAL_IO functions = sinkFunctions();
@@ -57,7 +66,6 @@ AudioOutput::AudioOutput(const std::filesystem::path& path, const AudioInput& in
   }
   // The peak chunk holds the time of day: without it, equal renders are equal files.
   sf_command(file.get(), SFC_SET_ADD_PEAK_CHUNK, nullptr, SF_FALSE);
-  for (const auto& [type, text] : input.texts()) sf_set_string(file.get(), type, text.c_str());
 }
 
 // libsndfile gets our own functions to write through, because it keeps failures in the middle and
@@ -98,6 +106,7 @@ void AudioOutput::measure(float sample) {
 
 void AudioOutput::write(const float* left, const float* right, int count) {
   const std::size_t samples = 2 * static_cast<std::size_t>(count);
+  length = lseek(temporary.descriptor(), 0, SEEK_END);
   floats.resize(samples);
   for (int i = 0; i < count; ++i) {
     const std::size_t at = 2 * static_cast<std::size_t>(i);
@@ -120,10 +129,24 @@ void AudioOutput::warnOfDamage() const {
        " samples; turn the level down, or render from a float file to a float format");
 }
 
-void AudioOutput::finish() {
+void AudioOutput::close() {
   const int closed = sf_close(file.release());
   checkWrite(closed == 0);
+}
+
+void AudioOutput::finish() {
+  close();
   temporary.commit();
+}
+
+void AudioOutput::keep() {
+  close();
+  temporary.keep();
+}
+
+void AudioOutput::keepWhatFits() {
+  if (!temporary.forgive(length)) checkWrite(false);
+  keep();
 }
 
 }  // namespace zum

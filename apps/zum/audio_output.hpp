@@ -16,10 +16,17 @@ class AudioOutput {
   /// The format follows the extension of `path` and the samples of `input`, whose rate and texts it
   /// takes over. `frames` is the length to come, for formats that have a limit. Throws Failure.
   AudioOutput(const std::filesystem::path& path, const AudioInput& input, sf_count_t frames);
+  /// Of what is heard at `rate` Hz, as floats where the format can hold them. Throws Failure.
+  AudioOutput(const std::filesystem::path& path, int rate);
 
   void write(const float* left, const float* right, int count);
   /// Ends the file and gives it its name. Without this call there is no file.
   void finish();
+  /// The same for what is to be kept whatever ends the program.
+  void keep();
+  /// Behind a write() that threw: what was written before it becomes the file. Throws Failure when
+  /// that fails, too.
+  void keepWhatFits();
 
   /// Tells of samples so far that clip.
   void warnOfDamage() const;
@@ -27,7 +34,10 @@ class AudioOutput {
   float peak() const { return highest; }
 
  private:
+  AudioOutput(const std::filesystem::path& path, int inputFormat, int rate, sf_count_t frames);
+
   static SF_VIRTUAL_IO sinkFunctions();
+  void close();
   void measure(float sample);
   void checkWrite(bool complete) const;
 
@@ -40,6 +50,7 @@ class AudioOutput {
   std::vector<int> integers;
   float highest = 0.0F;
   std::int64_t clipped = 0;
+  sf_count_t length = 0;  // bytes ahead of the write() that is at work
 };
 
 }  // namespace zum

@@ -13,6 +13,6 @@ void addPresetsCommand(CLI::App& app);
 void addCcMapCommand(CLI::App& app);
 void addSettingsCommand(CLI::App& app);
 void addInstallContentCommand(CLI::App& app);
-void addEditCommand(CLI::App& app);
+void addPlayCommand(CLI::App& app);
 
 }  // namespace zum

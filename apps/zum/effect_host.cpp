@@ -8,9 +8,10 @@
 
 namespace zum {
 
-EffectHost::EffectHost(double sampleRate, int blockSize, double tempo, bool plays,
-                       EditorFactory makeEditor) try
-    : host(std::make_unique<HostSide>(makeEditor, nullptr, "zum command line")), rate(sampleRate) {
+EffectHost::EffectHost(double sampleRate, int blockSize, double tempo, bool plays) try
+    : host(std::make_unique<HostSide>(nullptr, nullptr, "zum command line")),
+      rate(sampleRate),
+      clock(sampleRate, tempo) {
   host->song() = {.isPlaying = plays, .tempo = tempo};
   host->activate(sampleRate, blockSize);
 } catch (const std::bad_alloc&) {
@@ -34,8 +35,8 @@ void EffectHost::process(const float* const* inputs, const float* const* sideCha
   host->client().process(inputs, sideChain, outputs, frames);
   HostSide::Song& song = host->song();
   if (!song.isPlaying) return;
-  played += frames;
-  song.beats = static_cast<double>(played) / rate * song.tempo / 60.0;
+  clock.advance(frames);
+  song.beats = clock.beats();
 }
 
 }  // namespace zum

@@ -1,4 +1,4 @@
-// The smallest host of the effect: for commands that play files through it, or show its window.
+// The smallest host of the effect: for commands that play files through it.
 #pragma once
 
 #include <cstdint>
@@ -7,16 +7,15 @@
 
 #include "adaptor/host_side.hpp"
 #include "apps/zum/midi_file.hpp"
+#include "apps/zum/play/song_clock.hpp"
 
 namespace zum {
 
 class EffectHost {
  public:
   /// An open effect that is switched on; throws Failure when there is none to be had. `tempo` in
-  /// beats per minute; the transport plays from position 0 or stands still. Without a factory it
-  /// has no window.
-  EffectHost(double sampleRate, int blockSize, double tempo, bool plays,
-             EditorFactory makeEditor = nullptr);
+  /// beats per minute; the transport plays from position 0 or stands still. It has no window.
+  EffectHost(double sampleRate, int blockSize, double tempo, bool plays);
   EffectHost(const EffectHost&) = delete;
   EffectHost& operator=(const EffectHost&) = delete;
 
@@ -27,19 +26,13 @@ class EffectHost {
                int frames);
   /// MIDI of the next block, which starts with frame `start`.
   void send(std::span<const MidiMessage> messages, std::int64_t start);
-  // [main] The effect's window, not inside of another one; a thread may process meanwhile.
-  /// False when there is none to be had.
-  bool openEditor() { return host->openWindow(0); }
-  /// Some thirty times a second.
-  void idleEditor() { host->idleWindow(); }
-  void closeEditor() { host->closeWindow(); }
   /// What an EffectView looks into.
   KvUniClient& client() { return host->client(); }
 
  private:
   std::unique_ptr<HostSide> host;
-  const double rate;        // Hz
-  std::int64_t played = 0;  // frames of the song
+  const double rate;  // Hz
+  SongClock clock;
 };
 
 }  // namespace zum

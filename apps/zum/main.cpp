@@ -13,5 +13,5 @@ int main(int argc, char** argv) {
       argc, argv, "zum", "ZUM, a stereo filter effect for music",
       {addVersionFlag, zum::addRenderCommand, zum::addPlotCommand, zum::addParametersCommand,
        zum::addPresetsCommand, zum::addCcMapCommand, zum::addSettingsCommand,
-       zum::addInstallContentCommand, zum::addEditCommand});
+       zum::addInstallContentCommand, zum::addPlayCommand});
 }

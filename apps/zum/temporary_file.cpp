@@ -85,12 +85,21 @@ std::size_t TemporaryFile::write(const void* data, std::size_t count) {
 
 void TemporaryFile::commit() {
   throwIfInterrupted();
+  keep();
+}
+
+void TemporaryFile::keep() {
   if (close(std::exchange(file, -1)) != 0 && error == 0) error = errno;
   if (error == 0 && rename(path.c_str(), target.c_str()) != 0) error = errno;
   if (error != 0) {
     refuse(target, std::strerror(error) + std::string("; free space or choose another folder"));
   }
   committed = true;
+}
+
+bool TemporaryFile::forgive(std::int64_t length) {
+  error = ftruncate(file, length) == 0 ? 0 : errno;
+  return error == 0 && lseek(file, length, SEEK_SET) == length;
 }
 
 void refuseToOverwrite(const std::filesystem::path& written, const std::string& what,

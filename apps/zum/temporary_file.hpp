@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -24,8 +25,13 @@ class TemporaryFile {
   /// errno of the first write that failed, 0 for none.
   int writeError() const { return error; }
   /// Closes it and puts it in the place of the destination; throws Failure, also when a write
-  /// failed before.
+  /// failed before, and the Interruption that is due.
   void commit();
+  /// The same for what is to be kept whatever ends the program.
+  void keep();
+  /// Takes a write that failed back: the file ends at `length` bytes, and can be written again.
+  /// False when not even that can be done.
+  bool forgive(std::int64_t length);
 
  private:
   std::filesystem::path target;

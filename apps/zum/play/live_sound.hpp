@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "adaptor/host_side.hpp"
@@ -28,8 +30,9 @@ class LiveSound {
   LiveSound& operator=(const LiveSound&) = delete;
 
   // ---- [main] while no callback runs
-  /// Switches the effect on at that rate, Hz. What plays starts anew where the rate is another one.
-  /// False for a rate that the effect does not have, and then nothing changes.
+  /// Switches the effect on at that rate, Hz. Where it is another one than before, what plays
+  /// starts over and a recording ends. False for a rate that the effect does not have, and then
+  /// nothing changes; throws Failure when the loop cannot be read any more.
   bool setRate(int rate);
   int sampleRate() const { return rate; }
 
@@ -40,19 +43,19 @@ class LiveSound {
   /// From the loop's begin and the song's first beat.
   void play();
   void stop();
-  bool isPlaying() const { return taken != nullptr; }
+  bool isPlaying() const { return playing; }
   /// What comes in is heard in place of the loop.
-  void hearInput(bool heard) { hearsInput.store(heard); }
+  void hearInput(bool wanted) { hearsInput.store(wanted); }
   bool isInputHeard() const { return hearsInput.load(); }
   /// Quarter notes per minute.
   void setTempo(double tempo) { songTempo.store(tempo); }
   double tempo() const { return songTempo.load(); }
 
-  /// A running one ends. Throws Failure when the new one cannot be made, and then nothing changes.
+  /// A running one ends. Ahead of the first setRate(), it begins with that. Throws Failure when the
+  /// new one cannot be made, and then nothing changes.
   void record(const std::filesystem::path& path);
-  /// Throws Failure when there is no file.
   void endRecord();
-  /// Null for none.
+  /// Null for none; one that stopped by itself stays until endRecord().
   const Recorder* recorder() const { return recording.get(); }
 
   /// Since the last call, 0 for silence; above 1 it clips.
@@ -66,6 +69,10 @@ class LiveSound {
   MidiLanes& midi() { return lanes; }
   /// Now and then: lets go of what the callback has left. `runs` says whether one may run.
   void sweep(bool runs);
+  /// While no callback runs: a recording is complete behind it.
+  void endAll();
+  /// What went wrong since the last call.
+  std::vector<std::string> takeProblems() { return std::exchange(problems, {}); }
 
   // ---- [audio]
   /// Two channels each; null inputs are silence.
@@ -86,15 +93,19 @@ class LiveSound {
 
   std::unique_ptr<Take> makeTake(const std::filesystem::path& path) const;
   void replaceTake(std::unique_ptr<Take> next);
+  void finish(Recorder& recorder);
   void processPart(const float* const* inputs, float* const* outputs, int frames) ZUM_REALTIME;
 
   HostSide& effect;
   MidiLanes lanes;
-  int rate = 0;  // Hz
+  int rate = 0;  // Hz, 0 as long as there was none
+  bool playing = false;
   std::filesystem::path loopPath;
   std::unique_ptr<Take> taken;
   std::unique_ptr<Recorder> recording;
+  std::filesystem::path firstRecording;  // until there is a rate
   std::vector<Left> left;
+  std::vector<std::string> problems;
 
   // from main to the callback
   std::atomic<Take*> wantedTake{nullptr};

@@ -12,9 +12,9 @@ namespace zum {
 /// [main]
 class MidiPorts {
  public:
-  /// With names, the ports alone whose name holds one of them, in capitals or not; nothing is no
-  /// port, and an empty list all. The lanes outlive it.
-  MidiPorts(MidiLanes& to, std::vector<std::string> names, bool hearsAll);
+  /// Of the ports whose name holds one of `names`, in capitals or not; of all for no names. The
+  /// lanes outlive it. Nothing is open before the first look().
+  MidiPorts(MidiLanes& to, std::vector<std::string> names);
   ~MidiPorts();
   MidiPorts(const MidiPorts&) = delete;
   MidiPorts& operator=(const MidiPorts&) = delete;
@@ -27,14 +27,16 @@ class MidiPorts {
   static std::vector<std::string> list();
 
  private:
+  struct System;
   struct Port;
-  class System;
+
+  bool isWanted(const std::string& name) const;
+  void open(const System& system, unsigned number, const std::string& name);
 
   MidiLanes& lanes;
-  const std::vector<std::string> wanted;
-  const bool all;
-  std::vector<std::unique_ptr<System>> systems;
+  const std::vector<std::string> wanted;  // in small letters
   std::vector<std::unique_ptr<Port>> ports;
+  std::vector<System> systems;
 };
 
 }  // namespace zum

@@ -30,18 +30,22 @@ class Recorder {
   /// [main] False when it stopped by itself, as on a full disk: what was written up to there is a
   /// whole file. problem() says why.
   bool isRunning() const { return running.load(); }
-  /// [main] All that was written before is in the file, which has its name from now on. No
-  /// write() may run. Throws Failure when there is no file.
+  /// [main] Once, while no write() runs: all that was written before is in the file, which has its
+  /// name from now on.
   void finish();
-  /// [main] What is wrong with the file; empty for nothing.
+  const std::filesystem::path& file() const { return name; }
+  /// [main] What is wrong with the file of one that runs no more; empty for nothing.
   std::string problem() const;
   /// [any] Frames that were lost because the disk was too slow.
   std::int64_t lostFrames() const { return lost.load(std::memory_order_relaxed); }
 
  private:
   void run(const std::stop_token& end);
+  void keepWhatFits(const std::string& why);
+  std::string endedEarly(const std::string& why) const;
 
   FrameRing ring;
+  const std::filesystem::path name;
   std::unique_ptr<AudioOutput> output;
   std::atomic<bool> running{true};
   std::atomic<std::int64_t> lost{0};

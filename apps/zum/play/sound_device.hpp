@@ -44,7 +44,10 @@ class SoundDevice {
 
 /// Throws Failure where there is none such. It sets the rate of `played`.
 std::unique_ptr<SoundDevice> openSoundDevice(const DeviceWish& wish, LiveSound& played);
-/// At the rate that was asked for, or 44100 Hz.
+/// Whether there is one such, without opening it.
+bool isThere(const DeviceWish& wish);
+/// At the rate that was asked for, or 44100 Hz. Throws Failure for a rate that the effect does not
+/// have.
 std::unique_ptr<SoundDevice> openSilentTime(const DeviceWish& wish, LiveSound& played);
 
 struct DeviceEntry {

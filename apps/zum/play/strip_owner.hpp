@@ -31,7 +31,7 @@ class StripOwner {
   /// Blocks that came too late.
   virtual int xruns() const = 0;
   /// "JACK: system, 48000 Hz, 128 frames", or that there is no sound device.
-  virtual std::string device() const = 0;
+  virtual std::string deviceName() const = 0;
   /// What there is to tell just now, as of a device that went or a recording that stopped; empty
   /// for nothing.
   virtual std::string message() const = 0;

@@ -1,0 +1,86 @@
+#include "apps/zum/play/rt_api.hpp"
+
+#include <algorithm>
+#include <cctype>
+
+#include "apps/zum/play/quiet_systems.hpp"
+#include "apps/zum/play/sound_device.hpp"
+
+namespace zum {
+namespace {
+
+constexpr SoundApi kApis[] = {{"jack", "JACK", RtAudio::UNIX_JACK},
+                              {"pulse", "PulseAudio", RtAudio::LINUX_PULSE},
+                              {"alsa", "ALSA", RtAudio::LINUX_ALSA}};
+
+std::string inSmallLetters(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return text;
+}
+
+/// 0 for one that is not meant.
+int rank(const RtAudio::DeviceInfo& info, const std::string& wanted) {
+  if (info.outputChannels < 1) return 0;
+  if (wanted.empty()) return info.isDefaultOutput ? 2 : 1;
+  const std::string name = inSmallLetters(info.name);
+  if (name == wanted) return 2;
+  return name.find(wanted) != std::string::npos ? 1 : 0;
+}
+
+}  // namespace
+
+std::span<const SoundApi> soundApis() { return kApis; }
+
+std::unique_ptr<RtAudio> makeRtAudio(const SoundApi& api) {
+  quietenSoundSystems();
+  auto made = std::make_unique<RtAudio>(api.number);
+  made->showWarnings(false);
+  return made;
+}
+
+std::vector<FoundDevice> devicesOf(RtAudio& system) {
+  std::vector<FoundDevice> found;
+  const unsigned count = system.getDeviceCount();
+  for (unsigned i = 0; i < count; ++i) {
+    const RtAudio::DeviceInfo info = system.getDeviceInfo(i);
+    if (info.probed && info.outputChannels + info.inputChannels > 0) found.push_back({i, info});
+  }
+  return found;
+}
+
+const FoundDevice* chooseOutput(std::span<const FoundDevice> devices, const std::string& name) {
+  const std::string wanted = inSmallLetters(name);
+  const FoundDevice* best = nullptr;
+  int bestRank = 0;
+  for (const FoundDevice& each : devices) {
+    const int its = rank(each.info, wanted);
+    if (its > bestRank) best = &each, bestRank = its;
+  }
+  return best;
+}
+
+const FoundDevice* inputBeside(std::span<const FoundDevice> devices, const FoundDevice& output) {
+  if (output.info.inputChannels > 0) return &output;
+  const FoundDevice* best = nullptr;
+  for (const FoundDevice& each : devices) {
+    if (each.info.inputChannels < 1) continue;
+    if (best == nullptr || (each.info.isDefaultInput && !best->info.isDefaultInput)) best = &each;
+  }
+  return best;
+}
+
+std::vector<DeviceEntry> listSoundDevices() {
+  std::vector<DeviceEntry> entries;
+  for (const SoundApi& api : kApis) {
+    for (const auto& [number, info] : devicesOf(*makeRtAudio(api))) {
+      entries.push_back({api.name, info.name, static_cast<int>(info.inputChannels),
+                         static_cast<int>(info.outputChannels),
+                         std::vector<int>(info.sampleRates.begin(), info.sampleRates.end()),
+                         info.isDefaultOutput});
+    }
+  }
+  return entries;
+}
+
+}  // namespace zum
