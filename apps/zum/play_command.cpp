@@ -9,16 +9,15 @@
 #include <thread>
 
 #include "apps/zum/commands.hpp"
-#include "apps/zum/effect_view.hpp"
 #include "apps/zum/failure.hpp"
 #include "apps/zum/interruption.hpp"
 #include "apps/zum/option_checks.hpp"
 #include "apps/zum/play/play_session.hpp"
+#include "apps/zum/play/play_window.hpp"
 #include "apps/zum/temporary_file.hpp"
 #include "editor/create_editor.hpp"
 #include "engine/clock.hpp"
 #include "platform/printable_text.hpp"
-#include "toolkit/control_frame.hpp"
 
 namespace zum {
 namespace {
@@ -41,33 +40,15 @@ struct PlayOptions {
   std::filesystem::path picture;
 };
 
-class Window {
- public:
-  explicit Window(HostSide& hosted) : host(hosted) {
-    if (!host.openWindow(0)) {
-      throw Failure("no display; start it on a desktop, or under xvfb-run");
-    }
+/// Writes the window as it was drawn last.
+void writePicture(const PlayWindow& window, TemporaryFile& file,
+                  const std::filesystem::path& name) {
+  // The frame wants a name to write to, and the file does not have its own yet.
+  if (!window.writePicture("/proc/self/fd/" + std::to_string(file.descriptor()))) {
+    throw Failure("cannot write " + name.string() + "; free space or choose another folder");
   }
-  ~Window() { host.closeWindow(); }
-  Window(const Window&) = delete;
-  Window& operator=(const Window&) = delete;
-
-  void idle() { host.idleWindow(); }
-  bool isGone() const { return frame().isGone(); }
-  /// Writes the window as it was drawn last.
-  void writePicture(TemporaryFile& file, const std::filesystem::path& name) const {
-    // The frame wants a name to write to, and the file does not have its own yet.
-    if (!frame().writePicture("/proc/self/fd/" + std::to_string(file.descriptor()))) {
-      throw Failure("cannot write " + name.string() + "; free space or choose another folder");
-    }
-    file.commit();
-  }
-
- private:
-  const KvFrame& frame() const { return *EffectView(host.client()).window(); }
-
-  HostSide& host;
-};
+  file.commit();
+}
 
 std::string joined(const std::vector<int>& rates) {
   std::string text;
@@ -97,7 +78,7 @@ void play(const PlayOptions& options) {
   std::optional<TemporaryFile> picture;
   if (!options.picture.empty()) picture.emplace(options.picture);
   PlaySession session(wanted, createEditor);
-  Window window(session.host());
+  PlayWindow window(session.host(), session);
   const auto start = Clock::now();
   for (auto next = start; !window.isGone(); std::this_thread::sleep_until(next)) {
     throwIfInterrupted();
@@ -105,13 +86,13 @@ void play(const PlayOptions& options) {
     window.idle();
     const std::chrono::duration<double> shown = Clock::now() - start;
     if (picture && shown >= kPictureTime) {
-      window.writePicture(*picture, options.picture);
+      writePicture(window, *picture, options.picture);
       picture.reset();
     }
     if (options.seconds > 0.0 && shown.count() >= options.seconds) break;
     next = std::max(next + kTick, Clock::now());  // missed ticks are not made up for
   }
-  if (picture) window.writePicture(*picture, options.picture);  // it was closed early
+  if (picture) writePicture(window, *picture, options.picture);  // it was closed early
   if (options.seconds > 0.0) std::cout << printable(session.summary()) << '\n';
 }
 
