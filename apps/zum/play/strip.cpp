@@ -191,7 +191,7 @@ void Strip::showTexts() {
   loopName->setText(loop.empty() ? "choose or drop a file" : loop, heard ? kFine : kIdle);
   std::string message = owner.message();
   const CColor color = message.empty() ? kFine : kAlarm;
-  line->setText(message.empty() ? owner.device() : std::move(message), color);
+  line->setText(message.empty() ? owner.deviceName() : std::move(message), color);
 }
 
 void Strip::valueChanged(CControl& control) {
