@@ -22,6 +22,14 @@ int onError(Display* display, XErrorEvent* event) {
   return 0;
 }
 
+/// The server went. Cairo waits in a loop until it has done what it was sent: as much counts as
+/// done from now on, whatever is sent still.
+void onServerGone(Display* display, void* mark) {
+  constexpr unsigned long kMore = 1UL << 30U;
+  LastKnownRequestProcessed(display) = NextRequest(display) + kMore;
+  *static_cast<bool*>(mark) = true;
+}
+
 /// The window hears of it from the connection's own exit handler.
 int onIoError(Display* display) {
   if (display == guarded) return 0;
@@ -36,8 +44,7 @@ Display* connectToServer(bool& lost) {
   Display* const display = threads ? XOpenDisplay(nullptr) : nullptr;
   if (display == nullptr) return nullptr;
   // Without it a lost connection ends the process.
-  XSetIOErrorExitHandler(
-      display, [](Display*, void* mark) { *static_cast<bool*>(mark) = true; }, &lost);
+  XSetIOErrorExitHandler(display, onServerGone, &lost);
   return display;
 }
 
