@@ -12,6 +12,7 @@
 #include "apps/zum/failure.hpp"
 #include "apps/zum/interruption.hpp"
 #include "apps/zum/option_checks.hpp"
+#include "apps/zum/play/play_memory.hpp"
 #include "apps/zum/play/play_session.hpp"
 #include "apps/zum/play/play_window.hpp"
 #include "apps/zum/temporary_file.hpp"
@@ -69,16 +70,10 @@ void list() {
   for (const std::string& name : ports) std::cout << "midi  " << printable(name) << '\n';
 }
 
-void play(const PlayOptions& options) {
-  if (options.lists) return list();
-  const PlaySession::Options& wanted = options.session;
-  refuseToOverwrite(options.picture, "picture", {wanted.loop, wanted.preset});
-  refuseToOverwrite(wanted.record, "recording", {wanted.loop, wanted.preset, options.picture});
-  holdSignals();
+/// Until the window is closed, or its time is over.
+void show(PlaySession& session, PlayWindow& window, const PlayOptions& options) {
   std::optional<TemporaryFile> picture;
   if (!options.picture.empty()) picture.emplace(options.picture);
-  PlaySession session(wanted, createEditor);
-  PlayWindow window(session.host(), session);
   const auto start = Clock::now();
   for (auto next = start; !window.isGone(); std::this_thread::sleep_until(next)) {
     throwIfInterrupted();
@@ -93,7 +88,29 @@ void play(const PlayOptions& options) {
     next = std::max(next + kTick, Clock::now());  // missed ticks are not made up for
   }
   if (picture) writePicture(window, *picture, options.picture);  // it was closed early
+}
+
+void play(PlayOptions options) {
+  if (options.lists) return list();
+  PlaySession::Options& wanted = options.session;
+  refuseToOverwrite(options.picture, "picture", {wanted.loop, wanted.preset});
+  recall(wanted);
+  refuseToOverwrite(wanted.record, "recording", {wanted.loop, wanted.preset, options.picture});
+  holdSignals();
+  PlaySession session(wanted, createEditor);
+  PlayWindow window(session.host(), session, recallPlace());
+  const auto end = [&] {
+    remember(session, window.place());
+    session.end();
+  };
+  try {
+    show(session, window, options);
+  } catch (const Interruption&) {
+    end();
+    throw;
+  }
   if (options.seconds > 0.0) std::cout << printable(session.summary()) << '\n';
+  end();
 }
 
 void addSoundOptions(CLI::App& command, PlaySession::Options& options) {
@@ -118,21 +135,24 @@ void addSoundOptions(CLI::App& command, PlaySession::Options& options) {
 }
 
 void addMusicOptions(CLI::App& command, PlaySession::Options& options) {
-  command.add_option("--loop", options.loop, "Music file to filter again and again")
+  command
+      .add_option("--loop", options.loop,
+                  "Music file to filter again and again, in place of the last one")
       ->type_name("FILE")
       ->check(notEmpty());
-  auto* const preset = command
-                           .add_option("--preset", options.preset,
-                                       "Preset to start from, in place of your default one")
-                           ->type_name("FILE.kvz")
-                           ->check(notEmpty());
+  auto* const preset =
+      command
+          .add_option("--preset", options.preset, "Preset to start from, in place of the last one")
+          ->type_name("FILE.kvz")
+          ->check(notEmpty());
   command.add_option("--program", options.program, "Program of the bank to start from")
       ->type_name("FOLDER/NAME")
       ->check(notEmpty())
       ->excludes(preset);
-  command.add_option("--tempo", options.tempo, "Tempo of the transport in beats per minute")
-      ->check(between(kLowestTempo, kHighestTempo))
-      ->capture_default_str();
+  command
+      .add_option("--tempo", options.tempo,
+                  "Tempo of the transport in beats per minute; 120 at first, then the last one")
+      ->check(between(kLowestTempo, kHighestTempo));
   command.add_option("--record", options.record, "Music file to write, of all that is heard")
       ->type_name("FILE")
       ->check(notEmpty());

@@ -10,10 +10,12 @@
 #include "apps/zum/failure.hpp"
 #include "apps/zum/preset_input.hpp"
 #include "engine/clock.hpp"
+#include "platform/files.hpp"
 
 namespace zum {
 namespace {
 
+constexpr double kUsualTempo = 120.0;
 constexpr auto kLookEvery = std::chrono::seconds(1);
 constexpr auto kMessageStands = std::chrono::seconds(8);
 
@@ -37,20 +39,26 @@ PlaySession::PlaySession(const Options& options, EditorFactory makeEditor)
   EffectView view(effect.client());
   if (!options.preset.empty()) loadPresetFile(options.preset, view);
   if (!options.program.empty()) loadProgram(options.program, view);
-  sound.setTempo(options.tempo);
+  sound.setTempo(options.tempo.value_or(kUsualTempo));
   sound.hearInput(wish.input);
   if (!options.loop.empty()) sound.setLoop(options.loop);
   sound.play();
   if (!options.record.empty()) sound.record(options.record);
+  openFirstDevice();
+  ports.look();
+}
+
+void PlaySession::openFirstDevice() {
   try {
+    if (!wish.isFirm && !wish.device.empty() && !isThere(wish)) wish.api = wish.device = "";
     openDevice();
   } catch (const Failure& failure) {
-    if (!wish.device.empty() || !wish.api.empty()) throw;
+    if (wish.isFirm) throw;
+    wish.api = wish.device = "";
     goSilent();
     warn(failure.what() + std::string("; until then time is silent"));
     tell("no sound device");
   }
-  ports.look();
 }
 
 PlaySession::~PlaySession() { end(); }
@@ -183,6 +191,10 @@ std::string PlaySession::deviceName() const {
 
 std::string PlaySession::message() const {
   return Clock::now() - toldAt < kMessageStands ? told : std::string();
+}
+
+std::filesystem::path PlaySession::presetFile() const {
+  return toSystemPath(effect.client().slot().path.get());
 }
 
 std::string PlaySession::summary() const {

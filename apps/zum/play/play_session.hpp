@@ -23,7 +23,7 @@ class PlaySession final : public StripOwner {
  public:
   struct Options {
     DeviceWish device;
-    double tempo = 120.0;
+    std::optional<double> tempo;  // quarter notes per minute
     std::filesystem::path loop;
     std::filesystem::path preset;  // or
     std::string program;
@@ -45,6 +45,9 @@ class PlaySession final : public StripOwner {
   void end();
   /// "12.0 s at 48000 Hz, 64 frames: 0 xruns, 7.1 % of the time, at most 11.4 %".
   std::string summary() const;
+  SoundDevice::Identity deviceInUse() const { return device->identity(); }
+  /// Of the sound that is on, in the system's form; empty for none.
+  std::filesystem::path presetFile() const;
 
   bool isPlaying() const override { return sound.isPlaying(); }
   void playOrStop() override;
@@ -72,6 +75,7 @@ class PlaySession final : public StripOwner {
   void tell(const std::string& text);
   void lookAfterDevice();
   void lookAfterRecording();
+  void openFirstDevice();
   void openDevice();
   void goSilent();
 

@@ -38,6 +38,7 @@ class RtDevice final : public SoundDevice {
            const DeviceWish& wish, LiveSound& played)
       : sound(played),
         title(std::string(api.title) + ": " + route.output.info.name),
+        its{api.name, route.output.info.name},
         rate(rateOf(route.output.info, wish.rate)),
         frames(wish.block != 0 ? static_cast<unsigned>(wish.block) : kUsualBlock),
         watch(rate),
@@ -52,6 +53,7 @@ class RtDevice final : public SoundDevice {
 
   bool isAlive() override;
   std::string name() const override { return title; }
+  Identity identity() const override { return its; }
   int block() const override { return static_cast<int>(frames); }
   int xruns() const override { return watch.xruns(); }
   Load load() const override { return watch.load(); }
@@ -67,6 +69,7 @@ class RtDevice final : public SoundDevice {
 
   LiveSound& sound;
   const std::string title;
+  const Identity its;
   const unsigned rate;  // Hz
   unsigned frames;
   unsigned outputChannels = 0;

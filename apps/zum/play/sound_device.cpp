@@ -32,6 +32,7 @@ class SilentTime final : public SoundDevice {
 
   bool isAlive() override { return true; }
   std::string name() const override { return ""; }
+  Identity identity() const override { return {}; }
   int block() const override { return frames; }
   int xruns() const override { return 0; }
   Load load() const override { return watch.load(); }

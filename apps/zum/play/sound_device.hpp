@@ -12,11 +12,12 @@ namespace zum {
 
 /// What the user asked for; empty words and 0 leave it to the system.
 struct DeviceWish {
-  std::string api;     // "jack", "pulse" or "alsa"
-  std::string device;  // name, or a part of it
-  int rate = 0;        // Hz
-  int block = 0;       // frames
-  bool input = false;  // what comes in is wanted, too
+  std::string api;      // "jack", "pulse" or "alsa"
+  std::string device;   // name, or a part of it
+  bool isFirm = false;  // no other one will do
+  int rate = 0;         // Hz
+  int block = 0;        // frames
+  bool input = false;   // what comes in is wanted, too
 };
 
 /// [main] Calls LiveSound::process from the time it is made until it goes.
@@ -31,6 +32,12 @@ class SoundDevice {
   virtual bool isAlive() = 0;
   /// "JACK: system"; empty for silent time.
   virtual std::string name() const = 0;
+  /// The same as a wish for it; empty words for silent time.
+  struct Identity {
+    std::string api;
+    std::string device;
+  };
+  virtual Identity identity() const = 0;
   virtual int block() const = 0;  // frames
   /// Blocks that came too late since it was made.
   virtual int xruns() const = 0;
