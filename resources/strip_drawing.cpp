@@ -12,21 +12,19 @@
 namespace zum::pictures {
 namespace {
 
-using namespace strip;
-
 void caption(cairo_t* cr, int x, int foot, const char* words, Align align = Align::left) {
   text(cr, x, foot, align, words, kSmallType, kLettering);
 }
 
 Color segmentTint(int segment) {
-  if (segment >= kRedSegment) return kRed.towards(kRose, 0.35);
-  if (segment >= kAmberSegment) return kControllerTint;
+  if (segment >= strip::kRedSegment) return kRed.towards(kRose, 0.35);
+  if (segment >= strip::kAmberSegment) return kControllerTint;
   return kLfoTint;
 }
 
-void level(cairo_t* cr, int x, int y, double light) {
-  for (int i = 0; i < kSegments; ++i) {
-    const Rect rect{x + i * kSegmentWidth, y, kSegmentWidth - 1, kLevelIn.h};
+void levelBar(cairo_t* cr, int x, int y, double light) {
+  for (int i = 0; i < strip::kSegments; ++i) {
+    const Rect rect{x + i * strip::kSegmentWidth, y, strip::kSegmentWidth - 1, strip::kLevelIn.h};
     const Color lit = segmentTint(i);
     const Color dark = lit.towards(kGlass, 0.82);
     fill(cr, rect, dark.towards(lit, light));
@@ -35,7 +33,7 @@ void level(cairo_t* cr, int x, int y, double light) {
 }
 
 /// A file that is to be opened.
-void folder(cairo_t* cr, const Rect& rect) {
+void folderButton(cairo_t* cr, const Rect& rect) {
   face(cr, rect, Face::raised);
   const Color color = faceLettering(Face::raised);
   const int x = rect.x + 3;
@@ -46,41 +44,43 @@ void folder(cairo_t* cr, const Rect& rect) {
 }
 
 void upperRow(cairo_t* cr) {
-  for (const Rect& rect : {kPlay, kRecord, kTap, kInput}) slot(cr, rect);
-  sunkenGlass(cr, kTempo);
-  caption(cr, kPlay.x, kUpperLabels, "TRANSPORT");
-  caption(cr, kTempo.x, kUpperLabels, "TEMPO");
-  caption(cr, kInput.x, kUpperLabels, "INPUT");
-  caption(cr, kLevelIn.x, kUpperLabels, "LEVEL");
-  caption(cr, kClipIn.x + kClipIn.w, kUpperLabels, "CLIP", Align::right);
+  for (const Rect& rect : {strip::kPlay, strip::kRecord, strip::kTap, strip::kInput})
+    slot(cr, rect);
+  sunkenGlass(cr, strip::kTempo);
+  caption(cr, strip::kPlay.x, strip::kUpperLabels, "TRANSPORT");
+  caption(cr, strip::kTempo.x, strip::kUpperLabels, "TEMPO");
+  caption(cr, strip::kInput.x, strip::kUpperLabels, "INPUT");
+  caption(cr, strip::kLevelIn.x, strip::kUpperLabels, "LEVEL");
+  caption(cr, strip::kClipIn.x + strip::kClipIn.w, strip::kUpperLabels, "CLIP", Align::right);
   const struct {
     const Rect& bar;
     const Rect& lamp;
     const char* name;
-  } sides[] = {{kLevelIn, kClipIn, "IN"}, {kLevelOut, kClipOut, "OUT"}};
+  } sides[] = {{strip::kLevelIn, strip::kClipIn, "IN"}, {strip::kLevelOut, strip::kClipOut, "OUT"}};
   for (const auto& [bar, lamp, name] : sides) {
     text(cr, bar.x - 5, bar.y + 6, Align::right, name, kTinyType, kLettering.towards(kPaper, 0.5));
     sunkenGlass(cr, bar);
-    level(cr, bar.x, bar.y, 0.0);
+    levelBar(cr, bar.x, bar.y, 0.0);
   }
 }
 
 void lowerRow(cairo_t* cr) {
-  caption(cr, kLoopButton.x, kLowerLabels, "LOOP");
-  caption(cr, kDevice.x, kLowerLabels, "SOUND");
-  caption(cr, kXruns.x + kXruns.w, kLowerLabels, "XRUNS", Align::right);
-  sunkenGlass(cr, {kLoopButton.x, kLoop.y, kLoopButton.w + kLoop.w, kLoop.h});
-  folder(cr, kLoopButton);
-  sunkenGlass(cr, kDevice);
-  sunkenGlass(cr, kXruns);
+  caption(cr, strip::kLoopButton.x, strip::kLowerLabels, "LOOP");
+  caption(cr, strip::kDevice.x, strip::kLowerLabels, "SOUND");
+  caption(cr, strip::kXruns.x + strip::kXruns.w, strip::kLowerLabels, "XRUNS", Align::right);
+  sunkenGlass(cr, {strip::kLoopButton.x, strip::kLoop.y, strip::kLoopButton.w + strip::kLoop.w,
+                   strip::kLoop.h});
+  folderButton(cr, strip::kLoopButton);
+  sunkenGlass(cr, strip::kDevice);
+  sunkenGlass(cr, strip::kXruns);
 }
 
-std::unique_ptr<Image> makeGround() {
-  auto image = std::make_unique<Image>(kStrip.w, kStrip.h);
+std::unique_ptr<Image> makeStrip() {
+  auto image = std::make_unique<Image>(strip::kStrip.w, strip::kStrip.h);
   brushedGround(*image);
   cairo_t* const cr = image->context();
-  outlineRound(cr, kStrip, 0.5, kHighlight.withAlpha(0.16), kBlack.withAlpha(0.6));
-  plate(cr, kPlate);
+  outlineRound(cr, strip::kStrip, 0.5, kHighlight.withAlpha(0.16), kBlack.withAlpha(0.6));
+  plate(cr, strip::kPlate);
   upperRow(cr);
   lowerRow(cr);
   screw(cr, 11.0, 45.0, 0.9);
@@ -88,8 +88,8 @@ std::unique_ptr<Image> makeGround() {
   return image;
 }
 
-void paintGround(cairo_t* cr, int x, int y) {
-  static const std::unique_ptr<Image> ground = makeGround();
+void paintStrip(cairo_t* cr, int x, int y) {
+  static const std::unique_ptr<Image> ground = makeStrip();
   cairo_set_source_surface(cr, ground->picture(), -x, -y);
   cairo_paint(cr);
 }
@@ -98,11 +98,11 @@ Rect atOrigin(const Rect& place) { return {0, 0, place.w, place.h}; }
 
 }  // namespace
 
-void drawStripGround(cairo_t* cr, int /*id*/, int /*frame*/) { paintGround(cr, 0, 0); }
+void drawStripGround(cairo_t* cr, int /*id*/, int /*frame*/) { paintStrip(cr, 0, 0); }
 
 void drawPlayButton(cairo_t* cr, int /*id*/, int frame) {
   const Face state = frame == 0 ? Face::raised : Face::lit;
-  const Rect rect = atOrigin(kPlay);
+  const Rect rect = atOrigin(strip::kPlay);
   face(cr, rect, state);
   triangle(cr, 10.0, 5.0, 10.0, 14.0, 17.0, 9.5, faceLettering(state));
   textIn(cr, {15, rect.y, rect.w - 15, rect.h}, "PLAY", kLabelType, faceLettering(state));
@@ -110,7 +110,7 @@ void drawPlayButton(cairo_t* cr, int /*id*/, int frame) {
 
 void drawRecordButton(cairo_t* cr, int /*id*/, int frame) {
   const Face state = frame == 0 ? Face::raised : Face::lit;
-  const Rect rect = atOrigin(kRecord);
+  const Rect rect = atOrigin(strip::kRecord);
   face(cr, rect, state);
   if (frame != 0) glow(cr, 13.0, 9.5, 8.0, kPaper.withAlpha(0.35));
   disc(cr, 13.0, 9.5, 4.0, frame == 0 ? kRed : faceLettering(state));
@@ -119,25 +119,25 @@ void drawRecordButton(cairo_t* cr, int /*id*/, int frame) {
 
 void drawTapButton(cairo_t* cr, int /*id*/, int frame) {
   const Face state = frame == 0 ? Face::raised : Face::pressed;
-  const Rect rect = atOrigin(kTap);
+  const Rect rect = atOrigin(strip::kTap);
   face(cr, rect, state);
   textIn(cr, rect.movedBy(0, frame), "TAP", kLabelType, faceLettering(state));
 }
 
 void drawInputSwitch(cairo_t* cr, int /*id*/, int frame) {
   constexpr const char* kNames[] = {"LOOP", "CARD"};
-  segments(cr, atOrigin(kInput), kNames, frame, {});
+  segments(cr, atOrigin(strip::kInput), kNames, frame, {});
 }
 
 void drawLitLevel(cairo_t* cr, int /*id*/, int /*frame*/) {
-  fill(cr, atOrigin(kLevelIn), kGlass);
-  level(cr, 0, 0, 1.0);
+  fill(cr, atOrigin(strip::kLevelIn), kGlass);
+  levelBar(cr, 0, 0, 1.0);
 }
 
 void drawClipLamp(cairo_t* cr, int /*id*/, int frame) {
   constexpr double kMiddle = 4.5;
   const Color off = kRed.towards(kBlack, 0.72);
-  paintGround(cr, kClipIn.x, kClipIn.y);
+  paintStrip(cr, strip::kClipIn.x, strip::kClipIn.y);
   disc(cr, kMiddle, kMiddle + 0.5, 4.2, kHighlight.withAlpha(0.14));
   disc(cr, kMiddle, kMiddle, 4.0, rgb(8, 6, 6));
   if (frame == 0) {
