@@ -140,11 +140,11 @@ void addMusicOptions(CLI::App& command, PlaySession::Options& options) {
                   "Music file to filter again and again, in place of the last one")
       ->type_name("FILE")
       ->check(notEmpty());
-  auto* const preset =
-      command
-          .add_option("--preset", options.preset, "Preset to start from, in place of the last one")
-          ->type_name("FILE.kvz")
-          ->check(notEmpty());
+  auto* const preset = command
+                           .add_option("--preset", options.preset,
+                                       "Preset to start from, in place of the sound as it was left")
+                           ->type_name("FILE.kvz")
+                           ->check(notEmpty());
   command.add_option("--program", options.program, "Program of the bank to start from")
       ->type_name("FOLDER/NAME")
       ->check(notEmpty())

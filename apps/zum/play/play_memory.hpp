@@ -11,9 +11,9 @@
 namespace zum {
 
 // ---- [main] What cannot be read or written is left out: nobody misses a session for it.
-/// Fills in what the user did not ask for: device, loop and preset that are still there, the tempo.
+/// Fills in what the user did not ask for: the device, a loop that is still there, sound and tempo.
 void recall(PlaySession::Options& options);
 std::optional<ScreenPlace> recallPlace();
-void remember(const PlaySession& session, const std::optional<ScreenPlace>& place);
+void remember(PlaySession& session, const std::optional<ScreenPlace>& place);
 
 }  // namespace zum

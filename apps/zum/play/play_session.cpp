@@ -10,7 +10,6 @@
 #include "apps/zum/failure.hpp"
 #include "apps/zum/preset_input.hpp"
 #include "engine/clock.hpp"
-#include "platform/files.hpp"
 
 namespace zum {
 namespace {
@@ -39,6 +38,7 @@ PlaySession::PlaySession(const Options& options, EditorFactory makeEditor)
   EffectView view(effect.client());
   if (!options.preset.empty()) loadPresetFile(options.preset, view);
   if (!options.program.empty()) loadProgram(options.program, view);
+  effect.loadState(options.sound);
   sound.setTempo(options.tempo.value_or(kUsualTempo));
   sound.hearInput(wish.input);
   if (!options.loop.empty()) sound.setLoop(options.loop);
@@ -191,10 +191,6 @@ std::string PlaySession::deviceName() const {
 
 std::string PlaySession::message() const {
   return Clock::now() - toldAt < kMessageStands ? told : std::string();
-}
-
-std::filesystem::path PlaySession::presetFile() const {
-  return toSystemPath(effect.client().slot().path.get());
 }
 
 std::string PlaySession::summary() const {

@@ -26,7 +26,8 @@ class PlaySession final : public StripOwner {
     std::optional<double> tempo;  // quarter notes per minute
     std::filesystem::path loop;
     std::filesystem::path preset;  // or
-    std::string program;
+    std::string program;           // or, which may be no state at all:
+    std::vector<std::byte> sound;
     std::vector<std::string> midiPorts;
     std::filesystem::path record;
   };
@@ -46,8 +47,6 @@ class PlaySession final : public StripOwner {
   /// "12.0 s at 48000 Hz, 64 frames: 0 xruns, 7.1 % of the time, at most 11.4 %".
   std::string summary() const;
   SoundDevice::Identity deviceInUse() const { return device->identity(); }
-  /// Of the sound that is on, in the system's form; empty for none.
-  std::filesystem::path presetFile() const;
 
   bool isPlaying() const override { return sound.isPlaying(); }
   void playOrStop() override;
