@@ -97,7 +97,7 @@ void remember(PlaySession& session, const std::optional<ScreenPlace>& place) {
   }
   std::error_code ignored;
   const auto loop = session.loop();
-  writeSettingString(kLoop, loop.empty() ? "" : std::filesystem::absolute(loop, ignored).string());
+  if (!loop.empty()) writeSettingString(kLoop, std::filesystem::absolute(loop, ignored).string());
   writeSound(session.host().saveState());
   writeSettingInt(kTempo, static_cast<std::int32_t>(std::lround(session.tempo() * kTempoScale)));
   if (!place) return;
