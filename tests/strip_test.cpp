@@ -116,6 +116,10 @@ TEST_F(StripTest, EachPressTellsTheOwnerWhatItSays) {
     EXPECT_EQ(owner.told(), told) << rect.x;
     EXPECT_EQ(owner.beats, 120.0);
   }
+  const auto [x, y] = middleOf(places::kInput);  // two in one slow tick
+  for (int i = 0; i < 2; ++i) window->press(x, y), window->release(x, y);
+  tick();
+  EXPECT_EQ(owner.told(), "card, loop");
 }
 
 TEST_F(StripTest, WhatTheOwnerSaysIsShownWithTheNextTick) {

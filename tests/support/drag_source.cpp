@@ -40,10 +40,10 @@ void DragSource::enter(const std::vector<std::string>& types, long version) {
   for (const std::string& type : types) atoms.push_back(atom(type));
   const bool isLong = atoms.size() > 3;
   if (isLong) {
-    XChangeProperty(display, window, atom("XdndTypeList"), atom(listType),
-                    listType == "ATOM" ? 32 : 8, PropModeReplace,
-                    reinterpret_cast<const unsigned char*>(atoms.data()),
-                    static_cast<int>(atoms.size()));
+    const bool isList = listType == "ATOM";  // or the same memory as bytes
+    XChangeProperty(display, window, atom("XdndTypeList"), atom(listType), isList ? 32 : 8,
+                    PropModeReplace, reinterpret_cast<const unsigned char*>(atoms.data()),
+                    static_cast<int>(isList ? atoms.size() : atoms.size() * sizeof(long)));
   }
   atoms.resize(3);
   std::vector<long> words{version << 24 | (isLong ? 1 : 0)};
