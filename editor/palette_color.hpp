@@ -8,7 +8,7 @@
 
 namespace zum {
 
-inline CColor colorOf(const pictures::Color& color) {
+inline CColor colorOf(const pictures::Color& color) noexcept {
   const auto byte = [](double channel) {
     return static_cast<std::uint8_t>(std::lround(255.0 * channel));
   };

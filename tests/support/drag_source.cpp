@@ -36,8 +36,9 @@ long DragSource::targetVersion() {
 }
 
 void DragSource::enter(const std::vector<std::string>& types, long version) {
-  std::vector<unsigned long> atoms;
-  for (const std::string& type : types) atoms.push_back(atom(type));
+  std::vector<unsigned long> atoms(types.size());
+  std::transform(types.begin(), types.end(), atoms.begin(),
+                 [this](const std::string& type) { return atom(type); });
   const bool isLong = atoms.size() > 3;
   if (isLong) {
     const bool isList = listType == "ATOM";  // or the same memory as bytes
