@@ -17,13 +17,11 @@ namespace {
 // Chunk sizes of 32 bits, less room for the header.
 constexpr sf_count_t kLargestChunk = 0xFFFFFFFFLL - 65536;
 
-void refuseTooLong(const std::string& name, int format, int bits, sf_count_t frames) {
+sf_count_t mostFramesOf(int format, int bits) {
   const int type = format & SF_FORMAT_TYPEMASK;
   const sf_count_t bytesPerFrame = 2 * (bits == 0 ? 32 : bits) / 8;
-  if ((type == SF_FORMAT_WAV || type == SF_FORMAT_AIFF) && frames > kLargestChunk / bytesPerFrame) {
-    throw Failure(name +
-                  " would be longer than its format allows; write a .caf, .rf64 or .w64 file");
-  }
+  return type == SF_FORMAT_WAV || type == SF_FORMAT_AIFF ? kLargestChunk / bytesPerFrame
+                                                         : SF_COUNT_MAX;
 }
 
 // Rounded to full integers of `bits`, at the top of 32: reading such a file and writing it again
@@ -56,7 +54,10 @@ AudioOutput::AudioOutput(const std::filesystem::path& path, int inputFormat, int
   info.channels = 2;
   info.samplerate = rate;
   info.format = format;
-  refuseTooLong(name, format, bits, frames);
+  if (frames > mostFrames()) {
+    throw Failure(name +
+                  " would be longer than its format allows; write a .caf, .rf64 or .w64 file");
+  }
   SF_VIRTUAL_IO functions = sinkFunctions();
   file.reset(sf_open_virtual(&functions, SFM_WRITE, &info, &temporary));
   checkWrite(true);
@@ -66,6 +67,14 @@ AudioOutput::AudioOutput(const std::filesystem::path& path, int inputFormat, int
   }
   // The peak chunk holds the time of day: without it, equal renders are equal files.
   sf_command(file.get(), SFC_SET_ADD_PEAK_CHUNK, nullptr, SF_FALSE);
+  // Where it was dropped from a header that stands already, as in AIFF, the sound would begin
+  // behind its gap.
+  if (sf_seek(file.get(), 0, SEEK_SET) == 0) dropBehindHeader();
+}
+
+void AudioOutput::dropBehindHeader() const {
+  const off_t end = lseek(temporary.descriptor(), 0, SEEK_CUR);
+  if (end > 0 && ftruncate(temporary.descriptor(), end) != 0) checkWrite(false);
 }
 
 // libsndfile gets our own functions to write through, because it keeps failures in the middle and
@@ -122,6 +131,8 @@ void AudioOutput::write(const float* left, const float* right, int count) {
                  [this](float sample) { return quantise(sample, bits); });
   checkWrite(sf_writef_int(file.get(), integers.data(), count) == count);
 }
+
+sf_count_t AudioOutput::mostFrames() const { return mostFramesOf(format, bits); }
 
 void AudioOutput::warnOfDamage() const {
   if (clipped == 0) return;

@@ -28,6 +28,9 @@ class AudioOutput {
   /// that fails, too.
   void keepWhatFits();
 
+  /// That the format can hold.
+  sf_count_t mostFrames() const;
+
   /// Tells of samples so far that clip.
   void warnOfDamage() const;
   /// The highest magnitude of the finite samples so far.
@@ -37,6 +40,7 @@ class AudioOutput {
   AudioOutput(const std::filesystem::path& path, int inputFormat, int rate, sf_count_t frames);
 
   static SF_VIRTUAL_IO sinkFunctions();
+  void dropBehindHeader() const;
   void close();
   void measure(float sample);
   void checkWrite(bool complete) const;
