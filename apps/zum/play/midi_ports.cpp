@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <cctype>
+#include <utility>
 
+#include "apps/zum/play/jack_server.hpp"
 #include "apps/zum/play/quiet_systems.hpp"
 
 namespace zum {
@@ -21,7 +23,9 @@ std::string lowered(std::string text) {
 
 /// Null where the system does not answer.
 std::unique_ptr<RtMidiIn> makeInput(RtMidi::Api api) {
-  if (!(api == RtMidi::UNIX_JACK ? isJackRunning() : hasAlsaSequencer())) return nullptr;
+  if (api == RtMidi::UNIX_JACK ? JackServer::get().client() == nullptr : !hasAlsaSequencer()) {
+    return nullptr;
+  }
   try {
     auto input = std::make_unique<RtMidiIn>(api, kClient);
     input->setErrorCallback([](RtMidiError::Type, const std::string&, void*) {});
@@ -37,12 +41,21 @@ std::unique_ptr<RtMidiIn> makeInput(RtMidi::Api api) {
 struct MidiPorts::System {
   RtMidi::Api api;
   std::unique_ptr<RtMidiIn> looks;
+  int server = 0;  // that it looks at
 
+  /// What was opened before is of no use: there is another server, or none any more.
+  bool isAnew() {
+    if (api != RtMidi::UNIX_JACK) return false;
+    const bool answers = JackServer::get().client() != nullptr;
+    const int its = answers ? JackServer::get().number() : 0;
+    if (std::exchange(server, its) == its) return false;
+    looks.reset();
+    return true;
+  }
   /// By their numbers.
   std::vector<std::string> names() {
     std::vector<std::string> found;
-    // one whose server went finds nothing any more
-    if (looks == nullptr || looks->getPortCount() == 0) looks = makeInput(api);
+    if (looks == nullptr) looks = makeInput(api);
     const unsigned count = looks != nullptr ? looks->getPortCount() : 0;
     for (unsigned i = 0; i < count; ++i) found.push_back(looks->getPortName(i));
     return found;
@@ -71,7 +84,7 @@ MidiPorts::MidiPorts(MidiLanes& to, std::vector<std::string> names)
       }()) {
   std::vector<RtMidi::Api> apis;
   RtMidi::getCompiledApi(apis);
-  for (const RtMidi::Api api : apis) systems.push_back({api, nullptr});
+  for (const RtMidi::Api api : apis) systems.push_back({api, nullptr, 0});
 }
 
 MidiPorts::~MidiPorts() = default;
@@ -85,6 +98,9 @@ bool MidiPorts::isWanted(const std::string& name) const {
 
 void MidiPorts::look() {
   for (System& system : systems) {
+    if (system.isAnew()) {
+      std::erase_if(ports, [&](const auto& port) { return port->api == system.api; });
+    }
     const std::vector<std::string> names = system.names();
     std::erase_if(ports, [&](const auto& port) {
       return port->api == system.api &&
@@ -124,7 +140,7 @@ std::vector<std::string> MidiPorts::list() {
   RtMidi::getCompiledApi(apis);
   std::vector<std::string> all;
   for (const RtMidi::Api api : apis) {
-    System system{api, nullptr};
+    System system{api, nullptr, 0};
     const std::vector<std::string> names = system.names();
     all.insert(all.end(), names.begin(), names.end());
   }

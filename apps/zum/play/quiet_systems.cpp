@@ -31,12 +31,4 @@ bool hasAlsaSequencer() {
   return true;
 }
 
-bool isJackRunning() {
-  quietenSoundSystems();
-  jack_client_t* const client = jack_client_open("ZUM looks", JackNoStartServer, nullptr);
-  if (client == nullptr) return false;
-  jack_client_close(client);
-  return true;
-}
-
 }  // namespace zum

@@ -6,10 +6,8 @@ namespace zum {
 // ---- [main]
 /// What they would print is told by us. Ahead of any use of them.
 void quietenSoundSystems();
-// Whether there is somebody to talk to: libraries complain aloud where there is not.
-/// A JACK server. None is started.
-bool isJackRunning();
-/// ALSA's sequencer, which has the MIDI ports.
+/// Whether ALSA's sequencer, which has the MIDI ports, is there: a library that asks in vain
+/// complains aloud.
 bool hasAlsaSequencer();
 
 }  // namespace zum

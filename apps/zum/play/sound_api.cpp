@@ -1,8 +1,9 @@
-#include "apps/zum/play/rt_api.hpp"
+#include "apps/zum/play/sound_api.hpp"
 
 #include <algorithm>
 #include <cctype>
 
+#include "apps/zum/play/device_kinds.hpp"
 #include "apps/zum/play/quiet_systems.hpp"
 #include "apps/zum/play/sound_device.hpp"
 
@@ -32,21 +33,24 @@ int rank(const RtAudio::DeviceInfo& info, const std::string& wanted) {
 
 std::span<const SoundApi> soundApis() { return kApis; }
 
-std::unique_ptr<RtAudio> makeRtAudio(const SoundApi& api) {
+SoundSystem askSystem(const SoundApi& api) {
+  if (api.number == RtAudio::UNIX_JACK) return {nullptr, jackDevices()};
   quietenSoundSystems();
-  auto made = std::make_unique<RtAudio>(api.number);
-  made->showWarnings(false);
-  return made;
-}
-
-std::vector<FoundDevice> devicesOf(RtAudio& system) {
-  std::vector<FoundDevice> found;
-  const unsigned count = system.getDeviceCount();
-  for (unsigned i = 0; i < count; ++i) {
-    const RtAudio::DeviceInfo info = system.getDeviceInfo(i);
-    if (info.probed && info.outputChannels + info.inputChannels > 0) found.push_back({i, info});
+  SoundSystem system;
+  try {
+    system.rtAudio = std::make_unique<RtAudio>(api.number);
+    system.rtAudio->showWarnings(false);
+    const unsigned count = system.rtAudio->getDeviceCount();
+    for (unsigned i = 0; i < count; ++i) {
+      const RtAudio::DeviceInfo info = system.rtAudio->getDeviceInfo(i);
+      if (info.probed && info.outputChannels + info.inputChannels > 0) {
+        system.devices.push_back({i, info});
+      }
+    }
+  } catch (const RtAudioError&) {
+    // one went while it was looked at: the next look tells
   }
-  return found;
+  return system;
 }
 
 const FoundDevice* chooseOutput(std::span<const FoundDevice> devices, const std::string& name) {
@@ -73,7 +77,7 @@ const FoundDevice* inputBeside(std::span<const FoundDevice> devices, const Found
 std::vector<DeviceEntry> listSoundDevices() {
   std::vector<DeviceEntry> entries;
   for (const SoundApi& api : kApis) {
-    for (const auto& [number, info] : devicesOf(*makeRtAudio(api))) {
+    for (const auto& [number, info] : askSystem(api).devices) {
       entries.push_back({api.name, info.name, static_cast<int>(info.inputChannels),
                          static_cast<int>(info.outputChannels),
                          std::vector<int>(info.sampleRates.begin(), info.sampleRates.end()),

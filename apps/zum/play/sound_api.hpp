@@ -1,4 +1,4 @@
-// The system's ways to sound devices, as RtAudio knows them: JACK, PulseAudio, ALSA.
+// The system's ways to sound devices, and what is there: JACK, PulseAudio, ALSA.
 #pragma once
 
 #include <RtAudio.h>
@@ -19,15 +19,19 @@ struct SoundApi {
 std::span<const SoundApi> soundApis();
 
 struct FoundDevice {
-  unsigned number;
+  unsigned number;  // RtAudio's
   RtAudio::DeviceInfo info;
 };
 
+/// Who answers on one way.
+struct SoundSystem {
+  std::unique_ptr<RtAudio> rtAudio;  // null for JACK
+  std::vector<FoundDevice> devices;  // that can be opened
+};
+
 // ---- [main]
-/// Closed; what the libraries below would print is told by us.
-std::unique_ptr<RtAudio> makeRtAudio(const SoundApi& api);
-/// That can be opened. None where nothing answers.
-std::vector<FoundDevice> devicesOf(RtAudio& system);
+/// What the libraries below would print is told by us. Without devices where nothing answers.
+SoundSystem askSystem(const SoundApi& api);
 /// The output with that name, else the first whose name holds it, in capitals or not; for no name
 /// the default one. Null for none.
 const FoundDevice* chooseOutput(std::span<const FoundDevice> devices, const std::string& name);
