@@ -4,6 +4,9 @@
 #include <cmath>
 #include <utility>
 
+#include "apps/zum/audio_output.hpp"
+#include "apps/zum/failure.hpp"
+
 namespace zum {
 namespace {
 
@@ -44,14 +47,20 @@ bool LiveSound::setRate(int wanted) {
   if (effect.isActive()) effect.deactivate();
   effect.activate(rate, kMostFrames);
   if (playing) replaceTake(std::move(anew));
-  if (!firstRecording.empty()) record(std::exchange(firstRecording, {}));
+  if (!firstRecording.empty()) {
+    try {
+      record(std::exchange(firstRecording, {}));
+    } catch (const Failure& failure) {
+      problems.emplace_back(failure.what());  // which is no reason for silence
+    }
+  }
   return true;
 }
 
 std::unique_ptr<LiveSound::Take> LiveSound::makeTake(const std::filesystem::path& path) const {
   const int hz = rate != 0 ? rate : kUsualRate;
   auto loop = path.empty() ? nullptr : std::make_unique<LoopSource>(path, hz);
-  return std::make_unique<Take>(Take{std::move(loop), SongClock(hz, songTempo.load())});
+  return std::make_unique<Take>(Take{std::move(loop), SongClock(hz, songTempo.load()), false});
 }
 
 void LiveSound::replaceTake(std::unique_ptr<Take> next) {
@@ -79,6 +88,8 @@ void LiveSound::stop() {
 
 void LiveSound::record(const std::filesystem::path& path) {
   if (rate == 0) {
+    // made, and gone again, to find out whether it can be
+    const AudioOutput trial(path, kUsualRate);
     firstRecording = path;
     return;
   }
@@ -95,6 +106,12 @@ void LiveSound::endRecord() {
 
 // A block that began behind a change has seen it; the one before has ended by then.
 void LiveSound::sweep(bool runs) {
+  if (taken != nullptr && taken->loop != nullptr && !taken->isTold) {
+    if (const std::string why = taken->loop->problem(); !why.empty()) {
+      taken->isTold = true;
+      problems.push_back(why);
+    }
+  }
   const std::uint64_t ended = blocksEnded.load();
   std::erase_if(left, [&](Left& each) {
     if (runs && ended < each.blocks) return false;

@@ -83,6 +83,7 @@ class LiveSound {
   struct Take {
     std::unique_ptr<LoopSource> loop;  // null for silence
     SongClock clock;
+    bool isTold;  // [main] what became of the loop
   };
   /// What the callback may still use, until it has begun `blocks` of them.
   struct Left {

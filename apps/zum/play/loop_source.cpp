@@ -3,6 +3,7 @@
 #include <samplerate.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <new>
 #include <vector>
@@ -15,6 +16,9 @@ namespace {
 
 constexpr std::size_t kPartFrames = 4096;
 constexpr std::size_t kMostPartFrames = 20 * kPartFrames;  // resampled by as much as there is
+// One that is no longer is kept: going to its begin again and again would take more time than there
+// is, above all in compressed files.
+constexpr std::size_t kMostKeptFrames = 65536;
 constexpr std::size_t kAheadSeconds = 2;
 constexpr auto kPause = std::chrono::milliseconds(10);
 
@@ -39,7 +43,7 @@ class LoopSource::Reader {
  public:
   Reader(const std::filesystem::path& path, int rate)
       : input(path), ratio(static_cast<double>(rate) / input.sampleRate()) {
-    input.rewind();  // told here, and not at the end of the first round
+    keepIfShort();
     if (ratio == 1.0) return;
     int error = 0;
     resampler.reset(src_new(SRC_SINC_MEDIUM_QUALITY, 2, &error));
@@ -60,16 +64,37 @@ class LoopSource::Reader {
   std::atomic<bool> failed{false};
 
  private:
+  void keepIfShort() {
+    for (auto& channel : kept) channel.resize(kMostKeptFrames);
+    const auto got = static_cast<std::size_t>(
+        input.read(kept[0].data(), kept[1].data(), static_cast<int>(kMostKeptFrames)));
+    for (auto& channel : kept) {
+      channel.resize(got < kMostKeptFrames ? got : 0);
+      channel.shrink_to_fit();
+    }
+    if (got == kMostKeptFrames) input.rewind();  // what cannot go there is told now
+  }
+
   // The end of the file and its begin are one sound to the resampler, too.
   void readAround() {
     left.resize(kPartFrames);
     right.resize(kPartFrames);
     for (std::size_t done = 0; done < kPartFrames;) {
-      const auto wanted = static_cast<int>(kPartFrames - done);
-      const int got = input.read(left.data() + done, right.data() + done, wanted);
-      done += static_cast<std::size_t>(got);
-      if (got < wanted) input.rewind();
+      done += kept[0].empty() ? readFile(done) : repeat(done);
     }
+  }
+  std::size_t readFile(std::size_t at) {
+    const auto wanted = static_cast<int>(kPartFrames - at);
+    const int got = input.read(left.data() + at, right.data() + at, wanted);
+    if (got < wanted) input.rewind();
+    return static_cast<std::size_t>(got);
+  }
+  std::size_t repeat(std::size_t at) {
+    const std::size_t count = std::min(kPartFrames - at, kept[0].size() - place);
+    std::copy_n(kept[0].data() + place, count, left.data() + at);
+    std::copy_n(kept[1].data() + place, count, right.data() + at);
+    place = (place + count) % kept[0].size();
+    return count;
   }
 
   void resample() {
@@ -98,6 +123,8 @@ class LoopSource::Reader {
   }
 
   AudioInput input;
+  std::array<std::vector<float>, 2> kept;  // empty for a long one
+  std::size_t place = 0;                   // in it
   const double ratio;
   std::unique_ptr<SRC_STATE, CloseResampler> resampler;  // null where the rates are the same
 };

@@ -45,11 +45,17 @@ void Recorder::run(const std::stop_token& end) {
   std::array<float, kPartFrames> left{};
   std::array<float, kPartFrames> right{};
   const std::filesystem::path folder = std::filesystem::absolute(name).parent_path();
+  sf_count_t room = output->mostFrames();
   try {
     for (;;) {
       const bool ends = end.stop_requested();  // ahead of the last frames
       while (const std::size_t got = ring.read(left.data(), right.data(), kPartFrames)) {
+        if (static_cast<sf_count_t>(got) > room) {
+          trouble = endedEarly("its format holds no more; record a .caf, .rf64 or .w64 file");
+          break;
+        }
         output->write(left.data(), right.data(), static_cast<int>(got));
+        room -= static_cast<sf_count_t>(got);
       }
       if (isAlmostFull(folder)) trouble = endedEarly("the disk is full; free space");
       if (ends || !trouble.empty()) break;
