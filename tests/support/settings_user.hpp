@@ -60,6 +60,13 @@ inline bool inProcesses(int count, const std::function<bool(int)>& work) {
 #endif
 const std::string kProgram = "'" ZUM_PROGRAM "' ";
 
+/// No way leads to a sound device, nor starts a server.
+inline void useNoSound(const fs::path& folder) {
+  setenv("JACK_DEFAULT_SERVER", "zum-none", 1);
+  setenv("PULSE_SERVER", ("unix:" + (folder / "no-pulse").string()).c_str(), 1);
+  setenv("ALSA_CONFIG_PATH", "/dev/null", 1);
+}
+
 class SettingsTest : public testing::Test {
  protected:
   SettingsTest() { useHome(folder); }
