@@ -22,10 +22,6 @@ constexpr std::size_t kMostKeptFrames = 65536;
 constexpr std::size_t kAheadSeconds = 2;
 constexpr auto kPause = std::chrono::milliseconds(10);
 
-struct CloseResampler {
-  void operator()(SRC_STATE* state) const { src_delete(state); }
-};
-
 /// Two channels as the resampler has them.
 std::vector<float> interleave(const std::vector<float>& left, const std::vector<float>& right) {
   std::vector<float> both(2 * left.size());
@@ -121,6 +117,10 @@ class LoopSource::Reader {
       data.input_frames -= data.input_frames_used;
     }
   }
+
+  struct CloseResampler {
+    void operator()(SRC_STATE* state) const { src_delete(state); }
+  };
 
   AudioInput input;
   std::array<std::vector<float>, 2> kept;  // empty for a long one

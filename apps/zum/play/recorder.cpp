@@ -10,9 +10,9 @@
 namespace zum {
 namespace {
 
-constexpr std::size_t kPartFrames = 4096;
+constexpr std::size_t kRecordedPart = 4096;
 constexpr std::size_t kBehindSeconds = 8;  // a disk may stand still so long
-constexpr auto kPause = std::chrono::milliseconds(20);
+constexpr auto kRecorderPause = std::chrono::milliseconds(20);
 // The end of a file takes some room, too, in most formats: what is left is not used up.
 constexpr std::uintmax_t kReserve = 1U << 20U;  // bytes
 
@@ -42,14 +42,14 @@ void Recorder::write(const float* left, const float* right, int count) ZUM_REALT
 }
 
 void Recorder::run(const std::stop_token& end) {
-  std::array<float, kPartFrames> left{};
-  std::array<float, kPartFrames> right{};
+  std::array<float, kRecordedPart> left{};
+  std::array<float, kRecordedPart> right{};
   const std::filesystem::path folder = std::filesystem::absolute(name).parent_path();
   sf_count_t room = output->mostFrames();
   try {
     for (;;) {
       const bool ends = end.stop_requested();  // ahead of the last frames
-      while (const std::size_t got = ring.read(left.data(), right.data(), kPartFrames)) {
+      while (const std::size_t got = ring.read(left.data(), right.data(), kRecordedPart)) {
         if (static_cast<sf_count_t>(got) > room) {
           trouble = endedEarly("its format holds no more; record a .caf, .rf64 or .w64 file");
           break;
@@ -59,7 +59,7 @@ void Recorder::run(const std::stop_token& end) {
       }
       if (isAlmostFull(folder)) trouble = endedEarly("the disk is full; free space");
       if (ends || !trouble.empty()) break;
-      std::this_thread::sleep_for(kPause);
+      std::this_thread::sleep_for(kRecorderPause);
     }
     output->keep();
   } catch (const std::exception& error) {
