@@ -11,7 +11,7 @@ while read -r header; do
     *) [ "$first" = "#include \"$header\"" ] || alone+=("$header");;
   esac
 done < <(git ls-files '*.hpp' | grep -vE '^(tests|bench|fuzz)/')
-read -ra flags <<<"$(pkg-config --cflags cairo glib-2.0 pangocairo sndfile smf x11 xkbcommon lv2)"
+read -ra flags <<<"$(pkg-config --cflags cairo glib-2.0 pangocairo sndfile smf x11 xkbcommon lv2 rtaudio rtmidi)"
 flags+=(-std=c++20 -Wno-pragma-once-outside-header -I. -isystem /usr/share/dpf/distrho/src)
 echo "Headers alone: ${#alone[@]}"
 printf '%s\n' "${alone[@]}" |
