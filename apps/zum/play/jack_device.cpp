@@ -71,6 +71,7 @@ class JackDevice final : public SoundDevice {
   std::atomic<bool> isGone{false};
   Ports inputs{};
   Ports outputs{};
+  const JackStay stay;
   JackClient client;  // first to go: it calls
 };
 

@@ -16,6 +16,7 @@ JackServer& JackServer::get() {
 
 jack_client_t* JackServer::client() {
   if (open != nullptr && !isGone.load()) return open.get();
+  if (open != nullptr && JackStay::count() > 0) return nullptr;
   open.reset();
   isGone.store(false);
   open = openJackClient("ZUM looks");

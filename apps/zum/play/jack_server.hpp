@@ -8,6 +8,20 @@
 
 namespace zum {
 
+/// [main] Stands for a client: a new server must not be looked for while those of the one before
+/// are still open, or closing them crashes inside of the library.
+class JackStay {
+ public:
+  JackStay() { ++all; }
+  ~JackStay() { --all; }
+  JackStay(const JackStay&) = delete;
+  JackStay& operator=(const JackStay&) = delete;
+  static int count() { return all; }
+
+ private:
+  inline static int all = 0;
+};
+
 struct CloseJackClient {
   void operator()(jack_client_t* client) const { jack_client_close(client); }
 };
@@ -21,8 +35,11 @@ class JackServer {
  public:
   static JackServer& get();
 
-  /// Of the one that answers now; null for none. It is never active.
+  /// Of the one that answers now; null for none, and as long as somebody stays with one that went.
+  /// It is never active.
   jack_client_t* client();
+  /// The last one went: time for all to go that was opened at it.
+  bool isLost() const { return open != nullptr && isGone.load(); }
   /// How many of them there were: another number is another server, for which nothing that was
   /// opened before is of any use. Up to date behind client().
   int number() const { return count; }

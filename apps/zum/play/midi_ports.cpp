@@ -12,7 +12,7 @@
 namespace zum {
 namespace {
 
-constexpr const char* kClient = "ZUM";
+constexpr const char* kClient = "ZUM MIDI";
 constexpr const char* kInput = "MIDI in";
 
 std::string lowered(std::string text) {
@@ -21,13 +21,23 @@ std::string lowered(std::string text) {
   return text;
 }
 
+struct CloseInput {
+  std::shared_ptr<JackStay> stay;  // null for other systems
+  void operator()(RtMidiIn* input) {
+    delete input;
+    stay.reset();
+  }
+};
+using Input = std::unique_ptr<RtMidiIn, CloseInput>;
+
 /// Null where the system does not answer.
-std::unique_ptr<RtMidiIn> makeInput(RtMidi::Api api) {
+Input makeInput(RtMidi::Api api) {
   if (api == RtMidi::UNIX_JACK ? JackServer::get().client() == nullptr : !hasAlsaSequencer()) {
     return nullptr;
   }
   try {
-    auto input = std::make_unique<RtMidiIn>(api, kClient);
+    const auto stay = api == RtMidi::UNIX_JACK ? std::make_shared<JackStay>() : nullptr;
+    Input input(new RtMidiIn(api, kClient), CloseInput{stay});
     input->setErrorCallback([](RtMidiError::Type, const std::string&, void*) {});
     return input;
   } catch (const RtMidiError&) {
@@ -40,16 +50,16 @@ std::unique_ptr<RtMidiIn> makeInput(RtMidi::Api api) {
 /// One way to ports, and a client of it that looks for them.
 struct MidiPorts::System {
   RtMidi::Api api;
-  std::unique_ptr<RtMidiIn> looks;
+  Input looks;
   int server = 0;  // that it looks at
 
   /// What was opened before is of no use: there is another server, or none any more.
   bool isAnew() {
     if (api != RtMidi::UNIX_JACK) return false;
-    const bool answers = JackServer::get().client() != nullptr;
-    const int its = answers ? JackServer::get().number() : 0;
-    if (std::exchange(server, its) == its) return false;
+    JackServer& jack = JackServer::get();
+    if (!jack.isLost() && server == jack.number()) return false;
     looks.reset();
+    server = jack.number();
     return true;
   }
   /// By their numbers.
@@ -67,7 +77,7 @@ struct MidiPorts::Port {
   RtMidi::Api api;
   std::string name;
   MidiLane* lane;
-  std::unique_ptr<RtMidiIn> input;
+  Input input;
 
   static void hear(double /*time*/, std::vector<unsigned char>* bytes, void* lane) {
     if (bytes == nullptr || bytes->empty() || bytes->size() > MidiLane::Message().size()) return;
@@ -84,7 +94,7 @@ MidiPorts::MidiPorts(MidiLanes& to, std::vector<std::string> names)
       }()) {
   std::vector<RtMidi::Api> apis;
   RtMidi::getCompiledApi(apis);
-  for (const RtMidi::Api api : apis) systems.push_back({api, nullptr, 0});
+  for (const RtMidi::Api api : apis) systems.push_back({api, {}, 0});
 }
 
 MidiPorts::~MidiPorts() = default;
@@ -140,7 +150,7 @@ std::vector<std::string> MidiPorts::list() {
   RtMidi::getCompiledApi(apis);
   std::vector<std::string> all;
   for (const RtMidi::Api api : apis) {
-    System system{api, nullptr, 0};
+    System system{api, {}, 0};
     const std::vector<std::string> names = system.names();
     all.insert(all.end(), names.begin(), names.end());
   }

@@ -88,11 +88,14 @@ void PlaySession::goSilent() {
 }
 
 void PlaySession::lookAfterDevice() {
-  if (!waits && !device->isAlive()) {
-    tell(device->name() + " is gone; it is opened again when it returns");
-    tried([&] { goSilent(); });
-    return;
-  }
+  if (waits || device->isAlive()) return;
+  const std::string gone = device->name() + " is gone; it is opened again when it returns";
+  tell(gone);
+  warn(gone);
+  tried([&] { goSilent(); });
+}
+
+void PlaySession::lookForDevice() {
   if (!waits || !isThere(wish)) return;
   try {
     openDevice();
@@ -111,9 +114,10 @@ void PlaySession::lookAfterRecording() {
 
 void PlaySession::tick() {
   lookAfterRecording();
-  if (Clock::now() < nextLook) return;
   lookAfterDevice();
-  ports.look();
+  if (Clock::now() < nextLook) return;
+  ports.look();  // ahead of devices: it lets go of a JACK that went
+  lookForDevice();
   nextLook = Clock::now() + kLookEvery;
 }
 

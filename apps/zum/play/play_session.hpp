@@ -73,6 +73,7 @@ class PlaySession final : public StripOwner {
   void tried(Work&& work);
   void tell(const std::string& text);
   void lookAfterDevice();
+  void lookForDevice();
   void lookAfterRecording();
   void openFirstDevice();
   void openDevice();

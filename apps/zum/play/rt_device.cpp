@@ -1,4 +1,7 @@
 // A device of PulseAudio's or ALSA's through RtAudio.
+#include <pthread.h>
+
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <chrono>
@@ -17,7 +20,10 @@ using Clock = std::chrono::steady_clock;
 
 constexpr unsigned kUsualRate = 48000;  // Hz, where a device prefers none
 constexpr unsigned kUsualBlock = 256;   // frames
-constexpr auto kLongestSilence = std::chrono::seconds(1);
+constexpr auto kLongestSilence = std::chrono::seconds(3);
+// What PulseAudio is given ahead: of itself it would take two seconds of it.
+constexpr double kPulseAhead = 0.06;  // seconds
+constexpr unsigned kFewestBuffers = 4;
 // A device that went fails at each block; one block can fail on a busy machine.
 constexpr int kMostFailures = 8;
 constexpr int kPriority = 70;
@@ -62,6 +68,7 @@ class RtDevice final : public SoundDevice {
   static int call(void* out, void* in, unsigned count, double time, RtAudioStreamStatus status,
                   void* device);
   static void noteError(RtAudioError::Type type, const std::string& text);
+  static void hurry();
   bool isBroken();
 
   LiveSound& sound;
@@ -92,9 +99,12 @@ void RtDevice::open(const Route& route) {
   from.deviceId = route.input != nullptr ? route.input->number : 0;
   from.nChannels = channels.inputs();
   RtAudio::StreamOptions options;
-  options.flags = RTAUDIO_NONINTERLEAVED | RTAUDIO_SCHEDULE_REALTIME;
+  options.flags = RTAUDIO_NONINTERLEAVED;
   options.streamName = "ZUM";
-  options.priority = kPriority;
+  if (rtAudio->getCurrentApi() == RtAudio::LINUX_PULSE) {
+    options.numberOfBuffers =
+        std::max(kFewestBuffers, static_cast<unsigned>(kPulseAhead * rate / frames));
+  }
   std::string why;
   try {
     rtAudio->openStream(&to, route.input != nullptr ? &from : nullptr, RTAUDIO_FLOAT32, rate,
@@ -130,6 +140,7 @@ bool RtDevice::isAlive() {
 int RtDevice::call(void* out, void* in, unsigned count, double /*time*/, RtAudioStreamStatus status,
                    void* device) {
   RtDevice& self = *static_cast<RtDevice*>(device);
+  if (std::exchange(calling, &self) != &self) hurry();
   if (self.isBroken()) return kAbort;
   if (status != 0) self.watch.noteXrun();
   self.watch.begin();
@@ -144,9 +155,14 @@ int RtDevice::call(void* out, void* in, unsigned count, double /*time*/, RtAudio
   return 0;
 }
 
+// Once a thread. RtAudio would do it, and talk of it to standard error.
+void RtDevice::hurry() {
+  const sched_param wanted{kPriority};
+  pthread_setschedparam(pthread_self(), SCHED_RR, &wanted);  // where the system allows it
+}
+
 // The library goes on calling for a device that went, as fast as it can.
 bool RtDevice::isBroken() {
-  calling = this;
   failures = std::exchange(hasFailed, false) ? failures + 1 : 0;
   if (failures < kMostFailures) return false;
   broken.store(true);
