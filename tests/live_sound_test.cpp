@@ -261,7 +261,7 @@ TEST_F(LiveSoundTest, EverythingMayChangeWhileBlocksRun) {
   sound.endAll();
   EXPECT_TRUE(sound.takeProblems().empty());
   EXPECT_GT(blocks.load(), 100);
-  EXPECT_GT(recordings, 3);
+  EXPECT_GT(recordings, 0);
   for (int i = 0; i < recordings; ++i) {
     static_cast<void>(readSound((folder / ("take" + std::to_string(i) + ".wav")).string()));
   }

@@ -67,6 +67,7 @@ struct MidiPorts::System {
     std::vector<std::string> found;
     if (looks == nullptr) looks = makeInput(api);
     const unsigned count = looks != nullptr ? looks->getPortCount() : 0;
+    found.reserve(count);
     for (unsigned i = 0; i < count; ++i) found.push_back(looks->getPortName(i));
     return found;
   }
@@ -141,6 +142,7 @@ void MidiPorts::open(const System& system, unsigned number, const std::string& n
 
 std::vector<std::string> MidiPorts::heard() const {
   std::vector<std::string> names;
+  names.reserve(ports.size());
   for (const auto& port : ports) names.push_back(port->name);
   return names;
 }

@@ -24,7 +24,7 @@ std::filesystem::path recordingName() {
   std::tm local{};
   localtime_r(&now, &local);
   std::array<char, 64> text{};
-  std::strftime(text.data(), text.size(), "ZUM %Y-%m-%d %H.%M.%S.wav", &local);
+  (void)std::strftime(text.data(), text.size(), "ZUM %Y-%m-%d %H.%M.%S.wav", &local);
   return text.data();
 }
 
@@ -200,8 +200,9 @@ std::string PlaySession::message() const {
 std::string PlaySession::summary() const {
   const auto [average, most] = device->load();
   std::array<char, 96> figures{};
-  std::snprintf(figures.data(), figures.size(), "%d xruns, %.1f %% of the time, at most %.1f %%",
-                device->xruns(), 100.0 * average, 100.0 * most);
+  (void)std::snprintf(figures.data(), figures.size(),
+                      "%d xruns, %.1f %% of the time, at most %.1f %%", device->xruns(),
+                      100.0 * average, 100.0 * most);
   return deviceName() + ": " + figures.data();
 }
 
