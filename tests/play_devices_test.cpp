@@ -248,7 +248,7 @@ TEST_F(PlayDevicesTest, PulseAudioHearsWhatIsRenderedAlsoWhenItReturns) {
   endPlay();
   EXPECT_EQ(told(),
             "zum: warning: PulseAudio: Null Output is gone; it is opened again when it returns\n");
-  expectRecordedAsRendered(2.0);
+  expectRecordedAsRendered(1.0);
 }
 
 }  // namespace
