@@ -60,6 +60,11 @@ class ChildProgram {
     if (process > 0) kill(process, signal);
     return wait();
   }
+  /// In its own way, if it does within five seconds.
+  void askToEnd() {
+    if (process > 0) kill(process, SIGTERM);
+    comesTrue([this] { return !isRunning(); }, std::chrono::seconds(5));
+  }
   int wait() {
     if (process > 0) waitpid(std::exchange(process, 0), &status, 0);
     return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
