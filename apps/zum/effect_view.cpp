@@ -3,7 +3,6 @@
 #include <cstddef>
 
 #include "core/uni_client.hpp"
-#include "editor/uni_client_editor.hpp"
 
 namespace zum {
 
@@ -54,11 +53,6 @@ void EffectView::bind(int controller, int tag) {
   BindingList& list =
       controller < 0 ? map.aftertouch : map.controllers[static_cast<std::size_t>(controller)];
   list.append({static_cast<std::int16_t>(tag), 0});
-}
-
-const KvFrame* EffectView::window() const {
-  const auto* editor = dynamic_cast<const KvUniClientEditor*>(effect->getEditor());
-  return editor == nullptr ? nullptr : editor->shownFrame();
 }
 
 }  // namespace zum

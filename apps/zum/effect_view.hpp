@@ -8,7 +8,6 @@
 
 namespace zum {
 
-class KvFrame;
 class KvUniClient;
 
 /// Results of one control pass, all 0..1 but the cutoff.
@@ -45,8 +44,6 @@ class EffectView {
   void loadControllerMap(const std::string& path);
   /// As if it had been learned. Controller -1 is channel pressure.
   void bind(int controller, int tag);
-  /// [main] What its window shows; null while that is closed.
-  const KvFrame* window() const;
 
  private:
   KvUniClient* effect;

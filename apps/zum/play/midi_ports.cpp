@@ -21,23 +21,27 @@ std::string lowered(std::string text) {
   return text;
 }
 
-struct CloseInput {
+}  // namespace
+
+struct CloseMidiInput {
   std::shared_ptr<JackStay> stay;  // null for other systems
   void operator()(RtMidiIn* input) {
     delete input;
     stay.reset();
   }
 };
-using Input = std::unique_ptr<RtMidiIn, CloseInput>;
+using MidiInput = std::unique_ptr<RtMidiIn, CloseMidiInput>;
+
+namespace {
 
 /// Null where the system does not answer.
-Input makeInput(RtMidi::Api api) {
+MidiInput makeInput(RtMidi::Api api) {
   if (api == RtMidi::UNIX_JACK ? JackServer::get().client() == nullptr : !hasAlsaSequencer()) {
     return nullptr;
   }
   try {
     const auto stay = api == RtMidi::UNIX_JACK ? std::make_shared<JackStay>() : nullptr;
-    Input input(new RtMidiIn(api, kClient), CloseInput{stay});
+    MidiInput input(new RtMidiIn(api, kClient), CloseMidiInput{stay});
     input->setErrorCallback([](RtMidiError::Type, const std::string&, void*) {});
     return input;
   } catch (const RtMidiError&) {
@@ -50,7 +54,7 @@ Input makeInput(RtMidi::Api api) {
 /// One way to ports, and a client of it that looks for them.
 struct MidiPorts::System {
   RtMidi::Api api;
-  Input looks;
+  MidiInput looks;
   int server = 0;  // that it looks at
 
   /// What was opened before is of no use: there is another server, or none any more.
@@ -78,7 +82,7 @@ struct MidiPorts::Port {
   RtMidi::Api api;
   std::string name;
   MidiLane* lane;
-  Input input;
+  MidiInput input;
 
   static void hear(double /*time*/, std::vector<unsigned char>* bytes, void* lane) {
     if (bytes == nullptr || bytes->empty() || bytes->size() > MidiLane::Message().size()) return;

@@ -92,7 +92,7 @@ void PlaySession::lookAfterDevice() {
   const std::string gone = device->name() + " is gone; it is opened again when it returns";
   tell(gone);
   warn(gone);
-  tried([&] { goSilent(); });
+  goSilent();
 }
 
 void PlaySession::lookForDevice() {
@@ -101,7 +101,7 @@ void PlaySession::lookForDevice() {
     openDevice();
     tell(device->name());
   } catch (const Failure&) {
-    tried([&] { goSilent(); });
+    goSilent();
   }
 }
 
@@ -158,7 +158,7 @@ void PlaySession::hearInput(bool heard) {
     } catch (const Failure& failure) {
       wish.input = false;
       tried([&] { openDevice(); });
-      if (device == nullptr) tried([&] { goSilent(); });
+      if (device == nullptr) goSilent();
       return tell(failure.what());
     }
   }
