@@ -592,7 +592,12 @@ TEST_F(ClapWindow, TellsTheHostOfEachHoldInAndOutOfProcessing) {
       drag(plug, listen, hasTimers ? kEnd : kNone);
       EXPECT_TRUE(hasTimers ? isOneHold(heard)
                             : std::set(heard.begin(), heard.end()) == std::set{kMove});
-      EXPECT_TRUE(plug.value(tag::cutoff) > 0.5 && told == plug.value(tag::cutoff));
+      const auto isTold = [&] {
+        return plug.value(tag::cutoff) > 0.5 && told == plug.value(tag::cutoff);
+      };
+      // a window's own thread takes its time on a busy machine
+      for (int i = 0; i < 100 && !isTold(); ++i) wait(plug, listen);
+      EXPECT_TRUE(isTold());
       EXPECT_EQ(plug.host.flushes.load(), 0);
     }
     close(plug);
