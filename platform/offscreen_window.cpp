@@ -62,7 +62,7 @@ void OffscreenWindow::keyUp(const WindowKey& key) {
 void OffscreenWindow::expose(int left, int top, int right, int bottom) {
   queue.emplace_back([=](WindowEvents& to) { to.windowExposed(left, top, right, bottom); });
 }
-void OffscreenWindow::drop(int x, int y, std::vector<std::string> files) {
+void OffscreenWindow::drop(int x, int y, const std::vector<std::string>& files) {
   queue.emplace_back([=](WindowEvents& to) { to.windowDropped(x, y, files); });
 }
 void OffscreenWindow::vanish() {

@@ -33,7 +33,7 @@ class OffscreenWindow final : public NativeWindow {
   void keyDown(const WindowKey& key);
   void keyUp(const WindowKey& key);
   void expose(int left, int top, int right, int bottom);
-  void drop(int x, int y, std::vector<std::string> files);
+  void drop(int x, int y, const std::vector<std::string>& files);
   void vanish();
   // What is so at once.
   void setButtons(int buttonWord) { heldButtons = buttonWord; }

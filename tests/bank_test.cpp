@@ -302,6 +302,7 @@ TEST_F(BankTest, ASharedBankIsReadOnceByAllWhoAskAndGoesWithTheLast) {
     std::array<SharedBank::Held, 8> banks;
     {
       std::vector<std::jthread> hosts;
+      hosts.reserve(effects.size());
       for (std::size_t i = 0; i < effects.size(); ++i) {
         hosts.emplace_back([&, i] {
           effects[i] = std::make_unique<LinkedEffect>();

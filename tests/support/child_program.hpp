@@ -32,6 +32,7 @@ class ChildProgram {
   /// What it prints goes into the file `told`. Started by the thread that outlives it.
   ChildProgram(std::vector<std::string> words, const std::filesystem::path& told) {
     std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (std::string& word : words) arguments.push_back(word.data());
     arguments.push_back(nullptr);
     const pid_t us = getpid();
