@@ -140,11 +140,11 @@ class PlayDevicesTest : public SettingsTest {
   bool tells(const std::string& words) const {
     return comesTrue([&] { return told().find(words) != std::string::npos; });
   }
-  /// Within a second.
+  /// Within a second, and what a busy machine adds to it.
   void endPlay() {
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(player->end(SIGTERM), 128 + SIGTERM) << told();
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 1s);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(ZUM_ENDS_WITHIN));
   }
   /// As far as both go, from the first frame on.
   Stereo expectRecordedAsRendered(double leastSeconds, const std::string& options = "") {
