@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
@@ -14,6 +13,7 @@
 #include <system_error>
 
 #include "apps/zum/failure.hpp"
+#include "platform/ascii_case.hpp"
 
 namespace zum {
 namespace {
@@ -34,12 +34,6 @@ Routine exportOf(void* library, const char* name, const std::filesystem::path& p
     throw Failure(path.string() + " has no entry " + name + "; choose a ZUM32.dpm");
   }
   return reinterpret_cast<Routine>(found);
-}
-
-std::string lower(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return text;
 }
 
 }  // namespace
@@ -124,7 +118,8 @@ std::string HostedProcess::controlText(std::int32_t index) const {
 std::int32_t HostedProcess::findControl(const std::string& text) const {
   const std::int32_t count = routines().controlCount(get());
   for (std::int32_t index = kFirstControl; index < kFirstControl + count; ++index) {
-    if (lower(controlName(index)) == lower(text) || std::to_string(index) == text) return index;
+    if (lowerCase(controlName(index)) == lowerCase(text) || std::to_string(index) == text)
+      return index;
   }
   throw Failure("there is no control \"" + text + "\"; daehost list names them all",
                 kExitWrongUsage);

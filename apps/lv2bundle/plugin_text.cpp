@@ -10,6 +10,7 @@
 #include "apps/lv2bundle/turtle.hpp"
 #include "core/parameter_text.hpp"
 #include "core/value_names.hpp"
+#include "platform/ascii_case.hpp"
 
 namespace zum {
 namespace {
@@ -91,15 +92,8 @@ constexpr AudioPort kAudioPorts[] = {
     {"Input", "sidechain_right", "Side-chain Right", "right", "sidechain", true},
 };
 
-std::string lower(std::string text) {
-  for (char& letter : text) {
-    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
-  }
-  return text;
-}
-
 std::string groupUri(const ParameterRow& row) {
-  return turtle::uri(std::string(lv2::kPluginUri) + '#', lower(row.path));
+  return turtle::uri(std::string(lv2::kPluginUri) + '#', lowerCase(row.path));
 }
 
 std::string line(const std::string& predicate, const std::string& object) {
@@ -178,7 +172,7 @@ std::string moduleGroups() {
     const ParameterRow& row = *findRow(tag);
     const std::string start = '\n' + groupUri(row) + '\n';
     if (made.find(start) != std::string::npos) continue;
-    made += start + "\ta pg:InputGroup ;\n\tlv2:symbol " + turtle::text(lower(row.path)) +
+    made += start + "\ta pg:InputGroup ;\n\tlv2:symbol " + turtle::text(lowerCase(row.path)) +
             " ;\n\tlv2:name " + turtle::text(row.path) + " .\n";
   }
   return made;

@@ -3,23 +3,17 @@
 #include <RtMidi.h>
 
 #include <algorithm>
-#include <cctype>
 #include <utility>
 
 #include "apps/zum/play/jack_server.hpp"
 #include "apps/zum/play/quiet_systems.hpp"
+#include "platform/ascii_case.hpp"
 
 namespace zum {
 namespace {
 
 constexpr const char* kClient = "ZUM MIDI";
 constexpr const char* kInput = "MIDI in";
-
-std::string lowered(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return text;
-}
 
 }  // namespace
 
@@ -94,7 +88,7 @@ struct MidiPorts::Port {
 
 MidiPorts::MidiPorts(MidiLanes& to, std::vector<std::string> names)
     : lanes(to), wanted([&] {
-        for (std::string& name : names) name = lowered(name);
+        for (std::string& name : names) name = lowerCase(name);
         return std::move(names);
       }()) {
   std::vector<RtMidi::Api> apis;
@@ -105,7 +99,7 @@ MidiPorts::MidiPorts(MidiLanes& to, std::vector<std::string> names)
 MidiPorts::~MidiPorts() = default;
 
 bool MidiPorts::isWanted(const std::string& name) const {
-  const std::string its = lowered(name);
+  const std::string its = lowerCase(name);
   return wanted.empty() || std::any_of(wanted.begin(), wanted.end(), [&](const std::string& part) {
            return its.find(part) != std::string::npos;
          });

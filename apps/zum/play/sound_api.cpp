@@ -1,11 +1,11 @@
 #include "apps/zum/play/sound_api.hpp"
 
 #include <algorithm>
-#include <cctype>
 
 #include "apps/zum/play/device_kinds.hpp"
 #include "apps/zum/play/quiet_systems.hpp"
 #include "apps/zum/play/sound_device.hpp"
+#include "platform/ascii_case.hpp"
 
 namespace zum {
 namespace {
@@ -14,17 +14,11 @@ constexpr SoundApi kApis[] = {{"jack", "JACK", RtAudio::UNIX_JACK},
                               {"pulse", "PulseAudio", RtAudio::LINUX_PULSE},
                               {"alsa", "ALSA", RtAudio::LINUX_ALSA}};
 
-std::string inSmallLetters(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return text;
-}
-
 /// 0 for one that is not meant.
 int rank(const RtAudio::DeviceInfo& info, const std::string& wanted) {
   if (info.outputChannels < 1) return 0;
   if (wanted.empty()) return info.isDefaultOutput ? 2 : 1;
-  const std::string name = inSmallLetters(info.name);
+  const std::string name = lowerCase(info.name);
   if (name == wanted) return 2;
   return name.find(wanted) != std::string::npos ? 1 : 0;
 }
@@ -54,7 +48,7 @@ SoundSystem askSystem(const SoundApi& api) {
 }
 
 const FoundDevice* chooseOutput(std::span<const FoundDevice> devices, const std::string& name) {
-  const std::string wanted = inSmallLetters(name);
+  const std::string wanted = lowerCase(name);
   const FoundDevice* best = nullptr;
   int bestRank = 0;
   for (const FoundDevice& each : devices) {

@@ -6,6 +6,7 @@
 
 #include "apps/zum/play/strip_views.hpp"
 #include "editor/palette_color.hpp"
+#include "platform/ascii_case.hpp"
 #include "platform/file_dialogs.hpp"
 #include "platform/files.hpp"
 #include "platform/message_box.hpp"
@@ -67,10 +68,7 @@ const CColor kAlarm = colorOf(pictures::kRose);
 const CColor kIdle = colorOf(pictures::kFaint);
 
 bool isPreset(const std::filesystem::path& path) {
-  std::string extension = path.extension().string();
-  std::transform(extension.begin(), extension.end(), extension.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-  return extension == ".kvz";
+  return lowerCase(path.extension().string()) == ".kvz";
 }
 
 float segmentsAt(double decibels) {
