@@ -1,6 +1,8 @@
 #include "platform/x11_connection.hpp"
 
 #include <atomic>
+#include <cerrno>
+#include <ctime>
 #include <utility>
 
 namespace zum {
@@ -30,6 +32,13 @@ void onServerGone(Display* display, void* mark) {
   *static_cast<bool*>(mark) = true;
 }
 
+sigset_t pipeSignal() {
+  sigset_t set;
+  sigemptyset(&set);
+  sigaddset(&set, SIGPIPE);
+  return set;
+}
+
 /// The window hears of it from the connection's own exit handler.
 int onIoError(Display* display) {
   if (display == guarded) return 0;
@@ -56,6 +65,22 @@ Window windowAbove(Display* display, Window inner) {
   if (XQueryTree(display, inner, &root, &above, &below, &count) == 0) return 0;
   if (below != nullptr) XFree(below);
   return above == root ? 0 : above;
+}
+
+PipeSignalHeld::PipeSignalHeld() {
+  sigset_t waiting;
+  sigpending(&waiting);
+  waited = sigismember(&waiting, SIGPIPE) == 1;
+  const sigset_t held = pipeSignal();
+  pthread_sigmask(SIG_BLOCK, &held, &before);
+}
+
+PipeSignalHeld::~PipeSignalHeld() {
+  const sigset_t held = pipeSignal();
+  const timespec atOnce{};
+  while (!waited && sigtimedwait(&held, nullptr, &atOnce) < 0 && errno == EINTR) {
+  }
+  pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
 
 X11Guard::X11Guard(Display* ours) : turn(turns), display(ours) {

@@ -4,6 +4,7 @@
 
 #include <X11/Xlib.h>
 
+#include <csignal>
 #include <mutex>
 
 namespace zum {
@@ -14,6 +15,20 @@ Display* connectToServer(bool& lost);
 
 /// The window that `inner` lies in; 0 for the screen, and for a window that is gone.
 Window windowAbove(Display* display, Window inner);
+
+/// What is written to a server that went raises SIGPIPE, which ends a host that does not expect it.
+/// While one lives the thread holds the signal back, and none that came meanwhile is left over.
+class PipeSignalHeld {
+ public:
+  PipeSignalHeld();
+  PipeSignalHeld(const PipeSignalHeld&) = delete;
+  PipeSignalHeld& operator=(const PipeSignalHeld&) = delete;
+  ~PipeSignalHeld();
+
+ private:
+  sigset_t before{};    // what the thread held back
+  bool waited = false;  // one did already
+};
 
 /// The error handlers belong to the whole process, to the host that is: ours are in place only
 /// while one of these lives, and hand on what comes from any other connection. Errors of a
@@ -32,6 +47,7 @@ class X11Guard {
 
  private:
   std::lock_guard<std::mutex> turn;
+  const PipeSignalHeld pipe;
   Display* display;
 };
 
