@@ -414,12 +414,18 @@ TEST(CallbackWatch, TellsThePartOfTheTimeThatGoesIntoBlocks) {
   CallbackWatch watch(1000.0);  // Hz: a frame is a millisecond
   EXPECT_EQ(watch.load().average, 0.0);
   for (const auto spent : {0ms, 20ms, 0ms, 0ms}) {
+    EXPECT_EQ(watch.load().ownXruns, 0);
     watch.begin();
     std::this_thread::sleep_for(spent);
     watch.end(100);
   }
+  EXPECT_EQ(watch.load().ownXruns, 0);
+  watch.begin();
+  std::this_thread::sleep_for(20ms);
+  watch.end(10);
+  EXPECT_EQ(watch.load().ownXruns, 1);
   watch.noteXrun();
-  EXPECT_EQ(watch.callCount(), 4U);
+  EXPECT_EQ(watch.callCount(), 5U);
   EXPECT_EQ(watch.xruns(), 1);
   EXPECT_GE(watch.load().most, 0.2);
   EXPECT_GE(watch.load().average, 0.05);

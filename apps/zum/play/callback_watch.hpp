@@ -23,6 +23,7 @@ class CallbackWatch {
     add(sumSpent, spent);
     add(sumLasts, lasts);
     if (spent / lasts > most.load(std::memory_order_relaxed)) most.store(spent / lasts);
+    if (spent > lasts) ownLate.fetch_add(1);
     calls.fetch_add(1);
   }
   void noteXrun() ZUM_REALTIME { lateBlocks.fetch_add(1); }
@@ -32,7 +33,7 @@ class CallbackWatch {
   int xruns() const { return lateBlocks.load(); }
   SoundDevice::Load load() const {
     const double lasts = sumLasts.load();
-    return {lasts > 0.0 ? sumSpent.load() / lasts : 0.0, most.load()};
+    return {lasts > 0.0 ? sumSpent.load() / lasts : 0.0, most.load(), ownLate.load()};
   }
 
  private:
@@ -51,6 +52,7 @@ class CallbackWatch {
   std::atomic<double> most{0.0};
   std::atomic<std::uint64_t> calls{0};
   std::atomic<int> lateBlocks{0};
+  std::atomic<int> ownLate{0};
 };
 
 }  // namespace zum

@@ -198,11 +198,11 @@ std::string PlaySession::message() const {
 }
 
 std::string PlaySession::summary() const {
-  const auto [average, most] = device->load();
-  std::array<char, 96> figures{};
+  const auto [average, most, ownXruns] = device->load();
+  std::array<char, 128> figures{};
   (void)std::snprintf(figures.data(), figures.size(),
-                      "%d xruns, %.1f %% of the time, at most %.1f %%", device->xruns(),
-                      100.0 * average, 100.0 * most);
+                      "%d xruns, %d of our own, %.1f %% of the time, at most %.1f %%",
+                      device->xruns(), ownXruns, 100.0 * average, 100.0 * most);
   return deviceName() + ": " + figures.data();
 }
 

@@ -44,7 +44,7 @@ class PlaySession final : public StripOwner {
   void tick();
   /// Ends the sound; a recording is complete behind it.
   void end();
-  /// "12.0 s at 48000 Hz, 64 frames: 0 xruns, 7.1 % of the time, at most 11.4 %".
+  /// "12.0 s at 48000 Hz, 64 frames: 0 xruns, 0 of our own, 7.1 % of the time, at most 11.4 %".
   std::string summary() const;
   SoundDevice::Identity deviceInUse() const { return device->identity(); }
 

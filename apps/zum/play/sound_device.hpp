@@ -41,10 +41,12 @@ class SoundDevice {
   virtual int block() const = 0;  // frames
   /// Blocks that came too late since it was made.
   virtual int xruns() const = 0;
-  /// Part of the time of its blocks that went into them, 0 to 1: on average, and at most.
+  /// Part of the time of its blocks that went into them, 0 to 1: on average, and at most. And how
+  /// many took longer than they last: xruns of our own, where the system's are anybody's.
   struct Load {
     double average;
     double most;
+    int ownXruns;
   };
   virtual Load load() const = 0;
 };
