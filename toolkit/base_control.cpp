@@ -129,6 +129,7 @@ void KvControl::showCompanions() {
   }
   exitCountdown = enterCountdown = kNotRunning;
   companionsOut = true;
+  ownerFrame.setInUse(this);
 }
 
 void KvControl::hideCompanions() {
@@ -140,12 +141,30 @@ void KvControl::hideCompanions() {
     }
   }
   companionsOut = false;
+  if (ownerFrame.controlInUse() == this) ownerFrame.setInUse(ownerFrame.keyFocus().get());
 }
 
 bool KvControl::opensPanel(KvViewContainer* panel, CPoint where, int buttons, int popupTag) {
   if (panel == nullptr || (buttons & (buttons::kRight | buttons::kCommand)) == 0) return false;
   panel->setTag(getTag());
   panel->popup(PopupMode::closesOutside, &where, popupTag);
+  return true;
+}
+
+std::string KvControl::getInfoString() const { return ownerFrame.infoOf(*this); }
+
+bool KvControl::hasFocus() const { return ownerFrame.keyFocus().get() == this; }
+
+void KvControl::moveByKey(float newValue) {
+  ownerFrame.keyFocus().beginEdit(*this);
+  moveTo(newValue);
+}
+
+bool KvControl::click(bool repeats) {
+  if (repeats) return true;
+  const CRect& size = getViewSize();
+  CPoint middle{(size.left + size.right) / 2, (size.top + size.bottom) / 2};
+  if (onMouseDown(middle, buttons::kLeft) == MouseResult::handled) onMouseUp(middle, 0);
   return true;
 }
 

@@ -1,5 +1,6 @@
 // What every control of the window shares: a group that may be hidden, companions that come up when
-// the pointer rests on it, the popup protocol, and the poll by which the screen follows the engine.
+// the pointer rests on it, the popup protocol, the focus of the keyboard, and the poll by which the
+// screen follows the engine.
 #pragma once
 
 #include <cstdint>
@@ -62,7 +63,8 @@ class KvControl : public CControl {
   /// Its panel closes under a press: the release does not come here any more.
   virtual void letGo();
   virtual const CRect& getViewBounds() const { return getViewSize(); }
-  virtual std::string getInfoString() const { return "no info"; }
+  /// What it is called and how it stands, as whoever made the window tells it.
+  virtual std::string getInfoString() const;
   virtual bool isContainer() const { return false; }
   void idleStep(int flag) override;
   virtual void setBounds(int left, int top, int right, int bottom);
@@ -72,6 +74,19 @@ class KvControl : public CControl {
   /// The view hides until the pointer rests on this one.
   virtual void addShownCompanion(CView* view);
   virtual void addHiddenCompanion(CView* view);
+
+  /// Tab comes by, while it is shown.
+  virtual bool takesFocus() const { return false; }
+  /// A key while it has the focus. False for one that it has no use for.
+  virtual bool onFocusKey(const WindowKey& /*key*/, bool /*repeats*/) { return false; }
+  /// Where the mark of the focus goes round it.
+  virtual CRect focusArea() const { return getViewSize().grownBy(2); }
+  bool hasFocus() const;
+  /// A value that the user gave otherwise than by hand, as one edit.
+  void enter(float newValue) {
+    take(newValue);
+    reportEdit();
+  }
 
   KvFrame& getFrame() const { return ownerFrame; }
   /// Where a caption would stand, above the rectangle.
@@ -113,6 +128,10 @@ class KvControl : public CControl {
   bool opensPanel(KvViewContainer* panel, CPoint where, int buttons) {
     return opensPanel(panel, where, buttons, getTag());
   }
+  /// Within the edit that lasts as long as a key is held.
+  void moveByKey(float newValue);
+  /// A press of the mouse in the middle, and its release.
+  bool click(bool repeats);
   /// The value as it stands, to the listener, as one edit.
   void reportEdit();
   void take(float newValue) {

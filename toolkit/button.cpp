@@ -157,6 +157,12 @@ void KvButton::letGo() {
   }
 }
 
+bool KvButton::onFocusKey(const WindowKey& key, bool repeats) {
+  const bool presses =
+      key.virt == keys::kSpace || key.virt == keys::kReturn || key.virt == keys::kEnter;
+  return presses && click(repeats);
+}
+
 void KvButton::menuChose(int entry) {
   setMax(std::max(getMax(), static_cast<float>(entry)));
   send(static_cast<float>(entry));

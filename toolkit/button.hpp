@@ -49,6 +49,9 @@ class KvButton : public KvControl, public KvOptionMenuExtraCallBack {
   /// Nothing is told: a release may mean something.
   void letGo() override;
   void setPopupPanel(KvViewContainer* panel) override { popupPanel = panel; }
+  bool takesFocus() const override { return getMouseEnabled(); }
+  /// Space and Return press it.
+  bool onFocusKey(const WindowKey& key, bool repeats) override;
   /// A choice in its menu becomes the value.
   void menuChose(int entry) override;
 

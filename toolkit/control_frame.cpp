@@ -22,6 +22,8 @@ bool actsOnce(const WindowKey& key) {
 bool KvFrame::removeView(CView* view) {
   std::erase(onTop, view);
   leaveModal(view);
+  focus.forget(view);
+  if (inUse.get() == view) inUse = {};
   return CFrame::removeView(view);
 }
 
@@ -33,6 +35,11 @@ void KvFrame::removeFromTop(KvControl* view) { std::erase(onTop, view); }
 
 bool KvFrame::isOnTop(const CView* view) const {
   return std::find(onTop.begin(), onTop.end(), view) != onTop.end();
+}
+
+void KvFrame::setInUse(KvControl* view) {
+  if (view != nullptr) view->remember();
+  inUse = Held<KvControl>(view);
 }
 
 void KvFrame::leaveModal(const CView* view) {
@@ -61,7 +68,11 @@ void KvFrame::idle() {
   ticking = false;
 }
 
+// Nobody tells of the release of a key once the focus is elsewhere.
 void KvFrame::tick() {
+  const bool lost = std::exchange(hadFocus, hasFocus()) && !hadFocus;
+  if (focus.isEditing() && (lost || !heldKey.isHeld())) focus.endEdit();
+  focus.settle();
   if (redrawRequested) invalidate();
   redrawRequested = false;
   for (std::size_t i = 0; i < children().size() && !isGone(); ++i) children()[i]->idleStep(0);
@@ -83,7 +94,11 @@ void KvFrame::drawRect(CDrawContext& context, const CRect& area) {
   for (const Held<CView>& view : children()) {
     if (!isOnTop(view.get())) drawPart(view.get());
   }
-  for (KvControl* view : onTop) drawPart(view);
+  focus.draw(context, nullptr);
+  for (KvControl* view : onTop) {
+    drawPart(view);
+    focus.draw(context, view);
+  }
 }
 
 void KvFrame::gatherDamage(Damage& damage) {
@@ -95,6 +110,7 @@ MouseResult KvFrame::onMouseDown(CPoint& where, int buttons) {
   takeFocus();
   if (isBlocked()) return MouseResult::done;
   if (isHolding()) return MouseResult::handled;  // one at a time
+  focus.mousePressed(where, buttons);
   if (modalView == nullptr) return CFrame::onMouseDown(where, buttons);
   const Held<KvControl> view = hold(modalView);
   gesture = view;  // ahead of the press, which may let go of all
@@ -118,6 +134,7 @@ MouseResult KvFrame::onMouseUp(CPoint& where, int buttons) {
 void KvFrame::letGo() {
   CPoint outside{-1, -1};
   if (isHolding()) onMouseUp(outside, 0);
+  focus.endEdit();
 }
 
 MouseResult KvFrame::onMouseMoved(CPoint& where, int buttons) {
@@ -143,13 +160,15 @@ bool KvFrame::onWheel(CPoint& where, float distance, int buttons) {
 // The repeats of a held Escape close nothing further, and do not reach the host either.
 bool KvFrame::onKeyDown(const WindowKey& key) {
   const bool repeats = heldKey.press(key);
-  if (!repeats || !actsOnce(key)) keyUsed = !isBlocked() && tellKey(key);
+  if (!repeats) focus.endEdit();
+  if (!repeats || !actsOnce(key)) keyUsed = !isBlocked() && tellKey(key, repeats);
   return keyUsed;
 }
 
-bool KvFrame::tellKey(const WindowKey& key) {
+bool KvFrame::tellKey(const WindowKey& key, bool repeats) {
   const bool used = modalView != nullptr ? hold(modalView)->onKeyDown(key) : CFrame::onKeyDown(key);
-  return used || (editor != nullptr && editor->keyPressed(key));
+  return used || (walksByKeys && focus.pressKey(key, repeats)) ||
+         (editor != nullptr && editor->keyPressed(key));
 }
 
 bool KvFrame::onKeyUp(const WindowKey& key) {

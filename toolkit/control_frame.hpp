@@ -6,6 +6,7 @@
 
 #include "toolkit/base_control.hpp"
 #include "toolkit/held_key.hpp"
+#include "toolkit/key_focus.hpp"
 #include "toolkit/view/frame.hpp"
 
 namespace zum {
@@ -23,6 +24,10 @@ class CEditorInterface {
   virtual bool keyReleased(const WindowKey& key) = 0;
   /// Paths of files that the user dropped onto the window.
   virtual void filesDropped(const std::vector<std::string>& /*paths*/) {}
+  /// What a control is called and how it stands.
+  virtual std::string infoOf(const KvControl& /*control*/) { return "no info"; }
+  /// The user wants to type its value. False where there is nothing to type.
+  virtual bool typeValue(KvControl& /*control*/) { return false; }
   /// A box is open that must be answered first: mouse and keys mean nothing meanwhile.
   virtual bool isBlocked() const { return false; }
 };
@@ -47,9 +52,22 @@ class KvFrame final : public CFrame {
   /// The input of a popup goes back to what had it before, also when another lies over it.
   void leaveModal(const CView* view);
 
+  KeyFocus& keyFocus() { return focus; }
+  const KeyFocus& keyFocus() const { return focus; }
+  /// Keys walk from control to control.
+  void walkByKeys() { walksByKeys = true; }
+  /// That the user touches, rests the pointer on, or works by keys; the latest of them. Null for
+  /// none.
+  KvControl* controlInUse() const { return inUse.get(); }
+  void setInUse(KvControl* view);
+  std::string infoOf(const KvControl& control) const {
+    return editor != nullptr ? editor->infoOf(control) : "no info";
+  }
+  bool typeValue(KvControl& control) { return editor != nullptr && editor->typeValue(control); }
+
   /// A press is under way.
   bool isHolding() const { return gesture || captured() != nullptr; }
-  /// Ends what the mouse holds, as a release outside does.
+  /// Ends what the mouse holds, as a release outside does, and what a key holds.
   void letGo();
 
   void setDirty(bool state) override;
@@ -75,7 +93,7 @@ class KvFrame final : public CFrame {
   ~KvFrame() override = default;
   void tick();
   void takeFiles(CPoint where, const std::vector<std::string>& paths) override;
-  bool tellKey(const WindowKey& key);
+  bool tellKey(const WindowKey& key, bool repeats);
   bool isOnTop(const CView* view) const;
   bool isBlocked() const { return editor != nullptr && editor->isBlocked(); }
 
@@ -84,7 +102,11 @@ class KvFrame final : public CFrame {
   std::vector<KvControl*> onTop;
   KvControl* modalView = nullptr;
   Held<KvControl> gesture;  // took a press while it had all input
+  Held<KvControl> inUse;
+  KeyFocus focus{*this};
   HeldKey heldKey;
+  bool hadFocus = false;  // the window, at the last tick
+  bool walksByKeys = false;
   bool keyUsed = false;  // the last one that was pressed
   bool redrawRequested = false;
   bool ticking = false;

@@ -15,6 +15,7 @@ bool KvEditorBase::open(void* parent, const CFontDesc* font, const CFrame::Windo
   if (isOpen()) return false;
   frame = Held<KvFrame>(new KvFrame(bounds, this));
   frame->setDefaultFont(font);
+  frame->walkByKeys();
   // The title is for a window of its own; inside of a host's nobody sees it.
   const char* const title = libraryRecord().product;
   if (!frame->open(reinterpret_cast<std::uintptr_t>(parent), title, opener)) {

@@ -22,6 +22,8 @@ class HeldKey {
   void release(const WindowKey& key) {
     if (isLast(key)) ticksLeft = std::min(ticksLeft, kUntilReleased);
   }
+  /// As far as is known.
+  bool isHeld() const { return ticksLeft > 0; }
   void tick() { ticksLeft = std::max(ticksLeft - 1, 0); }
 
  private:

@@ -103,6 +103,9 @@ MouseResult KvKnob::onMouseDown(CPoint& where, int buttons) {
   if (!takesMouse(where)) return MouseResult::notHandled;
   if (opensPanel(popupPanel, where, buttons)) return MouseResult::done;
   const bool twice = (buttons & buttons::kDoubleClick) != 0 && jumpMode == kDrags;
+  if (twice && (buttons & buttons::kAlt) != 0 && getFrame().typeValue(*this)) {
+    return MouseResult::done;
+  }
   if ((buttons & buttons::kControl) != 0 || twice) {
     take(getDefaultValue());
     reportEdit();
@@ -152,6 +155,35 @@ bool KvKnob::onWheel(CPoint& where, float distance, int buttons) {
   report();
   endEdit();
   return true;
+}
+
+bool KvKnob::stepByKey(float way) {
+  follow();
+  moveByKey(getValue() + way);
+  return true;
+}
+
+bool KvKnob::onFocusKey(const WindowKey& key, bool repeats) {
+  constexpr float kPages = 0.1F;
+  const bool fine = (key.modifier & keys::kShiftBit) != 0;
+  const float step = fine ? keyStep * kFineWheelStep / kWheelStep : keyStep;
+  const float page = std::max(kPages, keyStep);
+  switch (key.virt) {
+    case keys::kUp: return stepByKey(step);
+    case keys::kDown: return stepByKey(-step);
+    case keys::kPageUp: return stepByKey(page);
+    case keys::kPageDown: return stepByKey(-page);
+    case keys::kHome: return stepByKey(-1.0F);
+    case keys::kEnd: return stepByKey(1.0F);
+    case keys::kDelete: moveByKey(getDefaultValue()); return true;
+    case keys::kReturn:
+    case keys::kEnter: return getFrame().typeValue(*this);
+    case keys::kSpace: {
+      const CPoint below{getViewSize().left, getViewSize().bottom};
+      return repeats || opensPanel(popupPanel, below, buttons::kRight);
+    }
+    default: return false;
+  }
 }
 
 // Not during a drag: the engine answers later than the hand moves. A press reads the variable, too,

@@ -37,6 +37,11 @@ class KvKnob : public KvControl {
   void idleStep(int flag) override;
   void setBounds(int left, int top, int right, int bottom) override;
   void setPopupPanel(KvViewContainer* panel) override { popupPanel = panel; }
+  bool takesFocus() const override { return getMouseEnabled(); }
+  /// Up and Down move it by `keyStep`, with Shift finer; Page keys further, Home and End to the
+  /// ends, Delete to the default. Space opens its panel, Return asks for a value.
+  bool onFocusKey(const WindowKey& key, bool repeats) override;
+  CRect focusArea() const override { return ring.join(KvControl::focusArea()); }
 
   KvViewContainer* popupPanel = nullptr;
   CBitmap* underlayBitmap = nullptr;
@@ -46,6 +51,8 @@ class KvKnob : public KvControl {
   int overlayAlpha = 255;               // 0 to 255
   const float* overlayValue = nullptr;  // 0 to 1: where the overlay stands; null: with the knob
   float* pressFlag = nullptr;           // 1 while the knob is held
+  float keyStep = kWheelStep;           // of the value; what counts names has wider ones
+  CRect ring;                           // that lies round it; the mark of the focus goes outside
   int jumpMode = kDrags;
   bool springBack = false;  // to the middle on release; no wheel
   bool horizontal = false;
@@ -62,6 +69,7 @@ class KvKnob : public KvControl {
   CRect movedPicture(const CBitmap& bitmap, float position) const;
   void follow();
   void jumpTo(CPoint where);
+  bool stepByKey(float way);
   void storeFlag(float held) const;
 
   BoundValue boundValue;

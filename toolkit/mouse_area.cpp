@@ -32,6 +32,22 @@ MouseResult KvMouseArea::onMouseDown(CPoint& where, int buttons) {
   return MouseResult::handled;
 }
 
+bool KvMouseArea::onFocusKey(const WindowKey& key, bool repeats) {
+  const bool around = key.virt == keys::kSpace;
+  const int direction = key.virt == keys::kUp ? -1 : around || key.virt == keys::kDown ? 1 : 0;
+  if (direction == 0) return false;
+  if (repeats || !atPlace) return true;
+  const int at = static_cast<int>(std::clamp(atPlace.raw(), 0.0F, static_cast<float>(places - 1)));
+  const int next = around ? (at + 1) % places : std::clamp(at + direction, 0, places - 1);
+  const CRect& size = getViewSize();
+  CPoint where{size.left + size.width() * (2 * next + 1) / (2 * places),
+               (size.top + size.bottom) / 2};
+  if (next != at && onMouseDown(where, buttons::kLeft) == MouseResult::handled) {
+    onMouseUp(where, 0);
+  }
+  return true;
+}
+
 MouseResult KvMouseArea::onMouseMoved(CPoint& where, int buttons) {
   if (!pressed) return MouseResult::notHandled;
   publish(where, buttons);

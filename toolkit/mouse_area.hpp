@@ -4,6 +4,7 @@
 #include <array>
 
 #include "toolkit/base_control.hpp"
+#include "toolkit/bound_value.hpp"
 
 namespace zum {
 
@@ -23,6 +24,12 @@ class KvMouseArea final : public KvControl {
   MouseResult onMouseMoved(CPoint& where, int buttons) override;
   MouseResult onMouseUp(CPoint& where, int buttons) override;
 
+  bool takesFocus() const override { return places > 1; }
+  /// Up, Down and Space press the place beside the one that `atPlace` tells.
+  bool onFocusKey(const WindowKey& key, bool repeats) override;
+
+  int places = 0;  // side by side in it, for keys
+  BoundValue atPlace;
   bool clampToArea = true;  // x and y while it is held outside
 
  private:

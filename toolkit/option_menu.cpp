@@ -350,6 +350,28 @@ bool KvOptionMenu::onKeyDown(const WindowKey& key) {
   return true;
 }
 
+bool KvOptionMenu::onFocusKey(const WindowKey& key, bool /*repeats*/) {
+  const auto step = [this](int direction) {
+    if (hasStyle(menu_style::kSteps)) {
+      stepPreset(direction);
+    } else if (rows.has(rows.selected() + direction)) {
+      stepInRing(direction);
+    }
+    return true;
+  };
+  switch (key.virt) {
+    case keys::kUp: return step(-1);
+    case keys::kDown: return step(1);
+    case keys::kSpace:
+    case keys::kReturn:
+    case keys::kEnter:
+      popup(PopupMode::none, nullptr, userTag);
+      ignoreNextUp = false;
+      return true;
+    default: return false;
+  }
+}
+
 void KvOptionMenu::idleStep(int /*flag*/) {
   if (list != nullptr && !isShown()) closePopup();  // its page went away
   if (list != nullptr) return list->tick(getFrame().pointerPosition());

@@ -80,6 +80,9 @@ class KvOptionMenu final : public KvControl, public CControlListener {
   void closePopup() override;
   void idleStep(int flag) override;
   void setPopupPanel(KvViewContainer* panel) override { popupPanel = panel; }
+  bool takesFocus() const override { return getMouseEnabled(); }
+  /// Space and Return open it, Up and Down choose the row beside.
+  bool onFocusKey(const WindowKey& key, bool repeats) override;
   /// Of the buttons beside it.
   void valueChanged(CControl& control) override;
 

@@ -7,21 +7,12 @@
 #include <cstdlib>
 
 #include "engine/shared_value.hpp"
+#include "toolkit/bound_value.hpp"
 #include "toolkit/control_frame.hpp"
 #include "toolkit/panel.hpp"
 
 namespace zum {
 namespace {
-
-// bits of the table's flags word
-constexpr int kNoGap = 3;
-constexpr int kLayout = 5;
-constexpr int kOnOff = 11;
-constexpr int kCentreLine = 14;
-constexpr int kInteger = 15;
-constexpr int kEditable = 17;
-constexpr int kPlays = 18;
-constexpr int kTells = 20;
 
 constexpr float kSlideStep = -0.002F;  // of the value, for each pixel downwards
 constexpr float kWheelStep = 0.05F;
@@ -52,8 +43,7 @@ int KvTableView::stepAt(int x) const {
 }
 
 bool KvTableView::takesMouse(CPoint where) const {
-  return table != nullptr && table->size() > 0 && isShown() && has(kEditable) &&
-         getViewSize().contains(where);
+  return canEdit() && isShown() && getViewSize().contains(where);
 }
 
 void KvTableView::changed() {
@@ -184,6 +174,48 @@ bool KvTableView::onWheel(CPoint& where, float distance, int /*buttons*/) {
   return true;
 }
 
+int KvTableView::chosenStep() const {
+  return table != nullptr ? std::clamp(keyColumn, 0, std::max(table->size() - 1, 0)) : 0;
+}
+
+std::string KvTableView::stepText() const {
+  if (table == nullptr || table->size() < 1) return "";
+  const int step = chosenStep();
+  return std::to_string(step + 1) + ": " + numberText(100.0F * table->cell(step, 0), 0, 0) + " %";
+}
+
+void KvTableView::moveStep(float value) {
+  getFrame().keyFocus().beginEdit(*this);
+  write(chosenStep(), value);
+  changed();
+}
+
+bool KvTableView::onFocusKey(const WindowKey& key, bool /*repeats*/) {
+  if (!canEdit() || stroke != Stroke::none) return false;
+  constexpr float kPage = 0.1F;
+  const bool fine = (key.modifier & keys::kShiftBit) != 0;
+  const float step = has(kInteger) ? 1.0F : fine ? kFine * kWheelStep : kWheelStep;
+  const float value = table->cell(chosenStep(), 0);
+  const auto go = [this](int to) {
+    if (to < 0 || to >= table->size()) return false;
+    getFrame().keyFocus().endEdit();
+    keyColumn = to;
+    setDirty(true);
+    return true;
+  };
+  switch (key.virt) {
+    case keys::kLeft: return go(chosenStep() - 1);
+    case keys::kRight: return go(chosenStep() + 1);
+    case keys::kUp: moveStep(value + step); return true;
+    case keys::kDown: moveStep(value - step); return true;
+    case keys::kPageUp: moveStep(value + std::max(step, kPage)); return true;
+    case keys::kPageDown: moveStep(value - std::max(step, kPage)); return true;
+    case keys::kHome: moveStep(0.0F); return true;
+    case keys::kEnd: moveStep(1.0F); return true;
+    default: return false;
+  }
+}
+
 void KvTableView::idleStep(int /*flag*/) {
   if (!isShown()) return;
   companionTick();
@@ -236,6 +268,11 @@ void KvTableView::draw(CDrawContext& context) {
                      DrawStyle::filled);
   }
   if (has(kPlays) && playing >= 0 && playing < table->size()) drawCursor(context, playing);
+  if (hasFocus()) {
+    const int step = chosenStep();
+    context.setFrameColor(barHighlight);
+    context.drawRect({edgeOf(step), area.top, edgeOf(step + 1), area.bottom}, DrawStyle::stroked);
+  }
   KvControl::draw(context);
 }
 

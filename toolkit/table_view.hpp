@@ -2,6 +2,7 @@
 // table and is heard in the next block.
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "state/table_xy.hpp"
@@ -28,6 +29,13 @@ class KvTableView final : public KvControl {
   MouseResult onMouseMoved(CPoint& where, int buttons) override;
   MouseResult onMouseUp(CPoint& where, int buttons) override;
   bool onWheel(CPoint& where, float distance, int buttons) override;
+  bool takesFocus() const override { return canEdit(); }
+  /// Left and Right choose a step, and leave behind the last one; Up and Down move it.
+  bool onFocusKey(const WindowKey& key, bool repeats) override;
+  /// The step that keys move.
+  int chosenStep() const;
+  /// "3: 45 %", counted from 1.
+  std::string stepText() const;
   void idleStep(int flag) override;
   void setPopupPanel(KvViewContainer* panel) override { menu = panel; }
 
@@ -42,7 +50,9 @@ class KvTableView final : public KvControl {
   enum class Stroke : std::uint8_t { none, draws, slides };
 
   bool has(int flagBit) const { return (table->flags >> static_cast<unsigned>(flagBit) & 1U) != 0; }
+  bool canEdit() const { return table != nullptr && table->size() > 0 && has(kEditable); }
   bool takesMouse(CPoint where) const;
+  void moveStep(float value);
   int stepAt(int x) const;
   CRect bars() const { return getViewSize().grownBy(-1); }
   CRect barRect(int step) const;
@@ -60,6 +70,16 @@ class KvTableView final : public KvControl {
   void slide();
   void changed();
 
+  // bits of the table's flags word
+  static constexpr int kNoGap = 3;
+  static constexpr int kLayout = 5;
+  static constexpr int kOnOff = 11;
+  static constexpr int kCentreLine = 14;
+  static constexpr int kInteger = 15;
+  static constexpr int kEditable = 17;
+  static constexpr int kPlays = 18;
+  static constexpr int kTells = 20;
+
   KvTableXY* table = nullptr;
   std::vector<float> scratchTable;  // all steps as they were when a slide or a line began
   int lastY = 0;
@@ -68,6 +88,7 @@ class KvTableView final : public KvControl {
   int pressColumn = 0;
   float pressValue = 0.0F;
   float dragOffset = 0.0F;  // of all steps
+  int keyColumn = 0;
   Stroke stroke = Stroke::none;
   bool drawLine = false;
   bool fineEdit = false;

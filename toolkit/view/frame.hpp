@@ -60,8 +60,9 @@ class CFrame : public CViewContainer, private WindowEvents {
   ~CFrame() override = default;
   /// Tells views that the pointer comes or goes.
   void followPointer(int buttons);
+  bool hasFocus() const { return window && window->hasFocus(); }
   void takeFocus() {
-    if (window && !window->hasFocus()) window->takeFocus();
+    if (window && !hasFocus()) window->takeFocus();
   }
   /// Files that the user dropped onto the window.
   virtual void takeFiles(CPoint /*where*/, const std::vector<std::string>& /*paths*/) {}
