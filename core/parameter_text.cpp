@@ -158,6 +158,8 @@ std::optional<float> parameterValue(const ParameterRow& row, std::string_view te
   return readNumber(scaleOf(row.unit), typed);
 }
 
+int namedValues(const ParameterRow& row) { return static_cast<int>(namesOf(row).size()); }
+
 float plainOfRaw(const ParameterRow& row, float raw) ZUM_REALTIME {
   return isStepped(row) ? static_cast<float>(ParameterStore::stepPosition(row, raw))
                         : clampUnit(raw);

@@ -15,6 +15,9 @@ std::string parameterText(const ParameterRow& row, float raw);
 /// counts as the end. Nothing for a text that is no value of the parameter.
 std::optional<float> parameterValue(const ParameterRow& row, std::string_view text);
 
+/// How many values it has that go by names; 0 for one that counts.
+int namedValues(const ParameterRow& row);
+
 // Hosts of newer interfaces get whole numbers for steps, and raw for all others.
 constexpr bool isStepped(const ParameterRow& row) { return row.unit == Unit::steps; }
 /// The position of a step, or raw held in 0 to 1.

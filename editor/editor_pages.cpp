@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/parameter_text.hpp"
 #include "editor/making.hpp"
 #include "engine/lfo.hpp"
 #include "engine/wave_tables.hpp"
@@ -77,6 +78,9 @@ void KvUniClientEditor::addKnob(const layout::Knob& row) {
   knob->setValue(kPose);
   knob->setDefaultValue(findRow(row.tag)->home);
   knob->setHandleBorder(row.border);
+  if (const int names = namedValues(*findRow(row.tag)); names > 1) {
+    knob->keyStep = 1.0F / static_cast<float>(names - 1);
+  }
 }
 
 void KvUniClientEditor::addRings(bool upper) {
@@ -89,6 +93,7 @@ void KvUniClientEditor::addRings(bool upper) {
     add(ring, row.group);
     ring->bind(&(shown.*row.shown), 1.0F, 0.0F, false);
     ring->setTransparency(true);
+    static_cast<KvKnob*>(getControl(row.knob))->ring = row.rect.grownBy(2);
   }
 }
 
@@ -151,7 +156,7 @@ void KvUniClientEditor::addTraces() {
   follower->setRing(level.points.data(), &level.writeIndex, FollowerScope::kPoints);
   follower->setColors(kTraceColor, kScopeShade, kHighlight);
   follower->backgroundColor = kBlackColor;
-  add(follower, layout::followerPage);
+  add(follower, layout::followerPage)->setMouseEnabled(false);
 
   auto* const wave =
       make<KvWaveFormView>({253, 288, 471, 353}, tag::lfoTrace, freeWaves(),
@@ -159,7 +164,7 @@ void KvUniClientEditor::addTraces() {
   wave->setSyncedWaves(syncedWaves());
   wave->setColors(kTraceColor, kWaveShade, kHighlight);
   wave->backgroundColor = kBlackColor;
-  add(wave, layout::lfoPage);
+  add(wave, layout::lfoPage)->setMouseEnabled(false);
 
   auto* const steps = make<KvTableView>({253, 288, 471, 353}, tag::stepTable);
   steps->barColor = kScopeShade;
@@ -176,7 +181,10 @@ void KvUniClientEditor::addGlobalControls() {
   auto* const tabs = make<KvDisplay>({252, 264, 472, 283}, tag::pageTabs, getBitmap(1036), 20, 3);
   tabs->bind(&effect.value(tag::modChoice).stepped, 2.0F, 0.0F, true);
   add(tabs, layout::always);
-  add(make<KvMouseArea>({251, 264, 471, 283}, tag::mouseArea), layout::always);
+  auto* const pages = make<KvMouseArea>({251, 264, 471, 283}, tag::mouseArea);
+  pages->places = 3;
+  pages->atPlace = {&effect.value(tag::modChoice).stepped};
+  add(pages, layout::always);
 
   // Holds the page, and is never seen.
   auto* const page =
@@ -192,7 +200,7 @@ void KvUniClientEditor::addGlobalControls() {
     view->setRing(ring.points.data(), &ring.writeIndex, MeterRing::kPoints);
     view->setColors(kTraceColor, kScopeShade, kHighlight);
     view->backgroundColor = kBlackColor;
-    add(view, layout::always);
+    add(view, layout::always)->setMouseEnabled(false);
   };
   meter(tag::meter, {185, 381, 324, 414}, signal.meters().meter, KvBufferDraw::Style::filled);
   meter(tag::meterInverse, {185, 414, 324, 446}, signal.meters().meterInverse,

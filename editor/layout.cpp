@@ -6,6 +6,7 @@ namespace zum::layout {
 namespace {
 
 using D = DisplayValues;
+namespace t = tag;
 
 // clang-format off
 
@@ -43,22 +44,22 @@ constexpr Knob kLowerTable[] = {
 };
 
 constexpr Ring kRingTable[] = {
-// tag                    rectangle            picture height shows       group
-  {tag::cutoffRing,      {205, 136, 301, 218}, 1009, 82, &D::cutoff,        filterPage},
-  {tag::vowelCutoffRing, {205, 137, 301, 218}, 1057, 81, &D::vowelPosition, vowelPage},
-  {tag::resonanceRing,   {393, 153, 452, 212}, 1044, 59, &D::resonance,     always},
-  {tag::mixDryWetRing,   { 67, 398, 112, 436}, 1029, 38, &D::mix,           always},
-  {tag::overdriveRing,   { 67, 156, 112, 194}, 1043, 38, &D::drive,         always},
-  {tag::masterRing,      {395, 399, 440, 437}, 1029, 38, &D::master,        always},
-  {tag::efFreqRangeRing, { 49, 323,  82, 356}, 1048, 33, &D::efRange,       followerPage},
-  {tag::efReleaseRing,   {148, 323, 181, 356}, 1048, 33, &D::efRelease,     followerPage},
-  {tag::efAttackRing,    { 99, 323, 132, 356}, 1048, 33, &D::efAttack,      followerPage},
-  {tag::efGainRing,      {197, 323, 230, 356}, 1048, 33, &D::efGain,        followerPage},
-  {tag::lfoRateRing,     { 49, 323,  82, 356}, 1048, 33, &D::lfoRate,       lfoPage},
-  {tag::lfoWaveRing,     { 99, 323, 132, 356}, 1048, 33, &D::lfoWave,       lfoPage},
-  {tag::lfoTrigSensRing, {197, 323, 230, 356}, 1048, 33, &D::lfoSens,       freeLfo},
-  {tag::seqTempoRing,    { 49, 323,  82, 356}, 1048, 33, &D::seqTempo,      sequencerPage},
-  {tag::seqGlideRing,    {148, 323, 181, 356}, 1048, 33, &D::seqGlide,      sequencerPage},
+// tag                 knob            rectangle            picture, h. group         shows
+  {t::cutoffRing,      t::cutoff,      {205, 136, 301, 218}, 1009, 82, filterPage,    &D::cutoff},
+  {t::vowelCutoffRing, t::vowelCutoff, {205, 137, 301, 218}, 1057, 81, vowelPage,     &D::vowelPosition},
+  {t::resonanceRing,   t::resonance,   {393, 153, 452, 212}, 1044, 59, always,        &D::resonance},
+  {t::mixDryWetRing,   t::mixDryWet,   { 67, 398, 112, 436}, 1029, 38, always,        &D::mix},
+  {t::overdriveRing,   t::overdrive,   { 67, 156, 112, 194}, 1043, 38, always,        &D::drive},
+  {t::masterRing,      t::master,      {395, 399, 440, 437}, 1029, 38, always,        &D::master},
+  {t::efFreqRangeRing, t::efFreqRange, { 49, 323,  82, 356}, 1048, 33, followerPage,  &D::efRange},
+  {t::efReleaseRing,   t::efRelease,   {148, 323, 181, 356}, 1048, 33, followerPage,  &D::efRelease},
+  {t::efAttackRing,    t::efAttack,    { 99, 323, 132, 356}, 1048, 33, followerPage,  &D::efAttack},
+  {t::efGainRing,      t::efGain,      {197, 323, 230, 356}, 1048, 33, followerPage,  &D::efGain},
+  {t::lfoRateRing,     t::lfoRate,     { 49, 323,  82, 356}, 1048, 33, lfoPage,       &D::lfoRate},
+  {t::lfoWaveRing,     t::lfoWave,     { 99, 323, 132, 356}, 1048, 33, lfoPage,       &D::lfoWave},
+  {t::lfoTrigSensRing, t::lfoTrigSens, {197, 323, 230, 356}, 1048, 33, freeLfo,       &D::lfoSens},
+  {t::seqTempoRing,    t::seqTempo,    { 49, 323,  82, 356}, 1048, 33, sequencerPage, &D::seqTempo},
+  {t::seqGlideRing,    t::seqGlide,    {148, 323, 181, 356}, 1048, 33, sequencerPage, &D::seqGlide},
 };
 
 constexpr Switch kSwitchTable[] = {

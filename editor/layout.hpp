@@ -29,11 +29,12 @@ struct Knob {
 /// Lies over a knob and shows where its modulators have moved it.
 struct Ring {
   int tag;
+  int knob;
   CRect rect;
   int picture;
   int frameHeight;
-  float DisplayValues::*shown;
   Group group;
+  float DisplayValues::*shown;
 };
 
 /// A picture that only stands there.

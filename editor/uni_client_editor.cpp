@@ -53,6 +53,7 @@ bool KvUniClientEditor::open(void* parent, const CFrame::WindowOpener& opener) {
     getFrame()->addView(view.get());
   }
   topViews.clear();
+  addValueViews();
   getFrame()->setDirty(true);
   return true;
 }
@@ -71,6 +72,7 @@ void KvUniClientEditor::close() {
   aboutPanel = nullptr;
   shownFolder = nullptr;
   learnMenu = nullptr;
+  valueField = nullptr;
   AEffGUIEditor::close();
 }
 

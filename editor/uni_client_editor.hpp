@@ -4,12 +4,15 @@
 #pragma once
 
 #include <array>
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "core/group_selector.hpp"
 #include "core/parameter_table.hpp"
 #include "core/uni_client.hpp"
 #include "editor/host_editor.hpp"
+#include "toolkit/control_info.hpp"
 
 namespace zum {
 
@@ -17,6 +20,8 @@ class KvButton;
 class KvMouseArea;
 class KvOptionMenu;
 class KvTextView;
+class ValueField;
+struct Reading;
 
 namespace layout {
 struct Knob;
@@ -38,6 +43,10 @@ class KvUniClientEditor final : public AEffGUIEditor, public CControlListener {
   void valueChanged(CControl& control) override;
   void controlBeginEdit(CControl& control) override { effect.beginEdit(control.getTag()); }
   void controlEndEdit(CControl& control) override { effect.endEdit(control.getTag()); }
+
+  /// All that a user can use, on all pages and in all panels, the window first; empty while it is
+  /// closed. What a program that reads windows aloud is to be given.
+  std::vector<ControlInfo> controlTree() const;
 
   void raiseAbout() override;
   void openManual() override;
@@ -66,6 +75,7 @@ class KvUniClientEditor final : public AEffGUIEditor, public CControlListener {
   void resendPages();
   void cutOutRings();
   void linkKnobs();
+  void addValueViews();
 
   template <class Control, class... More>
   Control* make(const CRect& rect, int tag, const More&... more);
@@ -90,6 +100,14 @@ class KvUniClientEditor final : public AEffGUIEditor, public CControlListener {
   void closePanel(int knob);
   void pressTabs(const KvMouseArea& area);
   bool keyPressed(const WindowKey& key) override;
+  // values
+  std::optional<ControlInfo> describe(const KvControl& control) const;
+  std::string valueText(const KvControl& control) const;
+  std::string movedText(const ParameterRow& row) const;
+  Reading reading() const;
+  std::string infoOf(const KvControl& control) override;
+  bool typeValue(KvControl& control) override;
+
   void showPresetName();
   /// Also when the menus show something else meanwhile.
   void showPresetNameAnew();
@@ -104,6 +122,7 @@ class KvUniClientEditor final : public AEffGUIEditor, public CControlListener {
   KvViewContainer* aboutPanel = nullptr;
   KvTextView* shownFolder = nullptr;  // of the about panel
   KvOptionMenu* learnMenu = nullptr;
+  ValueField* valueField = nullptr;
   std::vector<KvOptionMenu*> presetMenus;
   std::vector<Held<CView>> topViews;  // to lie above all pages, until they are added
   std::array<char, SharedName::kRoom> shownName{};
