@@ -1,5 +1,7 @@
 #include "toolkit/button.hpp"
 
+#include <utility>
+
 #include "toolkit/control_frame.hpp"
 
 namespace zum {
@@ -30,8 +32,14 @@ void KvButton::refresh() {
   if (!held) setValue(drawnState);
 }
 
+// What it is bound to is looked at once a tick: a part of it may be drawn later, for a neighbour.
 void KvButton::draw(CDrawContext& context) {
-  refresh();
+  const bool isOwn = !boundValue && condition == nullptr;
+  if (!std::exchange(wasDrawn, true) || isOwn) {
+    refresh();
+  } else if (!held) {
+    setValue(drawnState);
+  }
   const bool hasPressed = (drawFlags & kPressedPicture) != 0;
   const bool hasHover = (drawFlags & kHoverPicture) != 0;
   const int perState = 1 + (hasPressed ? 1 : 0) + (hasHover ? 1 : 0);
@@ -140,7 +148,10 @@ void KvButton::onMouseExited(CPoint& where, int buttons) {
 }
 
 void KvButton::idleStep(int /*flag*/) {
-  if (isShown() && shownState() != drawnState) setDirty(true);
+  if (isShown() && shownState() != drawnState) {
+    refresh();
+    setDirty(true);
+  }
   companionTick();
 }
 

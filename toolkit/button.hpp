@@ -76,7 +76,8 @@ class KvButton : public KvControl, public KvOptionMenuExtraCallBack {
   int stateCount = 2;
   BoundValue boundValue;
   std::unique_ptr<KvCondition> condition;
-  float drawnState = 0.0F;  // which may lie outside of the states
+  float drawnState = 0.0F;  // as of the last tick; it may lie outside of the states
+  bool wasDrawn = false;
   bool pressed = false;
   bool held = false;  // pressed, but perhaps left by the pointer
   bool hovering = false;

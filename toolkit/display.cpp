@@ -67,8 +67,7 @@ int KvDisplay::shownFrame() const {
                        false);
 }
 
-std::string KvDisplay::text() const {
-  const float value = shownValue();
+std::string KvDisplay::textOf(float value) const {
   if (linkedMenu != nullptr) return linkedMenu->currentText();
   if (formatter != nullptr) return formatter(value);
   if (hasOff && value < offBelow) return offText;
@@ -76,15 +75,24 @@ std::string KvDisplay::text() const {
   return caption + (prefix.empty() ? digits : prefix + " " + digits) + unit;
 }
 
+/// True when it looks otherwise from now on.
+bool KvDisplay::look() {
+  const bool number = showNumber || strip.bitmap == nullptr;
+  const float value = shownValue();
+  const int frame = shownFrame();
+  const bool changed = number ? value != drawnValue : frame != drawnFrame;
+  drawnValue = value;
+  drawnFrame = frame;
+  return changed;
+}
+
 void KvDisplay::draw(CDrawContext& context) {
   const CRect& size = getViewSize();
   const bool hasPicture = strip.bitmap != nullptr && strip.frameCount > 0;
-  const int shown = shownFrame();
-  currentOffset = shown * strip.frameHeight;
-  drawnValue = shownValue();
+  if (needsValueDraw) look();
   needsValueDraw = false;
   if (hasPicture) {
-    strip.draw(context, size, shown, getTransparency());
+    strip.draw(context, size, drawnFrame, getTransparency());
   } else if (!showNumber) {
     context.setFrameColor(kWhiteColor);
     context.drawRect(size, DrawStyle::stroked);
@@ -95,7 +103,7 @@ void KvDisplay::draw(CDrawContext& context) {
   if (showNumber || !hasPicture) {
     context.setFont(font, fontSize);
     context.setFontColor(textColor);
-    context.drawString(text(),
+    context.drawString(textOf(drawnValue),
                        {size.left + insets.left, size.top + insets.top, size.right - insets.right,
                         size.bottom - insets.bottom},
                        false, textAlign);
@@ -140,9 +148,7 @@ bool KvDisplay::onWheel(CPoint& where, float distance, int /*buttons*/) {
 
 void KvDisplay::idleStep(int /*flag*/) {
   if (isShown()) {
-    const bool number = showNumber || strip.bitmap == nullptr;
-    const bool changed =
-        number ? shownValue() != drawnValue : shownFrame() * strip.frameHeight != currentOffset;
+    const bool changed = look();
     if (changed && boundValue && !drag.isOn()) setValue(boundValue.raw());
     if (changed || needsValueDraw) setDirty(true);
   }

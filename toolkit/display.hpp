@@ -27,7 +27,7 @@ class KvDisplay : public KvControl {
   /// In place of a number below `limit`.
   void setOffBelow(float limit, std::string word);
   /// What is written now.
-  std::string text() const;
+  std::string text() const { return textOf(shownValue()); }
 
   void draw(CDrawContext& context) override;
   MouseResult onMouseDown(CPoint& where, int buttons) override;
@@ -60,6 +60,8 @@ class KvDisplay : public KvControl {
  private:
   float shownValue() const;
   int shownFrame() const;
+  std::string textOf(float value) const;
+  bool look();
   bool isDraggable() const { return isShown() && showNumber && getMouseEnabled(); }
 
   FilmStrip strip;
@@ -71,7 +73,9 @@ class KvDisplay : public KvControl {
   bool intIndex = false;
   int fontSize = 0;
   KvViewContainer* popupPanel = nullptr;
-  int currentOffset = 0;  // of the picture drawn last, in the strip
+  // As of the last tick: a part that is drawn later, for a neighbour, must not show something
+  // newer.
+  int drawnFrame = 0;
   float drawnValue = 0.0F;
   ValueDrag drag;
 };

@@ -1,6 +1,7 @@
 #include "toolkit/marks_view.hpp"
 
 #include <cmath>
+#include <utility>
 
 #include "engine/shared_value.hpp"
 
@@ -16,7 +17,7 @@ std::uint32_t KvMarksView::litMarks() const {
 }
 
 void KvMarksView::draw(CDrawContext& context) {
-  drawnLit = litMarks();
+  if (!std::exchange(wasDrawn, true)) drawnLit = litMarks();
   CRect dot = getViewSize();
   dot.right = dot.left + kDot;
   dot.bottom = dot.top + kDot;
@@ -31,7 +32,9 @@ void KvMarksView::draw(CDrawContext& context) {
 }
 
 void KvMarksView::idleStep(int /*flag*/) {
-  if (isShown() && litMarks() != drawnLit) setDirty(true);
+  if (!isShown()) return;
+  const std::uint32_t lit = litMarks();
+  if (std::exchange(drawnLit, lit) != lit) setDirty(true);
 }
 
 }  // namespace zum

@@ -40,7 +40,8 @@ class KvMarksView final : public KvControl {
   ~KvMarksView() override = default;
 
   std::vector<Mark> marks;
-  std::uint32_t drawnLit = 0;
+  std::uint32_t drawnLit = 0;  // as of the last tick
+  bool wasDrawn = false;
 };
 
 }  // namespace zum
