@@ -150,6 +150,7 @@ MouseResult KvFrame::onMouseMoved(CPoint& where, int buttons) {
 
 bool KvFrame::onWheel(CPoint& where, float distance, int buttons) {
   if (isBlocked()) return false;
+  focus.endEdit();
   if (gesture) return Held<KvControl>(gesture)->onWheel(where, distance, buttons);
   if (captured() != nullptr || modalView == nullptr) {
     return CFrame::onWheel(where, distance, buttons);
