@@ -87,6 +87,7 @@ void FileDesk::loadCcMap(const char* path) {
   }
   const std::string file = path;
   if (file == KvFileChooser::kNothing) return;
+  const SoundHistory::Step step(history, SoundHistory::Part::map, "Load controllers");
   switch (midi.loadMap(file)) {
     case MidiIn::MapFile::taken:
     case MidiIn::MapFile::ignored: return;
@@ -114,6 +115,8 @@ bool FileDesk::load(const std::string& file, int slot) {
   }
   PresetNeeds needs;
   if (!desk.accepts(preset, slot, false, needs)) return false;
+  SoundHistory::Step step(history, SoundHistory::Part::whole, "Preset");
+  step.rename("Preset " + std::string(baseName(file)));
   {
     const StateGate::Turn turn(gate);
     if (!desk.replace(preset, slot, needs, {.title = baseName(file)})) return false;

@@ -8,20 +8,22 @@
 #include "core/midi_in.hpp"
 #include "core/preset_desk.hpp"
 #include "core/preset_dialogs.hpp"
+#include "core/sound_history.hpp"
 
 namespace zum {
 
 class FileDesk {
  public:
   FileDesk(StateGate& stateGate, PresetDesk& presetDesk, BankWalk& bankWalk, MidiIn& midiIn,
-           const EditorLink& shown, PresetDialogs& questions, PresetHost& told)
+           const EditorLink& shown, PresetDialogs& questions, PresetHost& told, SoundHistory& steps)
       : gate(stateGate),
         desk(presetDesk),
         bank(bankWalk),
         midi(midiIn),
         window(shown),
         dialogs(questions),
-        host(told) {}
+        host(told),
+        history(steps) {}
   FileDesk(const FileDesk&) = delete;
   FileDesk& operator=(const FileDesk&) = delete;
 
@@ -56,6 +58,7 @@ class FileDesk {
   const EditorLink& window;
   PresetDialogs& dialogs;
   PresetHost& host;
+  SoundHistory& history;
 };
 
 }  // namespace zum

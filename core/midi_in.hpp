@@ -62,6 +62,8 @@ class MidiIn {
   enum class MapFile : std::uint8_t { taken, ignored, newer, invalid };
   MapFile loadMap(const std::string& path);
   bool saveMap(const std::string& path) const;
+  /// The same words from behind the header on.
+  ControllerMap::Read takeMap(KvChunk& map);
 
   /// [any] The tag that learns, -1 for none.
   const std::atomic<std::int32_t>& learning() const { return learnTarget; }
@@ -83,7 +85,6 @@ class MidiIn {
   /// In silence where room has to be made, so that no block writes into what grows. False when the
   /// memory does not suffice.
   bool makeRoom(const ControllerMap::Counts& counts);
-  ControllerMap::Read takeMap(KvChunk& map);
 
   StateGate& gate;
   ParameterStore& parameters;

@@ -96,15 +96,21 @@ bool PresetDesk::makeRoom(const PresetNeeds& needs) {
   return reserve(needs);
 }
 
+// A session that is recalled with an isolated map empties the map and does not fill it.
+PresetIntake::MapRule PresetDesk::mapRule(const LoadFlags& flags) const ZUM_REALTIME {
+  using enum PresetIntake::MapRule;
+  if (!around.switches.isOn(UserSwitches::kIsolateMap)) return takes;
+  return flags.restoreAll && !flags.isOwn ? empties : keeps;
+}
+
 void PresetDesk::take(const KvChunk& preset, int slot, const LoadFlags& flags,
                       MissingFiles* missing) ZUM_REALTIME {
   trusted([&] {  // the reader owns nothing that its end would free
     KvChunk reader;
     reader.borrow(preset.data(), preset.dataWords());
-    const bool isolatesMap = around.switches.isOn(UserSwitches::kIsolateMap);
     PresetIntake visitor(
         {around.parameters, around.map, slots[static_cast<std::size_t>(slot)], around.position},
-        flags.restoreAll, isolatesMap, missing);
+        flags.restoreAll, mapRule(flags), missing);
     {
       const StateGate::Intake intake(around.gate);
       walkPreset(reader, slot, visitor);
@@ -146,6 +152,16 @@ void PresetDesk::revertToStored() {
     if (!isStored || !replace(*revertChunk, 0, needs, {.quiet = true, .title = revertName})) return;
   }
   around.window.update();
+}
+
+bool PresetDesk::restore(const KvChunk& state, const std::string& path, const std::string& folder) {
+  const StateGate::Turn turn(around.gate);
+  PresetNeeds needs;
+  const LoadFlags flags{.restoreAll = true, .quiet = true, .isOwn = true};
+  if (check(state, 0, needs) || !replace(state, 0, needs, flags)) return false;
+  slot().path.set(path);
+  slot().folder.set(folder);
+  return true;
 }
 
 bool PresetDesk::tryPlay(const BankPreset& program) ZUM_REALTIME {

@@ -11,6 +11,7 @@
 #include "core/effect_editor.hpp"
 #include "core/preset_check.hpp"
 #include "core/preset_dialogs.hpp"
+#include "core/preset_intake.hpp"
 #include "core/preset_slot.hpp"
 #include "core/state_gate.hpp"
 #include "core/user_switches.hpp"
@@ -26,6 +27,7 @@ struct LoadFlags {
   bool quiet = false;       // no messages
   bool findPath = false;    // looks for the preset's file on disk
   bool storesRevertPoint = false;
+  bool isOwn = false;           // one that was here before: an isolated map stays
   std::string_view title = {};  // in place of the preset's own name
 };
 
@@ -90,6 +92,9 @@ class PresetDesk {
   /// Both of them, all that the flags ask for, and the window is told. False when it is refused.
   bool load(const KvChunk& preset, int slot, const LoadFlags& flags);
   void revertToStored();
+  /// A state that was here before, and the file that it came from. False when the memory does not
+  /// suffice.
+  bool restore(const KvChunk& state, const std::string& path, const std::string& folder);
   /// [audio] Inside the block call, so no other block runs. False when there is no room for it.
   bool tryPlay(const BankPreset& program) ZUM_REALTIME;
   /// In silence, so that no block writes into what grows; without it where there is room. False
@@ -105,6 +110,7 @@ class PresetDesk {
  private:
   bool reserve(const PresetNeeds& needs) noexcept;
   bool hasRoomFor(const PresetNeeds& needs) const ZUM_REALTIME;
+  PresetIntake::MapRule mapRule(const LoadFlags& flags) const ZUM_REALTIME;
   void take(const KvChunk& preset, int slot, const LoadFlags& flags, MissingFiles* missing)
       ZUM_REALTIME;
 

@@ -5,10 +5,10 @@
 
 namespace zum {
 
-PresetIntake::PresetIntake(const Into& destination, bool restoresAll, bool isolatesMap,
+PresetIntake::PresetIntake(const Into& destination, bool restoresAll, MapRule mapRule,
                            MissingFiles* search) ZUM_REALTIME : into(destination),
                                                                 restoreAll(restoresAll),
-                                                                isolated(isolatesMap),
+                                                                map(mapRule),
                                                                 missing(search) {}
 
 const char* PresetIntake::record(std::int32_t id, std::int32_t size, KvChunk& chunk) ZUM_REALTIME {
@@ -34,14 +34,13 @@ const char* PresetIntake::record(std::int32_t id, std::int32_t size, KvChunk& ch
   return nullptr;
 }
 
-// A session that is recalled with an isolated map empties the map and does not fill it.
 void PresetIntake::mapBegins() ZUM_REALTIME {
-  if (!isolated || restoreAll) into.map.clearControllers();
+  if (map != MapRule::keeps) into.map.clearControllers();
   into.map.learning.store(true);
 }
 
 void PresetIntake::controller(int number, Binding binding) ZUM_REALTIME {
-  if (isolated) return;
+  if (map != MapRule::takes) return;
   into.map.controllers[static_cast<std::size_t>(number)].tryAppend(binding);
 }
 
@@ -63,12 +62,12 @@ void PresetIntake::position(std::int32_t trailer, const PresetPosition& at) ZUM_
 }
 
 void PresetIntake::aftertouchBegins() ZUM_REALTIME {
-  if (!isolated || restoreAll) into.map.aftertouch.clear();
+  if (map != MapRule::keeps) into.map.aftertouch.clear();
   into.map.learning.store(true);
 }
 
 void PresetIntake::aftertouch(Binding binding) ZUM_REALTIME {
-  if (!isolated) into.map.aftertouch.tryAppend(binding);
+  if (map == MapRule::takes) into.map.aftertouch.tryAppend(binding);
 }
 
 void PresetIntake::aftertouchEnds() ZUM_REALTIME { into.map.learning.store(false); }

@@ -12,6 +12,9 @@ namespace zum {
 
 class PresetIntake final : public PresetVisitor {
  public:
+  /// What becomes of the controller map.
+  enum class MapRule : std::uint8_t { takes, keeps, empties };
+
   struct Into {
     ParameterStore& parameters;
     ControllerMap& map;
@@ -19,9 +22,8 @@ class PresetIntake final : public PresetVisitor {
     ProgramPosition& position;
   };
   /// `restoresAll` as a host's session, parameters that presets leave alone and the program
-  /// position too; `isolatesMap` leaves the user's controller map alone. `search` is null on the
-  /// audio thread, where nobody can look for files.
-  PresetIntake(const Into& destination, bool restoresAll, bool isolatesMap, MissingFiles* search)
+  /// position too. `search` is null on the audio thread, where nobody can look for files.
+  PresetIntake(const Into& destination, bool restoresAll, MapRule mapRule, MissingFiles* search)
       ZUM_REALTIME;
 
   const char* record(std::int32_t id, std::int32_t size, KvChunk& chunk) ZUM_REALTIME override;
@@ -37,7 +39,7 @@ class PresetIntake final : public PresetVisitor {
  private:
   const Into into;
   const bool restoreAll;
-  const bool isolated;
+  const MapRule map;
   MissingFiles* const missing;
 };
 

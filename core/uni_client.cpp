@@ -1,4 +1,5 @@
-// Construction, the block call, and what a host asks of the effect.
+// Construction, the block call, and what a host asks of the effect. States and steps of the way
+// back stand in core/uni_client_states.cpp.
 
 #include "core/uni_client.hpp"
 
@@ -19,7 +20,6 @@ namespace {
 
 constexpr const char* kProduct = "ZUM";
 constexpr const char* kNoParameter = "empty";
-constexpr std::int32_t kTempoOfPreset = 50;  // private opcode of hosts of our own
 
 /// "%f" whatever the host's locale says: six digits behind a point.
 void showValue(char* text, float value, const char* label) {
@@ -100,12 +100,14 @@ void KvUniClient::setFixedFacts() {
 // Up to here there are no programs; none of what a user keeps can make the construction fail.
 void KvUniClient::loadDefaults(const std::string& root) {
   setNumPrograms(0);
-  if (!root.empty()) {
-    makeFolders(root);
-    files.load(root + "default." + preset::kExtension, 0);
-  }
+  if (!root.empty()) makeFolders(root);
+  loadDefault(root);
   storeShared(position.folder, 0);
   bank.readLater(root);
+}
+
+void KvUniClient::loadDefault(const std::string& root) {
+  if (!root.empty()) files.load(root + "default." + preset::kExtension, 0);
 }
 
 AEffect* createEffect(audioMasterCallback host, EditorFactory makeEditor) noexcept {
@@ -216,19 +218,37 @@ bool KvUniClient::isKnownToHost(std::int32_t tag) const {
 
 void KvUniClient::setParameterAutomated(std::int32_t index, float value) {
   if (!isKnownToHost(index)) return;
+  history.touch(index);
   parameters.setFromHost(index, value);  // it hears of it here
   callHost(audioMasterAutomate, index, 0, nullptr, value);
 }
 
+void KvUniClient::setByUser(std::int32_t tag, float value) {
+  if (isKnownToHost(tag)) return setParameterAutomated(tag, value);
+  history.touch(tag);
+  setParameter(tag, value);
+}
+
+// A step begins ahead of what a host may do there, and ends ahead of it, too.
 bool KvUniClient::beginEdit(std::int32_t index) {
+  history.beginGesture(index);
   return isKnownToHost(index) && KvPluginBase::beginEdit(index);
 }
 
 bool KvUniClient::endEdit(std::int32_t index) {
+  history.endGesture(index);
   return isKnownToHost(index) && KvPluginBase::endEdit(index);
 }
 
+void KvUniClient::moveBack(int tag, float raw) {
+  if (!isKnownToHost(tag)) return setParameter(tag, raw);
+  KvPluginBase::beginEdit(tag);
+  setParameterAutomated(tag, raw);
+  KvPluginBase::endEdit(tag);
+}
+
 void KvUniClient::randomise(SystemRandom& random) {
+  const SoundHistory::Step step(history, SoundHistory::Part::values, "Randomise");
   for (std::int32_t tag = 0; tag < kHostParameters; ++tag) {
     const KvParameter* record = parameters.hostParameter(tag);
     if (record == nullptr) continue;
@@ -291,65 +311,6 @@ void KvUniClient::openManual() {
 bool KvUniClient::aboutIsOpen() const {
   const EffectEditor* shown = effectEditor();
   return shown != nullptr && shown->aboutIsOpen();
-}
-
-// ---- states and presets
-
-std::int32_t KvUniClient::getChunk(void** data, bool /*isPreset*/) { return desk.writeState(data); }
-
-std::int32_t KvUniClient::setChunk(const void* data, std::int32_t byteSize, bool /*isPreset*/) {
-  KvChunk state;
-  state.borrow(data, static_cast<std::uint32_t>(byteSize > 0 ? byteSize / 4 : 0));
-  desk.load(state, 0, {.restoreAll = true, .findPath = true, .storesRevertPoint = true});
-  return 1;
-}
-
-bool KvUniClient::loadState(const void* data, std::uint32_t words) {
-  KvChunk state;
-  state.borrow(data, words);
-  return desk.load(
-      state, 0, {.restoreAll = true, .quiet = true, .findPath = true, .storesRevertPoint = true});
-}
-
-// At the first program, and at none, the name is that of the state.
-void KvUniClient::getProgramName(char* name) {
-  const std::int32_t program = loadShared(curProgram);
-  getProgramNameIndexed(0, program == 0 ? -1 : program, name);
-}
-
-bool KvUniClient::getProgramNameIndexed(std::int32_t /*category*/, std::int32_t index, char* text) {
-  if (index == -1) {
-    slot().name.copyTo(text, kVstMaxProgNameLen);
-  } else {
-    copyText(text, bank.programName(index).c_str(), kVstMaxProgNameLen);
-  }
-  return true;
-}
-
-void KvUniClient::presetTaken(float tempo) ZUM_REALTIME {
-  if (transport.host().isOwn) callHostInBlock(kTempoOfPreset, tempo);
-}
-
-void KvUniClient::setOption(int index, int value, bool persist) {
-  if (!UserSwitches::exists(index)) return;
-  if (persist) writeSettingInt(kSwitches[static_cast<std::size_t>(index)].valueName, value);
-  switches.set(index, static_cast<float>(value));
-}
-
-template <class Edit>
-bool KvUniClient::editSteps(const Edit& edit) {
-  StateGate::Silence silence(gate, StateGate::Silence::Ends::withEveryMute);
-  if (silence.isComplete()) return edit();
-  silence.staysUntilAStateIsLoaded();
-  return false;
-}
-
-bool KvUniClient::setStepColumns(std::int32_t count) {
-  return editSteps([&] { return stepTable.setColumns(count); });
-}
-
-bool KvUniClient::setStepPages(std::int32_t count) {
-  return editSteps([&] { return stepTable.setPageCount(count); });
 }
 
 }  // namespace zum

@@ -6,6 +6,7 @@
 #include <array>
 #include <atomic>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,6 +20,7 @@
 #include "core/plugin_base.hpp"
 #include "core/preset_desk.hpp"
 #include "core/preset_dialogs.hpp"
+#include "core/sound_history.hpp"
 #include "core/state_gate.hpp"
 #include "core/transport.hpp"
 #include "core/user_switches.hpp"
@@ -32,7 +34,8 @@ class SystemRandom;
 class KvUniClient final : public KvPluginBase,
                           public KvAligned,
                           private ControlPassOwner,
-                          private PresetHost {
+                          private PresetHost,
+                          private SoundHistory::Teller {
  public:
   static constexpr std::int32_t kPrograms = 128;
 
@@ -46,7 +49,7 @@ class KvUniClient final : public KvPluginBase,
   void setSampleRate(float rate) override;
   /// Steps through the whole bank: behind a folder's end into the next folder, at both ends
   /// around.
-  void setProgram(std::int32_t index) override { bank.setProgram(index); }
+  void setProgram(std::int32_t index) override;
   void setProgramName(const char* /*name*/) override {}
   void getProgramName(char* name) override;
   bool getProgramNameIndexed(std::int32_t category, std::int32_t index, char* text) override;
@@ -96,16 +99,40 @@ class KvUniClient final : public KvPluginBase,
   void setMouseArea(const std::array<float, KvMouseAreaChunk::kCount>& words) {
     parameters.setMouseArea(words);
   }
+  /// [main] What the user sets: the host is told where it knows the value.
+  void setByUser(std::int32_t tag, float value);
   /// [main] Every parameter of the host's moves by chance, as far as its range for that goes.
   void randomise(SystemRandom& random);
+
+  // ---- [main] the way back: core/sound_history.hpp
+  /// A window opened: what the user does is kept from now on.
+  void keepHistory() { history.start(); }
+  /// The gesture that is open and those of the same tag behind it are one step, until sealStep().
+  void mergeStep() { history.merge(); }
+  void sealStep() { history.seal(); }
+  // False where there is nothing to do, and while something is held.
+  bool undo() { return history.undo(); }
+  bool redo() { return history.redo(); }
+  /// What it would be, such as "Cutoff" or "Preset Deep"; nothing where it would do nothing.
+  std::optional<std::string> undoName() { return history.undoName(); }
+  std::optional<std::string> redoName() { return history.redoName(); }
+  bool canUndo() { return undoName().has_value(); }
+  bool canRedo() { return redoName().has_value(); }
+  /// Sound 0 or 1: A or B.
+  bool chooseSound(int sound) { return history.choose(sound); }
+  int chosenSound() const { return history.chosen(); }
+  /// The chosen one over the other.
+  bool copySound() { return history.copy(); }
+  /// The sound that an effect has when it is made.
+  void initialise();
+  /// A preset as the user's new sound, which is one step of that name. False when it is refused.
+  bool takeSound(const KvChunk& preset, const std::string& stepName);
 
   // ---- [main] presets. What is refused changes nothing; messages tell of it.
   /// Fills the chunk with the state of a slot. False when there is no such slot.
   bool writePreset(KvChunk& chunk, int slot) { return desk.write(chunk, slot); }
   /// Takes a state over, in silence. False when it is refused.
-  bool loadPreset(const KvChunk& preset, int slot, const LoadFlags& flags) {
-    return desk.load(preset, slot, flags);
-  }
+  bool loadPreset(const KvChunk& preset, int slot, const LoadFlags& flags);
   /// A null path asks the user and goes on with the answer, a null extension is that of presets.
   /// `notify` tells the host, `done` is called when the file is written, and is a program where it
   /// lies in the bank's tree.
@@ -120,9 +147,9 @@ class KvUniClient final : public KvPluginBase,
   void nextPreset(int slot) { files.step(slot, 1); }
   void previousPreset(int slot) { files.step(slot, -1); }
   /// Any program of a folder of several.
-  void randomPreset() { bank.playAny(); }
+  void randomPreset();
   void storeRevertPoint() { desk.storeRevertPoint(); }
-  void revertToStored() { desk.revertToStored(); }
+  void revertToStored();
   /// Reads the bank anew from the folder of the settings.
   void scanBank() { bank.scan(); }
   /// Root of the preset tree with a backslash at its end; empty for none.
@@ -147,8 +174,8 @@ class KvUniClient final : public KvPluginBase,
   bool beginLearn(std::int32_t tag) { return midi.beginLearn(tag); }
   void endLearn() { midi.endLearn(); }
   /// What was learned of the parameter, by controllers; pressure keeps it.
-  void clearBindings(std::int32_t tag) { midi.clearBindings(tag); }
-  void clearAllBindings() { midi.clearAllBindings(); }
+  void clearBindings(std::int32_t tag);
+  void clearAllBindings();
   /// A null path asks the user and goes on with the answer.
   void saveCcMap(const char* path) { files.saveCcMap(path); }
   void loadCcMap(const char* path) { files.loadCcMap(path); }
@@ -190,9 +217,7 @@ class KvUniClient final : public KvPluginBase,
   }
   /// [main] The program of that name in the bank. False for one that is not there, or that is
   /// refused.
-  bool playProgram(std::string_view folder, std::string_view name) {
-    return bank.play(folder, name);
-  }
+  bool playProgram(std::string_view folder, std::string_view name);
   /// [audio] The same between two blocks. False also where there is no room for it: then only the
   /// main thread can.
   bool tryProgram(std::string_view folder, std::string_view name) ZUM_REALTIME {
@@ -231,6 +256,7 @@ class KvUniClient final : public KvPluginBase,
   void readHostNames();
   void setFixedFacts();
   void loadDefaults(const std::string& root);
+  void loadDefault(const std::string& root);
 
   template <class Edit>
   bool editSteps(const Edit& edit);
@@ -242,6 +268,11 @@ class KvUniClient final : public KvPluginBase,
   float stepValue(std::int32_t step) ZUM_REALTIME override { return stepTable.getValue(step, 0); }
   void presetTaken(float tempo) ZUM_REALTIME override;
   void namesChanged() override { updateDisplay(); }
+  void moveBack(int tag, float raw) override;
+  void soundMoved() override { updateDisplay(); }
+  /// What `play` does is a step that is called after the preset.
+  template <class Play>
+  void playAsStep(const Play& play);
 
   // A room knows those above it alone.
   std::vector<BufferRecord> bufferRegistry;
@@ -259,10 +290,11 @@ class KvUniClient final : public KvPluginBase,
   PresetDialogs dialogs;
   PresetDesk desk{
       {gate, parameters, midi.map(), stepTable, clock, position, switches, window, dialogs, *this}};
+  SoundHistory history{{gate, parameters, midi, stepTable, position, desk}, window, *this};
   BankWalk bank{gate, desk, position, window};
   bool hasFace = false;
   std::atomic<bool> resetWanted{false};
-  FileDesk files{gate, desk, bank, midi, window, dialogs, *this};
+  FileDesk files{gate, desk, bank, midi, window, dialogs, *this, history};
 
  public:
   // Under the names by which hosts of our own know them.

@@ -55,12 +55,16 @@ Act actOf(int tag, const ParameterRow* row) {
 
 }  // namespace
 
-void KvUniClientEditor::send(const ParameterRow& row, float value) {
-  if (effect.isKnownToHost(row.tag)) {
-    effect.setParameterAutomated(row.tag, value);
-  } else {
-    effect.setParameter(row.tag, value);
-  }
+void KvUniClientEditor::controlBeginEdit(CControl& control) {
+  restTicks = 0;
+  effect.beginEdit(control.getTag());
+  if (isOpen() && getFrame()->isRepeating()) effect.mergeStep();
+}
+
+void KvUniClientEditor::controlEndEdit(CControl& control) {
+  constexpr int kRest = 15;  // ticks: half a second
+  restTicks = kRest;
+  effect.endEdit(control.getTag());
 }
 
 // A reset is the effect's own affair; the host hears of each amount that it moves, as of one that a
@@ -84,7 +88,7 @@ void KvUniClientEditor::valueChanged(CControl& control) {
   control.setDirty(true);
   switch (actOf(tag, row)) {
     case Act::none: return;
-    case Act::setsParameter: return send(*row, value * row->perCount);
+    case Act::setsParameter: return effect.setByUser(tag, value * row->perCount);
     case Act::closesPanel: return closePanel(row->panel->knob);
     case Act::learns:
       if (value == 1.0F) {
@@ -119,9 +123,10 @@ void KvUniClientEditor::valueChanged(CControl& control) {
       if (value == 0.0F) openManual();
       return;
     case Act::resetsAmounts:
+      if (value != 0.0F) effect.mergeStep();  // with the release
       tellOfReset(*row);
       // A host that closed the window meanwhile has let go of the button.
-      return send(*row, isOpen() ? value * row->perCount : 0.0F);
+      return effect.setByUser(tag, isOpen() ? value * row->perCount : 0.0F);
     case Act::learnMenu: return chooseFromLearnMenu(control);
   }
 }

@@ -55,6 +55,7 @@ bool KvUniClientEditor::open(void* parent, const CFrame::WindowOpener& opener) {
   topViews.clear();
   addValueViews();
   getFrame()->setDirty(true);
+  effect.keepHistory();
   return true;
 }
 
@@ -79,6 +80,7 @@ void KvUniClientEditor::close() {
 void KvUniClientEditor::idle() {
   const std::lock_guard turn(windowTurn());
   if (!isOpen()) return;
+  if (restTicks > 0 && --restTicks == 0) effect.sealStep();
   showPresetName();
   showStatus();
   noteControllers();

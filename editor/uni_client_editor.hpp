@@ -41,8 +41,8 @@ class KvUniClientEditor final : public AEffGUIEditor, public CControlListener {
   void idle() override;
 
   void valueChanged(CControl& control) override;
-  void controlBeginEdit(CControl& control) override { effect.beginEdit(control.getTag()); }
-  void controlEndEdit(CControl& control) override { effect.endEdit(control.getTag()); }
+  void controlBeginEdit(CControl& control) override;
+  void controlEndEdit(CControl& control) override;
 
   /// All that a user can use, on all pages and in all panels, the window first; empty while it is
   /// closed. What a program that reads windows aloud is to be given.
@@ -92,7 +92,6 @@ class KvUniClientEditor final : public AEffGUIEditor, public CControlListener {
   KvViewContainer* makePanel(const CRect& rect, int picture);
 
   // events
-  void send(const ParameterRow& row, float value);
   void tellOfReset(const ParameterRow& row);
   void choosePreset(KvOptionMenu& menu);
   void stepProgram(int direction);
@@ -126,7 +125,8 @@ class KvUniClientEditor final : public AEffGUIEditor, public CControlListener {
   std::vector<KvOptionMenu*> presetMenus;
   std::vector<Held<CView>> topViews;  // to lie above all pages, until they are added
   std::array<char, SharedName::kRoom> shownName{};
-  float status = 0.0F;                          // picture of the status strip
+  int restTicks = 0;    // until what a wheel or a key moves is over, as a step
+  float status = 0.0F;  // picture of the status strip
   std::array<float, kLastTag + 1> isLearned{};  // 1 for a tag that a controller moves
 };
 

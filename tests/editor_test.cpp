@@ -352,6 +352,56 @@ TEST(Editor, RollsTheDiceOnceForAKeyThatIsHeldAndHandsOtherKeysToTheHost) {
   EXPECT_EQ(desk.host.dispatch(effEditKeyDown, 0, keys::kHome), 0);
 }
 
+TEST(Editor, WhatOneDoesIsOneStepOfTheWayBack) {
+  EditorDesk desk;
+  const auto wheel = [&](int tag, int notches) {
+    for (; notches > 0; --notches) {
+      const CPoint at = desk.middleOf(tag);
+      desk.window->wheel(at.x, at.y, -1.0F, 0);
+      desk.tick(3);
+    }
+  };
+  const auto draw = [&] {
+    desk.showGroup(groups::sequencerPage);
+    desk.drag(tag::stepTable, 60, 20);
+  };
+  const auto reset = [&] {
+    desk.host.set(tag::cutoffEf, 0.9F);
+    desk.click(tag::resetAll);
+  };
+  const struct {
+    const char* name;
+    std::function<void()> act;
+    int steps = 1;
+  } rows[] = {{"Cutoff", [&] { desk.drag(tag::cutoff, 0, -20); }},
+              {"Resonance", [&] { wheel(tag::resonance, 3); }},
+              {"Mix",
+               [&] {
+                 wheel(tag::mixDryWet, 3);
+                 desk.tick(20);  // rests
+                 wheel(tag::mixDryWet, 2);
+               },
+               2},
+              {"Steps", draw},
+              {"Steps", [&] { wheel(tag::stepTable, 3); }},
+              {"Zero all mod", reset},
+              {"Bank", [&] { desk.drag(tag::bank, 12, 0); }},
+              {"Randomise", [&] { desk.tap(keys::kF1 + 1); }}};
+  for (const auto& row : rows) {
+    const std::string before = desk.host.state();
+    row.act();
+    EXPECT_EQ(desk.effect().undoName().value_or("none"), row.name);
+    const std::string after = desk.host.state();
+    for (int i = 0; i < row.steps; ++i) EXPECT_TRUE(desk.effect().undo());
+    EXPECT_FALSE(desk.effect().canUndo()) << row.name;
+    for (int i = 0; i < row.steps; ++i) EXPECT_TRUE(desk.effect().redo());
+    EXPECT_TRUE(desk.host.state() == after) << row.name;
+    desk.host.load(after);
+  }
+  desk.click(tag::mouseArea);
+  EXPECT_FALSE(desk.effect().canUndo()) << "a page";
+}
+
 TEST(Editor, EscapeClosesWhatIsOnTopAndNoMore) {
   EditorDesk desk;
   const auto escape = [&] {

@@ -135,7 +135,7 @@ TEST_F(Pattern, ListensToItsTablesFlagsAndShowsThePlayingStep) {
   told();
   click(x(3), y(0.75F));
   EXPECT_EQ(values()[3], 0.75F);
-  EXPECT_EQ(told(), "68:0 ");
+  EXPECT_EQ(told(), "( 68:0 ) ");
   auto* const panel = add<KvViewContainer>(CRect{0, 0, 20, 20}, 1);
   panel->setVisible(false);
   view->setPopupPanel(panel);

@@ -11,6 +11,18 @@ Held<KvControl> hold(KvControl* view) {
   return Held<KvControl>(view);
 }
 
+/// True as long as it lives.
+class Raised {
+ public:
+  explicit Raised(bool& flag) : raised(flag) { raised = true; }
+  Raised(const Raised&) = delete;
+  Raised& operator=(const Raised&) = delete;
+  ~Raised() { raised = false; }
+
+ private:
+  bool& raised;
+};
+
 /// What chooses and closes; keys that walk or write go on while they are held.
 bool actsOnce(const WindowKey& key) {
   return key.virt == keys::kEscape || key.virt == keys::kReturn || key.virt == keys::kEnter ||
@@ -151,6 +163,7 @@ MouseResult KvFrame::onMouseMoved(CPoint& where, int buttons) {
 bool KvFrame::onWheel(CPoint& where, float distance, int buttons) {
   if (isBlocked()) return false;
   focus.endEdit();
+  const Raised wheel(repeating);
   if (gesture) return Held<KvControl>(gesture)->onWheel(where, distance, buttons);
   if (captured() != nullptr || modalView == nullptr) {
     return CFrame::onWheel(where, distance, buttons);
@@ -167,6 +180,7 @@ bool KvFrame::onKeyDown(const WindowKey& key) {
 }
 
 bool KvFrame::tellKey(const WindowKey& key, bool repeats) {
+  const Raised held(repeating);
   const bool used = modalView != nullptr ? hold(modalView)->onKeyDown(key) : CFrame::onKeyDown(key);
   return used || (walksByKeys && focus.pressKey(key, repeats)) ||
          (editor != nullptr && editor->keyPressed(key));

@@ -65,6 +65,8 @@ class KvFrame final : public CFrame {
   }
   bool typeValue(KvControl& control) { return editor != nullptr && editor->typeValue(control); }
 
+  /// The wheel or a key moves something, which goes on in the next notch or repeat.
+  bool isRepeating() const { return repeating; }
   /// A press is under way.
   bool isHolding() const { return gesture || captured() != nullptr; }
   /// Ends what the mouse holds, as a release outside does, and what a key holds.
@@ -108,6 +110,7 @@ class KvFrame final : public CFrame {
   bool hadFocus = false;  // the window, at the last tick
   bool walksByKeys = false;
   bool keyUsed = false;  // the last one that was pressed
+  bool repeating = false;
   bool redrawRequested = false;
   bool ticking = false;
 };

@@ -100,13 +100,16 @@ MouseResult KvTableView::onMouseDown(CPoint& where, int buttons) {
   if (opensPanel(menu, where, buttons, step)) return MouseResult::done;
   lastY = where.y;
   if (has(kOnOff)) {
+    beginEdit();
     write(step, table->cell(step, 0) != 0.0F ? 0.0F : 1.0F);
     changed();
+    endEdit();
     return MouseResult::done;
   }
   showCompanions();
   drawLine = (buttons & buttons::kShift) != 0;
   fineEdit = (buttons & buttons::kControl) != 0;
+  beginEdit();
   if ((buttons & buttons::kAlt) != 0) {
     stroke = Stroke::slides;
     dragOffset = 0.0F;
@@ -159,6 +162,7 @@ void KvTableView::slide() {
 MouseResult KvTableView::onMouseUp(CPoint& where, int /*buttons*/) {
   if (stroke == Stroke::none) return MouseResult::notHandled;
   stroke = Stroke::none;
+  endEdit();
   if (!getViewSize().contains(where)) startExit();
   setDirty(true);
   return MouseResult::handled;
@@ -168,9 +172,11 @@ bool KvTableView::onWheel(CPoint& where, float distance, int /*buttons*/) {
   if (!takesMouse(where) || stroke != Stroke::none) return false;
   const int step = stepAt(where.x);
   const float value = table->cell(step, 0);
+  beginEdit();
   write(step, has(kInteger) ? value - static_cast<float>(static_cast<int>(distance))
                             : value - distance * kWheelStep);
   changed();
+  endEdit();
   return true;
 }
 
