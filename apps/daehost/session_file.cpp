@@ -8,7 +8,7 @@
 #include "adaptor/dae/hostlib/routines.hpp"
 #include "apps/zum/failure.hpp"
 #include "apps/zum/input_file.hpp"
-#include "apps/zum/preset_document.hpp"
+#include "preset_text/preset_document.hpp"
 
 namespace zum {
 namespace {

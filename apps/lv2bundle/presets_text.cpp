@@ -10,7 +10,7 @@
 #include "adaptor/lv2/ports.hpp"
 #include "apps/lv2bundle/descriptions.hpp"
 #include "apps/lv2bundle/turtle.hpp"
-#include "apps/zum/preset_document.hpp"
+#include "preset_text/preset_document.hpp"
 #include "core/parameter_text.hpp"
 
 namespace zum {

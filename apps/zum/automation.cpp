@@ -6,10 +6,10 @@
 #include <string>
 
 #include "apps/zum/failure.hpp"
-#include "apps/zum/numbers_in_text.hpp"
-#include "apps/zum/parameter_names.hpp"
-#include "apps/zum/text_lines.hpp"
+#include "apps/zum/text_file.hpp"
 #include "platform/printable_text.hpp"
+#include "preset_text/numbers_in_text.hpp"
+#include "preset_text/parameter_names.hpp"
 
 namespace zum {
 namespace {
@@ -26,7 +26,7 @@ AutomationCurve::AutomationCurve(std::string_view text) {
   }
   parameter = findParameterTag(text.substr(0, equals));
   source = text.substr(equals + 1);
-  TextLines lines(source, kMostBytes);
+  TextLines lines = linesOf(source, kMostBytes);
   for (std::string line; lines.next(line);) {
     const auto numbers = words(std::string_view(line).substr(0, line.find('#')), " \t,;");
     if (numbers.size() % 2 != 0) lines.fail("a time or its value is missing; write pairs of both");

@@ -10,8 +10,8 @@
 #include "apps/zum/controller_options.hpp"
 #include "apps/zum/failure.hpp"
 #include "apps/zum/option_checks.hpp"
-#include "apps/zum/parameter_names.hpp"
 #include "apps/zum/temporary_file.hpp"
+#include "preset_text/parameter_names.hpp"
 #include "state/preset_files.hpp"
 
 namespace zum {

@@ -4,9 +4,9 @@
 #include <system_error>
 
 #include "apps/zum/failure.hpp"
-#include "apps/zum/numbers_in_text.hpp"
-#include "apps/zum/parameter_names.hpp"
 #include "platform/files.hpp"
+#include "preset_text/numbers_in_text.hpp"
+#include "preset_text/parameter_names.hpp"
 #include "state/library_record.hpp"
 #include "state/preset_files.hpp"
 

@@ -5,7 +5,7 @@
 #include <iostream>
 
 #include "apps/zum/commands.hpp"
-#include "apps/zum/parameter_names.hpp"
+#include "preset_text/parameter_names.hpp"
 
 namespace zum {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "apps/zum/effect_view.hpp"
-#include "apps/zum/preset_document.hpp"
+#include "preset_text/preset_document.hpp"
 
 namespace zum {
 

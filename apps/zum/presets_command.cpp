@@ -12,11 +12,12 @@
 #include "apps/zum/failure.hpp"
 #include "apps/zum/folders.hpp"
 #include "apps/zum/option_checks.hpp"
-#include "apps/zum/preset_document.hpp"
 #include "apps/zum/preset_input.hpp"
-#include "apps/zum/preset_text.hpp"
 #include "apps/zum/temporary_file.hpp"
+#include "apps/zum/text_file.hpp"
 #include "platform/printable_text.hpp"
+#include "preset_text/preset_document.hpp"
+#include "preset_text/preset_text.hpp"
 #include "state/preset_files.hpp"
 
 namespace zum {
@@ -53,7 +54,9 @@ void show(const fs::path& path) {
 
 void makeOne(const fs::path& from, const fs::path& to) {
   PresetDocument document;
-  readPresetText(from, document);
+  TextLines lines = linesOf(from, kMostPresetText);
+  document.name = from.stem().string();
+  readPresetText(lines, document, warn);
   KvChunk chunk;
   writePresetDocument(document, chunk);
   if (!fitsChunkFile(chunk)) {

@@ -19,7 +19,6 @@
 #include "apps/zum/effect_view.hpp"
 #include "apps/zum/failure.hpp"
 #include "apps/zum/option_checks.hpp"
-#include "apps/zum/parameter_names.hpp"
 #include "apps/zum/preset_input.hpp"
 #include "apps/zum/render_loop.hpp"
 #include "apps/zum/step_options.hpp"
@@ -28,6 +27,7 @@
 #include "engine/clock.hpp"
 #include "engine/engine.hpp"
 #include "platform/printable_text.hpp"
+#include "preset_text/parameter_names.hpp"
 
 namespace zum {
 namespace {

@@ -7,9 +7,9 @@
 #include <string>
 
 #include "apps/zum/failure.hpp"
-#include "apps/zum/numbers_in_text.hpp"
-#include "apps/zum/text_lines.hpp"
 #include "core/tags.hpp"
+#include "preset_text/numbers_in_text.hpp"
+#include "preset_text/text_lines.hpp"
 #include "state/table_xy.hpp"
 
 namespace zum {

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "apps/zum/parameter_names.hpp"
+#include "preset_text/parameter_names.hpp"
 
 namespace zum {
 

@@ -7,8 +7,8 @@
 #include <cstdint>
 #include <string_view>
 
-#include "apps/zum/numbers_in_text.hpp"
-#include "apps/zum/text_lines.hpp"
+#include "apps/zum/text_file.hpp"
+#include "preset_text/numbers_in_text.hpp"
 
 namespace zum {
 namespace {
@@ -66,7 +66,7 @@ void TraceWriter::finish() {
 }
 
 std::vector<TraceRow> readTrace(const std::filesystem::path& path, double from, double to) {
-  TextLines lines(path, kMostBytes);
+  TextLines lines = linesOf(path, kMostBytes);
   std::string line;
   if (!lines.next(line) || line != kHeader) {
     lines.fail("this is no trace; make one with zum render --trace");

@@ -1,14 +1,14 @@
 // Printing of a preset's text.
-#include "apps/zum/preset_text.hpp"
+#include "preset_text/preset_text.hpp"
 
 #include <bit>
 #include <charconv>
 #include <cmath>
 #include <string_view>
 
-#include "apps/zum/foreign_bytes.hpp"
-#include "apps/zum/parameter_names.hpp"
 #include "platform/printable_text.hpp"
+#include "preset_text/foreign_bytes.hpp"
+#include "preset_text/parameter_names.hpp"
 
 namespace zum {
 namespace {

@@ -1,14 +1,14 @@
 // Lookup of parameters by name or tag number, with the nearest names when there is no such name.
-#include "apps/zum/parameter_names.hpp"
+#include "preset_text/parameter_names.hpp"
 
 #include <algorithm>
 #include <numeric>
 #include <utility>
 
-#include "apps/zum/failure.hpp"
-#include "apps/zum/numbers_in_text.hpp"
 #include "platform/ascii_case.hpp"
 #include "platform/printable_text.hpp"
+#include "preset_text/failure.hpp"
+#include "preset_text/numbers_in_text.hpp"
 
 namespace zum {
 namespace {

@@ -1,4 +1,4 @@
-#include "apps/zum/foreign_bytes.hpp"
+#include "preset_text/foreign_bytes.hpp"
 
 #include <algorithm>
 

@@ -7,12 +7,11 @@
 #include <sstream>
 #include <toml.hpp>
 
-#include "apps/zum/failure.hpp"
-#include "apps/zum/foreign_bytes.hpp"
-#include "apps/zum/numbers_in_text.hpp"
-#include "apps/zum/parameter_names.hpp"
-#include "apps/zum/preset_text.hpp"
-#include "apps/zum/text_lines.hpp"
+#include "preset_text/failure.hpp"
+#include "preset_text/foreign_bytes.hpp"
+#include "preset_text/numbers_in_text.hpp"
+#include "preset_text/parameter_names.hpp"
+#include "preset_text/preset_text.hpp"
 
 namespace zum {
 namespace {
@@ -54,9 +53,7 @@ class NestingGuard {
   int level = 0;
 };
 
-std::string readWhole(const std::filesystem::path& path) {
-  constexpr std::size_t kMostBytes = 4U << 20U;
-  TextLines lines(path, kMostBytes);
+std::string readWhole(TextLines& lines) {
   NestingGuard nesting;
   std::string text;
   for (std::string line; lines.next(line);) {
@@ -70,11 +67,13 @@ std::string readWhole(const std::filesystem::path& path) {
   return text;
 }
 
-/// The values of one file, by what they have to be.
+/// The values of one text, by what they have to be.
 class PresetReader {
  public:
-  PresetReader(const std::filesystem::path& path, PresetDocument& filled)
-      : name(path.string()), document(filled) {}
+  using Warn = std::function<void(const std::string&)>;
+
+  PresetReader(std::string textName, PresetDocument& filled, const Warn& odd)
+      : name(std::move(textName)), document(filled), warn(odd) {}
 
   void read(const std::string& text) {
     std::istringstream stream(text);
@@ -265,8 +264,9 @@ class PresetReader {
     }
   }
 
-  std::string name;
+  const std::string name;
   PresetDocument& document;
+  const Warn& warn;
 };
 
 // The first line of the library's text, which goes on with a drawing of the place.
@@ -278,13 +278,13 @@ std::string firstLine(const std::string& text) {
 
 }  // namespace
 
-void readPresetText(const std::filesystem::path& path, PresetDocument& document) {
-  const std::string text = readWhole(path);
-  document.name = path.stem().string();
+void readPresetText(TextLines& lines, PresetDocument& document,
+                    const std::function<void(const std::string&)>& warn) {
+  const std::string text = readWhole(lines);
   try {
-    PresetReader(path, document).read(text);
+    PresetReader(lines.name(), document, warn).read(text);
   } catch (const toml::exception& error) {
-    throw Failure(path.string() + ", line " + std::to_string(error.location().line()) + ": " +
+    throw Failure(lines.name() + ", line " + std::to_string(error.location().line()) + ": " +
                   firstLine(error.what()) + "; mend the line");
   }
 }

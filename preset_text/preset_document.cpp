@@ -1,8 +1,8 @@
-#include "apps/zum/preset_document.hpp"
+#include "preset_text/preset_document.hpp"
 
 #include <string_view>
 
-#include "apps/zum/failure.hpp"
+#include "preset_text/failure.hpp"
 #include "state/library_record.hpp"
 
 namespace zum {

@@ -1,20 +1,16 @@
-// Reading of text files.
-#include "apps/zum/text_lines.hpp"
+#include "preset_text/text_lines.hpp"
 
 #include <algorithm>
 
-#include "apps/zum/failure.hpp"
+#include "preset_text/failure.hpp"
 
 namespace zum {
-
-TextLines::TextLines(const std::filesystem::path& path, std::uint64_t mostBytes)
-    : name(path.string()), file(path, "text file"), most(mostBytes) {}
 
 bool TextLines::next(std::string& line) {
   line.clear();
   ++number;
   for (bool ended = false; !ended;) {
-    if (ahead.empty()) ahead = {buffer.data(), file.read(buffer.data(), buffer.size())};
+    if (ahead.empty()) ahead = {buffer.data(), read(buffer.data(), buffer.size())};
     if (ahead.empty()) {
       if (!line.empty()) break;
       --number;
@@ -40,7 +36,7 @@ bool TextLines::next(std::string& line) {
 }
 
 void TextLines::fail(const std::string& why) const {
-  throw Failure(name + (number == 0 ? "" : ", line " + std::to_string(number)) + ": " + why);
+  throw Failure(textName + (number == 0 ? "" : ", line " + std::to_string(number)) + ": " + why);
 }
 
 std::vector<std::string_view> words(std::string_view line, std::string_view separators) {
