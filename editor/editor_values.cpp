@@ -148,11 +148,13 @@ std::string KvUniClientEditor::movedText(const ParameterRow& row) const {
   return isMoved ? parameterText(row, loadShared(effect.signal().display().*ring->shown)) : "";
 }
 
-// Of what the pointer uses, knobs and sliders are read; of what keys use, everything.
+// Of what the pointer uses, knobs and sliders are read; of what keys use, everything. A strip that
+// asks for a controller goes on asking.
 Reading KvUniClientEditor::reading() const {
   const KvFrame& shown = *getFrame();
   const KvControl* control = shown.controlInUse();
   if (dynamic_cast<const KvKnob*>(control) == nullptr) control = shown.keyFocus().get();
+  if (KvControl* const typed = valueField->getTarget(); typed != nullptr) control = typed;
   const bool speaksItself = effect.learning().load(std::memory_order_relaxed) >= 0 ||
                             effect.muteRequest.load(std::memory_order_relaxed);
   const std::optional<ControlInfo> info =

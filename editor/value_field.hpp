@@ -23,6 +23,9 @@ class ValueField final : public TextField {
   /// Below the control, with its value, which the first letter replaces.
   void ask(KvControl& control, const std::string& value, Reader whatItSays);
 
+  /// Whose value is typed; null while it is closed.
+  KvControl* getTarget() const { return target.get(); }
+
   bool onKeyDown(const WindowKey& key) override;
   MouseResult onMouseDown(CPoint& where, int buttons) override;
   void closePopup() override;

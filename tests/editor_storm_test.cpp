@@ -23,7 +23,7 @@ using std::chrono::milliseconds;
 
 int fromEnvironment(const char* name, int otherwise) {
   const char* const word = std::getenv(name);
-  return word != nullptr ? std::atoi(word) : otherwise;
+  return word != nullptr ? static_cast<int>(std::strtol(word, nullptr, 10)) : otherwise;
 }
 
 class Chance {

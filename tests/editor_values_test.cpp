@@ -282,6 +282,7 @@ TEST(EditorValues, AreTypedAndRefusedInPlace) {
   desk.focusOn(tag::cutoff);
   desk.tap(keys::kReturn);
   EXPECT_TRUE(desk.field().isSelected);
+  EXPECT_EQ(desk.strip(), "CUTOFF 15213 Hz");
   desk.type("loud");
   desk.tap(keys::kReturn);
   EXPECT_TRUE(desk.field().isWrong);
