@@ -1,6 +1,7 @@
 #include "toolkit/key_focus.hpp"
 
 #include <algorithm>
+#include <utility>
 
 #include "toolkit/control_frame.hpp"
 #include "toolkit/panel.hpp"
@@ -20,16 +21,18 @@ int middleOf(const KvControl* view) {
   return (view->getViewSize().top + view->getViewSize().bottom) / 2;
 }
 
+std::pair<int, int> fromLeft(const KvControl* view) {
+  return {view->getViewSize().left, view->getViewSize().top};
+}
+
 /// A row is what lies beside its highest control: their middles do.
 void sortForReading(std::vector<KvControl*>& views) {
-  std::ranges::stable_sort(views, {}, middleOf);
+  std::ranges::sort(views, {}, middleOf);
   for (auto row = views.begin(); row != views.end();) {
     const int bottom = (*row)->getViewSize().bottom;
     const auto end =
         std::find_if(row, views.end(), [&](const auto* view) { return middleOf(view) >= bottom; });
-    std::stable_sort(row, end, [](const KvControl* a, const KvControl* b) {
-      return a->getViewSize().left < b->getViewSize().left;
-    });
+    std::ranges::sort(row, end, {}, fromLeft);
     row = end;
   }
 }
