@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "editor/create_editor.hpp"
+#include "editor/drawn_pictures.hpp"
 #include "editor/layout.hpp"
 #include "platform/content_folder.hpp"
 #include "platform/files.hpp"
@@ -20,12 +21,17 @@ namespace {
 
 constexpr int kBackgroundPicture = 1000;
 
+const PictureSource& windowPictures() {
+  static const DrawnPictures source(pictures::pictureRows(), pictureBytes);
+  return source;
+}
+
 }  // namespace
 
 EffectEditor* createEditor(KvUniClient& effect) { return new KvUniClientEditor(effect); }
 
 KvUniClientEditor::KvUniClientEditor(KvUniClient& owner)
-    : AEffGUIEditor(layout::kWindow, owner.groups(), pictureBytes),
+    : AEffGUIEditor(layout::kWindow, owner.groups(), windowPictures()),
       effect(owner),
       editorFont(new CFontDesc("Arial", 12)) {}
 

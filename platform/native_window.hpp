@@ -41,6 +41,8 @@ class WindowEvents {
   virtual void windowExposed(int left, int top, int right, int bottom) = 0;
   /// In a window that takes files: paths, one or more. Nothing else is known of them.
   virtual void windowDropped(int x, int y, const std::vector<std::string>& files) = 0;
+  /// The user or the system gave it another size than it was made or resized to.
+  virtual void windowResized(int /*width*/, int /*height*/) {}
   /// The user closed it, or the host's window went and took it along. It shows nothing any more.
   virtual void windowGone() = 0;
 };
@@ -79,6 +81,9 @@ class NativeWindow {
 
   /// [main] Tells everything that has come, without waiting.
   virtual void poll() = 0;
+  /// To another size, at once as far as it depends on us; nothing is told of it. What it shows is
+  /// lost.
+  virtual void resize(int width, int height) = 0;
   /// Shows a part of `picture`, which has the size of the window, at once. CAIRO_FORMAT_RGB24.
   virtual void show(cairo_surface_t* picture, int left, int top, int right, int bottom) = 0;
   /// As the system names it, 0 when it is gone.

@@ -105,17 +105,7 @@ void X11Window::describe(const WindowRequest& request) {
                   XInternAtom(display, "UTF8_STRING", False), 8, PropModeReplace,
                   reinterpret_cast<const unsigned char*>(request.title.data()),
                   static_cast<int>(request.title.size()));
-  XSizeHints sizes{};
-  sizes.flags = PMinSize | PMaxSize;
-  sizes.min_width = sizes.max_width = width;
-  sizes.min_height = sizes.max_height = height;
-  if (request.place) {
-    // The place is of our own corner: counted from the frame's, the window would wander by a frame
-    // each time it comes up where it was.
-    sizes.flags |= USPosition | PWinGravity;
-    sizes.win_gravity = StaticGravity;
-  }
-  XSetWMNormalHints(display, window, &sizes);
+  describeSize(request.place);
   XWMHints hints{};
   hints.flags = InputHint | StateHint;
   hints.input = True;
@@ -124,6 +114,20 @@ void X11Window::describe(const WindowRequest& request) {
   protocols = XInternAtom(display, "WM_PROTOCOLS", False);
   deleteWindow = XInternAtom(display, "WM_DELETE_WINDOW", False);
   XSetWMProtocols(display, window, &deleteWindow, 1);
+}
+
+void X11Window::describeSize(const std::optional<ScreenPlace>& corner) {
+  XSizeHints sizes{};
+  sizes.flags = PMinSize | PMaxSize;
+  sizes.min_width = sizes.max_width = width;
+  sizes.min_height = sizes.max_height = height;
+  if (corner) {
+    // The place is of our own corner: counted from the frame's, the window would wander by a frame
+    // each time it comes up where it was.
+    sizes.flags |= USPosition | PWinGravity;
+    sizes.win_gravity = StaticGravity;
+  }
+  XSetWMNormalHints(display, window, &sizes);
 }
 
 /// The screen may have become smaller since the place was noted.
@@ -165,6 +169,19 @@ void X11Window::closeSurface() {
   cairo_surface_destroy(
       cairo_surface_create_similar_image(surface, CAIRO_FORMAT_RGB24, width, height));
   cairo_surface_destroy(surface);
+}
+
+void X11Window::resize(int toWidth, int toHeight) {
+  if (toWidth == width && toHeight == height) return;
+  width = toWidth;
+  height = toHeight;
+  if (handle() == 0) return;
+  const X11Guard guard(display);
+  if (parent == 0) describeSize(toldPlace);
+  resizedAt = NextRequest(display);
+  XResizeWindow(display, window, static_cast<unsigned>(width), static_cast<unsigned>(height));
+  cairo_xlib_surface_set_size(surface, width, height);
+  XFlush(display);
 }
 
 void X11Window::show(cairo_surface_t* picture, int left, int top, int right, int bottom) {

@@ -7,10 +7,17 @@
 namespace zum {
 
 OffscreenWindow::OffscreenWindow(const WindowRequest& request, WindowEvents& told)
-    : events(told),
-      screen(cairo_image_surface_create(CAIRO_FORMAT_RGB24, request.width, request.height),
-             cairo_surface_destroy) {
+    : events(told), screen(makeScreen(request.width, request.height)) {
   expose(0, 0, request.width, request.height);
+}
+
+OffscreenWindow::Screen OffscreenWindow::makeScreen(int width, int height) {
+  return {cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height), cairo_surface_destroy};
+}
+
+void OffscreenWindow::resize(int width, int height) {
+  screen = makeScreen(width, height);
+  expose(0, 0, width, height);
 }
 
 void OffscreenWindow::poll() {
@@ -65,6 +72,12 @@ void OffscreenWindow::expose(int left, int top, int right, int bottom) {
 void OffscreenWindow::drop(int x, int y, const std::vector<std::string>& files) {
   queue.emplace_back([=](WindowEvents& to) { to.windowDropped(x, y, files); });
 }
+void OffscreenWindow::resizeByUser(int width, int height) {
+  queue.emplace_back([=, this](WindowEvents& to) {
+    screen = makeScreen(width, height);
+    to.windowResized(width, height);
+  });
+}
 void OffscreenWindow::vanish() {
   queue.emplace_back([this](WindowEvents& to) {
     gone = true;
@@ -75,9 +88,7 @@ void OffscreenWindow::vanish() {
 }
 
 std::uint32_t OffscreenWindow::pixel(int x, int y) const {
-  const bool inside = x >= 0 && y >= 0 && x < cairo_image_surface_get_width(screen.get()) &&
-                      y < cairo_image_surface_get_height(screen.get());
-  if (!inside) return 0;
+  if (x < 0 || y < 0 || x >= width() || y >= height()) return 0;
   cairo_surface_flush(screen.get());
   const unsigned char* row =
       cairo_image_surface_get_data(screen.get()) +

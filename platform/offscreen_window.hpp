@@ -17,6 +17,7 @@ class OffscreenWindow final : public NativeWindow {
   OffscreenWindow(const WindowRequest& request, WindowEvents& told);
 
   void poll() override;
+  void resize(int width, int height) override;
   void show(cairo_surface_t* picture, int left, int top, int right, int bottom) override;
   std::uintptr_t handle() const override { return gone ? 0 : 1; }
   int currentButtons() const override { return heldButtons; }
@@ -34,6 +35,7 @@ class OffscreenWindow final : public NativeWindow {
   void keyUp(const WindowKey& key);
   void expose(int left, int top, int right, int bottom);
   void drop(int x, int y, const std::vector<std::string>& files);
+  void resizeByUser(int width, int height);
   void vanish();
   // What is so at once.
   void setButtons(int buttonWord) { heldButtons = buttonWord; }
@@ -41,6 +43,8 @@ class OffscreenWindow final : public NativeWindow {
 
   /// 0xRRGGBB of what is on the screen; black at first, and outside.
   std::uint32_t pixel(int x, int y) const;
+  int width() const { return cairo_image_surface_get_width(screen.get()); }
+  int height() const { return cairo_image_surface_get_height(screen.get()); }
   WindowCursor cursor() const { return shownCursor; }
   int shows() const { return showCount; }
   long shownPixels() const { return pixelCount; }
@@ -49,11 +53,14 @@ class OffscreenWindow final : public NativeWindow {
   const std::vector<WindowKey>& hostKeys() const { return unwanted; }
 
  private:
+  using Screen = std::unique_ptr<cairo_surface_t, decltype(&cairo_surface_destroy)>;
   using Event = std::function<void(WindowEvents&)>;
+
+  static Screen makeScreen(int width, int height);
 
   WindowEvents& events;
   std::shared_ptr<bool> life = std::make_shared<bool>(true);  // what is told may close the window
-  std::unique_ptr<cairo_surface_t, decltype(&cairo_surface_destroy)> screen;
+  Screen screen;
   std::deque<Event> queue;
   std::vector<WindowKey> unwanted;
   int showCount = 0;

@@ -1,5 +1,6 @@
 // What came from the X server, told in the words of WindowEvents.
 #include <X11/Xutil.h>
+#include <cairo-xlib.h>
 
 #include <algorithm>
 #include <utility>
@@ -98,8 +99,11 @@ void X11Window::tell(XEvent& event) {
       if (parent != 0) parent = event.xreparent.parent;
       notePlace();
       break;
-    case MapNotify:
-    case ConfigureNotify: notePlace(); break;
+    case MapNotify: notePlace(); break;
+    case ConfigureNotify:
+      notePlace();
+      noteSize(event.xconfigure);
+      break;
     case SelectionNotify: tellDrop(event); break;
     case ClientMessage: {
       const XClientMessageEvent& message = event.xclient;
@@ -172,6 +176,15 @@ void X11Window::notePlace() {
                             &ignored) != 0) {
     toldPlace = corner;
   }
+}
+
+void X11Window::noteSize(const XConfigureEvent& event) {
+  if (handle() == 0 || event.serial < resizedAt) return;
+  if (event.width == width && event.height == height) return;
+  width = event.width;
+  height = event.height;
+  cairo_xlib_surface_set_size(surface, width, height);
+  events.windowResized(width, height);
 }
 
 /// Tells the last event. Nothing of the window stays on the screen.

@@ -27,6 +27,7 @@ class X11Window final : public NativeWindow {
   ~X11Window() override;
 
   void poll() override;
+  void resize(int toWidth, int toHeight) override;
   void show(cairo_surface_t* picture, int left, int top, int right, int bottom) override;
   std::uintptr_t handle() const override { return lost ? 0 : window; }
   int currentButtons() const override;
@@ -38,6 +39,7 @@ class X11Window final : public NativeWindow {
  private:
   bool create(const WindowRequest& request, X11Guard& guard);
   void describe(const WindowRequest& request);
+  void describeSize(const std::optional<ScreenPlace>& corner);
   void describeDialog(Window inFrontOf);
   ScreenPlace placeFor(const WindowRequest& request) const;
   void closeSurface();
@@ -54,6 +56,7 @@ class X11Window final : public NativeWindow {
   void tellDrop(const XEvent& event);
   void tellGone();
   void notePlace();
+  void noteSize(const XConfigureEvent& event);
   void enter(const XCrossingEvent& event);
   void leave(const XCrossingEvent& event);
   void focusChanged(const XFocusChangeEvent& event);
@@ -68,6 +71,7 @@ class X11Window final : public NativeWindow {
   Window window = 0;
   int width;
   int height;
+  unsigned long resizedAt = 0;  // serial of our last resize: what the server told before is old
   Colormap colours = 0;
   cairo_surface_t* surface = nullptr;
   std::array<Cursor, 3> cursors{};

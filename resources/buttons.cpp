@@ -7,7 +7,6 @@
 #include "resources/faces.hpp"
 #include "resources/lettering.hpp"
 #include "resources/row_of.hpp"
-#include "resources/scene.hpp"
 #include "resources/shapes.hpp"
 
 namespace zum::pictures {
@@ -89,7 +88,6 @@ void drawSegments(cairo_t* cr, int id, int frame) {
 void drawPresetArrow(cairo_t* cr, int id, int /*frame*/) {
   const bool back = id == 1003;
   const Rect& place = back ? kPreviousPreset : kNextPreset;
-  paintScene(cr, Scene::base, place.x, place.y);
   face(cr, {0, 0, place.w, place.h}, Face::raised);
   if (back) {
     triangle(cr, 2.5, 7.5, 7.5, 3.5, 7.5, 11.5, kPaper);

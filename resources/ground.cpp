@@ -3,13 +3,14 @@
 #include <algorithm>
 #include <cmath>
 
+#include "resources/image.hpp"
 #include "resources/lettering.hpp"
 #include "resources/shapes.hpp"
 
 namespace zum::pictures {
 namespace {
 
-constexpr int kStreak = 44;            // length, pixels
+constexpr int kStreak = 44;            // length, logical pixels
 constexpr double kStreakDepth = 11.0;  // of 255
 constexpr double kGrain = 1.2;
 constexpr Color kTop = rgb(76, 71, 68);
@@ -25,31 +26,73 @@ double noise(int x, int y) {
   return static_cast<double>(n & 0xFFFFU) / 32767.5 - 1.0;
 }
 
+/// Pixels of the screen, counted from where the ground begins, which is at left, top of the
+/// picture.
+struct Area {
+  int x, y, w, h;
+  int left, top;
+};
+
+Area clippedArea(cairo_t* cr) {
+  constexpr double kSlack = 1e-3;
+  double left = 0.0;
+  double top = 0.0;
+  cairo_user_to_device(cr, &left, &top);
+  const int x = static_cast<int>(std::lround(left));
+  const int y = static_cast<int>(std::lround(top));
+  cairo_save(cr);
+  cairo_identity_matrix(cr);
+  double right = 0.0;
+  double bottom = 0.0;
+  cairo_clip_extents(cr, &left, &top, &right, &bottom);
+  cairo_restore(cr);
+  const int fromX = static_cast<int>(std::floor(left + kSlack));
+  const int fromY = static_cast<int>(std::floor(top + kSlack));
+  const int toX = static_cast<int>(std::ceil(right - kSlack));
+  const int toY = static_cast<int>(std::ceil(bottom - kSlack));
+  return {fromX - x, fromY - y, toX - fromX, toY - fromY, x, y};
+}
+
 std::uint32_t channel(double value) {
   return static_cast<std::uint32_t>(std::clamp(std::lround(value), 0L, 255L));
 }
 
 }  // namespace
 
-void brushedGround(const Image& image) {
-  const int width = image.width();
-  const int height = image.height();
-  for (int y = 0; y < height; ++y) {
-    std::uint32_t* const row = image.row(y);
-    const Color tone = kTop.towards(kBottom, static_cast<double>(y) / height);
+// A screen with finer pixels shows finer streaks, as long and as deep as the others.
+void brushedGround(cairo_t* cr, const Rect& all) {
+  const Area area = clippedArea(cr);
+  if (area.w <= 0 || area.h <= 0) return;
+  const double factor = factorOf(cr);
+  const double width = all.w * factor;
+  const double height = all.h * factor;
+  const int streak = static_cast<int>(std::lround(kStreak * factor));
+  const double depth = kStreakDepth * std::sqrt(factor) / streak;
+  const int below = static_cast<int>(std::lround(height));
+  const Image image(area.w, area.h);
+  for (int i = 0; i < area.h; ++i) {
+    std::uint32_t* const row = image.row(i);
+    const int y = area.y + i;
+    const Color tone = kTop.towards(kBottom, y / height);
     double sum = 0.0;
-    for (int x = -kStreak; x < 0; ++x) sum += noise(x, y);
-    for (int x = 0; x < width; ++x) {
-      sum += noise(x, y) - noise(x - kStreak, y);
+    for (int x = area.x - streak; x < area.x; ++x) sum += noise(x, y);
+    for (int j = 0; j < area.w; ++j) {
+      const int x = area.x + j;
+      sum += noise(x, y) - noise(x - streak, y);
       const double side = std::abs(2.0 * x / width - 1.0);
       const double light = 1.0 - 0.22 * side * side;
-      const double streak = sum / kStreak * kStreakDepth + noise(x, y + height) * kGrain;
-      row[x] = channel(tone.r * 255.0 * light + streak) << 16U |
-               channel(tone.g * 255.0 * light + streak) << 8U |
-               channel(tone.b * 255.0 * light + streak);
+      const double grain = sum * depth + noise(x, y + below) * kGrain;
+      row[j] = channel(tone.r * 255.0 * light + grain) << 16U |
+               channel(tone.g * 255.0 * light + grain) << 8U |
+               channel(tone.b * 255.0 * light + grain);
     }
   }
   image.touched();
+  cairo_save(cr);
+  cairo_identity_matrix(cr);
+  cairo_set_source_surface(cr, image.picture(), area.x + area.left, area.y + area.top);
+  cairo_paint(cr);
+  cairo_restore(cr);
 }
 
 void plate(cairo_t* cr, const Rect& rect) {

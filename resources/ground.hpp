@@ -1,16 +1,18 @@
 // What the window is built of: brushed metal, plates on it, seats of knobs.
 #pragma once
 
+#include <cairo.h>
+
 #include <string>
 
-#include "resources/image.hpp"
 #include "resources/palette.hpp"
 #include "resources/places.hpp"
 
 namespace zum::pictures {
 
-/// All of the picture; the streaks are the same with each run.
-void brushedGround(const Image& image);
+/// As much of `all` as is not clipped away. The streaks are the same with each run, and go on from
+/// one picture to the next: they hang on the pixel of the screen, counted from the corner of `all`.
+void brushedGround(cairo_t* cr, const Rect& all);
 /// A part of the front that stands out a little.
 void plate(cairo_t* cr, const Rect& rect);
 void screw(cairo_t* cr, double x, double y, double turn);

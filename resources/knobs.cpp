@@ -6,8 +6,8 @@
 
 #include "core/value_names.hpp"
 #include "resources/lettering.hpp"
+#include "resources/picture_rows.hpp"
 #include "resources/row_of.hpp"
-#include "resources/scene.hpp"
 #include "resources/shapes.hpp"
 
 namespace zum::pictures {
@@ -15,26 +15,24 @@ namespace {
 
 struct KnobRow {
   int id;
-  Scene scene;  // that lies behind it
-  int x, y;     // of the picture in the window
   KnobPlace place;
 };
 // clang-format off
 constexpr KnobRow kKnobs[] = {
-  {1008, Scene::filter,    211, 144, kCutoff},  // and the vowel page, one pixel to the right
-  {1011, Scene::follower,   99, 323, kSecondSmall},
-  {1012, Scene::follower,  148, 323, kThirdSmall},
-  {1013, Scene::follower,   49, 323, kFirstSmall},
-  {1014, Scene::follower,  197, 323, kFourthSmall},
-  {1022, Scene::lfo,        49, 323, kFirstSmall},
-  {1023, Scene::lfo,       197, 323, kFourthSmall},
-  {1024, Scene::lfo,        99, 322, kSecondSmall},
-  {1025, Scene::base,      395, 399, kMaster},
-  {1028, Scene::base,       67, 398, kMix},
-  {1039, Scene::base,       67, 156, kOverdrive},
-  {1042, Scene::base,      393, 153, kResonance},
-  {1050, Scene::sequencer, 148, 324, kThirdSmall},
-  {1051, Scene::sequencer,  49, 324, kFirstSmall},
+  {1008, kCutoff},  // and the vowel page, one pixel to the right
+  {1011, kSecondSmall},
+  {1012, kThirdSmall},
+  {1013, kFirstSmall},
+  {1014, kFourthSmall},
+  {1022, kFirstSmall},
+  {1023, kFourthSmall},
+  {1024, kSecondSmall},
+  {1025, kMaster},
+  {1028, kMix},
+  {1039, kOverdrive},
+  {1042, kResonance},
+  {1050, kThirdSmall},
+  {1051, kFirstSmall},
 };
 // clang-format on
 
@@ -100,9 +98,9 @@ void knob(cairo_t* cr, double x, double y, double radius, double position) {
 }  // namespace
 
 void drawKnob(cairo_t* cr, int id, int frame) {
-  const KnobRow& row = rowOf(kKnobs, id);
-  paintScene(cr, row.scene, row.x, row.y);
-  knob(cr, row.place.x - row.x, row.place.y - row.y, row.place.capRadius, frame / kLastFrame);
+  const KnobPlace& place = rowOf(kKnobs, id).place;
+  const Backdrop& corner = pictureRow(id)->backdrop;
+  knob(cr, place.x - corner.x, place.y - corner.y, place.capRadius, frame / kLastFrame);
 }
 
 // The middle frame is an amount of zero; a bar grows from there to either side.

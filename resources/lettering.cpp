@@ -48,14 +48,15 @@ double textWidth(cairo_t* cr, const std::string& utf8, const Type& type) {
   return width;
 }
 
-void text(cairo_t* cr, double x, int baseline, Align align, const std::string& utf8,
+void text(cairo_t* cr, double x, double baseline, Align align, const std::string& utf8,
           const Type& type, const Color& color) {
   const double width = textWidth(cr, utf8, type);
   if (align == Align::centre) x -= width / 2.0;
   if (align == Align::right) x -= width;
   setColor(cr, color);
   for (const auto& character : characters(utf8)) {
-    cairo_move_to(cr, std::round(x), baseline);
+    const Point pen = onScreen(cr, {x, baseline});
+    cairo_move_to(cr, pen.x, pen.y);
     cairo_show_text(cr, character.c_str());
     x += advance(cr, character) + type.spacing;
   }
@@ -64,9 +65,12 @@ void text(cairo_t* cr, double x, int baseline, Align align, const std::string& u
 
 void textIn(cairo_t* cr, const Rect& rect, const std::string& utf8, const Type& type,
             const Color& color) {
-  const double capitals = std::round(type.size * kCapitals);
-  const double baseline = rect.y + std::floor((rect.h - capitals) / 2.0) + capitals;
-  text(cr, rect.x + rect.w / 2.0, static_cast<int>(baseline), Align::centre, utf8, type, color);
+  const double factor = factorOf(cr);
+  const auto edge = [cr](int y) { return onScreen(cr, {0.0, static_cast<double>(y)}).y; };
+  const double height = (edge(rect.y + rect.h) - edge(rect.y)) * factor;
+  const double capitals = std::round(type.size * kCapitals * factor);
+  const double foot = std::floor((height - capitals) / 2.0) + capitals;
+  text(cr, rect.x + rect.w / 2.0, edge(rect.y) + foot / factor, Align::centre, utf8, type, color);
 }
 
 }  // namespace zum::pictures

@@ -1,4 +1,5 @@
-// Small type, hinted to whole pixels so that it comes out the same wherever the font is the same.
+// Small type, hinted to whole pixels of the screen so that it comes out the same wherever the font
+// is the same.
 #pragma once
 
 #include <cairo.h>
@@ -26,7 +27,7 @@ enum class Align { left, centre, right };
 
 double textWidth(cairo_t* cr, const std::string& utf8, const Type& type);
 /// `x` is the side or the middle that is aligned, `baseline` the foot of the capitals.
-void text(cairo_t* cr, double x, int baseline, Align align, const std::string& utf8,
+void text(cairo_t* cr, double x, double baseline, Align align, const std::string& utf8,
           const Type& type, const Color& color);
 /// In the middle of a rectangle, by the height of the capitals.
 void textIn(cairo_t* cr, const Rect& rect, const std::string& utf8, const Type& type,

@@ -52,7 +52,7 @@ void rowGround(cairo_t* cr, const Rect& rect) {
   outlineRound(cr, rect, 2.0, kRed.withAlpha(0.75), kDeepRed);
 }
 
-void typeRow(cairo_t* cr, int row, int top, const Color& sign, const Color& name) {
+void typeWords(cairo_t* cr, int row, int top, const Color& sign, const Color& name) {
   curveSign(cr, kTypeSigns[row], kTypeMiddle - 4, top + kRow / 2, sign);
   text(cr, 28.0, top + 12, Align::left, names::kTypes[static_cast<std::size_t>(row)],
        {8.0, true, 0.0}, name);
@@ -74,7 +74,7 @@ void orderSign(cairo_t* cr, int row, double y, const Color& color) {
   if (row == 3) vertical(cr, 11, static_cast<int>(y) - 3, 7, color);
 }
 
-void orderRow(cairo_t* cr, int row, int top, const Color& sign, const Color& name) {
+void orderWords(cairo_t* cr, int row, int top, const Color& sign, const Color& name) {
   orderSign(cr, row, top + 8.5, sign);
   text(cr, 14.0, top + 11, Align::left, names::kOrders[static_cast<std::size_t>(row)],
        {7.0, true, 0.0}, name);
@@ -87,32 +87,26 @@ void listGround(cairo_t* cr, const Rect& rect) {
 
 }  // namespace
 
-void drawTypeRows(cairo_t* cr, int /*id*/, int /*frame*/) {
-  const int count = static_cast<int>(names::kTypes.size());
-  for (int i = 0; i < count; ++i) {
-    rowGround(cr, {0, i * kRow, kTypeWidth, kRow});
-    typeRow(cr, i, i * kRow, kRose, kPaper);
-  }
+void drawTypeRow(cairo_t* cr, int /*id*/, int frame) {
+  rowGround(cr, {0, 0, kTypeWidth, kRow});
+  typeWords(cr, frame, 0, kRose, kPaper);
 }
 
 void drawTypeList(cairo_t* cr, int /*id*/, int /*frame*/) {
   const int count = static_cast<int>(names::kTypes.size());
   listGround(cr, {0, 0, kTypeWidth, count * kRow + 2 * kMargin});
-  for (int i = 0; i < count; ++i) typeRow(cr, i, kMargin + i * kRow, kFaint, kLettering);
+  for (int i = 0; i < count; ++i) typeWords(cr, i, kMargin + i * kRow, kFaint, kLettering);
 }
 
-void drawOrderRows(cairo_t* cr, int /*id*/, int /*frame*/) {
-  const int count = static_cast<int>(names::kOrders.size());
-  for (int i = 0; i < count; ++i) {
-    rowGround(cr, {0, i * kRow, kOrderWidth, kRow});
-    orderRow(cr, i, i * kRow, kRose, kPaper);
-  }
+void drawOrderRow(cairo_t* cr, int /*id*/, int frame) {
+  rowGround(cr, {0, 0, kOrderWidth, kRow});
+  orderWords(cr, frame, 0, kRose, kPaper);
 }
 
 void drawOrderList(cairo_t* cr, int /*id*/, int /*frame*/) {
   const int count = static_cast<int>(names::kOrders.size());
   listGround(cr, {0, 0, kOrderWidth, count * kRow});
-  for (int i = 0; i < count; ++i) orderRow(cr, i, i * kRow, kFaint, kLettering);
+  for (int i = 0; i < count; ++i) orderWords(cr, i, i * kRow, kFaint, kLettering);
 }
 
 }  // namespace zum::pictures

@@ -5,11 +5,11 @@
 
 namespace zum::pictures {
 
-// Two pictures each. In the one, row n begins at n times 17 pixels and looks as a closed menu does,
-// or as a row under the pointer. The other one is the open list, with its margin.
-void drawTypeRows(cairo_t* cr, int id, int frame);
+// Two pictures each. In the one, every frame is a row as it looks in a closed menu, or under the
+// pointer. The other one is the open list, with its margin.
+void drawTypeRow(cairo_t* cr, int id, int frame);
 void drawTypeList(cairo_t* cr, int id, int frame);
-void drawOrderRows(cairo_t* cr, int id, int frame);
+void drawOrderRow(cairo_t* cr, int id, int frame);
 void drawOrderList(cairo_t* cr, int id, int frame);
 
 }  // namespace zum::pictures

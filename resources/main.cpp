@@ -7,7 +7,7 @@
 
 #include "platform/standard_streams.hpp"
 #include "resources/bitmap_writer.hpp"
-#include "resources/picture_rows.hpp"
+#include "resources/flattened.hpp"
 #include "resources/sheet.hpp"
 
 namespace {

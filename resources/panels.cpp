@@ -113,7 +113,7 @@ void drawAboutPanel(cairo_t* cr, int /*id*/, int /*frame*/) {
 }
 
 void drawTriggerCover(cairo_t* cr, int /*id*/, int /*frame*/) {
-  paintScene(cr, Scene::lfoSync, kTriggerCover.x, kTriggerCover.y);
+  drawScene(cr, Scene::lfoSync, kTriggerCover.x, kTriggerCover.y);
 }
 
 }  // namespace zum::pictures

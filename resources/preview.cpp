@@ -2,7 +2,7 @@
 #include <span>
 #include <stdexcept>
 
-#include "resources/picture_rows.hpp"
+#include "resources/flattened.hpp"
 #include "resources/shapes.hpp"
 #include "resources/sheet.hpp"
 
@@ -58,10 +58,6 @@ constexpr Placed kPanelLayer[] = {
 constexpr Placed kAboutLayer[] = {{1001, 33, 70, 0}, {1045, 173, 168, 0}, {1016, 290, 168, 1}};
 // clang-format on
 
-bool isKeyed(int id) {
-  return id == 1009 || id == 1029 || id == 1043 || id == 1044 || id == 1048 || id == 1057;
-}
-
 void lay(const Image& window, const Placed& placed, double position) {
   constexpr std::uint32_t kColor = 0xFFFFFFU;
   const PictureRow& row = *pictureRow(placed.id);
@@ -73,7 +69,7 @@ void lay(const Image& window, const Placed& placed, double position) {
     const std::uint32_t* const from = strip.row(frame * row.frameHeight + y);
     std::uint32_t* const to = window.row(placed.y + y) + placed.x;
     for (int x = 0; x < row.width; ++x) {
-      if (!isKeyed(placed.id) || (from[x] & kColor) != kColor) to[x] = from[x];
+      if (!row.isKeyed || (from[x] & kColor) != kColor) to[x] = from[x];
     }
   }
   window.touched();

@@ -4,7 +4,6 @@
 
 #include "core/value_names.hpp"
 #include "resources/lettering.hpp"
-#include "resources/scene.hpp"
 #include "resources/shapes.hpp"
 
 namespace zum::pictures {
@@ -53,7 +52,6 @@ void drawStatusStrip(cairo_t* cr, int /*id*/, int frame) {
 void drawLamp(cairo_t* cr, int /*id*/, int frame) {
   constexpr double kMiddle = 7.5;
   const double light = frame / 31.0;
-  paintScene(cr, Scene::lfo, kLfoLamp.x, kLfoLamp.y);
   disc(cr, kMiddle, kMiddle + 0.7, 6.0, kHighlight.withAlpha(0.14));
   disc(cr, kMiddle, kMiddle, 5.8, rgb(8, 6, 6));
   const Color off = kLfoTint.towards(kBlack, 0.8);

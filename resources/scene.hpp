@@ -1,15 +1,28 @@
-// The window's still parts: the background and the pages on it. Strips and buttons cut what lies
-// behind them out of these, so that no edge shows.
+// The window's still parts: the background and the pages on it. What lies behind strips and buttons
+// in their bitmap files is cut out of these, so that no edge shows.
 #pragma once
 
 #include <cairo.h>
 
+#include <cstdint>
+
 namespace zum::pictures {
 
-enum class Scene { base, filter, vowel, follower, lfo, lfoSync, sequencer };
+enum class Scene : std::uint8_t {
+  none,
+  base,
+  filter,
+  vowel,
+  follower,
+  lfo,
+  lfoSync,
+  sequencer,
+  strip,  // not of this window: drawStripGround draws it
+};
+inline constexpr int kScenes = 9;
 
-/// Paints with the window's point x, y at the origin.
-void paintScene(cairo_t* cr, Scene scene, int x, int y);
+/// All that is not clipped away, with the window's point x, y at the origin.
+void drawScene(cairo_t* cr, Scene scene, int x, int y);
 
 // The layers, in window coordinates; the base lies under all of them.
 void drawBase(cairo_t* cr);

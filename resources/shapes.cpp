@@ -1,6 +1,7 @@
 #include "resources/shapes.hpp"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 
 namespace zum::pictures {
@@ -18,6 +19,19 @@ void roundPath(cairo_t* cr, double x, double y, double w, double h, double radiu
   cairo_arc(cr, x + radius, y + h - radius, radius, kPi / 2.0, kPi);
   cairo_arc(cr, x + radius, y + radius, radius, kPi, 1.5 * kPi);
   cairo_close_path(cr);
+}
+
+struct Edges {
+  double x, y, w, h;
+};
+
+Edges edgesOf(cairo_t* cr, const Rect& rect) {
+  const auto at = [cr](int x, int y) {
+    return onScreen(cr, {static_cast<double>(x), static_cast<double>(y)});
+  };
+  const Point first = at(rect.x, rect.y);
+  const Point last = at(rect.x + rect.w, rect.y + rect.h);
+  return {first.x, first.y, last.x - first.x, last.y - first.y};
 }
 
 void addStop(cairo_pattern_t* pattern, double at, const Color& c) {
@@ -45,9 +59,25 @@ void setRadial(cairo_t* cr, double x, double y, double radius, double spotX, dou
 
 void setColor(cairo_t* cr, const Color& c) { cairo_set_source_rgba(cr, c.r, c.g, c.b, c.a); }
 
+double factorOf(cairo_t* cr) {
+  double x = 1.0;
+  double y = 0.0;
+  cairo_user_to_device_distance(cr, &x, &y);
+  return x;
+}
+
+Point onScreen(cairo_t* cr, Point point) {
+  constexpr double kHalf = 0.5 + 1e-6;  // as the window's views round
+  cairo_user_to_device(cr, &point.x, &point.y);
+  point = {std::floor(point.x + kHalf), std::floor(point.y + kHalf)};
+  cairo_device_to_user(cr, &point.x, &point.y);
+  return point;
+}
+
 void fill(cairo_t* cr, const Rect& rect, const Color& color) {
+  const auto [x, y, w, h] = edgesOf(cr, rect);
   setColor(cr, color);
-  cairo_rectangle(cr, rect.x, rect.y, rect.w, rect.h);
+  cairo_rectangle(cr, x, y, w, h);
   cairo_fill(cr);
 }
 
@@ -57,16 +87,21 @@ void fillRound(cairo_t* cr, const Rect& rect, double radius, const Color& color)
 
 void fillRound(cairo_t* cr, const Rect& rect, double radius, const Color& top,
                const Color& bottom) {
-  setGradient(cr, rect.y, rect.y + rect.h, top, bottom);
-  roundPath(cr, rect.x, rect.y, rect.w, rect.h, radius);
+  const auto [x, y, w, h] = edgesOf(cr, rect);
+  setGradient(cr, y, y + h, top, bottom);
+  roundPath(cr, x, y, w, h, radius);
   cairo_fill(cr);
 }
 
 void outlineRound(cairo_t* cr, const Rect& rect, double radius, const Color& top,
                   const Color& bottom) {
-  setGradient(cr, rect.y, rect.y + rect.h, top, bottom);
-  cairo_set_line_width(cr, 1.0);
-  roundPath(cr, rect.x + 0.5, rect.y + 0.5, rect.w - 1.0, rect.h - 1.0, radius - 0.5);
+  const auto [x, y, w, h] = edgesOf(cr, rect);
+  const double factor = factorOf(cr);
+  const double line = std::round(factor) / factor;
+  const double half = line / 2.0;
+  setGradient(cr, y, y + h, top, bottom);
+  cairo_set_line_width(cr, line);
+  roundPath(cr, x + half, y + half, w - line, h - line, radius - half);
   cairo_stroke(cr);
 }
 

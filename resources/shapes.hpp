@@ -1,4 +1,6 @@
-// The strokes that all pictures are made of. Coordinates are pixels, y downwards.
+// The strokes that all pictures are made of. Coordinates are logical pixels, those of factor 1; y
+// runs downwards. Edges of rectangles lie on whole pixels of the screen at every factor, as those
+// of the window's views do.
 #pragma once
 
 #include <cairo.h>
@@ -15,16 +17,20 @@ struct Point {
 };
 
 void setColor(cairo_t* cr, const Color& color);
+/// Pixels of the screen for a logical one.
+double factorOf(cairo_t* cr);
+/// The nearest corner of four pixels of the screen.
+Point onScreen(cairo_t* cr, Point point);
 
 void fill(cairo_t* cr, const Rect& rect, const Color& color);
 void fillRound(cairo_t* cr, const Rect& rect, double radius, const Color& color);
 void fillRound(cairo_t* cr, const Rect& rect, double radius, const Color& top, const Color& bottom);
-/// A line of one pixel just inside of the rectangle.
+/// A line of one logical pixel just inside of the rectangle.
 void outlineRound(cairo_t* cr, const Rect& rect, double radius, const Color& top,
                   const Color& bottom);
 void outlineRound(cairo_t* cr, const Rect& rect, double radius, const Color& color);
 
-/// One pixel thick.
+/// One logical pixel thick.
 void horizontal(cairo_t* cr, int x, int y, int length, const Color& color);
 void vertical(cairo_t* cr, int x, int y, int length, const Color& color);
 void line(cairo_t* cr, double x0, double y0, double x1, double y1, double width,

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "resources/flattened.hpp"
 #include "resources/lettering.hpp"
-#include "resources/picture_rows.hpp"
 #include "resources/shapes.hpp"
 
 namespace zum::pictures {

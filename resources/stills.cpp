@@ -20,11 +20,11 @@ constexpr PageRow kPages[] = {
 
 }  // namespace
 
-void drawBackground(cairo_t* cr, int /*id*/, int /*frame*/) { paintScene(cr, Scene::base, 0, 0); }
+void drawBackground(cairo_t* cr, int /*id*/, int /*frame*/) { drawScene(cr, Scene::base, 0, 0); }
 
 void drawPage(cairo_t* cr, int id, int /*frame*/) {
   const PageRow& row = rowOf(kPages, id);
-  paintScene(cr, row.scene, row.rect.x, row.rect.y);
+  drawScene(cr, row.scene, row.rect.x, row.rect.y);
 }
 
 }  // namespace zum::pictures

@@ -1,10 +1,7 @@
 #include "resources/strip_drawing.hpp"
 
-#include <memory>
-
 #include "resources/faces.hpp"
 #include "resources/ground.hpp"
-#include "resources/image.hpp"
 #include "resources/lettering.hpp"
 #include "resources/shapes.hpp"
 #include "resources/strip_places.hpp"
@@ -75,30 +72,19 @@ void lowerRow(cairo_t* cr) {
   sunkenGlass(cr, strip::kXruns);
 }
 
-std::unique_ptr<Image> makeStrip() {
-  auto image = std::make_unique<Image>(strip::kStrip.w, strip::kStrip.h);
-  brushedGround(*image);
-  cairo_t* const cr = image->context();
+Rect atOrigin(const Rect& place) { return {0, 0, place.w, place.h}; }
+
+}  // namespace
+
+void drawStripGround(cairo_t* cr, int /*id*/, int /*frame*/) {
+  brushedGround(cr, strip::kStrip);
   outlineRound(cr, strip::kStrip, 0.5, kHighlight.withAlpha(0.16), kBlack.withAlpha(0.6));
   plate(cr, strip::kPlate);
   upperRow(cr);
   lowerRow(cr);
   screw(cr, 11.0, 45.0, 0.9);
   screw(cr, 497.0, 45.0, 1.8);
-  return image;
 }
-
-void paintStrip(cairo_t* cr, int x, int y) {
-  static const std::unique_ptr<Image> ground = makeStrip();
-  cairo_set_source_surface(cr, ground->picture(), -x, -y);
-  cairo_paint(cr);
-}
-
-Rect atOrigin(const Rect& place) { return {0, 0, place.w, place.h}; }
-
-}  // namespace
-
-void drawStripGround(cairo_t* cr, int /*id*/, int /*frame*/) { paintStrip(cr, 0, 0); }
 
 void drawPlayButton(cairo_t* cr, int /*id*/, int frame) {
   const Face state = frame == 0 ? Face::raised : Face::lit;
@@ -137,7 +123,6 @@ void drawLitLevel(cairo_t* cr, int /*id*/, int /*frame*/) {
 void drawClipLamp(cairo_t* cr, int /*id*/, int frame) {
   constexpr double kMiddle = 4.5;
   const Color off = kRed.towards(kBlack, 0.72);
-  paintStrip(cr, strip::kClipIn.x, strip::kClipIn.y);
   disc(cr, kMiddle, kMiddle + 0.5, 4.2, kHighlight.withAlpha(0.14));
   disc(cr, kMiddle, kMiddle, 4.0, rgb(8, 6, 6));
   if (frame == 0) {

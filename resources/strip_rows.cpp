@@ -9,8 +9,9 @@ namespace zum::pictures {
 namespace {
 
 constexpr PictureRow stripRow(int id, const Rect& place, int frames,
-                              void (*draw)(cairo_t* cr, int id, int frame)) {
-  return {id, place.w, frames * place.h, frames, place.h, draw};
+                              void (*draw)(cairo_t* cr, int id, int frame),
+                              const Backdrop& backdrop = {}) {
+  return {id, place.w, frames * place.h, frames, place.h, draw, backdrop};
 }
 
 constexpr PictureRow kStripRows[] = {
@@ -20,7 +21,8 @@ constexpr PictureRow kStripRows[] = {
     stripRow(1103, strip::kTap, 2, drawTapButton),
     stripRow(1104, strip::kInput, 2, drawInputSwitch),
     stripRow(1105, strip::kLevelIn, 1, drawLitLevel),
-    stripRow(1106, strip::kClipIn, 2, drawClipLamp),
+    stripRow(1106, strip::kClipIn, 2, drawClipLamp,
+             {Scene::strip, strip::kClipIn.x, strip::kClipIn.y}),
 };
 
 constexpr bool idsRise() {

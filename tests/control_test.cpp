@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "support/desk.hpp"
+#include "support/pixel_picture.hpp"
 #include "support/temporary_folder.hpp"
 #include "toolkit/bound_value.hpp"
 #include "toolkit/button.hpp"
@@ -28,11 +29,11 @@ KvKnob* addKnob(Desk& desk, int tag, const CRect& place = kPlace) {
 
 /// Four pictures one below the other, of the size of kPlace, in the colours 1 to 4.
 Held<CBitmap> strip() {
-  Pixels pixels{30, 120, {}};
+  std::vector<std::uint32_t> words;
   for (std::uint32_t color = 1; color <= 4; ++color) {
-    pixels.words.insert(pixels.words.end(), 900, 0xFF000000U | color);
+    words.insert(words.end(), 900, 0xFF000000U | color);
   }
-  return Held<CBitmap>(new CBitmap(pixels));
+  return pixelPicture(30, 120, std::move(words));
 }
 /// Which of them is to be seen after a tick.
 std::uint32_t shown(Desk& desk) {

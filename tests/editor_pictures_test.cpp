@@ -46,8 +46,9 @@ class Pictures : public SettingsTest {
     desk.plays = false;
   }
   /// A part of the window, as it stands.
-  void expectLooksAs(const std::string& name, const CRect& part = layout::kWindow) {
-    const std::string file = ZUM_PICTURES "/" + name + ".png";
+  void expectLooksAs(const std::string& name, const CRect& logical = layout::kWindow) {
+    const std::string file = folderOf(opened->editor().factor()) + "/" + name + ".png";
+    const CRect part = opened->editor().shownFrame()->scale().rounded(logical);
     const int width = part.width();
     std::vector<std::uint32_t> now;
     for (int y = part.top; y < part.bottom; ++y) {
@@ -91,6 +92,10 @@ class Pictures : public SettingsTest {
       {tag::modChoice, 0.0F},  {tag::vowelA, 0.5F},     {tag::vowelB, 0.8F},
       {tag::vowelCutoff, 0.4F}};
 
+  static std::string folderOf(double factor) {
+    return factor == 1.0 ? ZUM_PICTURES : ZUM_PICTURES "-" + std::to_string(factor).substr(0, 3);
+  }
+
   static constexpr int kTolerance = 48;  // of a colour's 255
   static constexpr int kSquare = 16;     // pixels a side
 
@@ -103,47 +108,60 @@ class Pictures : public SettingsTest {
   }
 };
 
+constexpr double kFactors[] = {1.0, 1.5, 2.0};
+
 TEST_F(Pictures, PagesListsAndTheAboutPanel) {
   EditorDesk& desk = *opened;
-  for (const auto& [name, group] : {std::pair("filter", layout::filterPage),
-                                    {"lfo-free", layout::freeLfo},
-                                    {"lfo-sync", layout::syncedLfo},
-                                    {"sequencer", layout::sequencerPage},
-                                    {"vowel", layout::vowelPage}}) {
-    desk.showGroup(group);
-    desk.tick(8);  // what comes up for a while has gone
-    expectLooksAs(name);
-  }
-  desk.showGroup(layout::filterPage);
-  for (const auto& [name, tag] : {std::pair("types", tag::multiType),
-                                  {"orders", tag::seqMode},
-                                  {"presets", tag::presetMenu}}) {
-    desk.click(tag);
-    expectLooksAs(name);
+  for (const double factor : kFactors) {
+    desk.editor().setFactor(factor);
+    for (const auto& [name, group] : {std::pair("filter", layout::filterPage),
+                                      {"lfo-free", layout::freeLfo},
+                                      {"lfo-sync", layout::syncedLfo},
+                                      {"sequencer", layout::sequencerPage},
+                                      {"vowel", layout::vowelPage}}) {
+      desk.showGroup(group);
+      desk.tick(8);  // what comes up for a while has gone
+      expectLooksAs(name);
+    }
+    desk.showGroup(layout::filterPage);
+    for (const auto& [name, tag] : {std::pair("types", tag::multiType),
+                                    {"orders", tag::seqMode},
+                                    {"presets", tag::presetMenu}}) {
+      desk.click(tag);
+      expectLooksAs(name);
+      desk.tap(keys::kEscape);
+    }
+    desk.click(tag::about);
+    desk.tick(8);
+    expectLooksAs("about", {33, 70, 474, 258});
     desk.tap(keys::kEscape);
+    desk.window->leave();
+    desk.showGroup(layout::followerPage);
+    desk.tick(8);
   }
-  desk.click(tag::about);
-  desk.tick(8);
-  expectLooksAs("about", {33, 70, 474, 258});
 }
 
 TEST_F(Pictures, PanelsAndReadouts) {
   EditorDesk& desk = *opened;
-  for (const layout::Panel& panel : layout::kPanels) {
-    const std::string name = "knob-" + std::to_string(panel.knob);
-    desk.showPageOf(panel.knob);
-    desk.tick(8);
-    const KnobPanel& inside = *findRow(panel.knob)->panel;
-    if (inside.amounts.size() == 2) {
-      desk.click(panel.knob);
-      const CRect rect = desk.editor().getControl(panel.knob)->getViewSize();
-      expectLooksAs(name + "-readout", {rect.left - 20, rect.top - 12, rect.right + 20, 376});
+  for (const double factor : kFactors) {
+    desk.editor().setFactor(factor);
+    for (const layout::Panel& panel : layout::kPanels) {
+      const std::string name = "knob-" + std::to_string(panel.knob);
+      desk.showPageOf(panel.knob);
+      desk.tick(8);
+      const KnobPanel& inside = *findRow(panel.knob)->panel;
+      if (inside.amounts.size() == 2) {
+        desk.click(panel.knob);
+        const CRect rect = desk.editor().getControl(panel.knob)->getViewSize();
+        expectLooksAs(name + "-readout", {rect.left - 20, rect.top - 12, rect.right + 20, 376});
+      }
+      desk.click(panel.knob, buttons::kRight);
+      ASSERT_NE(desk.openPopup(), nullptr);
+      expectLooksAs(name + "-panel", desk.openPopup()->getViewSize());
+      desk.click(inside.buttons.close);
+      desk.window->leave();
     }
-    desk.click(panel.knob, buttons::kRight);
-    ASSERT_NE(desk.openPopup(), nullptr);
-    expectLooksAs(name + "-panel", desk.openPopup()->getViewSize());
-    desk.click(inside.buttons.close);
-    desk.window->leave();
+    desk.tick(8);
   }
 }
 

@@ -6,6 +6,7 @@
 
 #include "platform/files.hpp"
 #include "support/desk.hpp"
+#include "support/pixel_picture.hpp"
 #include "support/temporary_folder.hpp"
 #include "toolkit/menu_style.hpp"
 #include "toolkit/option_menu.hpp"
@@ -114,7 +115,7 @@ TEST(OptionMenu, StaysInsideTheFrameAndAHiddenOneIsShut) {
 }
 
 TEST(OptionMenu, MarksTheRowInUseAlsoInAPicture) {
-  const Held<CBitmap> picture(new CBitmap({60, 34, std::vector<std::uint32_t>(60 * 34)}));
+  const Held<CBitmap> picture = pixelPicture(60, 34, std::vector<std::uint32_t>(60 * 34));
   for (const bool isPicture : {false, true}) {
     MenuDesk desk;
     if (isPicture) desk.menu->openBitmap = picture.get();

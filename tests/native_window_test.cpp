@@ -56,6 +56,7 @@ class Log final : public WindowEvents {
     add("drop", x, y);
     lines.insert(lines.end(), files.begin(), files.end());
   }
+  void windowResized(int width, int height) override { add("size", width, height); }
   void windowGone() override { add("gone"); }
   std::unique_ptr<NativeWindow>* closes = nullptr;  // at a release
   Lines take() { return std::exchange(lines, {}); }
@@ -333,6 +334,44 @@ TEST_F(NativeWindowTest, LeavesTheProcessTheErrorsOfOthersAndNoOpenFiles) {
 }
 
 // A host on another window system goes on when the X server goes, and may expect no SIGPIPE.
+// Sizes that others give it, as a window manager does, are told; those that it asked for are not,
+// nor what the server said before it had heard of them.
+TEST_F(NativeWindowTest, TakesASizeAndTellsOfOnesThatOthersGiveIt) {
+  for (const Window parent : {host.window, Window{0}}) {
+    ours = open(parent);
+    heard();
+    const auto handle = static_cast<Window>(ours->handle());
+    const auto size = [&] {
+      XWindowAttributes attributes{};
+      XGetWindowAttributes(robot.connection(), handle, &attributes);
+      return std::pair(attributes.width, attributes.height);
+    };
+    const auto sizesHeard = [&] {
+      Lines lines = heard();
+      std::erase_if(lines, [](const std::string& line) { return !line.starts_with("size"); });
+      return lines;
+    };
+    ours->resize(300, 150);
+    EXPECT_EQ(sizesHeard(), Lines{});
+    EXPECT_EQ(size(), std::pair(300, 150));
+    XResizeWindow(robot.connection(), handle, 310, 160);
+    XSync(robot.connection(), False);
+    EXPECT_EQ(sizesHeard(), Lines{"size 310 160"});
+    XResizeWindow(robot.connection(), handle, 250, 140);
+    XSync(robot.connection(), False);
+    ours->resize(200, 100);  // what others did is old news by now
+    EXPECT_EQ(sizesHeard(), Lines{});
+    EXPECT_EQ(size(), std::pair(200, 100));
+    if (parent == 0) {
+      XSizeHints hints{};
+      long given = 0;
+      XGetWMNormalHints(robot.connection(), handle, &hints, &given);
+      EXPECT_EQ(std::pair(hints.min_width, hints.max_height), std::pair(200, 100));
+    }
+    ours.reset();
+  }
+}
+
 TEST(PipeSignal, OfAServerThatWentReachesNobody) {
   int ends[2];
   ASSERT_EQ(pipe(ends), 0);

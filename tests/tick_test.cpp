@@ -5,6 +5,7 @@
 #include <array>
 
 #include "support/desk.hpp"
+#include "support/pixel_picture.hpp"
 #include "toolkit/knob.hpp"
 #include "toolkit/scope_view.hpp"
 
@@ -20,7 +21,7 @@ namespace zum::test {
 
 TEST(Tick, TakesNoMemory) {
   Desk desk;
-  const Held<CBitmap> strip(new CBitmap({30, 60, std::vector<std::uint32_t>(1800, 0xFF00FF00)}));
+  const Held<CBitmap> strip = pixelPicture(30, 60, std::vector<std::uint32_t>(1800, 0xFF00FF00));
   float variable = 0.0F;
   desk.add<KvKnob>(CRect{0, 0, 30, 30}, 1, strip.get(), 30, 2, 1.0F)->bind(&variable, 1.0F, 0.0F);
   std::array<float, 139> ring{};

@@ -12,8 +12,9 @@
 #include <vector>
 
 #include "engine/display_values.hpp"
+#include "support/pixel_picture.hpp"
 #include "toolkit/buffer_draw.hpp"
-#include "toolkit/view/bitmap.hpp"
+#include "toolkit/view/bitmap_file.hpp"
 #include "toolkit/view/control.hpp"
 #include "toolkit/view/draw_context.hpp"
 
@@ -34,6 +35,7 @@ class Canvas {
     CDrawContext(surface.get(), kAll).drawRect(kAll, DrawStyle::filled);
     context.setFont(font.get());
   }
+  cairo_surface_t* picture() const { return surface.get(); }
   std::uint32_t at(int x, int y) const {
     cairo_surface_flush(surface.get());
     const unsigned char* row = cairo_image_surface_get_data(surface.get()) +
@@ -82,21 +84,25 @@ std::string bitmapFile(int height = 2) {
   return file + (height > 0 ? below + above : above + below);
 }
 
-std::optional<Pixels> read(const std::string& file) {
-  return readBitmapFile({reinterpret_cast<const std::byte*>(file.data()), file.size()});
+/// Empty for no bitmap.
+Row read(const std::string& file) {
+  const auto opened =
+      BitmapFile::open({reinterpret_cast<const std::byte*>(file.data()), file.size()});
+  if (!opened) return {};
+  Row words(static_cast<std::size_t>(opened->width()) * static_cast<std::size_t>(opened->height()));
+  opened->copyRows(0, opened->height(), words.data(), static_cast<std::size_t>(opened->width()));
+  return words;
 }
 
 TEST(BitmapFile, IsReadFromEitherEndAndRefusedWhenItDoesNotFit) {
   for (const std::int32_t height : {2, -2}) {
-    const auto pixels = read(bitmapFile(height));
-    ASSERT_TRUE(pixels);
-    EXPECT_EQ(pixels->words, (Row{0xFFFF0000, 0xFF00FF00, 0xFF0000FF,  //
-                                  0xFFFFFFFF, 0xFF000000, 0xFF010203}))
+    EXPECT_EQ(read(bitmapFile(height)), (Row{0xFFFF0000, 0xFF00FF00, 0xFF0000FF,  //
+                                             0xFFFFFFFF, 0xFF000000, 0xFF010203}))
         << height;
   }
   const std::string good = bitmapFile();
   for (std::size_t bytes = 0; bytes < good.size(); ++bytes) {
-    EXPECT_FALSE(read(good.substr(0, bytes))) << bytes;
+    EXPECT_TRUE(read(good.substr(0, bytes)).empty()) << bytes;
   }
   const std::pair<std::size_t, std::vector<std::uint32_t>> wrong[] = {
       {0, {0}},
@@ -110,13 +116,13 @@ TEST(BitmapFile, IsReadFromEitherEndAndRefusedWhenItDoesNotFit) {
     for (const std::uint32_t word : words) {
       std::string file = good;
       std::memcpy(file.data() + at, &word, 4);
-      EXPECT_FALSE(read(file)) << at << ' ' << word;
+      EXPECT_TRUE(read(file).empty()) << at << ' ' << word;
     }
   }
 }
 
 TEST(Bitmap, DrawsPartsWithAndWithoutItsKeyColour) {
-  const Held<CBitmap> bitmap(new CBitmap(*read(bitmapFile())));
+  const Held<CBitmap> bitmap = pixelPicture(3, 2, read(bitmapFile()));
   Canvas canvas;
   bitmap->setTransparentColor({0, 0, 255, 7});
   bitmap->draw(canvas.context, {10, 5, 12, 6}, {1, 0});
@@ -187,12 +193,76 @@ TEST(DrawContext, TakesLettersThatAFontLacksFromAnother) {
   EXPECT_EQ(canvas.context.getStringWidth("e\xCC\x81"), canvas.context.getStringWidth("\xC3\xA9"));
 }
 
+// At every factor: what shares a pixel of the screen with a part that is drawn again is found.
+TEST(Scale, KeepsEdgesTogetherAndMissesNothing) {
+  for (int percent = 100; percent <= 300; ++percent) {
+    const Scale scale(percent / 100.0);
+    for (int x = 0; x < 509; ++x) {
+      const CRect touched = scale.outward({x, 0, x + 1, 1});
+      ASSERT_GT(scale.rounded(x + 1), scale.rounded(x)) << percent;
+      ASSERT_GE(scale.rounded(x), touched.left) << percent;
+      ASSERT_LE(scale.rounded(x + 1), touched.right) << percent;
+      ASSERT_GE(scale.lineStart(x), touched.left) << percent;
+      ASSERT_LE(scale.lineStart(x) + scale.lineWidth(), touched.right) << percent;
+      for (int pixel = touched.left; pixel < touched.right; ++pixel) {
+        ASSERT_TRUE(scale.logical(CRect{pixel, 0, pixel + 1, 1}).intersects({x, 0, x + 1, 1}))
+            << percent << ' ' << x;
+      }
+      const CRect back = scale.logical(touched);
+      ASSERT_TRUE(back.left <= x && back.right > x) << percent;
+    }
+    ASSERT_LT(scale.logical(CPoint{scale.rounded(508) - 1, 0}).x, 508) << percent;
+  }
+  EXPECT_EQ(Scale(kNoNumber).factor(), 1.0);
+  EXPECT_EQ(Scale(99.0).factor(), 3.0);
+  EXPECT_EQ(Scale(1.1).outward({0, 0, 10, 470}), (CRect{0, 0, 11, 517}));  // no pixel more
+}
+
+TEST(FrameCache, KeepsWhatWindowsShowAndForgetsTheRest) {
+  FrameCache& cache = FrameCache::get();
+  const auto picture = pixelPicture(1, 1, {0});
+  const auto key = [&](int frame, double factor) {
+    return FrameCache::Key{picture.get(), frame, false, factor, 0, 0};
+  };
+  const auto keep = [&](int frame, double factor) {  // a mebibyte each
+    cache.keep(key(frame, factor),
+               Surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, 512, 512)));
+  };
+  const std::size_t before = cache.bytes();
+  {
+    const CacheUser small(1.0);
+    {
+      const CacheUser large(2.0);
+      for (int i = 0; i < 24; ++i) keep(i, i % 2 == 0 ? 1.0 : 2.0);
+      EXPECT_NE(cache.find(key(0, 1.0)), nullptr);  // used again: the next one goes for it
+      keep(24, 1.0);
+      EXPECT_NE(cache.find(key(0, 1.0)), nullptr);
+      EXPECT_EQ(cache.find(key(1, 2.0)), nullptr);
+    }
+    EXPECT_EQ(cache.find(key(3, 2.0)), nullptr);  // nobody is that large any more
+    EXPECT_NE(cache.find(key(2, 1.0)), nullptr);
+  }
+  EXPECT_EQ(cache.bytes(), before);
+}
+
+TEST(DrawContext, DrawsPicturesFromPixelsOrAnewByTheScale) {
+  const Held<CBitmap> bitmap = pixelPicture(3, 2, read(bitmapFile()));
+  Canvas canvas;
+  CDrawContext twice(canvas.picture(), Canvas::kAll, Scale(2.0));
+  bitmap->draw(twice, {3, 2, 5, 4}, {1, 0});
+  EXPECT_EQ(canvas.row(5, 4, 6), (Row{kWhite, kGreen, kGreen, 0x0000FF, 0x0000FF, kWhite}));
+  EXPECT_EQ(canvas.painted({6, 4, 10, 8}), std::pair(16, 0));
+  twice.setFrameColor(kRedColor);
+  twice.drawRect({8, 1, 12, 4}, DrawStyle::stroked);  // two pixels of the screen thick
+  EXPECT_EQ(canvas.painted({16, 2, 24, 8}).first, 8 * 6 - 4 * 2);
+}
+
 TEST(View, DrawsThePartOfItsBackgroundThatIsAskedFor) {
   struct Plain final : CView {
     using CView::CView;
   };
   const Held<Plain> view(new Plain({10, 5, 13, 7}));
-  view->setBackground(Held<CBitmap>(new CBitmap(*read(bitmapFile()))));
+  view->setBackground(pixelPicture(3, 2, read(bitmapFile())));
   view->setDirty(true);
   Canvas canvas;
   view->drawRect(canvas.context, {11, 0, 40, 6});

@@ -1,5 +1,5 @@
-// A canvas for traces: one value for each column of pixels, drawn with a soft edge. Used by scopes
-// and wave pictures.
+// A canvas for traces: one value for each column of the screen's pixels, drawn with a soft edge.
+// Used by scopes and wave pictures.
 #pragma once
 
 #include <array>
@@ -11,14 +11,15 @@
 
 namespace zum {
 
-/// [main] Only setBounds allocates.
+/// [main] Only fit allocates.
 class KvBufferDraw {
  public:
   enum class Style : std::uint8_t { filled, outline };
 
-  explicit KvBufferDraw(const CRect& bounds);
+  explicit KvBufferDraw(const CRect& bounds, const Scale& scale = {});
 
-  void setBounds(const CRect& bounds);
+  /// True when the canvas was made anew, and is to be rendered.
+  bool fit(const CRect& bounds, const Scale& scale);
   /// The trace runs into the shade where it rises, and from the shade into the highlight where it
   /// falls.
   void setColors(CColor trace, CColor shade, CColor highlight);
@@ -29,11 +30,15 @@ class KvBufferDraw {
   void render(Style style);
   KvRawBlit& picture() { return *canvas; }
 
+ protected:
+  const Scale& scale() const { return screen; }
+
  private:
   int heightOf(std::size_t column) const;
 
   static constexpr std::size_t kHalf = 256;
   CRect rect;
+  Scale screen;
   std::unique_ptr<KvRawBlit> canvas;
   std::vector<float> values;
   std::array<std::uint32_t, 2 * kHalf> ramp{};
@@ -47,10 +52,14 @@ class KvBufferDrawAuto : public KvBufferDraw {
 
   /// `samples` of `length`, and the place that was written last; both outlive this.
   void setRing(const float* samples, const std::int32_t* writeIndex, int length);
-  /// Takes a sample for each column, the oldest first. What is outside of 0..1 counts as 0.
+  /// Takes a sample for each column, the oldest first; on finer screens a value between two where
+  /// there are fewer samples. What is outside of 0..1 counts as 0.
   void fetch();
 
  private:
+  float sampleAt(int index) const;
+  void fetchBetween();
+
   const float* ring = nullptr;
   const std::int32_t* newest = nullptr;
   int size = 0;

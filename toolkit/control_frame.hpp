@@ -28,6 +28,8 @@ class CEditorInterface {
   virtual std::string infoOf(const KvControl& /*control*/) { return "no info"; }
   /// The user wants to type its value. False where there is nothing to type.
   virtual bool typeValue(KvControl& /*control*/) { return false; }
+  /// The user or the system gave the window another size, in pixels of the screen.
+  virtual void windowResized(int /*width*/, int /*height*/) {}
   /// A box is open that must be answered first: mouse and keys mean nothing meanwhile.
   virtual bool isBlocked() const { return false; }
 };
@@ -36,7 +38,8 @@ class CEditorInterface {
 class KvFrame final : public CFrame {
  public:
   /// The editor, null for none, and the font outlive the frame.
-  KvFrame(const CRect& rect, CEditorInterface* hostEditor) : CFrame(rect), editor(hostEditor) {}
+  KvFrame(const CRect& rect, CEditorInterface* hostEditor, double factor = 1.0)
+      : CFrame(rect, factor), editor(hostEditor) {}
 
   void setDefaultFont(const CFontDesc* font) { defaultFont = font; }
   const CFontDesc* getDefaultFont() const { return defaultFont; }
@@ -96,6 +99,9 @@ class KvFrame final : public CFrame {
   void tick();
   void takeFiles(CPoint where, const std::vector<std::string>& paths) override;
   bool tellKey(const WindowKey& key, bool repeats);
+  void takeSize(int width, int height) override {
+    if (editor != nullptr) editor->windowResized(width, height);
+  }
   bool isOnTop(const CView* view) const;
   bool isBlocked() const { return editor != nullptr && editor->isBlocked(); }
 

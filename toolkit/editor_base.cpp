@@ -13,7 +13,7 @@ PictureTable& KvEditorBase::pictures() {
 
 bool KvEditorBase::open(void* parent, const CFontDesc* font, const CFrame::WindowOpener& opener) {
   if (isOpen()) return false;
-  frame = Held<KvFrame>(new KvFrame(bounds, this));
+  frame = Held<KvFrame>(new KvFrame(bounds, this, factor()));
   frame->setDefaultFont(font);
   frame->walkByKeys();
   // The title is for a window of its own; inside of a host's nobody sees it.
@@ -23,7 +23,7 @@ bool KvEditorBase::open(void* parent, const CFontDesc* font, const CFrame::Windo
     return false;
   }
   pictures().open(pictureSource);
-  WindowServices::get().attach(this, {frame->nativeHandle(), opener});
+  WindowServices::get().attach(this, {frame->nativeHandle(), opener, factor()});
   return true;
 }
 
@@ -33,6 +33,13 @@ void KvEditorBase::close() {
   frame = {};
   pictures().close();
   WindowServices::get().detach(this);
+}
+
+void KvEditorBase::setFactor(double factor) {
+  screen = Scale(factor);
+  if (!isOpen()) return;
+  holdFrame()->setFactor(factor);
+  WindowServices::get().rescale(this, screen.factor());
 }
 
 void KvEditorBase::idle() {
@@ -47,7 +54,7 @@ void KvEditorBase::idle() {
 }
 
 void KvEditorBase::redraw(const CRect& part) {
-  if (frame) frame->invalidRect(part);
+  if (frame) frame->invalidRect(screen.logical(part));
 }
 
 bool KvEditorBase::keyDown(const WindowKey& key) {

@@ -16,19 +16,25 @@ namespace zum {
 /// the pages that are shown.
 class KvEditorBase : protected CEditorInterface {
  public:
-  KvEditorBase(const CRect& windowRect, GroupMask& mask, PictureTable::Source source)
-      : bounds(windowRect), groupMask(mask), pictureSource(std::move(source)) {}
+  KvEditorBase(const CRect& windowRect, GroupMask& mask, const PictureSource& source)
+      : bounds(windowRect), groupMask(mask), pictureSource(source) {}
   ~KvEditorBase() override { KvEditorBase::close(); }
 
-  /// Loads the pictures and opens an empty frame; from now on dialogs and messages are shown.
+  /// Opens the pictures and an empty frame; from now on dialogs and messages are shown.
   /// False when the system has no window to give; then it stays closed.
   virtual bool open(void* parent) { return open(parent, nullptr, openNativeWindow); }
   virtual void close();
   virtual void idle();
   bool isOpen() const { return static_cast<bool>(frame); }
 
+  /// At factor 1.
   const CRect& windowRect() const { return bounds; }
-  /// A part of the window was lost.
+  /// Pixels of the screen for one of those, 1 to 3; kept while the window is closed.
+  void setFactor(double factor);
+  double factor() const { return screen.factor(); }
+  /// Of the window, in pixels of the screen.
+  CPoint screenSize() const { return screen.rounded(CPoint{bounds.right, bounds.bottom}); }
+  /// A part of the window was lost, in pixels of the screen.
   void redraw(const CRect& part);
   /// [any] Everything is drawn again at the next idle.
   void requestFullRedraw() ZUM_REALTIME { redrawWanted.store(true); }
@@ -62,9 +68,10 @@ class KvEditorBase : protected CEditorInterface {
   bool isBlocked() const override { return WindowServices::get().isMessageOpen(); }
 
   CRect bounds;
+  Scale screen;
   Held<KvFrame> frame;
   GroupMask& groupMask;
-  PictureTable::Source pictureSource;
+  const PictureSource& pictureSource;
   std::atomic<bool> redrawWanted{false};
   std::atomic<bool> updateWanted{false};
 };

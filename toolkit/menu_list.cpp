@@ -7,11 +7,11 @@ namespace {
 
 constexpr int kMarkWidth = 12;  // of the sign of a sub-menu, pixels
 
-int widestText(const CFontDesc* font, int size, const MenuRows& rows) {
+int widestText(const CFontDesc* font, int size, const MenuRows& rows, const Scale& scale) {
   cairo_surface_t* const surface = cairo_image_surface_create(CAIRO_FORMAT_RGB24, 1, 1);
   int widest = 0;
   {
-    CDrawContext context(surface, {0, 0, 1, 1});
+    CDrawContext context(surface, {0, 0, 1, 1}, scale);
     context.setFont(font, size);
     for (int row = 0; row < rows.size(); ++row) {
       widest = std::max(widest, context.getStringWidth(rows[row].text));
@@ -36,8 +36,8 @@ MenuList::MenuList(MenuRows& shown, const Style& listStyle, const CRect& space, 
     const int itemHeight = style.look.itemHeight;
     const int seen = std::min(rows.size(), std::max((room.height() - 2) / itemHeight, 1));
     scroll.setRows(rows.size(), seen);
-    width = widestText(style.font, style.look.fontSize, rows) + 2 * kMenuTextInset + kMarkWidth +
-            (scroll.isNeeded() ? MenuScroll::kWidth : 0);
+    width = widestText(style.font, style.look.fontSize, rows, style.scale) + 2 * kMenuTextInset +
+            kMarkWidth + (scroll.isNeeded() ? MenuScroll::kWidth : 0);
     width = std::min(std::max(width, leastWidth), room.width());
     height = seen * itemHeight + 2;
   }

@@ -40,6 +40,7 @@ class MenuList {
     CColor textColor = kBlackColor;
     CColor backgroundColor = kWhiteColor;
     CBitmap* picture = nullptr;  // of the whole list; sub-menus have none
+    Scale scale;                 // of the window that it lies in
   };
   /// Whether a row is what the menu shows when it is closed.
   using InUse = std::function<bool(const MenuRows& rows, int row)>;

@@ -279,7 +279,7 @@ void KvOptionMenu::popup(PopupMode mode, const CPoint* where, int popupTag) {
   const CPoint corner =
       where != nullptr ? *where : CPoint{size.left + listOffsetX, size.top + listOffsetY};
   list = std::make_unique<MenuList>(
-      rows, MenuList::Style{look, font, textColor, backgroundColor, openBitmap},
+      rows, MenuList::Style{look, font, textColor, backgroundColor, openBitmap, getFrame().scale()},
       getFrame().getViewSize(), corner, size.width());
   ignoreNextUp = true;
   KvControl::popup(mode, where, popupTag);

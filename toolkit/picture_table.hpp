@@ -1,10 +1,10 @@
-// The pictures of a window, shared by all windows of its kind in a process: made with the first one
-// that opens, gone with the last one that closes.
+// The pictures of a window, shared by all windows of its kind in a process: there with the first
+// one that opens, gone with the last one that closes.
 #pragma once
 
+#include <cairo.h>
+
 #include <cstddef>
-#include <functional>
-#include <optional>
 #include <span>
 #include <vector>
 
@@ -12,29 +12,30 @@
 
 namespace zum {
 
+/// Where pictures come from, by their ids. Outlives what is opened with it.
+class PictureSource {
+ public:
+  PictureSource() = default;
+  PictureSource(const PictureSource&) = delete;
+  PictureSource& operator=(const PictureSource&) = delete;
+  virtual ~PictureSource() = default;
+
+  /// Of a picture's bitmap file, with all frames at factor 1; empty for none.
+  virtual std::span<const std::byte> bytes(int id) const = 0;
+  virtual PictureShape shape(int id) const = 0;
+  /// As `PictureFrames::draw`.
+  virtual void draw(cairo_t* cr, int id, int frame) const = 0;
+};
+
 /// [main]
 class PictureTable {
  public:
-  /// The bytes of a picture's bitmap file by its id; empty for none.
-  using Source = std::function<std::span<const std::byte>(int id)>;
-
   /// Ids from `first` on, without a gap.
   PictureTable(int first, std::size_t count) : firstId(first), pictures(count) {}
 
-  /// Each call wants a close(). A picture that is no bitmap stays null.
-  void open(const Source& source) {
-    if (users++ > 0) return;
-    int id = firstId;
-    for (Held<CBitmap>& picture : pictures) {
-      if (const auto pixels = readBitmapFile(source(id++))) {
-        picture = Held<CBitmap>(new CBitmap(*pixels));
-      }
-    }
-  }
-  void close() {
-    if (--users > 0) return;
-    for (Held<CBitmap>& picture : pictures) picture = {};
-  }
+  /// Each call wants a close(). A picture that is no bitmap of its shape stays null.
+  void open(const PictureSource& source);
+  void close();
   /// Null for an id that there is not, and while nothing is open.
   CBitmap* get(int id) const {
     if (id < firstId || id >= firstId + static_cast<int>(pictures.size())) return nullptr;

@@ -16,7 +16,10 @@ void KvRawBlit::fill(std::uint32_t pixel) { std::fill(pixels.begin(), pixels.end
 
 void KvRawBlit::blit(CDrawContext& context, const CRect& rect, CPoint offset) {
   cairo_surface_mark_dirty(surface.get());
-  context.drawPicture(surface.get(), {width, height}, rect, offset, 1.0);
+  const Scale& scale = context.scale();
+  const CPoint corner = scale.rounded(CPoint{rect.left - offset.x, rect.top - offset.y});
+  const CRect all = CRect{0, 0, width, height}.movedBy(corner.x, corner.y);
+  context.drawPicture(surface.get(), corner, all.meet(scale.rounded(rect)), 1.0);
 }
 
 }  // namespace zum

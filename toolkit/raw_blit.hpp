@@ -15,7 +15,7 @@ namespace zum {
 /// [main]
 class KvRawBlit {
  public:
-  /// Sides in pixels, at least 1 each.
+  /// Sides in pixels of the screen, at least 1 each.
   KvRawBlit(int pixelWidth, int pixelHeight);
 
   int getWidth() const { return width; }
@@ -23,7 +23,7 @@ class KvRawBlit {
   /// 0xRRGGBB, from the left; `y` inside the height.
   std::uint32_t* row(int y) { return pixels.data() + std::size_t(y) * std::size_t(width); }
   void fill(std::uint32_t pixel);
-  /// The part that starts at `offset`, into `rect`.
+  /// The part that starts at `offset`, into `rect`, both logical.
   void blit(CDrawContext& context, const CRect& rect, CPoint offset);
 
   static constexpr std::uint32_t pixelOf(CColor color) {

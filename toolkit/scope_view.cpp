@@ -1,16 +1,20 @@
 #include "toolkit/scope_view.hpp"
 
+#include "toolkit/control_frame.hpp"
+
 namespace zum {
 
 KvScopeView::KvScopeView(const CRect& rect, CControlListener* controlListener, int controlTag,
                          KvFrame& owner, KvBufferDraw::Style traceStyle)
-    : KvControl(rect, controlListener, controlTag, owner), canvas(rect), style(traceStyle) {
+    : KvControl(rect, controlListener, controlTag, owner),
+      canvas(rect, owner.scale()),
+      style(traceStyle) {
   setMouseEnabled(false);
 }
 
 void KvScopeView::drawRect(CDrawContext& context, const CRect& area) {
   if (!isShown()) return;
-  if (!initialised) idleStep(0);
+  if (canvas.fit(getViewSize(), context.scale()) || !initialised) render();
   initialised = true;
   const CRect part = area.meet(getViewSize());
   const CPoint corner = getViewSize().topLeft();
@@ -22,16 +26,16 @@ void KvScopeView::drawRect(CDrawContext& context, const CRect& area) {
 void KvScopeView::idleStep(int /*flag*/) {
   pending &= isShown();  // a page comes back with a trace of its own time
   if (!isShown() || pending) return;
-  canvas.setBackground(backgroundColor);
-  canvas.fetch();
-  canvas.render(style);
+  canvas.fit(getViewSize(), getFrame().scale());
+  render();
   pending = true;
   setDirty(true);
 }
 
-void KvScopeView::setBounds(int left, int top, int right, int bottom) {
-  KvControl::setBounds(left, top, right, bottom);
-  canvas.setBounds(getViewSize());
+void KvScopeView::render() {
+  canvas.setBackground(backgroundColor);
+  canvas.fetch();
+  canvas.render(style);
 }
 
 }  // namespace zum

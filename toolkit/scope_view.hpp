@@ -26,10 +26,10 @@ class KvScopeView final : public KvControl {
     return MouseResult::notHandled;
   }
   void idleStep(int flag) override;
-  void setBounds(int left, int top, int right, int bottom) override;
 
  private:
   ~KvScopeView() override = default;
+  void render();
 
   KvBufferDrawAuto canvas;
   KvBufferDraw::Style style;

@@ -1,12 +1,14 @@
 #include "toolkit/wave_form_view.hpp"
 
+#include "toolkit/control_frame.hpp"
+
 namespace zum {
 
 KvWaveFormView::KvWaveFormView(const CRect& rect, CControlListener* controlListener, int controlTag,
                                KvFrame& owner, const Waves& fiveWaves, const float* styleVariable,
                                const float* waveVariable)
     : KvControl(rect, controlListener, controlTag, owner),
-      canvas(rect),
+      canvas(rect, owner.scale()),
       freeWaves(fiveWaves),
       syncedWaves(fiveWaves),
       formA{styleVariable, 1.0F, -1.0F},
@@ -16,6 +18,7 @@ KvWaveFormView::KvWaveFormView(const CRect& rect, CControlListener* controlListe
 
 void KvWaveFormView::draw(CDrawContext& context) {
   idleStep(0);
+  if (canvas.fit(getViewSize(), context.scale())) render();
   canvas.picture().blit(context, getViewSize(), {0, 0});
 }
 
@@ -42,12 +45,6 @@ void KvWaveFormView::render() {
   }
   canvas.setBackground(backgroundColor);
   canvas.render(KvBufferDraw::Style::outline);
-}
-
-void KvWaveFormView::setBounds(int left, int top, int right, int bottom) {
-  KvControl::setBounds(left, top, right, bottom);
-  canvas.setBounds(getViewSize());
-  drawnB = -1.0F;
 }
 
 }  // namespace zum

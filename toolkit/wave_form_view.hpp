@@ -32,7 +32,6 @@ class KvWaveFormView final : public KvControl {
     return MouseResult::notHandled;
   }
   void idleStep(int flag) override;
-  void setBounds(int left, int top, int right, int bottom) override;
 
   bool frozen = false;  // keeps its picture
 

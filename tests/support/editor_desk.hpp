@@ -1,6 +1,7 @@
 // The effect's own window without a screen, in a host that a test is.
 #pragma once
 
+#include <cmath>
 #include <map>
 #include <memory>
 #include <string>
@@ -48,17 +49,23 @@ class EditorDesk {
     }
   }
 
-  // At a place of the window.
+  /// The first pixel of the screen inside of one of the window at factor 1.
+  CPoint onScreen(CPoint at) {
+    const double factor = editor().factor();
+    return {static_cast<int>(std::ceil(at.x * factor - 1e-6)),
+            static_cast<int>(std::ceil(at.y * factor - 1e-6))};
+  }
+  // At a place of the window at factor 1.
   void press(CPoint at, int word = buttons::kLeft) {
-    window->press(at.x, at.y, word);
+    window->press(onScreen(at).x, onScreen(at).y, word);
     tick();
   }
   void move(CPoint at, int word = buttons::kLeft) {
-    window->move(at.x, at.y, word);
+    window->move(onScreen(at).x, onScreen(at).y, word);
     tick();
   }
   void release(CPoint at) {
-    window->release(at.x, at.y);
+    window->release(onScreen(at).x, onScreen(at).y);
     tick();
   }
   void click(CPoint at, int word = buttons::kLeft) {

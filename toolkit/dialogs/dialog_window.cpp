@@ -42,16 +42,18 @@ class WordButton final : public KvButton {
 
 }  // namespace
 
-DialogWindow::DialogWindow(CPoint size)
-    : font(new CFontDesc("Arial", 12)), frame(new KvFrame({0, 0, size.x, size.y}, this)) {
+DialogWindow::DialogWindow(CPoint size, const DialogPlace& shownAt)
+    : shownPlace(shownAt),
+      font(new CFontDesc("Arial", 12)),
+      frame(new KvFrame({0, 0, size.x, size.y}, this, shownAt.factor)) {
   frame->setDefaultFont(font.get());
   put(new Panel(frame->getViewSize()));
 }
 
 DialogWindow::~DialogWindow() { frame->shut(); }
 
-void DialogWindow::open(const DialogPlace& place, const std::string& title) {
-  frame->open(0, title, place.opener, place.inFrontOf);
+void DialogWindow::open(const std::string& title) {
+  frame->open(0, title, shownPlace.opener, shownPlace.inFrontOf);
 }
 
 KvButton* DialogWindow::addButton(const char* caption, int tag, int fromRight) {

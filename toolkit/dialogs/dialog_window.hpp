@@ -13,6 +13,7 @@ namespace zum {
 struct DialogPlace {
   std::uintptr_t inFrontOf = 0;  // the window that it belongs to, as the system names it
   CFrame::WindowOpener opener = openNativeWindow;
+  double factor = 1.0;  // pixels of the screen for a logical one
 };
 
 /// [main]
@@ -31,12 +32,12 @@ class DialogWindow : protected CControlListener, protected CEditorInterface {
   static constexpr int kCancelTag = 2;
 
  protected:
-  static constexpr int kMargin = 12;  // pixels, as all below
+  static constexpr int kMargin = 12;  // logical pixels, as all below
   static constexpr int kButtonWidth = 90;
   static constexpr int kButtonHeight = 24;
 
-  explicit DialogWindow(CPoint size);
-  void open(const DialogPlace& place, const std::string& title);
+  DialogWindow(CPoint size, const DialogPlace& shownAt);
+  void open(const std::string& title);
 
   template <class View>
   View* put(View* view) {
@@ -56,6 +57,7 @@ class DialogWindow : protected CControlListener, protected CEditorInterface {
   bool keyReleased(const WindowKey& /*key*/) override { return true; }
 
  private:
+  const DialogPlace shownPlace;
   Held<CFontDesc> font;
   Held<KvFrame> frame;
   bool answered = false;

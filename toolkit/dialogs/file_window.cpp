@@ -34,7 +34,7 @@ bool isFolder(const std::string& path) { return listFolder(path).has_value(); }
 }  // namespace
 
 FileWindow::FileWindow(FileChoice what, const FileQuestion& question, const DialogPlace& place)
-    : DialogWindow(kSize), choice(what), asked(question) {
+    : DialogWindow(kSize, place), choice(what), asked(question) {
   KvFrame& owner = getFrame();
   const int right = kSize.x - kEdge;
   const int fieldTop = kSize.y - 2 * kEdge - kButtonHeight - kFieldHeight;
@@ -53,7 +53,7 @@ FileWindow::FileWindow(FileChoice what, const FileQuestion& question, const Dial
   enter(kTopFolder);
   enter(toInternalPath(userHome().string()));
   if (isAbsolutePath(question.startFolder)) enter(question.startFolder);
-  open(place, question.title);
+  open(question.title);
 }
 
 std::string FileWindow::pathOf(const std::string& entry) const {

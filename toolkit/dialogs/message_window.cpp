@@ -11,27 +11,27 @@ constexpr int kWidth = 400;      // pixels
 constexpr int kTextMargin = 18;  // of the text, pixels
 constexpr int kBelow = 54;       // for the buttons, pixels
 
-std::vector<std::string> linesOf(const Message& message) {
+std::vector<std::string> linesOf(const Message& message, double factor) {
   const Held<CFontDesc> font(new CFontDesc("Arial", 12));
-  return wrapText(message.text, *font.get(), kWidth - 2 * kTextMargin);
+  return wrapText(message.text, *font.get(), kWidth - 2 * kTextMargin, Scale(factor));
 }
 
-int heightOf(const Message& message) {
-  const auto count = static_cast<int>(linesOf(message).size());
+int heightOf(const Message& message, double factor) {
+  const auto count = static_cast<int>(linesOf(message, factor).size());
   return kTextMargin + count * WrappedText::kLineHeight + kBelow;
 }
 
 }  // namespace
 
 MessageWindow::MessageWindow(Message shown, const DialogPlace& place)
-    : DialogWindow({kWidth, heightOf(shown)}), message(std::move(shown)) {
+    : DialogWindow({kWidth, heightOf(shown, place.factor)}, place), message(std::move(shown)) {
   const CRect all = getFrame().getViewSize();
   put(new WrappedText({kTextMargin, kTextMargin, all.right - kTextMargin, all.bottom - kBelow},
-                      linesOf(message), getFont()));
+                      linesOf(message, place.factor), getFont()));
   const bool isQuestion = static_cast<bool>(message.answer);
   if (isQuestion) addButton("Cancel", kCancelTag, 0);
   addButton("OK", kOkTag, isQuestion ? 1 : 0);
-  open(place, message.caption);
+  open(message.caption);
 }
 
 }  // namespace zum

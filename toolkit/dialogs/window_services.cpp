@@ -28,6 +28,12 @@ void WindowServices::attach(const void* window, const DialogPlace& shownAt) {
   setFileDialogs(dialogs.get());
 }
 
+void WindowServices::rescale(const void* window, double factor) {
+  for (auto& [each, place] : windows) {
+    if (each == window) place.factor = factor;
+  }
+}
+
 // What is answered here may open a window again.
 void WindowServices::detach(const void* window) {
   std::erase_if(windows, [window](const auto& each) { return each.first == window; });

@@ -19,6 +19,8 @@ class WindowServices {
 
   /// A window opened. Dialogs come up in front of the newest one.
   void attach(const void* window, const DialogPlace& place);
+  /// Its dialogs come up at this factor from now on.
+  void rescale(const void* window, double factor);
   /// It closed. With the last one everything that is open is closed, and answered as cancelled.
   void detach(const void* window);
   /// Every tick of every window. What is answered here may close windows.

@@ -5,13 +5,14 @@
 #include "toolkit/dialogs/dialog_look.hpp"
 
 namespace zum {
-std::vector<std::string> wrapText(std::string_view text, const CFontDesc& font, int width) {
+std::vector<std::string> wrapText(std::string_view text, const CFontDesc& font, int width,
+                                  const Scale& scale) {
   constexpr std::size_t kMostBytes = 8192;
-  PangoLayout* const layout = pango_layout_copy(font.layoutAt(font.getSize()));
+  PangoLayout* const layout = pango_layout_copy(font.layoutAt(font.getSize() * scale.factor()));
   pango_layout_set_single_paragraph_mode(layout, FALSE);
   pango_layout_set_ellipsize(layout, PANGO_ELLIPSIZE_NONE);
   pango_layout_set_wrap(layout, PANGO_WRAP_WORD_CHAR);
-  pango_layout_set_width(layout, width * PANGO_SCALE);
+  pango_layout_set_width(layout, scale.rounded(width) * PANGO_SCALE);
   setLayoutText(layout, std::string(text.substr(0, kMostBytes)));
 
   std::vector<std::string> lines;

@@ -9,9 +9,10 @@
 
 namespace zum {
 
-/// Lines that are no wider than `width` pixels: cut at line ends, between words, and inside of a
-/// word that is too wide, as paths are.
-std::vector<std::string> wrapText(std::string_view text, const CFontDesc& font, int width);
+/// Lines that are no wider than `width` logical pixels where they are drawn at `scale`: cut at line
+/// ends, between words, and inside of a word that is too wide, as paths are.
+std::vector<std::string> wrapText(std::string_view text, const CFontDesc& font, int width,
+                                  const Scale& scale = {});
 /// More of a text is not shown, it may come from a file: the last line then ends in an ellipsis.
 inline constexpr std::size_t kMostLines = 30;
 

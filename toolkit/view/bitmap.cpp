@@ -1,7 +1,7 @@
 #include "toolkit/view/bitmap.hpp"
 
 #include <algorithm>
-#include <cstring>
+#include <cmath>
 
 #include "toolkit/view/draw_context.hpp"
 
@@ -9,63 +9,105 @@ namespace zum {
 namespace {
 
 constexpr std::uint32_t kRgb = 0x00FFFFFFU;
+constexpr double kPhases = 1 << 24U;  // to a pixel of the screen
 
-std::uint32_t* rowOf(cairo_surface_t* surface, int row) {
-  unsigned char* data = cairo_image_surface_get_data(surface);
-  return reinterpret_cast<std::uint32_t*>(
-      data + static_cast<std::ptrdiff_t>(cairo_image_surface_get_stride(surface)) * row);
+std::int32_t phaseOf(int at, const Scale& scale) {
+  return static_cast<std::int32_t>(
+      std::lround((at * scale.factor() - scale.rounded(at)) * kPhases));
 }
 
 }  // namespace
 
-void CBitmap::Destroy::operator()(cairo_surface_t* surface) const {
-  cairo_surface_destroy(surface);
+CBitmap::CBitmap(std::unique_ptr<const PictureFrames> shown)
+    : frames(std::move(shown)), shape(frames->shape()) {
+  if (shape.width < 1 || shape.height < 1 || shape.frames < 1 || shape.frameHeight < 1) shape = {};
 }
 
-CBitmap::CBitmap(const Pixels& pixels)
-    : width(pixels.width),
-      height(pixels.height),
-      opaque(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height)) {
-  if (cairo_surface_status(opaque.get()) != CAIRO_STATUS_SUCCESS) {
-    width = height = 0;
-    return;
-  }
-  cairo_surface_flush(opaque.get());
-  const auto columns = static_cast<std::size_t>(width);
-  for (int row = 0; row < height; ++row) {
-    std::copy_n(pixels.words.data() + static_cast<std::size_t>(row) * columns, columns,
-                rowOf(opaque.get(), row));
-  }
-  cairo_surface_mark_dirty(opaque.get());
+CBitmap::~CBitmap() { FrameCache::get().drop(this); }
+
+void CBitmap::setTransparentColor(CColor keyColor) {
+  const std::uint32_t left = static_cast<std::uint32_t>(keyColor.red) << 16U |
+                             static_cast<std::uint32_t>(keyColor.green) << 8U | keyColor.blue;
+  if (key == left) return;
+  key = left;
+  FrameCache::get().drop(this);
 }
 
-void CBitmap::setTransparentColor(CColor key) {
-  if (width == 0) return;
-  const std::uint32_t left = static_cast<std::uint32_t>(key.red) << 16U |
-                             static_cast<std::uint32_t>(key.green) << 8U | key.blue;
-  keyed.reset(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height));
-  if (cairo_surface_status(keyed.get()) != CAIRO_STATUS_SUCCESS) return keyed.reset();
-  cairo_surface_flush(keyed.get());
-  for (int row = 0; row < height; ++row) {
-    const std::uint32_t* from = rowOf(opaque.get(), row);
-    std::transform(from, from + width, rowOf(keyed.get(), row), [left](std::uint32_t pixel) {
-      return (pixel & kRgb) == left ? 0U : pixel | ~kRgb;
-    });
+Surface CBitmap::copied(int frame, CPoint size, bool isCut) const {
+  Surface made(
+      cairo_image_surface_create(isCut ? CAIRO_FORMAT_ARGB32 : CAIRO_FORMAT_RGB24, size.x, size.y));
+  if (cairo_surface_status(made.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
+  cairo_surface_flush(made.get());
+  auto* const words = reinterpret_cast<std::uint32_t*>(cairo_image_surface_get_data(made.get()));
+  const auto stride = static_cast<std::size_t>(cairo_image_surface_get_stride(made.get())) / 4;
+  frames->copy(frame, words, stride);
+  for (std::size_t row = 0; isCut && row < static_cast<std::size_t>(size.y); ++row) {
+    std::uint32_t* const first = words + row * stride;
+    std::replace_if(
+        first, first + size.x, [this](std::uint32_t pixel) { return (pixel & kRgb) == *key; }, 0U);
   }
-  cairo_surface_mark_dirty(keyed.get());
+  cairo_surface_mark_dirty(made.get());
+  return made;
+}
+
+Surface CBitmap::drawn(int frame, CPoint size, CPoint phase, double factor) const {
+  Surface made(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, size.x, size.y));
+  const std::unique_ptr<cairo_t, decltype(&cairo_destroy)> drawing(cairo_create(made.get()),
+                                                                   cairo_destroy);
+  if (cairo_status(drawing.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
+  cairo_set_antialias(drawing.get(), CAIRO_ANTIALIAS_GRAY);
+  cairo_translate(drawing.get(), phase.x / kPhases, phase.y / kPhases);
+  cairo_scale(drawing.get(), factor, factor);
+  frames->draw(drawing.get(), frame);
+  return made;
+}
+
+// The remainder that rounding its corner leaves goes into the drawing: so all of it stands exactly
+// where it would if it were drawn into the window.
+cairo_surface_t* CBitmap::surfaceOf(int frame, const CRect& place, const Scale& scale,
+                                    bool isCut) const {
+  const bool isPlain = scale.isPlain();
+  const CPoint phase =
+      isPlain ? CPoint{} : CPoint{phaseOf(place.left, scale), phaseOf(place.top, scale)};
+  const FrameCache::Key wanted{this,           frame,   isPlain && isCut && key,
+                               scale.factor(), phase.x, phase.y};
+  FrameCache& cache = FrameCache::get();
+  if (cairo_surface_t* const there = cache.find(wanted)) return there;
+  const CRect onScreen = scale.rounded(place);
+  const CPoint size{onScreen.width(), onScreen.height()};
+  Surface made =
+      isPlain ? copied(frame, size, wanted.isCut) : drawn(frame, size, phase, scale.factor());
+  return made ? cache.keep(wanted, std::move(made)) : nullptr;
+}
+
+void CBitmap::paint(CDrawContext& context, const CRect& rect, CPoint offset, double alpha,
+                    bool isCut) const {
+  const Scale& scale = context.scale();
+  const CPoint corner{rect.left - offset.x, rect.top - offset.y};
+  const CRect all =
+      rect.meet({corner.x, corner.y, corner.x + shape.width, corner.y + shape.height});
+  if (all.isEmpty()) return;
+  for (int i = (all.top - corner.y) / shape.frameHeight; i < shape.frames; ++i) {
+    const int top = i * shape.frameHeight;
+    const int bottom = std::min(top + shape.frameHeight, shape.height);
+    const CRect place = CRect{0, top, shape.width, bottom}.movedBy(corner.x, corner.y);
+    if (place.top >= all.bottom) break;
+    context.drawPicture(surfaceOf(i, place, scale, isCut), scale.rounded(place.topLeft()),
+                        scale.rounded(place.meet(all)), alpha);
+  }
 }
 
 void CBitmap::draw(CDrawContext& context, const CRect& rect, CPoint offset) const {
-  context.drawPicture(opaque.get(), {width, height}, rect, offset, 1.0);
+  paint(context, rect, offset, 1.0, false);
 }
 
 void CBitmap::drawTransparent(CDrawContext& context, const CRect& rect, CPoint offset) const {
-  context.drawPicture(cutOut(), {width, height}, rect, offset, 1.0);
+  paint(context, rect, offset, 1.0, true);
 }
 
 void CBitmap::drawAlphaBlend(CDrawContext& context, const CRect& rect, CPoint offset,
                              int alpha) const {
-  context.drawPicture(cutOut(), {width, height}, rect, offset, std::clamp(alpha, 0, 255) / 255.0);
+  paint(context, rect, offset, std::clamp(alpha, 0, 255) / 255.0, true);
 }
 
 }  // namespace zum

@@ -38,7 +38,7 @@ bool isKnownFormat(std::span<const std::byte> file) {
 
 }  // namespace
 
-std::optional<Pixels> readBitmapFile(std::span<const std::byte> file) {
+std::optional<BitmapFile> BitmapFile::open(std::span<const std::byte> file) {
   if (!isKnownFormat(file)) return std::nullopt;
   const auto width = static_cast<std::int32_t>(wordAt(file, kWidth));
   const auto signedHeight = static_cast<std::int32_t>(wordAt(file, kHeight));
@@ -46,25 +46,32 @@ std::optional<Pixels> readBitmapFile(std::span<const std::byte> file) {
   const std::int32_t height = std::abs(signedHeight);
   if (width < 1 || width > kMostPixels || height < 1 || height > kMostPixels) return std::nullopt;
 
-  const auto columns = static_cast<std::size_t>(width);
-  const auto rows = static_cast<std::size_t>(height);
-  const std::size_t rowBytes = (columns * kPixelBytes + 3) / 4 * 4;
+  BitmapFile opened;
+  opened.columns = width;
+  opened.rows = height;
+  opened.isUpsideDown = signedHeight > 0;
+  opened.rowBytes = (static_cast<std::size_t>(width) * kPixelBytes + 3) / 4 * 4;
+  const std::size_t bytes = opened.rowBytes * static_cast<std::size_t>(height);
   const std::size_t start = wordAt(file, kPixelOffset);
   if (start < kInfoSize + std::size_t{wordAt(file, kInfoSize)} || start > file.size() ||
-      rowBytes * rows > file.size() - start) {
+      bytes > file.size() - start) {
     return std::nullopt;
   }
+  opened.pixels = file.subspan(start, bytes);
+  return opened;
+}
 
-  Pixels pixels{width, height, std::vector<std::uint32_t>(columns * rows)};
-  for (std::size_t row = 0; row < rows; ++row) {
-    const std::size_t stored = signedHeight > 0 ? rows - 1 - row : row;
-    for (std::size_t column = 0; column < columns; ++column) {
-      const std::size_t at = start + stored * rowBytes + column * kPixelBytes;
-      pixels.words[row * columns + column] =
-          0xFF000000U | byteAt(file, at + 2) << 16U | byteAt(file, at + 1) << 8U | byteAt(file, at);
+void BitmapFile::copyRows(int first, int count, std::uint32_t* to, std::size_t stride) const {
+  for (int row = first; row < first + count; ++row) {
+    const int stored = isUpsideDown ? rows - 1 - row : row;
+    const auto from = pixels.subspan(static_cast<std::size_t>(stored) * rowBytes);
+    for (std::size_t x = 0; x < static_cast<std::size_t>(columns); ++x) {
+      const std::size_t at = x * kPixelBytes;
+      to[x] =
+          0xFF000000U | byteAt(from, at + 2) << 16U | byteAt(from, at + 1) << 8U | byteAt(from, at);
     }
+    to += stride;
   }
-  return pixels;
 }
 
 }  // namespace zum

@@ -18,11 +18,18 @@ int widthOf(PangoLayoutLine* line) {
   return PANGO_PIXELS_CEIL(logical.width);
 }
 
+int logicalWidth(int onScreen, const Scale& scale) {
+  return scale.logical({0, 0, onScreen, 0}).right;
+}
+
 }  // namespace
 
-CDrawContext::CDrawContext(cairo_surface_t* surface, const CRect& clip)
-    : cairo(cairo_create(surface)), area(clip), fontSize(kDefaultSize) {
-  cairo_rectangle(cairo, area.left, area.top, area.width(), area.height());
+CDrawContext::CDrawContext(cairo_surface_t* surface, const CRect& clip, const Scale& drawnAt)
+    : cairo(cairo_create(surface)),
+      screen(drawnAt),
+      area(screen.logical(clip)),
+      fontSize(kDefaultSize) {
+  cairo_rectangle(cairo, clip.left, clip.top, clip.width(), clip.height());
   cairo_clip(cairo);
   cairo_set_antialias(cairo, CAIRO_ANTIALIAS_NONE);
 }
@@ -43,35 +50,45 @@ void CDrawContext::setFont(const CFontDesc* wanted, int size) {
   if (size > 0) fontSize = size;
 }
 
+void CDrawContext::fill(const CRect& onScreen) {
+  cairo_rectangle(cairo, onScreen.left, onScreen.top, onScreen.width(), onScreen.height());
+}
+
 void CDrawContext::drawRect(const CRect& rect, DrawStyle style) {
   if (rect.isEmpty()) return;
+  const CRect all = screen.rounded(rect);
   if (style != DrawStyle::stroked) {
     setSource(fillColor);
-    cairo_rectangle(cairo, rect.left, rect.top, rect.width(), rect.height());
+    fill(all);
     cairo_fill(cairo);
   }
   if (style == DrawStyle::filled) return;
-  const int right = rect.right - 1;
-  const int bottom = rect.bottom - 1;
-  drawLine({rect.left, rect.top}, {right, rect.top});
-  drawLine({rect.left, bottom}, {right, bottom});
-  drawLine({rect.left, rect.top}, {rect.left, bottom});
-  drawLine({right, rect.top}, {right, bottom});
+  const int line = std::min({screen.lineWidth(), all.width(), all.height()});
+  setSource(frameColor);
+  fill({all.left, all.top, all.right, all.top + line});
+  fill({all.left, all.bottom - line, all.right, all.bottom});
+  fill({all.left, all.top, all.left + line, all.bottom});
+  fill({all.right - line, all.top, all.right, all.bottom});
+  cairo_fill(cairo);
 }
 
 // Pixel by pixel along the longer side: what a stroke covers depends on the library's rounding.
 void CDrawContext::drawLine(CPoint from, CPoint to) {
   setSource(frameColor);
-  const int dx = to.x - from.x;
-  const int dy = to.y - from.y;
+  const int line = screen.lineWidth();
+  const CPoint begin{screen.lineStart(from.x), screen.lineStart(from.y)};
+  const CPoint end{screen.lineStart(to.x), screen.lineStart(to.y)};
+  const int dx = end.x - begin.x;
+  const int dy = end.y - begin.y;
   if (dx == 0 || dy == 0) {
-    cairo_rectangle(cairo, std::min(from.x, to.x), std::min(from.y, to.y), std::abs(dx) + 1,
-                    std::abs(dy) + 1);
+    fill({std::min(begin.x, end.x), std::min(begin.y, end.y), std::max(begin.x, end.x) + line,
+          std::max(begin.y, end.y) + line});
   } else {
     const int steps = std::max(std::abs(dx), std::abs(dy));
     for (int i = 0; i <= steps; ++i) {
       const double part = static_cast<double>(i) / steps;
-      cairo_rectangle(cairo, std::round(from.x + part * dx), std::round(from.y + part * dy), 1, 1);
+      cairo_rectangle(cairo, std::round(begin.x + part * dx), std::round(begin.y + part * dy), line,
+                      line);
     }
   }
   cairo_fill(cairo);
@@ -82,12 +99,13 @@ void CDrawContext::lineTo(CPoint point) {
   pen = point;
 }
 
+// Laid out in pixels of the screen: letters keep to those, as their outlines do.
 PangoLayout* CDrawContext::layOut(const std::string& text) {
   if (font == nullptr) {
     plainFont = Held(new CFontDesc("sans-serif", fontSize));
     font = plainFont.get();
   }
-  PangoLayout* const layout = font->layoutAt(fontSize);
+  PangoLayout* const layout = font->layoutAt(fontSize * screen.factor());
   pango_cairo_update_layout(cairo, layout);
   pango_layout_set_width(layout, -1);
   setLayoutText(layout, text);
@@ -98,27 +116,28 @@ void CDrawContext::drawString(const std::string& text, const CRect& rect, bool o
                               TextAlign align) {
   if (opaque) drawRect(rect, DrawStyle::filled);
   if (rect.isEmpty()) return;
+  const CRect room = screen.rounded(rect);
   PangoLayout* const layout = layOut(text);
-  if (widthOf(pango_layout_get_line_readonly(layout, 0)) > rect.width()) {
+  if (widthOf(pango_layout_get_line_readonly(layout, 0)) > room.width()) {
     pango_layout_set_ellipsize(
         layout, align == TextAlign::right ? PANGO_ELLIPSIZE_START : PANGO_ELLIPSIZE_END);
-    pango_layout_set_width(layout, rect.width() * PANGO_SCALE);
+    pango_layout_set_width(layout, room.width() * PANGO_SCALE);
   }
   PangoLayoutLine* const line = pango_layout_get_line_readonly(layout, 0);
-  const int spare = rect.width() - widthOf(line);
+  const int spare = room.width() - widthOf(line);
   const int indent = align == TextAlign::left ? 0 : align == TextAlign::right ? spare : spare / 2;
-  const double middle = rect.top + rect.height() / 2.0;
+  const double middle = room.top + room.height() / 2.0;
   cairo_save(cairo);
-  cairo_rectangle(cairo, rect.left, rect.top, rect.width(), rect.height());
+  fill(room);
   cairo_clip(cairo);
   setSource(fontColor);
-  cairo_move_to(cairo, rect.left + indent, std::round(middle + font->baselineBelowMiddle()));
+  cairo_move_to(cairo, room.left + indent, std::round(middle + font->baselineBelowMiddle()));
   pango_cairo_show_layout_line(cairo, line);
   cairo_restore(cairo);
 }
 
 int CDrawContext::getStringWidth(const std::string& text) {
-  return widthOf(pango_layout_get_line_readonly(layOut(text), 0));
+  return logicalWidth(widthOf(pango_layout_get_line_readonly(layOut(text), 0)), screen);
 }
 
 int CDrawContext::getStringEnd(const std::string& text) {
@@ -126,19 +145,17 @@ int CDrawContext::getStringEnd(const std::string& text) {
   const auto bytes = static_cast<int>(std::strlen(pango_layout_get_text(layout)));
   PangoRectangle cursor;
   pango_layout_get_cursor_pos(layout, bytes, &cursor, nullptr);
-  return PANGO_PIXELS(cursor.x);
+  return logicalWidth(PANGO_PIXELS(cursor.x), screen);
 }
 
-void CDrawContext::drawPicture(cairo_surface_t* picture, CPoint pictureSize, const CRect& rect,
-                               CPoint offset, double alpha) {
-  const CRect whole =
-      CRect{0, 0, pictureSize.x, pictureSize.y}.movedBy(rect.left - offset.x, rect.top - offset.y);
-  const CRect part = rect.meet(whole);
-  if (part.isEmpty()) return;
+void CDrawContext::drawPicture(cairo_surface_t* picture, CPoint at, const CRect& part,
+                               double alpha) {
+  if (picture == nullptr || part.isEmpty()) return;
   cairo_save(cairo);
-  cairo_rectangle(cairo, part.left, part.top, part.width(), part.height());
+  fill(part);
   cairo_clip(cairo);
-  cairo_set_source_surface(cairo, picture, whole.left, whole.top);
+  cairo_set_source_surface(cairo, picture, at.x, at.y);
+  cairo_pattern_set_filter(cairo_get_source(cairo), CAIRO_FILTER_NEAREST);
   cairo_paint_with_alpha(cairo, alpha);
   cairo_restore(cairo);
 }

@@ -1,5 +1,5 @@
-// What views draw with, into a picture in memory. Lines and rectangles are sharp: one pixel wide,
-// on whole pixels; only text has soft edges.
+// What views draw with, into a picture in memory. They count in logical pixels; lines and
+// rectangles come out sharp, on whole pixels of the screen; only text has soft edges.
 #pragma once
 
 #include <cairo.h>
@@ -8,7 +8,7 @@
 #include <string>
 
 #include "toolkit/view/font.hpp"
-#include "toolkit/view/geometry.hpp"
+#include "toolkit/view/scale.hpp"
 
 struct _PangoLayout;  // NOLINT(bugprone-reserved-identifier): Pango's own name
 
@@ -19,19 +19,22 @@ enum class TextAlign : std::uint8_t { left, centre, right };
 
 class CDrawContext {
  public:
-  /// Draws into `surface`, which outlives it, and nowhere outside of `clip`.
-  CDrawContext(cairo_surface_t* surface, const CRect& clip);
+  /// Draws into `surface`, which outlives it, and nowhere outside of `clip`, which counts in pixels
+  /// of the screen.
+  CDrawContext(cairo_surface_t* surface, const CRect& clip, const Scale& drawnAt = {});
   ~CDrawContext();
   CDrawContext(const CDrawContext&) = delete;
   CDrawContext& operator=(const CDrawContext&) = delete;
 
+  /// All that has to be drawn so that the clip is.
   const CRect& clip() const { return area; }
+  const Scale& scale() const { return screen; }
 
   void setFillColor(CColor color) { fillColor = color; }
   void setFrameColor(CColor color) { frameColor = color; }
   void setFontColor(CColor color) { fontColor = color; }
   /// Outlives the drawing. Null keeps the face that there is, at first the system's plain one.
-  /// `size` in pixels; 0 takes the font's own.
+  /// `size` in logical pixels; 0 takes the font's own.
   void setFont(const CFontDesc* wanted, int size = 0);
 
   /// The frame lies inside of the rectangle.
@@ -50,24 +53,25 @@ class CDrawContext {
   /// read from the right.
   int getStringEnd(const std::string& text);
 
-  /// The part of a picture that starts at `offset`, into `rect`, without scaling; what the picture
-  /// does not have stays as it is. `alpha` from 0 to 1.
-  void drawPicture(cairo_surface_t* picture, CPoint pictureSize, const CRect& rect, CPoint offset,
-                   double alpha);
+  /// In pixels of the screen: as much of a picture whose corner is `at` as lies inside of `part`.
+  /// `alpha` from 0 to 1; null draws nothing.
+  void drawPicture(cairo_surface_t* picture, CPoint at, const CRect& part, double alpha);
 
  private:
   void setSource(CColor color);
+  void fill(const CRect& onScreen);
   /// In the current font, without an end to its width; until the next one.
   _PangoLayout* layOut(const std::string& text);
 
   cairo_t* cairo;
+  Scale screen;
   CRect area;
   CColor fillColor = kWhiteColor;
   CColor frameColor = kBlackColor;
   CColor fontColor = kBlackColor;
   CPoint pen;
   const CFontDesc* font = nullptr;
-  int fontSize;               // pixels
+  int fontSize;               // logical pixels
   Held<CFontDesc> plainFont;  // for those who set none
 };
 

@@ -33,12 +33,12 @@ void CFontDesc::Release::operator()(PangoLayout* released) const { g_object_unre
 
 CFontDesc::CFontDesc(std::string face, int size) : faceName(std::move(face)), pixels(size) {}
 
-PangoLayout* CFontDesc::layoutAt(int size) const {
+PangoLayout* CFontDesc::layoutAt(double size) const {
   if (!layout) layout.reset(makeLayout());
   if (size != laidOutSize) {
     PangoFontDescription* const description = pango_font_description_new();
     pango_font_description_set_family(description, faceName.c_str());
-    pango_font_description_set_absolute_size(description, double{PANGO_SCALE} * size);
+    pango_font_description_set_absolute_size(description, PANGO_SCALE * size);
     pango_layout_set_font_description(layout.get(), description);
     pango_font_description_free(description);
     laidOutSize = size;

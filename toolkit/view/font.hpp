@@ -15,17 +15,17 @@ namespace zum {
 class CFontDesc final : public CBaseObject {
  public:
   /// `face` is looked up among the system's fonts, and a near one taken where there is none of that
-  /// name; letters that it lacks come from others. `size` in pixels, of an em.
+  /// name; letters that it lacks come from others. `size` in logical pixels, of an em.
   CFontDesc(std::string face, int size);
 
   const std::string& getName() const { return faceName; }
   int getSize() const { return pixels; }
 
-  /// A single line in this face, at a size of its own, with the text and the width that it was last
-  /// given. Kept: looking a face up costs more than drawing a word with it.
-  _PangoLayout* layoutAt(int size) const;
-  /// From the middle of a line's height down to its baseline, in pixels, at the size of the last
-  /// layout.
+  /// A single line in this face, at a size in pixels of the screen, with the text and the width
+  /// that it was last given. Kept: looking a face up costs more than drawing a word with it.
+  _PangoLayout* layoutAt(double size) const;
+  /// From the middle of a line's height down to its baseline, in pixels of the screen, at the size
+  /// of the last layout.
   double baselineBelowMiddle() const;
 
  private:
@@ -40,7 +40,7 @@ class CFontDesc final : public CBaseObject {
   // Made when it is first drawn with: Pango shares its fonts within a thread, and a host may make
   // the effect in another one than its windows.
   mutable std::unique_ptr<_PangoLayout, Release> layout;
-  mutable int laidOutSize = 0;
+  mutable double laidOutSize = 0.0;
   mutable std::optional<double> baseline;  // at that size
 };
 

@@ -3,10 +3,31 @@
 #include <cstring>
 
 namespace zum {
+namespace {
 
-CFrame::CFrame(const CRect& rect)
+cairo_surface_t* makePicture(CPoint size) {
+  return cairo_image_surface_create(CAIRO_FORMAT_RGB24, size.x, size.y);
+}
+
+}  // namespace
+
+CFrame::CFrame(const CRect& rect, double factor)
     : CViewContainer(rect),
-      picture(cairo_image_surface_create(CAIRO_FORMAT_RGB24, rect.width(), rect.height())) {
+      screen(factor),
+      shownFrames(screen.factor()),
+      picture(makePicture(screenSize())) {
+  invalidate();
+}
+
+void CFrame::setFactor(double factor) {
+  const Scale wanted(factor);
+  if (wanted == screen) return;
+  screen = wanted;
+  shownFrames.move(screen.factor());
+  const CPoint size = screenSize();
+  picture.reset(makePicture(size));
+  if (window) window->resize(size.x, size.y);
+  shown.clear();
   invalidate();
 }
 
@@ -16,8 +37,8 @@ bool CFrame::open(std::uintptr_t parent, const std::string& title, const WindowO
 }
 
 bool CFrame::open(WindowRequest request, const WindowOpener& opener) {
-  request.width = getViewSize().width();
-  request.height = getViewSize().height();
+  request.width = screenSize().x;
+  request.height = screenSize().y;
   window = opener(request, *this);
   return window != nullptr;
 }
@@ -31,9 +52,10 @@ void CFrame::paint() {
   if (gone) return;
   gatherDamage(pending);
   for (const CRect& part : pending.parts()) {
-    CDrawContext context(picture.get(), part);
-    drawRect(context, part);
-    shown.add(part);
+    const CRect onScreen = screen.outward(part).meet(screenRect());
+    CDrawContext context(picture.get(), onScreen, screen);
+    drawRect(context, context.clip());
+    shown.add(onScreen);
   }
   pending.clear();
   if (window) {
@@ -45,7 +67,7 @@ void CFrame::paint() {
 }
 
 std::uint32_t CFrame::pixelAt(CPoint point) const {
-  if (!getViewSize().contains(point)) return 0;
+  if (!screenRect().contains(point)) return 0;
   cairo_surface_flush(picture.get());
   const unsigned char* const row =
       cairo_image_surface_get_data(picture.get()) +
@@ -74,7 +96,7 @@ void CFrame::followPointer(int buttons) {
 
 void CFrame::windowPressed(int x, int y, int buttonWord) {
   if (gone) return;
-  CPoint where{x, y};
+  CPoint where = pointAt(x, y);
   pointer = where;
   followPointer(buttonWord);
   onMouseDown(where, buttonWord);
@@ -82,7 +104,7 @@ void CFrame::windowPressed(int x, int y, int buttonWord) {
 
 void CFrame::windowReleased(int x, int y, int buttonWord) {
   if (gone) return;
-  CPoint where{x, y};
+  CPoint where = pointAt(x, y);
   pointer = where;
   onMouseUp(where, buttonWord);
   followPointer(buttonWord);
@@ -90,7 +112,7 @@ void CFrame::windowReleased(int x, int y, int buttonWord) {
 
 void CFrame::windowMoved(int x, int y, int buttonWord) {
   if (gone) return;
-  CPoint where{x, y};
+  CPoint where = pointAt(x, y);
   pointer = where;
   onMouseMoved(where, buttonWord);
   followPointer(buttonWord);
@@ -103,14 +125,14 @@ void CFrame::windowLeft() {
 
 void CFrame::windowScrolled(int x, int y, float distance, int buttonWord) {
   if (gone) return;
-  CPoint where{x, y};
+  CPoint where = pointAt(x, y);
   pointer = where;
   followPointer(buttonWord);
   onWheel(where, distance, buttonWord);
 }
 
 void CFrame::windowExposed(int left, int top, int right, int bottom) {
-  shown.add(CRect{left, top, right, bottom}.meet(getViewSize()));
+  shown.add(CRect{left, top, right, bottom}.meet(screenRect()));
 }
 
 }  // namespace zum

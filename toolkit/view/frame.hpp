@@ -18,8 +18,17 @@ class CFrame : public CViewContainer, private WindowEvents {
   using WindowOpener =
       std::function<std::unique_ptr<NativeWindow>(const WindowRequest&, WindowEvents&)>;
 
-  /// `rect` starts at 0, 0.
-  explicit CFrame(const CRect& rect);
+  /// `rect` starts at 0, 0, and counts in logical pixels, as all that views know.
+  explicit CFrame(const CRect& rect, double factor = 1.0);
+
+  /// Pixels of the screen for one logical pixel, 1 to 3. At any time but while it draws; a window
+  /// that is open takes its new size at once, and everything is drawn again.
+  void setFactor(double factor);
+  const Scale& scale() const { return screen; }
+  /// Of the window, in pixels of the screen.
+  CPoint screenSize() const {
+    return screen.rounded(CPoint{getViewSize().right, getViewSize().bottom});
+  }
 
   /// Inside of a host's window, or, for 0, as one of its own, which may belong to another. False
   /// when the system has none to give; the frame then draws for nobody.
@@ -49,11 +58,11 @@ class CFrame : public CViewContainer, private WindowEvents {
   void setCursor(WindowCursor cursor) {
     if (window) window->setCursor(cursor);
   }
-  /// 0xRRGGBB as drawn last.
+  /// 0xRRGGBB of a pixel of the screen, as drawn last.
   std::uint32_t pixelAt(CPoint point) const;
   /// As drawn last. False when the file cannot be written.
   bool writePicture(const std::string& path) const;
-  /// The same for whoever puts it into another picture.
+  /// The same for whoever puts it into another picture: of the screen's size, CAIRO_FORMAT_RGB24.
   cairo_surface_t* drawnPicture() const { return picture.get(); }
 
  protected:
@@ -66,15 +75,13 @@ class CFrame : public CViewContainer, private WindowEvents {
   }
   /// Files that the user dropped onto the window.
   virtual void takeFiles(CPoint /*where*/, const std::vector<std::string>& /*paths*/) {}
+  /// The window has another size, in pixels of the screen, than it was given.
+  virtual void takeSize(int /*width*/, int /*height*/) {}
   void pollWindow() {
     if (window && !gone) window->poll();
   }
 
  private:
-  struct Destroy {
-    void operator()(cairo_surface_t* drawn) const { cairo_surface_destroy(drawn); }
-  };
-
   void windowPressed(int x, int y, int buttonWord) override;
   void windowReleased(int x, int y, int buttonWord) override;
   void windowMoved(int x, int y, int buttonWord) override;
@@ -84,13 +91,21 @@ class CFrame : public CViewContainer, private WindowEvents {
   bool windowKeyReleased(const WindowKey& key) override { return !gone && onKeyUp(key); }
   void windowExposed(int left, int top, int right, int bottom) override;
   void windowDropped(int x, int y, const std::vector<std::string>& files) override {
-    if (!gone) takeFiles({x, y}, files);
+    if (!gone) takeFiles(pointAt(x, y), files);
+  }
+  void windowResized(int width, int height) override {
+    if (!gone) takeSize(width, height);
   }
   void windowGone() override { gone = true; }
 
-  std::unique_ptr<cairo_surface_t, Destroy> picture;  // of the whole window
-  Damage pending;
-  Damage shown;  // drawn, and to be shown
+  CRect screenRect() const { return {0, 0, screenSize().x, screenSize().y}; }
+  CPoint pointAt(int x, int y) const { return screen.logical(CPoint{x, y}); }
+
+  Scale screen;
+  CacheUser shownFrames;
+  Surface picture;  // of the whole window
+  Damage pending;   // logical
+  Damage shown;     // drawn, and to be shown; pixels of the screen
   std::optional<CPoint> pointer;
   Held<CView> hovered;
   bool gone = false;

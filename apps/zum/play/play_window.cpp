@@ -48,10 +48,9 @@ void PlayWindow::idle() {
 }
 
 bool PlayWindow::writePicture(const std::filesystem::path& path) const {
-  const CRect& size = frame->getViewSize();
+  const CPoint size = frame->screenSize();
   const std::unique_ptr<cairo_surface_t, decltype(&cairo_surface_destroy)> all(
-      cairo_image_surface_create(CAIRO_FORMAT_RGB24, size.width(), size.height()),
-      cairo_surface_destroy);
+      cairo_image_surface_create(CAIRO_FORMAT_RGB24, size.x, size.y), cairo_surface_destroy);
   const std::unique_ptr<cairo_t, decltype(&cairo_destroy)> drawing(cairo_create(all.get()),
                                                                    cairo_destroy);
   const auto lay = [&](const CFrame& part) {

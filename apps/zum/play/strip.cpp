@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "apps/zum/play/strip_views.hpp"
+#include "editor/drawn_pictures.hpp"
 #include "editor/palette_color.hpp"
 #include "platform/ascii_case.hpp"
 #include "platform/file_dialogs.hpp"
@@ -67,6 +68,11 @@ const CColor kFine = colorOf(pictures::kReadoutGreen);
 const CColor kAlarm = colorOf(pictures::kRose);
 const CColor kIdle = colorOf(pictures::kFaint);
 
+const PictureSource& stripPictures() {
+  static const DrawnPictures source(pictures::stripPictureRows(), stripPictureBytes);
+  return source;
+}
+
 bool isPreset(const std::filesystem::path& path) {
   return lowerCase(path.extension().string()) == ".kvz";
 }
@@ -86,7 +92,7 @@ Strip::Strip(KvFrame& shownIn, CPoint place, StripOwner& told)
       owner(told),
       pictures(kFirstStripPicture, kStripPictures),
       font(new CFontDesc("Arial", kTextSize)) {
-  pictures.open(stripPictureBytes);
+  pictures.open(stripPictures());
   add<KvImage>(kGround, pictures.get(kStripRows[kGround].picture));
   addButtons();
   addReadouts();

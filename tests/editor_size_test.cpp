@@ -1,0 +1,111 @@
+// The window at any size: what is drawn in parts is what is drawn whole, whatever a user does, and
+// the places of the mouse stay those of factor 1.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <random>
+
+#include "platform/file_dialogs.hpp"
+#include "support/editor_desk.hpp"
+#include "support/settings_user.hpp"
+
+namespace zum::test {
+namespace {
+
+/// A user who cancels every dialog.
+struct Canceller final : FileDialogs {
+  Canceller() { setFileDialogs(this); }
+  ~Canceller() override { setFileDialogs(nullptr); }
+  void load(const FileQuestion& /*asked*/, FileAnswer answer) override { answer(std::nullopt); }
+  void save(const FileQuestion& /*asked*/, FileAnswer answer) override { answer(std::nullopt); }
+  void folder(const FileQuestion& /*asked*/, FileAnswer answer) override { answer(std::nullopt); }
+  void cancel(void* /*owner*/) override {}
+};
+
+class SizedWindow : public SettingsTest {
+ protected:
+  KvFrame& frame() { return *desk.editor().shownFrame(); }
+  int below(int end) { return std::uniform_int_distribution<int>(0, end - 1)(random); }
+  CPoint point() { return {below(layout::kWindow.right), below(layout::kWindow.bottom)}; }
+  /// What a user does next, seldom the same.
+  void gesture() {
+    const CPoint at = point();
+    const int word = below(4) == 0 ? buttons::kRight : buttons::kLeft;
+    switch (below(6)) {
+      case 0: desk.click(at, word); break;
+      case 1:
+        desk.press(at, word);
+        for (int i = below(4); i >= 0; --i) desk.move(point(), word);
+        desk.release(point());
+        break;
+      case 2:
+        desk.window->wheel(desk.onScreen(at).x, desk.onScreen(at).y,
+                           static_cast<float>(below(7) - 3));
+        break;
+      case 3: desk.move(at, 0); break;
+      case 4: {
+        constexpr std::uint8_t kKeys[] = {keys::kEscape, keys::kUp, keys::kDown, keys::kReturn};
+        desk.tap(kKeys[below(4)]);
+        break;
+      }
+      default: desk.host.set(below(60), static_cast<float>(below(101)) / 100.0F);
+    }
+    desk.tick(1 + below(3));
+    if (WindowServices::get().isMessageOpen()) {
+      WindowServices::get().getMessageWindow()->getFrame().onKeyDown({0, keys::kEscape, 0});
+      desk.tick();
+    }
+  }
+  std::vector<std::uint32_t> drawn() {
+    cairo_surface_t* const picture = frame().drawnPicture();
+    cairo_surface_flush(picture);
+    const auto words = static_cast<std::size_t>(cairo_image_surface_get_stride(picture)) / 4 *
+                       static_cast<std::size_t>(cairo_image_surface_get_height(picture));
+    const auto* const first =
+        reinterpret_cast<const std::uint32_t*>(cairo_image_surface_get_data(picture));
+    return {first, first + words};
+  }
+  /// Where the two differ first; empty where they do not.
+  std::string difference(const std::vector<std::uint32_t>& before) {
+    const std::vector<std::uint32_t> now = drawn();
+    const auto width = static_cast<std::size_t>(frame().screenSize().x);
+    for (std::size_t i = 0; i < now.size(); ++i) {
+      if (((now[i] ^ before[i]) & 0xFFFFFFU) == 0) continue;
+      return std::to_string(i % width) + ", " + std::to_string(i / width);
+    }
+    return {};
+  }
+  bool isShownAsDrawn() {
+    const CPoint size = frame().screenSize();
+    for (int i = 0; i < 200; ++i) {
+      const CPoint at{below(size.x), below(size.y)};
+      if (desk.window->pixel(at.x, at.y) != frame().pixelAt(at)) return false;
+    }
+    return true;
+  }
+
+  SizedWindow() { setenv("PATH", "/none", 1); }  // there is nothing that a press could start
+
+  Canceller cancels;
+  EditorDesk desk;
+  std::mt19937 random{19};
+};
+
+TEST_F(SizedWindow, DrawsInPartsWhatItDrawsWhole) {
+  desk.input = Stereo(64);
+  for (const auto& [factor, gestures] :
+       {std::pair(1.0, 500), {1.25, 600}, {1.5, 500}, {2.0, 280}, {3.0, 120}}) {
+    desk.editor().setFactor(factor);
+    for (int i = 0; i < gestures; ++i) {
+      gesture();
+      const std::vector<std::uint32_t> parts = drawn();
+      ASSERT_TRUE(isShownAsDrawn()) << factor << ' ' << i;
+      frame().invalidate();
+      frame().paint();
+      ASSERT_EQ(difference(parts), "") << factor << ' ' << i;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace zum::test
