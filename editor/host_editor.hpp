@@ -23,6 +23,11 @@ class AEffGUIEditor : public EffectEditor, public KvEditorBase {
     const std::lock_guard turn(windowTurn());
     KvEditorBase::idle();
   }
+  /// [main] As `KvEditorBase::setFactor`.
+  void setFactor(double factor) {
+    const std::lock_guard turn(windowTurn());
+    KvEditorBase::setFactor(factor);
+  }
   bool isOpen() override {
     const std::lock_guard turn(windowTurn());
     return KvEditorBase::isOpen();

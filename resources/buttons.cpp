@@ -31,7 +31,7 @@ constexpr ButtonRow kButtons[] = {
   {1045, 100, 17, {"SELECT",    "SELECT"},    Face::pressed, kLabelType},
 };
 
-// No type of the family has room for these words on their button.
+// At factor 1 no type of the family has room for these words on their button.
 constexpr const char* kZeroAllMod[] = {
   "###.###.##..###....#..#..#....#...#.###.##.",
   "..#.#...#.#.#.#...#.#.#..#....##.##.#.#.#.#",
@@ -71,6 +71,10 @@ void drawButton(cairo_t* cr, int id, int frame) {
 void drawZeroAllButton(cairo_t* cr, int /*id*/, int frame) {
   const Face state = frame == 0 ? Face::raised : Face::lit;
   face(cr, {0, 0, 45, 11}, state);
+  constexpr double kRoomForType = 1.5;
+  if (factorOf(cr) >= kRoomForType) {
+    return textIn(cr, {0, 0, 45, 11}, "ZERO ALL MOD", {5.5, true, 0.1}, faceLettering(state));
+  }
   int y = 3;
   for (const std::string_view row : kZeroAllMod) {
     for (int x = 0; x < static_cast<int>(row.size()); ++x) {

@@ -108,7 +108,7 @@ class Pictures : public SettingsTest {
   }
 };
 
-constexpr double kFactors[] = {1.0, 1.5, 2.0};
+constexpr double kFactors[] = {1.0};
 
 TEST_F(Pictures, PagesListsAndTheAboutPanel) {
   EditorDesk& desk = *opened;

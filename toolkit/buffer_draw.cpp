@@ -63,13 +63,14 @@ void KvBufferDraw::render(Style style) {
     for (int below = end; style == Style::filled && below < height; ++below) put(x, below, 0);
     // a line alone needs the brighter one
     for (int on = y; on < end; ++on) put(x, on, style == Style::filled ? kHalf - 1 : 0);
+    // A line of several pixels would look thinner where it is steep: there its edges stay bright.
+    const bool isBright = style == Style::outline && screen.lineWidth() > 1;
     const auto soften = [&](std::size_t neighbour, std::size_t half) {
       const int distance = y - heightOf(neighbour);
       for (int k = 1; k < distance; ++k) {
-        const int left = distance - k;
-        put(x, y - k,
-            half + (kHalf - 1) * static_cast<std::size_t>(left) /
-                       static_cast<std::size_t>(distance + 1));
+        const auto left = static_cast<std::size_t>(distance - k);
+        const std::size_t i = half + (kHalf - 1) * left / static_cast<std::size_t>(distance + 1);
+        put(x, y - k, isBright ? 0 : i);
       }
     };
     if (x + 1 < values.size()) soften(x + 1, 0);

@@ -23,9 +23,8 @@ void KvMarksView::draw(CDrawContext& context) {
   dot.bottom = dot.top + kDot;
   for (std::size_t i = 0; i < marks.size(); ++i) {
     if ((drawnLit >> i & 1U) != 0) {
-      context.setFillColor(marks[i].color);  // without its corners
-      context.drawRect({dot.left + 1, dot.top, dot.right - 1, dot.bottom}, DrawStyle::filled);
-      context.drawRect({dot.left, dot.top + 1, dot.right, dot.bottom - 1}, DrawStyle::filled);
+      context.setFillColor(marks[i].color);
+      context.drawDot(dot);
     }
     dot = dot.movedBy(kPitch, 0);
   }

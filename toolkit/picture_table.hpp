@@ -31,7 +31,9 @@ class PictureSource {
 class PictureTable {
  public:
   /// Ids from `first` on, without a gap.
-  PictureTable(int first, std::size_t count) : firstId(first), pictures(count) {}
+  PictureTable(int first, std::size_t count) : firstId(first), pictures(count) {
+    FrameCache::get();  // a table that lasts to the end of the program goes ahead of it
+  }
 
   /// Each call wants a close(). A picture that is no bitmap of its shape stays null.
   void open(const PictureSource& source);

@@ -72,6 +72,23 @@ void CDrawContext::drawRect(const CRect& rect, DrawStyle style) {
   cairo_fill(cairo);
 }
 
+void CDrawContext::drawDot(const CRect& rect) {
+  const CRect all = screen.rounded(rect);
+  setSource(fillColor);
+  if (screen.isPlain()) {
+    fill({all.left + 1, all.top, all.right - 1, all.bottom});
+    fill({all.left, all.top + 1, all.right, all.bottom - 1});
+  } else {
+    constexpr double kTurn = 6.283185307179586;
+    cairo_set_antialias(cairo, CAIRO_ANTIALIAS_GRAY);
+    cairo_new_sub_path(cairo);
+    cairo_arc(cairo, (all.left + all.right) / 2.0, (all.top + all.bottom) / 2.0,
+              std::min(all.width(), all.height()) / 2.0, 0.0, kTurn);
+  }
+  cairo_fill(cairo);
+  cairo_set_antialias(cairo, CAIRO_ANTIALIAS_NONE);
+}
+
 // Pixel by pixel along the longer side: what a stroke covers depends on the library's rounding.
 void CDrawContext::drawLine(CPoint from, CPoint to) {
   setSource(frameColor);

@@ -39,6 +39,8 @@ class CDrawContext {
 
   /// The frame lies inside of the rectangle.
   void drawRect(const CRect& rect, DrawStyle style);
+  /// As round as the screen allows, in the fill colour; at factor 1 without its corners.
+  void drawDot(const CRect& rect);
   /// With both ends, in the frame's colour.
   void drawLine(CPoint from, CPoint to);
   void moveTo(CPoint point) { pen = point; }

@@ -69,9 +69,10 @@ void CFrame::paint() {
 std::uint32_t CFrame::pixelAt(CPoint point) const {
   if (!screenRect().contains(point)) return 0;
   cairo_surface_flush(picture.get());
+  const unsigned char* const first = cairo_image_surface_get_data(picture.get());
+  if (first == nullptr) return 0;  // there was no memory for it
   const unsigned char* const row =
-      cairo_image_surface_get_data(picture.get()) +
-      std::ptrdiff_t{point.y} * cairo_image_surface_get_stride(picture.get());
+      first + std::ptrdiff_t{point.y} * cairo_image_surface_get_stride(picture.get());
   std::uint32_t pixel = 0;
   std::memcpy(&pixel, row + std::ptrdiff_t{4} * point.x, sizeof pixel);
   return pixel & 0xFFFFFFU;
