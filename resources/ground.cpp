@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "resources/image.hpp"
 #include "resources/lettering.hpp"
@@ -54,7 +55,7 @@ Area clippedArea(cairo_t* cr) {
 }
 
 std::uint32_t channel(double value) {
-  return static_cast<std::uint32_t>(std::clamp(std::lround(value), 0L, 255L));
+  return static_cast<std::uint32_t>(std::clamp(value + 0.5, 0.0, 255.0));
 }
 
 }  // namespace
@@ -69,16 +70,23 @@ void brushedGround(cairo_t* cr, const Rect& all) {
   const int streak = static_cast<int>(std::lround(kStreak * factor));
   const double depth = kStreakDepth * std::sqrt(factor) / streak;
   const int below = static_cast<int>(std::lround(height));
+  std::vector<double> before(static_cast<std::size_t>(streak));  // the streak up to a pixel
   const Image image(area.w, area.h);
   for (int i = 0; i < area.h; ++i) {
     std::uint32_t* const row = image.row(i);
     const int y = area.y + i;
     const Color tone = kTop.towards(kBottom, y / height);
     double sum = 0.0;
-    for (int x = area.x - streak; x < area.x; ++x) sum += noise(x, y);
-    for (int j = 0; j < area.w; ++j) {
+    for (int j = 0; j < streak; ++j) {
+      before[static_cast<std::size_t>(j)] = noise(area.x - streak + j, y);
+      sum += before[static_cast<std::size_t>(j)];
+    }
+    for (int j = 0, oldest = 0; j < area.w; ++j, oldest = oldest + 1 < streak ? oldest + 1 : 0) {
       const int x = area.x + j;
-      sum += noise(x, y) - noise(x - streak, y);
+      const double fresh = noise(x, y);
+      double& old = before[static_cast<std::size_t>(oldest)];
+      sum += fresh - old;
+      old = fresh;
       const double side = std::abs(2.0 * x / width - 1.0);
       const double light = 1.0 - 0.22 * side * side;
       const double grain = sum * depth + noise(x, y + below) * kGrain;

@@ -42,19 +42,28 @@ constexpr double kTurn = 2.0 * 3.14159265358979323846;
 // Two bright sectors, as turned metal shows them; they stay where they are while the knob turns.
 void sheen(cairo_t* cr, double x, double y, double radius) {
   constexpr int kSectors = 180;
+  constexpr double kReach = 1.0;  // beyond the edge, which the disc cuts
   cairo_save(cr);
-  cairo_arc(cr, x, y, radius, 0.0, kTurn);
+  cairo_rectangle(cr, x - radius - kReach, y - radius - kReach, 2.0 * (radius + kReach),
+                  2.0 * (radius + kReach));
   cairo_clip(cr);
+  cairo_push_group(cr);
   cairo_set_antialias(cr, CAIRO_ANTIALIAS_NONE);
-  for (int i = 0; i < kSectors; ++i) {
+  for (int i = 0; i < kSectors / 2; ++i) {
     const double angle = kTurn * i / kSectors;
     const double light = std::pow(std::abs(std::cos(angle - 0.7)), 6.0);
     if (light < 0.02) continue;
-    cairo_move_to(cr, x, y);
-    cairo_arc(cr, x, y, radius + 1.0, angle, angle + kTurn / kSectors);
+    for (const double side : {angle, angle + kTurn / 2.0}) {
+      cairo_move_to(cr, x, y);
+      cairo_arc(cr, x, y, radius + kReach, side, side + kTurn / kSectors);
+      cairo_close_path(cr);
+    }
     setColor(cr, kHighlight.withAlpha(0.15 * light));
     cairo_fill(cr);
   }
+  cairo_pop_group_to_source(cr);
+  cairo_arc(cr, x, y, radius, 0.0, kTurn);
+  cairo_fill(cr);
   cairo_restore(cr);
 }
 
