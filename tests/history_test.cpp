@@ -9,6 +9,7 @@
 #include "core/tags.hpp"
 #include "platform/files.hpp"
 #include "platform/random_source.hpp"
+#include "preset_text/sound_text.hpp"
 #include "support/settings_user.hpp"
 #include "support/test_host.hpp"
 
@@ -266,6 +267,35 @@ TEST_F(HistoryTest, TheOldestStepsGoByNumberAndByBytes) {
   EXPECT_EQ(steps, 10) << "of 0.8 MB each";
   EXPECT_EQ(effect().steps().cell(19, 0), 0.6F);
   EXPECT_EQ(effect().steps().cell(20, 0), 0.0F);
+}
+
+TEST_F(HistoryTest, ASoundIsCopiedAsTextAndPastedAsOneStep) {
+  load("two");
+  gesture(tag::cutoff, {0.9F});
+  draw(3, 0.375F);
+  const std::string copied = soundText(effect());
+  load("three");
+  EXPECT_EQ(pasteSound(effect(), copied), "");
+  EXPECT_EQ(effect().undoName(), "Paste");
+  const auto sound = [](const std::string& text) { return text.substr(text.find("[param")); };
+  EXPECT_EQ(sound(soundText(effect())), sound(copied)) << "the place in the bank stays";
+  ASSERT_TRUE(effect().undo());
+  EXPECT_EQ(effect().undoName(), "Preset three");
+  const std::string three = state();
+  const struct {
+    std::string text, why;
+  } rows[] = {{"", "no [parameters]"},
+              {"hello", "the clipboard, line 1: "},
+              {"[parameters]\nCutof = 0.5\n", "the clipboard, line 2: no parameter is called"},
+              {"[parameters]\nCutoff = [[[\n", "line"},
+              {std::string(20000, '['), "line 1"},
+              {std::string(5U << 20U, '\n'), "more than 4 MB"},
+              {std::string("\0\xFF\0", 3), "line 1"}};
+  for (const auto& row : rows) {
+    const std::string told = pasteSound(effect(), row.text);
+    EXPECT_NE(told.find(row.why), std::string::npos) << told;
+    EXPECT_TRUE(state() == three && effect().undoName() == "Preset three") << row.why;
+  }
 }
 
 /// Everything that is a step, by chance.

@@ -39,6 +39,7 @@ void WindowServices::detach(const void* window) {
   std::erase_if(windows, [window](const auto& each) { return each.first == window; });
   if (!windows.empty()) return detachMessages();
   box.reset();
+  shared.reset();
   if (dialogs != nullptr) setFileDialogs(nullptr);
   const std::unique_ptr<FileDialogs> ended = std::move(dialogs);
   detachMessages();
@@ -53,8 +54,14 @@ void WindowServices::showFile(const std::string& internalPath) {
   }
 }
 
+Clipboard& WindowServices::clipboard() {
+  if (shared == nullptr) shared = openClipboard();
+  return *shared;
+}
+
 void WindowServices::poll() {
   desktop.poll();
+  if (const auto polled = shared; polled != nullptr) polled->poll();  // also past the last window
   if (FileDialogs* const asked = fileDialogs(); asked != nullptr) asked->poll();
   if (!windows.empty()) pollMessages();
 }

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/clipboard.hpp"
 #include "platform/desktop_opener.hpp"
 #include "platform/file_dialogs.hpp"
 #include "toolkit/dialogs/message_window.hpp"
@@ -29,6 +30,11 @@ class WindowServices {
   /// In the desktop's own program; a message tells when there is none.
   void showFile(const std::string& internalPath);
 
+  /// Of the system, from the first use on. The text that was given goes with the last window.
+  Clipboard& clipboard();
+  /// Another one in its place, in tests.
+  void setClipboard(std::unique_ptr<Clipboard> other) { shared = std::move(other); }
+
   /// Windows take no input meanwhile.
   bool isMessageOpen() const { return box != nullptr; }
   MessageWindow* getMessageWindow() const { return box.get(); }
@@ -44,6 +50,7 @@ class WindowServices {
   std::unique_ptr<FileDialogs> dialogs;  // null where the process has others
   std::unique_ptr<MessageWindow> box;
   DesktopOpener desktop;
+  std::shared_ptr<Clipboard> shared;  // null until it is used
 };
 
 }  // namespace zum
