@@ -53,6 +53,14 @@ Act actOf(int tag, const ParameterRow* row) {
   return row->resets.empty() ? Act::setsParameter : Act::resetsAmounts;
 }
 
+/// -1 to undo, 1 to redo, 0 for any other key.
+int wayThroughHistory(const WindowKey& key) {
+  const bool shift = (key.modifier & keys::kShiftBit) != 0;
+  if ((key.modifier & ~keys::kShiftBit) != keys::kControlBit) return 0;
+  if (key.character == 'z' || key.character == 'Z') return shift ? 1 : -1;
+  return key.character == 'y' && !shift ? 1 : 0;
+}
+
 }  // namespace
 
 void KvUniClientEditor::controlBeginEdit(CControl& control) {
@@ -175,7 +183,12 @@ void KvUniClientEditor::stepProgram(int direction) {
   effect.updateDisplay();
 }
 
+// At the end of the history the keys are no host's either: it would go on in the project.
 bool KvUniClientEditor::keyPressed(const WindowKey& key) {
+  if (const int way = wayThroughHistory(key); way != 0) {
+    (void)(way < 0 ? effect.undo() : effect.redo());
+    return true;
+  }
   constexpr std::uint8_t kDice = keys::kF1 + 1;
   if (key.virt != kDice) return false;
   if (isOpen() && getFrame()->isHolding()) return true;  // one edit of a knob at a time

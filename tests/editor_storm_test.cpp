@@ -183,8 +183,9 @@ class Storm : public SettingsTest {
         keys::kBack,  keys::kDelete, keys::kPageUp, keys::kEnter,  keys::kPageDown};
     WindowKey key{0, chance.oneOf(kKeys), 0};
     if (chance.once(5)) key = {chance.oneOf(std::string("0123456789.,-% kHzZ\u00e9")), 0, 0};
+    if (chance.once(10)) key = {'z', 0, keys::kControlBit};
     if (chance.once(40)) key = {0, keys::kF1 + 1, 0};
-    if (chance.once(6)) key.modifier = static_cast<std::uint8_t>(chance.below(16));
+    if (chance.once(6)) key.modifier ^= static_cast<std::uint8_t>(chance.below(16));
     for (int repeats = chance.once(4) ? chance.below(5) : 1; repeats > 0; --repeats) {
       if (chance.once(3)) {
         opened->host.dispatch(effEditKeyDown, key.character, key.virt);

@@ -256,6 +256,41 @@ TEST(EditorValues, KeysPressOpenAndChoose) {
   EXPECT_NE(desk.focus(), tag::stepTable);
 }
 
+TEST(EditorValues, KeysGoThroughTheHistory) {
+  ValuesDesk desk;
+  const auto press = [&desk](char letter, std::uint8_t modifier) {
+    desk.tick(20);  // what goes on within half a second is one step
+    desk.window->keyDown({letter, 0, modifier});
+    desk.window->keyUp({letter, 0, modifier});
+    desk.tick(3);
+    return desk.value(tag::resonance);
+  };
+  constexpr std::uint8_t kControl = keys::kControlBit;
+  constexpr std::uint8_t kBoth = keys::kControlBit | keys::kShiftBit;
+  desk.host.set(tag::resonance, 0.5F);
+  desk.showGroup(layout::sequencerPage);
+  desk.focusOn(tag::resonance);
+  for (int i = 0; i < 5; ++i) desk.key(keys::kPageDown);  // held
+  desk.window->keyUp({0, keys::kPageDown, 0});
+  desk.tick(20);
+  desk.tap(keys::kReturn);
+  desk.type("25");
+  desk.tap(keys::kReturn);
+  EXPECT_NEAR(press('z', kControl), 0.0F, 1e-5F);
+  EXPECT_NEAR(press('z', kControl), 0.5F, 1e-5F);
+  EXPECT_NEAR(press('Z', kBoth), 0.0F, 1e-5F);
+  EXPECT_NEAR(press('y', kControl), 0.25F, 1e-5F);
+  EXPECT_NEAR(press('z', 0), 0.25F, 1e-5F);
+  EXPECT_EQ(desk.window->hostKeys().back().character, 'z');
+  const auto step = [&desk] { return desk.effect().steps().getValue(0, 0); };
+  desk.focusOn(tag::stepTable);
+  const float before = step();
+  desk.tap(before > 0.5F ? keys::kHome : keys::kEnd);
+  EXPECT_NE(step(), before);
+  press('z', kControl);
+  EXPECT_EQ(step(), before);
+}
+
 TEST(EditorValues, AreTypedAndRefusedInPlace) {
   ValuesDesk desk;
   const struct {
