@@ -2,7 +2,6 @@
 // program.
 
 #include <string>
-#include <string_view>
 
 #include "editor/making.hpp"
 #include "editor/palette_color.hpp"
@@ -33,14 +32,6 @@ constexpr PanelButton kLearn{{85, 107, 125, 118}, 1027, 38};
 constexpr PanelButton kClear{{128, 107, 168, 118}, 1026, 38};
 constexpr CRect kTitle{12, 2, 108, 17};
 constexpr int kTitleSize = 11;  // pixels
-
-std::string upperCase(std::string_view text) {
-  std::string letters(text);
-  for (char& letter : letters) {
-    if (letter >= 'a' && letter <= 'z') letter = static_cast<char>(letter - 'a' + 'A');
-  }
-  return letters;
-}
 
 /// Lies over a button that its panel's picture shows, which goes dark while it is pressed.
 class DrawnButton final : public KvButton {

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <string_view>
 
 #include "core/parameter_text.hpp"
 #include "editor/making.hpp"
@@ -21,14 +20,6 @@
 
 namespace zum {
 namespace {
-
-std::string capitals(std::string_view text) {
-  std::string letters(text);
-  for (char& letter : letters) {
-    if (letter >= 'a' && letter <= 'z') letter = static_cast<char>(letter - 'a' + 'A');
-  }
-  return letters;
-}
 
 /// Null for a tag that is no amount.
 const KnobPanel* panelOfAmount(int tag) {
@@ -161,13 +152,13 @@ Reading KvUniClientEditor::reading() const {
       control != nullptr && !speaksItself ? describe(*control) : std::nullopt;
   if (!info) return {};
   Reading read;
-  read.name = capitals(info->name);
+  read.name = upperCase(info->name);
   if (info->role != ControlRole::button) read.value = info->value;
   const ParameterRow* const row = findRow(info->tag);
   const bool isNamed = info->role != ControlRole::menu && row != nullptr && namedValues(*row) > 0;
-  if (isNamed || info->role == ControlRole::tabs) read.value = capitals(read.value);
+  if (isNamed || info->role == ControlRole::tabs) read.value = upperCase(read.value);
   if (const KnobPanel* const panel = panelOfAmount(info->tag)) {
-    read.name = capitals(findRow(panel->knob)->title.data());
+    read.name = upperCase(findRow(panel->knob)->title.data());
     for (const auto& [tag, by] : amountsOf(*panel)) {
       if (tag != info->tag) continue;
       read.by = by.brief;

@@ -2,11 +2,23 @@
 // frame.
 #pragma once
 
+#include <string>
+#include <string_view>
+
 #include "editor/layout.hpp"
 #include "editor/uni_client_editor.hpp"
 #include "toolkit/control_frame.hpp"
 
 namespace zum {
+
+/// Titles as the window writes them.
+inline std::string upperCase(std::string_view text) {
+  std::string letters(text);
+  for (char& letter : letters) {
+    if (letter >= 'a' && letter <= 'z') letter = static_cast<char>(letter - 'a' + 'A');
+  }
+  return letters;
+}
 
 template <class Control, class... More>
 Control* KvUniClientEditor::make(const CRect& rect, int tag, const More&... more) {
