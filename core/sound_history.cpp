@@ -58,7 +58,8 @@ void SoundHistory::lookForPrograms() {
 SoundHistory::Step::Step(SoundHistory& history, Part part, std::string name) : of(history) {
   if (!of.isUsable()) return;
   const StateGate::Turn turn(of.gate);
-  of.begin(name, -1);
+  const std::string called = std::move(name);
+  of.begin(called, -1);
   of.keep(part);
 }
 
@@ -115,7 +116,7 @@ void SoundHistory::end() {
 }
 
 void SoundHistory::keep(Part part) {
-  if (open->isVoid) return;
+  if (!open || open->isVoid) return;
   try {
     SoundParts& parts = open->parts;
     if (parts.whole) return;
@@ -141,7 +142,7 @@ void SoundHistory::touchRow(int row) {
   const bool isSound = row < kPresetRows &&
                        parameterRows()[static_cast<std::size_t>(row)].rule != Rule::table &&
                        parameterRows()[static_cast<std::size_t>(row)].tag != tag::modChoice;
-  if (isSound) open->touched.set(static_cast<std::size_t>(row));
+  if (isSound && open) open->touched.set(static_cast<std::size_t>(row));
 }
 
 void SoundHistory::merge() {
@@ -158,7 +159,7 @@ void SoundHistory::seal() {
 
 // True where the host has to be told that something moved, which no gesture tells of.
 bool SoundHistory::close() {
-  if (open->isVoid) return false;
+  if (!open || open->isVoid) return false;
   if (!open->parts.whole && gate.intakeCount() != knownIntakes) {
     lookForPrograms();
     return false;
