@@ -154,7 +154,7 @@ void HostSide::Block::playTo(std::int32_t frame) ZUM_REALTIME {
 
 // It asks before it has a record, and before the record knows this host.
 std::intptr_t HostSide::answer(AEffect* record, std::int32_t opcode, std::int32_t index,
-                               std::intptr_t /*value*/, void* ptr, float opt) {
+                               std::intptr_t value, void* ptr, float opt) {
   auto* const host =
       record == nullptr ? nullptr : std::bit_cast<HostSide*>(record->reservedForHost[0]);
   switch (opcode) {
@@ -168,6 +168,8 @@ std::intptr_t HostSide::answer(AEffect* record, std::int32_t opcode, std::int32_
     case audioMasterEndEdit:
     case audioMasterUpdateDisplay:
       return host != nullptr && host->listener != nullptr ? host->tell(opcode, index, opt) : 0;
+    case audioMasterSizeWindow:
+      return host != nullptr ? host->askForSize({index, static_cast<int>(value)}) : 0;
     default: return host != nullptr ? host->answerFor(opcode) : 0;
   }
 }
@@ -197,6 +199,10 @@ std::intptr_t HostSide::tell(std::int32_t opcode, std::int32_t index, float raw)
   return 1;
 }
 
+std::intptr_t HostSide::askForSize(const Size& wanted) {
+  return windowFrame != nullptr && !isWindowThread && windowFrame->resize(wanted) ? 1 : 0;
+}
+
 VstTimeInfo* HostSide::fillTime() ZUM_REALTIME {
   time.sampleRate = sampleRate;
   time.tempo = now.tempo;
@@ -215,7 +221,20 @@ HostSide::Size HostSide::windowSize() {
   return {rect->right - rect->left, rect->bottom - rect->top};
 }
 
-bool HostSide::openWindow(std::uintptr_t parent) {
+HostSide::Size HostSide::fittingSize(const Size& offered) {
+  return editor() != nullptr ? editor()->fitting(offered) : Size{};
+}
+
+bool HostSide::setWindowScale(double scale) {
+  return editor() != nullptr && editor()->setHostScale(scale);
+}
+
+void HostSide::resizeWindow(const Size& given) {
+  if (editor() != nullptr) editor()->takeSize(given);
+}
+
+bool HostSide::openWindow(std::uintptr_t parent, WindowFrame* around) {
+  windowFrame = around;
   // NOLINTNEXTLINE(performance-no-int-to-ptr): editors take the system's number as a pointer
   return editor() != nullptr && editor()->open(reinterpret_cast<void*>(parent));
 }
@@ -223,6 +242,7 @@ bool HostSide::openWindow(std::uintptr_t parent) {
 void HostSide::closeWindow() {
   windowThread = {};
   if (editor() != nullptr) editor()->close();
+  windowFrame = nullptr;
 }
 
 bool HostSide::isWindowOpen() { return editor() != nullptr && editor()->isOpen(); }

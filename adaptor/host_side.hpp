@@ -110,13 +110,27 @@ class HostSide {
   Song& song() ZUM_REALTIME { return now; }
 
   // ---- [main] the window: by the host's timer, or where it has none by a thread of our own
-  struct Size {
-    int width;
-    int height;
+  using Size = WindowSize;
+  /// Of the window that ours lies in.
+  class WindowFrame {
+   public:
+    /// False when it stays as it is.
+    virtual bool resize(const Size& wanted) = 0;
+
+   protected:
+    ~WindowFrame() = default;
   };
   Size windowSize();
+  /// The window at factor 1, and the nearest that it can have to a size that is offered.
+  Size plainWindowSize() { return fittingSize({}); }
+  Size fittingSize(const Size& offered);
+  /// How large the host shows its windows. False for what is no scale.
+  bool setWindowScale(double scale);
+  /// The host made so much room.
+  void resizeWindow(const Size& given);
   /// Inside of the host's window, or for 0 in one of its own. False when there is none to be had.
-  bool openWindow(std::uintptr_t parent);
+  /// `around` is asked for other sizes; null where there is one alone.
+  bool openWindow(std::uintptr_t parent, WindowFrame* around = nullptr);
   void closeWindow();
   bool isWindowOpen();
   /// Some thirty times a second.
@@ -133,8 +147,9 @@ class HostSide {
   std::intptr_t answerFor(std::int32_t opcode) ZUM_REALTIME;
   /// Of the window.
   std::intptr_t tell(std::int32_t opcode, std::int32_t index, float raw);
+  std::intptr_t askForSize(const Size& wanted);
   VstTimeInfo* fillTime() ZUM_REALTIME;
-  AEffEditor* editor() const { return effect->getEditor(); }
+  EffectEditor* editor() const { return static_cast<EffectEditor*>(effect->getEditor()); }
 
   Listener* const listener;
   const char* const productName;
@@ -144,6 +159,7 @@ class HostSide {
   std::int32_t blockSize = 1024;
   bool active = false;
   bool hasSideChain = false;  // it sounded
+  WindowFrame* windowFrame = nullptr;
   std::unique_ptr<KvUniClient> effect;
   std::jthread windowThread;  // goes first
 };

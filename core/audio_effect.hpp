@@ -117,6 +117,10 @@ class AudioEffectX : public AudioEffect {
   virtual std::int32_t getNumMidiInputChannels() { return 0; }
   /// Asks the host to show names and values anew.
   void updateDisplay() { callHost(audioMasterUpdateDisplay); }
+  /// Asks the host to make room for a window of another size, in pixels. False when it does not.
+  bool sizeWindow(std::int32_t width, std::int32_t height) {
+    return callHost(audioMasterSizeWindow, width, height) != 0;
+  }
   virtual bool beginEdit(std::int32_t index);
   virtual bool endEdit(std::int32_t index);
 

@@ -15,6 +15,13 @@ inline std::recursive_mutex& windowTurn() {
   return turn;
 }
 
+/// In pixels of the screen.
+struct WindowSize {
+  int width = 0;
+  int height = 0;
+  bool operator==(const WindowSize&) const = default;
+};
+
 /// [main] What looks at the window takes the windowTurn().
 class EffectEditor : public AEffEditor {
  public:
@@ -25,6 +32,14 @@ class EffectEditor : public AEffEditor {
   virtual void raiseAbout() = 0;
   virtual void openManual() = 0;
   virtual bool aboutIsOpen() const = 0;
+  /// How large a host shows its windows, 1 for plain. An open one asks for its new size. False for
+  /// what is no scale.
+  virtual bool setHostScale(double scale) = 0;
+  /// The largest size that the window can have inside of what is offered; its smallest one where
+  /// there is none.
+  virtual WindowSize fitting(const WindowSize& offered) = 0;
+  /// The host, or the user by it, gave the window so much room.
+  virtual void takeSize(const WindowSize& given) = 0;
 };
 
 /// [any] The way from the rooms of the effect to its window, of which there may be none.

@@ -33,9 +33,9 @@ class AEffGUIEditor : public EffectEditor, public KvEditorBase {
     return KvEditorBase::isOpen();
   }
   bool getRect(ERect** answer) override {
-    const CRect& rect = windowRect();
-    hostRect = {static_cast<std::int16_t>(rect.top), static_cast<std::int16_t>(rect.left),
-                static_cast<std::int16_t>(rect.bottom), static_cast<std::int16_t>(rect.right)};
+    const std::lock_guard turn(windowTurn());
+    const CPoint size = sizeForHost();
+    hostRect = {0, 0, static_cast<std::int16_t>(size.y), static_cast<std::int16_t>(size.x)};
     *answer = &hostRect;
     return true;
   }
@@ -53,6 +53,10 @@ class AEffGUIEditor : public EffectEditor, public KvEditorBase {
   }
   void requestFullRedraw() ZUM_REALTIME override { KvEditorBase::requestFullRedraw(); }
   void update() ZUM_REALTIME override { KvEditorBase::update(); }
+
+ protected:
+  /// Of the window as it is or will be, in pixels of the screen.
+  virtual CPoint sizeForHost() { return screenSize(); }
 
  private:
   static WindowKey keyOf(const VstKeyCode& key) { return {key.character, key.virt, key.modifier}; }

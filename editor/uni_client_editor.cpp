@@ -37,6 +37,7 @@ KvUniClientEditor::KvUniClientEditor(KvUniClient& owner)
 
 bool KvUniClientEditor::open(void* parent, const CFrame::WindowOpener& opener) {
   const std::lock_guard turn(windowTurn());
+  setFactor(scaleToBe().factor());
   if (!KvEditorBase::open(parent, editorFont.get(), opener)) return false;
   getFrame()->setBackground(holdBitmap(kBackgroundPicture));
   addLearnMenu();
@@ -81,6 +82,8 @@ void KvUniClientEditor::close() {
   learnMenu = nullptr;
   valueField = nullptr;
   AEffGUIEditor::close();
+  resting.forget();
+  factorWanted.keep();
 }
 
 void KvUniClientEditor::idle() {
@@ -90,6 +93,7 @@ void KvUniClientEditor::idle() {
   showPresetName();
   showStatus();
   noteControllers();
+  if (const auto scale = resting.tick()) setFactor(scale->factor());
   AEffGUIEditor::idle();
 }
 

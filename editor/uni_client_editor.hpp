@@ -12,7 +12,9 @@
 #include "core/parameter_table.hpp"
 #include "core/uni_client.hpp"
 #include "editor/host_editor.hpp"
+#include "editor/window_factor.hpp"
 #include "toolkit/control_info.hpp"
+#include "toolkit/resting_scale.hpp"
 
 namespace zum {
 
@@ -51,6 +53,13 @@ class KvUniClientEditor final : public AEffGUIEditor, public CControlListener {
   void raiseAbout() override;
   void openManual() override;
   bool aboutIsOpen() const override;
+
+  bool setHostScale(double scale) override;
+  WindowSize fitting(const WindowSize& offered) override;
+  void takeSize(const WindowSize& given) override;
+  /// By the user. An open window has the factor at once where the host makes room for it; else
+  /// those do that open from now on.
+  void chooseFactor(double wanted);
   /// Their files may have come or gone, or lie in another folder.
   void refreshPresetMenus(const char* extension);
 
@@ -114,7 +123,14 @@ class KvUniClientEditor final : public AEffGUIEditor, public CControlListener {
   void showPresetFolder();
   void noteControllers();
 
+  // size
+  Scale scaleToBe();
+  CPoint sizeForHost() override;
+  bool showAt(const Scale& scale);
+
   KvUniClient& effect;
+  WindowFactor factorWanted;
+  RestingScale resting;
   Held<CFontDesc> editorFont;
   std::array<KvControl*, kLastTag + 1> controls{};  // by tag
   std::vector<KvViewContainer*> panels;             // in the order of their table

@@ -98,6 +98,12 @@ class NativeWindow {
   virtual std::optional<ScreenPlace> place() const { return std::nullopt; }
 };
 
+/// Pixels.
+struct SizeRange {
+  int leastWidth = 0, leastHeight = 0;
+  int mostWidth = 0, mostHeight = 0;
+};
+
 struct WindowRequest {
   std::uintptr_t parent = 0;  // the host's window, 0 for a window of its own
   int width = 0;
@@ -107,6 +113,8 @@ struct WindowRequest {
   std::uintptr_t inFrontOf = 0;  // a dialog of the program whose window this is or lies in
   std::optional<ScreenPlace> place = std::nullopt;  // moved onto the screen where it is not
   bool takesFiles = false;                          // that the user drops onto it
+  // Its user may give it another size between these, with the same proportion of its sides.
+  std::optional<SizeRange> sizes = std::nullopt;
 };
 
 /// [main] Null where there is no display, or no such parent. `events` outlive the window.

@@ -50,6 +50,7 @@ X11Window::X11Window(const WindowRequest& request, WindowEvents& told)
       parent(request.parent),
       width(request.width),
       height(request.height),
+      sizes(request.sizes),
       focusBefore(request.parent) {
   if (display == nullptr) return;
   X11Guard guard(display);
@@ -117,17 +118,25 @@ void X11Window::describe(const WindowRequest& request) {
 }
 
 void X11Window::describeSize(const std::optional<ScreenPlace>& corner) {
-  XSizeHints sizes{};
-  sizes.flags = PMinSize | PMaxSize;
-  sizes.min_width = sizes.max_width = width;
-  sizes.min_height = sizes.max_height = height;
+  const SizeRange ends = sizes.value_or(SizeRange{width, height, width, height});
+  XSizeHints hints{};
+  hints.flags = PMinSize | PMaxSize;
+  hints.min_width = ends.leastWidth;
+  hints.min_height = ends.leastHeight;
+  hints.max_width = ends.mostWidth;
+  hints.max_height = ends.mostHeight;
+  if (sizes) {
+    hints.flags |= PAspect;
+    hints.min_aspect.x = hints.max_aspect.x = ends.leastWidth;
+    hints.min_aspect.y = hints.max_aspect.y = ends.leastHeight;
+  }
   if (corner) {
     // The place is of our own corner: counted from the frame's, the window would wander by a frame
     // each time it comes up where it was.
-    sizes.flags |= USPosition | PWinGravity;
-    sizes.win_gravity = StaticGravity;
+    hints.flags |= USPosition | PWinGravity;
+    hints.win_gravity = StaticGravity;
   }
-  XSetWMNormalHints(display, window, &sizes);
+  XSetWMNormalHints(display, window, &hints);
 }
 
 /// The screen may have become smaller since the place was noted.

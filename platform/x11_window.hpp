@@ -71,6 +71,7 @@ class X11Window final : public NativeWindow {
   Window window = 0;
   int width;
   int height;
+  const std::optional<SizeRange> sizes;
   unsigned long resizedAt = 0;  // serial of our last resize: what the server told before is old
   Colormap colours = 0;
   cairo_surface_t* surface = nullptr;

@@ -17,6 +17,7 @@ inline constexpr const char* kOldPresetPath = "presetpath";  // of older version
 inline constexpr const char* kPresetSavePath = "presetsavepath0";
 inline constexpr const char* kAudioFilePath = "audiofilepath";
 inline constexpr const char* kControllerMapPath = "cc savepath";
+inline constexpr const char* kWindowSize = "window size";      // percent, by the user
 inline constexpr const char* kInitialised = "initialised";  // not 0 behind the first start
 inline constexpr const char* kIgnoreProgramChange = "ignorePrgChange";
 inline constexpr const char* kIsolateMapRecall = "CC Map Recall isolate";

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <cstdlib>
+#include <cstring>
 #include <thread>
 
 #include "apps/zum/failure.hpp"
@@ -18,6 +20,7 @@
 #include "support/own_home.hpp"
 #include "support/temporary_folder.hpp"
 // X's macros after that
+#include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <X11/keysym.h>
 
@@ -57,6 +60,56 @@ class PlayWindowTest : public testing::Test {
   std::optional<PlayWindow> window;
   std::uintptr_t handle = 0;
 };
+
+// The desktop says how large it comes up; a corner that is dragged has its say from then on, and
+// both parts keep to one size and to their proportion.
+TEST_F(PlayWindowTest, HasTheSizeOfTheDesktopOrOfTheUser) {
+  const auto size = [&] {
+    XWindowAttributes now{};
+    XGetWindowAttributes(robot.connection(), handle, &now);
+    return std::pair(now.width, now.height);
+  };
+  const auto inner = [&] {
+    const auto [width, height] = host.windowSize();
+    return std::pair(width, height);
+  };
+  const struct {
+    const char* resources;  // of the screen
+    const char* environment;
+    std::pair<int, int> comesUp;
+  } desktops[] = {{"*color:\tred\nXft.dpi:\t120\n", nullptr, {635, 700}},
+                  {"Xft.dpi: 144", "2", {1016, 1120}},
+                  {"Xft.dpi: 1e999\n", nullptr, {508, 560}},
+                  {"Xft.dpi: letters", "", {508, 560}}};
+  for (const auto& desktop : desktops) {
+    SCOPED_TRACE(desktop.resources);
+    Display* const screen = robot.connection();
+    XChangeProperty(screen, DefaultRootWindow(screen), XA_RESOURCE_MANAGER, XA_STRING, 8,
+                    PropModeReplace, reinterpret_cast<const unsigned char*>(desktop.resources),
+                    static_cast<int>(std::strlen(desktop.resources)));
+    XSync(screen, False);
+    desktop.environment != nullptr ? setenv("GDK_SCALE", desktop.environment, 1)
+                                   : unsetenv("GDK_SCALE");
+    HostSide fresh{createEditor, nullptr};
+    PlayWindow shown(fresh, owner);
+    handle = robot.findWindow("ZUM");
+    EXPECT_EQ(size(), desktop.comesUp);
+  }
+  unsetenv("GDK_SCALE");
+  open();
+  for (const auto& [dragged, rests] : {std::pair(std::pair(763, 841), std::pair(763, 841)),
+                                       {std::pair(900, 701), std::pair(636, 701)},
+                                       {std::pair(100, 100), std::pair(508, 560)}}) {
+    const auto [width, height] = dragged;
+    XResizeWindow(robot.connection(), handle, static_cast<unsigned>(width),
+                  static_cast<unsigned>(height));
+    XSync(robot.connection(), False);
+    for (int i = 0; i < 100 && size() != rests; ++i) settle();
+    settle();
+    EXPECT_EQ(size(), rests);
+    EXPECT_EQ(inner().first, rests.first);
+  }
+}
 
 TEST_F(PlayWindowTest, BothPartsAreOnePictureOnTheScreenAndInAFile) {
   open();

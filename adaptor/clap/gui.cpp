@@ -1,10 +1,17 @@
-// The window as hosts ask for it. What is not done answers false: other sizes and scales, windows
-// that float.
+// The window as hosts ask for it. What is not done answers false: windows that float.
+
+#include <algorithm>
 
 #include "adaptor/clap/plugin.hpp"
 
 namespace zum::clap {
 namespace {
+
+/// What a host says is a number of any size.
+HostSide::Size sizeOf(std::uint32_t width, std::uint32_t height) {
+  constexpr std::uint32_t kMost = 1U << 15U;
+  return {static_cast<int>(std::min(width, kMost)), static_cast<int>(std::min(height, kMost))};
+}
 
 bool supportsApi(const clap_plugin_t* /*plugin*/, const char* api, bool isFloating) {
   return Window::isSupported(api, isFloating);
@@ -25,7 +32,9 @@ void destroy(const clap_plugin_t* plugin) {
   tell(plugin, [](Face& face) { face.window().destroy(); });
 }
 
-bool setScale(const clap_plugin_t* /*plugin*/, double /*scale*/) { return false; }
+bool setScale(const clap_plugin_t* plugin, double scale) {
+  return ask(plugin, false, [&](Face& face) { return face.window().setScale(scale); });
+}
 
 bool getSize(const clap_plugin_t* plugin, std::uint32_t* width, std::uint32_t* height) {
   if (width == nullptr || height == nullptr) return false;
@@ -38,19 +47,31 @@ bool getSize(const clap_plugin_t* plugin, std::uint32_t* width, std::uint32_t* h
   });
 }
 
-bool canResize(const clap_plugin_t* /*plugin*/) { return false; }
+bool canResize(const clap_plugin_t* /*plugin*/) { return true; }
 
-bool resizeHints(const clap_plugin_t* /*plugin*/, clap_gui_resize_hints_t* /*hints*/) {
-  return false;
+bool resizeHints(const clap_plugin_t* plugin, clap_gui_resize_hints_t* hints) {
+  if (hints == nullptr) return false;
+  return ask(plugin, false, [&](Face& face) {
+    const HostSide::Size plain = face.window().plainSize();
+    *hints = {true, true, true, static_cast<std::uint32_t>(plain.width),
+              static_cast<std::uint32_t>(plain.height)};
+    return true;
+  });
 }
 
-bool adjustSize(const clap_plugin_t* /*plugin*/, std::uint32_t* /*width*/,
-                std::uint32_t* /*height*/) {
-  return false;
+bool adjustSize(const clap_plugin_t* plugin, std::uint32_t* width, std::uint32_t* height) {
+  if (width == nullptr || height == nullptr) return false;
+  return ask(plugin, false, [&](Face& face) {
+    const HostSide::Size size = face.window().fitting(sizeOf(*width, *height));
+    *width = static_cast<std::uint32_t>(size.width);
+    *height = static_cast<std::uint32_t>(size.height);
+    return true;
+  });
 }
 
-bool setSize(const clap_plugin_t* /*plugin*/, std::uint32_t /*width*/, std::uint32_t /*height*/) {
-  return false;
+bool setSize(const clap_plugin_t* plugin, std::uint32_t width, std::uint32_t height) {
+  return ask(plugin, false,
+             [&](Face& face) { return face.window().setSize(sizeOf(width, height)); });
 }
 
 bool setParent(const clap_plugin_t* plugin, const clap_window_t* window) {

@@ -18,6 +18,7 @@ HostLink::HostLink(const clap_host_t& of)
       params(offered<clap_host_params_t>(of, CLAP_EXT_PARAMS)),
       state(offered<clap_host_state_t>(of, CLAP_EXT_STATE)),
       timers(offered<clap_host_timer_support_t>(of, CLAP_EXT_TIMER_SUPPORT)),
+      gui(offered<clap_host_gui_t>(of, CLAP_EXT_GUI)),
       presets(offered<clap_host_preset_load_t>(of, CLAP_EXT_PRESET_LOAD,
                                                CLAP_EXT_PRESET_LOAD_COMPAT)) {}
 
@@ -49,6 +50,11 @@ std::optional<clap_id> HostLink::startTimer(std::uint32_t milliseconds) const {
 
 void HostLink::stopTimer(clap_id timer) const {
   if (timers->unregister_timer != nullptr) timers->unregister_timer(&host, timer);
+}
+
+bool HostLink::requestResize(std::uint32_t width, std::uint32_t height) const {
+  return gui != nullptr && gui->request_resize != nullptr &&
+         gui->request_resize(&host, width, height);
 }
 
 void HostLink::presetLoaded(const char* file, const char* key) const {

@@ -24,6 +24,8 @@ class HostLink {
   /// Nothing where the host has no timers.
   std::optional<clap_id> startTimer(std::uint32_t milliseconds) const;
   void stopTimer(clap_id timer) const;
+  /// Of the window, pixels. False where it keeps its size.
+  bool requestResize(std::uint32_t width, std::uint32_t height) const;
   void presetLoaded(const char* file, const char* key) const;
   void presetFailed(const char* file, const char* key, const char* why) const;
 
@@ -32,6 +34,7 @@ class HostLink {
   const clap_host_params_t* params;
   const clap_host_state_t* state;
   const clap_host_timer_support_t* timers;
+  const clap_host_gui_t* gui;
   const clap_host_preset_load_t* presets;
 };
 

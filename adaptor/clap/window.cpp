@@ -44,6 +44,17 @@ std::optional<HostSide::Size> Window::size() {
   return size;
 }
 
+bool Window::setSize(const HostSide::Size& given) {
+  if (!isCreated) return false;
+  side.resizeWindow(given);
+  return true;
+}
+
+bool Window::resize(const HostSide::Size& wanted) {
+  return host.requestResize(static_cast<std::uint32_t>(wanted.width),
+                            static_cast<std::uint32_t>(wanted.height));
+}
+
 void Window::tick(clap_id firedTimer) {
   if (timer == firedTimer) side.idleWindow();
 }
@@ -51,7 +62,7 @@ void Window::tick(clap_id firedTimer) {
 bool Window::open() {
   if (side.isWindowOpen()) return true;
   close();  // one whose place has gone still has its timer
-  if (parent == 0 || !side.openWindow(parent)) return false;
+  if (parent == 0 || !side.openWindow(parent, this)) return false;
   timer = host.startTimer(kTickMilliseconds);
   if (!timer) side.idleByOwnThread();
   return true;

@@ -8,7 +8,7 @@
 
 namespace zum::clap {
 
-class Window {
+class Window final : private HostSide::WindowFrame {
  public:
   Window(HostSide& of, const HostLink& link) : side(of), host(link) {}
   Window(const Window&) = delete;
@@ -25,9 +25,15 @@ class Window {
   bool hide();
   /// Pixels.
   std::optional<HostSide::Size> size();
+  /// All with the same proportion of their sides, from the plain size on.
+  HostSide::Size plainSize() { return side.plainWindowSize(); }
+  HostSide::Size fitting(const HostSide::Size& offered) { return side.fittingSize(offered); }
+  bool setScale(double scale) { return side.setWindowScale(scale); }
+  bool setSize(const HostSide::Size& given);
   void tick(clap_id firedTimer);
 
  private:
+  bool resize(const HostSide::Size& wanted) override;
   bool open();
   void close();
 

@@ -1,7 +1,10 @@
 // What LV2 hosts find in the file: one plug-in and its window.
+#include <lv2/atom/atom.h>
 #include <lv2/core/lv2.h>
 #include <lv2/instance-access/instance-access.h>
+#include <lv2/options/options.h>
 #include <lv2/ui/ui.h>
+#include <lv2/urid/urid.h>
 
 #include <cstring>
 #include <exception>
@@ -98,6 +101,22 @@ constexpr LV2_Descriptor kDescriptor{kPluginUri, instantiate, connectPort, activ
 
 // ---- the window
 
+/// What a host offers as an option, for which it must have numbers for words.
+double scaleIn(const LV2_Feature* const* features) {
+  const auto* const map = dataOf<LV2_URID_Map>(features, LV2_URID__map);
+  const auto* option = dataOf<LV2_Options_Option>(features, LV2_OPTIONS__options);
+  if (map == nullptr || option == nullptr) return 0.0;
+  const LV2_URID wanted = map->map(map->handle, LV2_UI__scaleFactor);
+  const LV2_URID decimal = map->map(map->handle, LV2_ATOM__Float);
+  for (; option->key != 0; ++option) {
+    if (option->key != wanted || option->type != decimal || option->size != sizeof(float)) continue;
+    float scale = 0.0F;
+    if (option->value != nullptr) std::memcpy(&scale, option->value, sizeof scale);
+    return static_cast<double>(scale);
+  }
+  return 0.0;
+}
+
 PluginWindow& windowOf(LV2UI_Handle handle) { return *static_cast<PluginWindow*>(handle); }
 
 LV2UI_Handle openWindow(const LV2UI_Descriptor* /*descriptor*/, const char* pluginUri,
@@ -115,7 +134,8 @@ LV2UI_Handle openWindow(const LV2UI_Descriptor* /*descriptor*/, const char* plug
                                 reinterpret_cast<std::uintptr_t>(parent),
                                 dataOf<LV2UI_Resize>(features, LV2_UI__resize),
                                 dataOf<LV2UI_Touch>(features, LV2_UI__touch),
-                                featureOf(features, LV2_UI__idleInterface) != nullptr};
+                                featureOf(features, LV2_UI__idleInterface) != nullptr,
+                                scaleIn(features)};
   return guarded(LV2UI_Handle{}, [&]() -> LV2UI_Handle {
     auto window = std::make_unique<PluginWindow>(*plugin, host);
     if (!window->open()) return nullptr;
@@ -139,8 +159,14 @@ int idle(LV2UI_Handle handle) {
   return guarded(1, [&] { return windowOf(handle).idle() ? 0 : 1; });
 }
 
+int resize(LV2UI_Feature_Handle handle, int width, int height) {
+  return guarded(1, [&] { return windowOf(handle).takeSize({width, height}), 0; });
+}
+
 const void* extensionOfWindow(const char* uri) {
   static const LV2UI_Idle_Interface idles{idle};
+  static const LV2UI_Resize resizes{nullptr, resize};
+  if (std::string_view(uri) == LV2_UI__resize) return &resizes;
   return std::string_view(uri) == LV2_UI__idleInterface ? &idles : nullptr;
 }
 

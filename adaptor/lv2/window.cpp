@@ -18,11 +18,9 @@ PluginWindow::~PluginWindow() {
 }
 
 bool PluginWindow::open() {
-  if (!plugin.host().openWindow(host.parent)) return false;
-  if (host.resize != nullptr && host.resize->ui_resize != nullptr) {
-    const HostSide::Size size = plugin.host().windowSize();
-    host.resize->ui_resize(host.resize->handle, size.width, size.height);
-  }
+  plugin.host().setWindowScale(host.scale);
+  if (!plugin.host().openWindow(host.parent, this)) return false;
+  resize(plugin.host().windowSize());
   if (!host.hasIdle) plugin.host().idleByOwnThread();
   return true;
 }
@@ -45,6 +43,11 @@ void PluginWindow::hearPort() {
 }
 
 // ---- towards the host
+
+bool PluginWindow::resize(const HostSide::Size& wanted) {
+  return host.resize != nullptr && host.resize->ui_resize != nullptr &&
+         host.resize->ui_resize(host.resize->handle, wanted.width, wanted.height) == 0;
+}
 
 void PluginWindow::tellChanges() {
   const auto tags = faceTags();

@@ -11,7 +11,7 @@
 namespace zum::lv2 {
 
 /// [main] The instance outlives it.
-class PluginWindow final : private HostSide::Listener {
+class PluginWindow final : private HostSide::Listener, private HostSide::WindowFrame {
  public:
   /// What the host offers; null for what it does not.
   struct Host {
@@ -21,6 +21,7 @@ class PluginWindow final : private HostSide::Listener {
     const LV2UI_Resize* resize;
     const LV2UI_Touch* touch;
     bool hasIdle;
+    double scale;  // at which it shows its windows; 0 where it does not say
   };
 
   PluginWindow(Plugin& instance, const Host& host);
@@ -30,6 +31,8 @@ class PluginWindow final : private HostSide::Listener {
 
   /// False when there is no window to be had.
   bool open();
+  /// The host made room for so many pixels.
+  void takeSize(const HostSide::Size& given) { plugin.host().resizeWindow(given); }
   /// The system's number of the window.
   std::uintptr_t number() const;
   /// False when the window is gone.
@@ -44,6 +47,8 @@ class PluginWindow final : private HostSide::Listener {
   void gestureMoved(int tag, float raw) override;
   void gestureEnded(int tag) override { touch(tag, false); }
   void presetChanged() override {}  // what that writes is told with all other changes
+
+  bool resize(const HostSide::Size& wanted) override;
 
   void touch(int tag, bool holds);
   void write(std::size_t position, float value);

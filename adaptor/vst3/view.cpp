@@ -1,7 +1,9 @@
 #include "adaptor/vst3/view.hpp"
 
+#include <algorithm>
 #include <bit>
 #include <cstring>
+#include <limits>
 #include <memory>
 
 namespace zum::vst3 {
@@ -13,11 +15,24 @@ bool isX11(const char* type) {
   return type != nullptr && std::strcmp(type, V3_VIEW_PLATFORM_TYPE_X11) == 0;
 }
 
-/// The window has one size.
-v3_result takeSize(View& view, v3_view_rect* rect) {
+/// Whatever a host writes into it; none for nonsense.
+HostSide::Size sizeOf(const v3_view_rect& rect) {
+  const auto side = [](std::int64_t from, std::int64_t to) {
+    constexpr std::int64_t kMost = 1 << 15;
+    return static_cast<int>(std::clamp(to - from, std::int64_t{0}, kMost));
+  };
+  return {side(rect.left, rect.right), side(rect.top, rect.bottom)};
+}
+
+/// The sides keep their proportion.
+v3_result fit(View& view, v3_view_rect* rect) {
   if (rect == nullptr) return V3_INVALID_ARG;
-  const v3_view_rect size = view.size();
-  *rect = {rect->left, rect->top, rect->left + size.right, rect->top + size.bottom};
+  const HostSide::Size size = view.host().fittingSize(sizeOf(*rect));
+  const auto end = [](std::int32_t from, int length) {
+    return static_cast<std::int32_t>(
+        std::min<std::int64_t>(std::int64_t{from} + length, std::numeric_limits<int>::max()));
+  };
+  *rect = {rect->left, rect->top, end(rect->left, size.width), end(rect->top, size.height)};
   return V3_OK;
 }
 
@@ -52,21 +67,31 @@ constexpr v3_plugin_view_cpp kView = {
           if (rect == nullptr) return V3_INVALID_ARG;
           return tried([&] { return *rect = objectOf<View>(self).size(), V3_OK; });
         },
-        .on_size = [](void*, v3_view_rect*) -> v3_result { return V3_OK; },
+        .on_size = [](void* self, v3_view_rect* rect) -> v3_result {
+          if (rect == nullptr) return V3_INVALID_ARG;
+          return tried([&] {
+            objectOf<View>(self).host().resizeWindow(sizeOf(*rect));
+            return V3_OK;
+          });
+        },
         .on_focus = [](void*, v3_bool) -> v3_result { return V3_FALSE; },
         .set_frame = [](void* self, v3_plugin_frame** frame) -> v3_result {
           return objectOf<View>(self).setFrame(frame), V3_OK;
         },
-        .can_resize = [](void*) -> v3_result { return V3_FALSE; },
+        .can_resize = [](void*) -> v3_result { return V3_OK; },
         .check_size_constraint = [](void* self, v3_view_rect* rect) -> v3_result {
-          return tried([&] { return takeSize(objectOf<View>(self), rect); });
+          return tried([&] { return fit(objectOf<View>(self), rect); });
         },
     },
 };
 
 constexpr v3_plugin_view_content_scale_cpp kScale = {
     unknownOf<View>(),
-    {.set_content_scale_factor = [](void*, float) -> v3_result { return V3_FALSE; }},
+    {.set_content_scale_factor = [](void* self, float factor) -> v3_result {
+      return tried([&] {
+        return resultOf(objectOf<View>(self).host().setWindowScale(static_cast<double>(factor)));
+      });
+    }},
 };
 
 constexpr v3_timer_handler_cpp kTimer = {
@@ -98,11 +123,19 @@ void* View::query(const v3_tuid iid) {
 }
 
 bool View::attach(std::uintptr_t parent) {
-  if (effect.hasView() || !effect.host.openWindow(parent)) return false;
+  if (effect.hasView() || !effect.host.openWindow(parent, this)) return false;
   effect.setView(this);
   attached = true;
   startTimer();
   return true;
+}
+
+// The host may call back with the new size, or let go of the view.
+bool View::resize(const HostSide::Size& wanted) {
+  if (frame == nullptr) return false;
+  v3_view_rect rect{0, 0, wanted.width, wanted.height};
+  auto** const self = reinterpret_cast<v3_plugin_view**>(&view);
+  return v3_cpp_obj(frame)->resize_view(frame, self, &rect) == V3_OK;
 }
 
 void View::startTimer() {

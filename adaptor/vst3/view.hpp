@@ -10,7 +10,7 @@
 namespace zum::vst3 {
 
 /// Keeps the effect, as hosts let go of the two in any order.
-class View final : public Counted<View> {
+class View final : public Counted<View>, private HostSide::WindowFrame {
  public:
   /// The host holds it.
   static v3_plugin_view** create(Effect& effect);
@@ -30,8 +30,10 @@ class View final : public Counted<View> {
   void setFrame(v3_plugin_frame** given) { frame = given; }
   void onTimer();
   v3_view_rect size();
+  HostSide& host() { return effect.host; }
 
  private:
+  bool resize(const HostSide::Size& wanted) override;
   /// Of the host's loop; where it has none, a thread of our own does the work.
   void startTimer();
 

@@ -41,8 +41,10 @@ constexpr const char* kTail = R"(
 <urn:zelvane:zum#ui>
 	a ui:X11UI ;
 	lv2:requiredFeature <http://lv2plug.in/ns/ext/instance-access> , ui:parent ;
-	lv2:optionalFeature ui:idleInterface , ui:noUserResize , ui:resize , ui:touch ;
-	lv2:extensionData ui:idleInterface .
+	lv2:optionalFeature ui:idleInterface , ui:resize , ui:touch ,
+		<http://lv2plug.in/ns/ext/options#options> ;
+	<http://lv2plug.in/ns/ext/options#supportedOption> ui:scaleFactor ;
+	lv2:extensionData ui:idleInterface , ui:resize .
 
 <urn:zelvane:zum#in>
 	a pg:StereoGroup , pg:InputGroup ;

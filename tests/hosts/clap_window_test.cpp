@@ -183,6 +183,45 @@ TEST_F(ClapWindow, OpensAgainAndAgainAndOutlivesItsPlace) {
   robot.release();
 }
 
+TEST_F(ClapWindow, HasTheScaleAndTheRoomThatItsHostGives) {
+  ClapPlug plug;
+  const auto& gui = plug.gui();
+  const clap_plugin_t* const plugin = plug.plugin;
+  using Size = std::pair<int, int>;
+  const auto told = [&] {
+    std::uint32_t width = 0;
+    std::uint32_t height = 0;
+    gui.get_size(plugin, &width, &height);
+    return Size(width, height);
+  };
+  ASSERT_TRUE(gui.create(plugin, "x11", false) && gui.set_scale(plugin, 1.5));
+  EXPECT_EQ(told(), Size(762, 705));
+  const clap_window_t window = windowOf(place);
+  ASSERT_TRUE(gui.set_parent(plugin, &window) && gui.show(plugin) && gui.can_resize(plugin));
+  EXPECT_EQ(place.innerSize(), told());
+  clap_gui_resize_hints_t hints{};
+  EXPECT_TRUE(gui.get_resize_hints(plugin, &hints) && hints.preserve_aspect_ratio);
+  EXPECT_EQ(hints.aspect_ratio_width * 470, hints.aspect_ratio_height * 508);
+  for (const auto& [offered, fits] : {std::pair(Size(1016, 940), Size(1016, 940)),
+                                      {Size(5000, 588), Size(636, 588)},
+                                      {Size(20, 20), Size(508, 470)},
+                                      {Size(5000, 5000), Size(1524, 1410)},
+                                      {Size(701, 900), Size(701, 649)}}) {
+    auto width = static_cast<std::uint32_t>(offered.first);
+    auto height = static_cast<std::uint32_t>(offered.second);
+    ASSERT_TRUE(gui.adjust_size(plugin, &width, &height));
+    EXPECT_EQ(Size(width, height), fits);
+    ASSERT_TRUE(gui.set_size(plugin, width, height));
+    EXPECT_EQ(told(), fits);  // a host looks at once
+    wait(plug, [] {});
+    EXPECT_EQ(place.innerSize(), fits);
+    EXPECT_TRUE(gui.adjust_size(plugin, &width, &height));  // no window creeps
+    EXPECT_EQ(Size(width, height), fits);
+  }
+  ASSERT_TRUE(gui.set_size(plugin, 508, 470));  // the last one is kept for windows to come
+  close(plug);
+}
+
 TEST_F(ClapWindow, RefusesWhatItDoesNotDo) {
   const ClapPlug plug;
   const auto& gui = plug.gui();
@@ -200,10 +239,10 @@ TEST_F(ClapWindow, RefusesWhatItDoesNotDo) {
   std::uint32_t height = 0;
   EXPECT_TRUE(gui.get_size(plugin, &width, &height) && width > 300 && height > 300);
   window.x11 = 0;
-  EXPECT_FALSE(gui.get_size(plugin, nullptr, nullptr) || gui.set_scale(plugin, 2.0) ||
-               gui.can_resize(plugin) || gui.adjust_size(plugin, &width, &height) ||
-               gui.set_size(plugin, width, height) || gui.set_transient(plugin, &window) ||
-               gui.set_parent(plugin, nullptr) || gui.set_parent(plugin, &window));
+  EXPECT_FALSE(gui.get_size(plugin, nullptr, nullptr) || gui.get_resize_hints(plugin, nullptr) ||
+               gui.adjust_size(plugin, nullptr, &height) || gui.set_scale(plugin, -1.0) ||
+               gui.set_transient(plugin, &window) || gui.set_parent(plugin, nullptr) ||
+               gui.set_parent(plugin, &window));
   gui.suggest_title(plugin, nullptr);
   gui.destroy(plugin), gui.destroy(plugin);
 }

@@ -7,6 +7,7 @@
 #include <lv2/core/lv2.h>
 #include <lv2/instance-access/instance-access.h>
 #include <lv2/midi/midi.h>
+#include <lv2/options/options.h>
 #include <lv2/state/state.h>
 #include <lv2/time/time.h>
 #include <lv2/ui/ui.h>
@@ -230,8 +231,14 @@ class Instance {
 
 /// Of an instance, in a host that has what the flags say.
 struct Window {
-  Window(Instance& instance, std::uintptr_t parent, bool hasAccess = true, bool hasIdle = true)
+  Window(Instance& instance, std::uintptr_t parent, bool hasAccess = true, bool hasIdle = true,
+         float scale = 0.0F)
       : one(instance) {
+    const LV2_Options_Option options[] = {
+        {LV2_OPTIONS_INSTANCE, 0, idOf("other"), sizeof scale, idOf(LV2_ATOM__Float), &scale},
+        {LV2_OPTIONS_INSTANCE, 0, idOf(LV2_UI__scaleFactor), sizeof scale, idOf(LV2_ATOM__Float),
+         &scale},
+        {}};
     const LV2_Feature all[] = {{LV2_UI__touch, &touches},
                                {LV2_UI__resize, &sizes},
                                {LV2_UI__parent, std::bit_cast<void*>(parent)},
@@ -240,6 +247,8 @@ struct Window {
     std::vector<const LV2_Feature*> given{&all[0], &all[1], &all[2]};
     if (hasAccess) given.push_back(&all[3]);
     if (hasIdle) given.push_back(&all[4]);
+    const LV2_Feature offered{LV2_OPTIONS__options, const_cast<LV2_Options_Option*>(options)};
+    if (scale != 0.0F) given.insert(given.end(), {&mapFeature, &offered});
     given.push_back(nullptr);
     handle = ui().instantiate(&ui(), plugin().URI, ZUM_LV2, write, this, &widget, given.data());
   }

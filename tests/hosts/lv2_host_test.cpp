@@ -373,6 +373,23 @@ TEST_F(Lv2Window, AKnobThatIsDraggedTouchesAndWritesItsPort) {
   EXPECT_EQ(one.port(tag::cutoff), one.value(tag::cutoff));
 }
 
+TEST_F(Lv2Window, HasTheScaleAndTheRoomThatItsHostGives) {
+  Instance one(44100.0, livelyState());
+  const Window window(one, place.window, true, true, 1.25F);
+  ASSERT_NE(window.handle, nullptr);
+  EXPECT_EQ(window.told, std::vector<std::string>{"635 by 588"});
+  EXPECT_EQ(place.innerSize(), std::pair(635, 588));
+  const auto* const sizes = static_cast<const LV2UI_Resize*>(ui().extension_data(LV2_UI__resize));
+  for (const auto& size : {std::pair(762, 705), std::pair(508, 470)}) {
+    EXPECT_EQ(sizes->ui_resize(window.handle, size.first, size.second), 0);
+    for (int i = 0; i < 5; ++i) {
+      usleep(2000);
+      EXPECT_EQ(window.idle(), 0);
+    }
+    EXPECT_EQ(place.innerSize(), size);
+  }
+}
+
 // The host is late: it hands back what was written before, then the last of it, then its own.
 TEST_F(Lv2Window, AnEchoDoesNotFightTheWindow) {
   Instance one;

@@ -8,6 +8,7 @@
 #include <bit>
 #include <cmath>
 #include <filesystem>
+#include <limits>
 #include <memory>
 #include <numeric>
 #include <set>
@@ -461,7 +462,7 @@ TEST_F(Vst3Window, AHandTellsTheHostFromBeginToEnd) {
   }
 }
 
-TEST_F(Vst3Window, HasOneSizeAndOnePlatform) {
+TEST_F(Vst3Window, HasOnePlatformAndTheScaleOfItsHost) {
   Plugin plugin;
   EXPECT_EQ(plugin.view("other"), nullptr);
   EXPECT_EQ(plugin.view(nullptr), nullptr);
@@ -477,12 +478,28 @@ TEST_F(Vst3Window, HasOneSizeAndOnePlatform) {
   EXPECT_TRUE(size.right > 400 && size.bottom > 300);
   v3_view_rect wanted = {0, 0, 5000, 1};
   EXPECT_EQ((*view)->view.check_size_constraint(view, &wanted), V3_OK);
-  EXPECT_EQ(wanted.right, size.right);
-  EXPECT_NE((*view)->view.can_resize(view), V3_OK);
+  EXPECT_EQ(wanted.right, 508);
+  wanted = {7, 7, 7 + 5000, 7 + 705};
+  EXPECT_EQ((*view)->view.check_size_constraint(view, &wanted), V3_OK);
+  EXPECT_EQ(std::pair(wanted.left, wanted.right), std::pair(7, 7 + 762));
+  wanted = {std::numeric_limits<int>::min(), 0, std::numeric_limits<int>::max(), 705};
+  EXPECT_EQ((*view)->view.check_size_constraint(view, &wanted), V3_OK);
+  EXPECT_EQ((*view)->view.can_resize(view), V3_OK);
   auto** const scale =
       queried<v3_plugin_view_content_scale_cpp>(view, v3_plugin_view_content_scale_iid);
   ASSERT_NE(scale, nullptr);
-  EXPECT_NE((*scale)->scale.set_content_scale_factor(scale, 2.0F), V3_OK);
+  EXPECT_NE((*scale)->scale.set_content_scale_factor(scale, std::nanf("")), V3_OK);
+  EXPECT_EQ((*scale)->scale.set_content_scale_factor(scale, 2.0F), V3_OK);
+  EXPECT_EQ((*view)->view.get_size(view, &size), V3_OK);
+  EXPECT_EQ(std::pair(size.right, size.bottom), std::pair(1016, 940));
+  ASSERT_EQ(attach(view, place.window), V3_OK);
+  EXPECT_EQ(place.innerSize(), std::pair(1016, 940));
+  for (const auto& [right, bottom] : {std::pair(635, 588), std::pair(508, 470)}) {
+    wanted = {0, 0, right, bottom};
+    EXPECT_EQ((*view)->view.on_size(view, &wanted), V3_OK);
+    for (int i = 0; i < 100 && place.innerSize().first != right; ++i) settle(plugin);
+    EXPECT_EQ(place.innerSize(), std::pair(right, bottom));
+  }
   (*scale)->unref(scale);
   (*view)->unref(view);
 }

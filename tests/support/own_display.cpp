@@ -163,6 +163,19 @@ void HostWindow::end() {
   if (display != nullptr) XCloseDisplay(std::exchange(display, nullptr));
 }
 
+std::pair<int, int> HostWindow::innerSize() const {
+  Window root = 0;
+  Window above = 0;
+  Window* inner = nullptr;
+  unsigned count = 0;
+  XWindowAttributes attributes{};
+  XSync(display, False);
+  if (XQueryTree(display, window, &root, &above, &inner, &count) != 0 && count > 0)
+    XGetWindowAttributes(display, inner[0], &attributes);
+  if (inner != nullptr) XFree(inner);
+  return {attributes.width, attributes.height};
+}
+
 std::vector<KeySym> HostWindow::keys() {
   XSync(display, False);
   std::vector<KeySym> symbols;

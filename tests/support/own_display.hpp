@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 struct _XDisplay;  // NOLINT(bugprone-reserved-identifier): X's own name of Display
@@ -89,6 +90,8 @@ class HostWindow {
   void end();
   /// Symbols of the keys whose presses and releases came here.
   std::vector<unsigned long> keys();
+  /// Width and height of the window that lies in it; zeros for none.
+  std::pair<int, int> innerSize() const;
 
   _XDisplay* display;
   std::uintptr_t window;

@@ -7,13 +7,19 @@
 #include "apps/zum/failure.hpp"
 #include "editor/uni_client_editor.hpp"
 #include "state/library_record.hpp"
+#include "toolkit/view/window_fit.hpp"
 
 namespace zum {
 namespace {
 
+// In pixels of its own, as all frames.
 CRect frameRect(HostSide& host) {
-  const auto [width, height] = host.windowSize();
+  const auto [width, height] = host.plainWindowSize();
   return {0, 0, std::max(width, Strip::size().x), height + Strip::size().y};
+}
+
+double factorOf(HostSide& host, const HostSide::Size& size) {
+  return static_cast<double>(size.width) / host.plainWindowSize().width;
 }
 
 KvUniClientEditor* editorOf(HostSide& host) {
@@ -26,10 +32,15 @@ VstKeyCode hostKeyOf(const WindowKey& key) { return {key.character, key.virt, ke
 
 PlayWindow::PlayWindow(HostSide& host, StripOwner& owner, std::optional<ScreenPlace> place)
     : effect(host),
-      frame(new KvFrame(frameRect(host), this)),
-      strip(*frame.get(), {0, host.windowSize().height}, owner) {
-  const WindowRequest request{.title = libraryRecord().product, .place = place, .takesFiles = true};
-  if (!frame->open(request, openNativeWindow) || !effect.openWindow(frame->nativeHandle())) {
+      frame(new KvFrame(frameRect(host), this, factorOf(host, host.windowSize()))),
+      strip(*frame.get(), {0, host.plainWindowSize().height}, owner) {
+  const CRect& plain = frame->getViewSize();
+  const CPoint most = Scale(Scale::kMost).rounded(CPoint{plain.right, plain.bottom});
+  const WindowRequest request{.title = libraryRecord().product,
+                              .place = place,
+                              .takesFiles = true,
+                              .sizes = SizeRange{plain.right, plain.bottom, most.x, most.y}};
+  if (!frame->open(request, openNativeWindow) || !effect.openWindow(frame->nativeHandle(), this)) {
     frame->shut();
     throw Failure("no display; start it on a desktop, or under xvfb-run");
   }
@@ -44,6 +55,7 @@ void PlayWindow::idle() {
   if (isGone()) return;
   strip.poll();
   frame->idle();
+  if (const auto scale = resting.tick()) showAt(*scale);
   effect.idleWindow();
 }
 
@@ -61,6 +73,24 @@ bool PlayWindow::writePicture(const std::filesystem::path& path) const {
   const KvUniClientEditor* const editor = editorOf(effect);
   if (editor != nullptr && editor->shownFrame() != nullptr) lay(*editor->shownFrame());
   return cairo_surface_write_to_png(all.get(), path.c_str()) == CAIRO_STATUS_SUCCESS;
+}
+
+void PlayWindow::windowResized(int width, int height) {
+  const CRect& plain = frame->getViewSize();
+  resting.want(scaleInside({plain.width(), plain.height()}, {width, height}));
+}
+
+bool PlayWindow::resize(const HostSide::Size& wanted) {
+  resting.forget();
+  frame->setFactor(factorOf(effect, wanted));
+  return true;
+}
+
+void PlayWindow::showAt(const Scale& scale) {
+  const auto [width, height] = effect.plainWindowSize();
+  const CPoint size = scale.rounded(CPoint{width, height});
+  frame->setFactor(scale.factor());
+  effect.resizeWindow({size.x, size.y});
 }
 
 // The keys that the effect does not want come here from its window; those of this window, as with

@@ -6,11 +6,12 @@
 
 #include "adaptor/host_side.hpp"
 #include "apps/zum/play/strip.hpp"
+#include "toolkit/resting_scale.hpp"
 
 namespace zum {
 
 /// [main] It may not go inside of what it calls.
-class PlayWindow : private CEditorInterface {
+class PlayWindow : private CEditorInterface, private HostSide::WindowFrame {
  public:
   /// Both outlive it; the effect's window must be closed. Comes up at `place`, as far as the screen
   /// reaches, or where the window manager wants it. Throws Failure where there is no display.
@@ -30,11 +31,15 @@ class PlayWindow : private CEditorInterface {
   bool keyPressed(const WindowKey& key) override;
   bool keyReleased(const WindowKey& key) override;
   void filesDropped(const std::vector<std::string>& paths) override { strip.takeFiles(paths); }
+  void windowResized(int width, int height) override;
+  bool resize(const HostSide::Size& wanted) override;
+  void showAt(const Scale& scale);
   bool isBlocked() const override;
 
   HostSide& effect;
   Held<KvFrame> frame;
   Strip strip;
+  RestingScale resting;  // of a corner that is dragged
 };
 
 }  // namespace zum
