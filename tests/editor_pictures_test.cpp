@@ -1,4 +1,5 @@
-// The window as it looks: every page, panel and list beside the pictures that the manual shows.
+// The window as it looks at three sizes: every page, panel and list beside pictures of it, those of
+// factor 2 as the manual shows them.
 // The target update-pictures takes them anew; look at each before it is kept.
 #include <gtest/gtest.h>
 
@@ -93,7 +94,8 @@ class Pictures : public SettingsTest {
       {tag::vowelCutoff, 0.4F}};
 
   static std::string folderOf(double factor) {
-    return factor == 1.0 ? ZUM_PICTURES : ZUM_PICTURES "-" + std::to_string(factor).substr(0, 3);
+    if (factor == 2.0) return ZUM_MANUAL_PICTURES;
+    return factor == 1.0 ? ZUM_PICTURES "/1" : ZUM_PICTURES "/1.5";
   }
 
   static constexpr int kTolerance = 48;  // of a colour's 255
@@ -108,7 +110,7 @@ class Pictures : public SettingsTest {
   }
 };
 
-constexpr double kFactors[] = {1.0};
+constexpr double kFactors[] = {1.0, 1.5, 2.0};
 
 TEST_F(Pictures, PagesListsAndTheAboutPanel) {
   EditorDesk& desk = *opened;
