@@ -33,11 +33,17 @@ struct KnownSetting {
 };
 
 constexpr KnownSetting kKnown[] = {
-    {kInstallPath, Kind::folderWithBackslash},    {kContentPath, Kind::folderWithBackslash},
-    {kPresetPath, Kind::folderWithBackslash},     {kOldPresetPath, Kind::folderWithBackslash},
-    {kPresetSavePath, Kind::folderWithBackslash}, {kAudioFilePath, Kind::folder},
-    {kControllerMapPath, Kind::folder},           {kInitialised, Kind::number},
-    {kIgnoreProgramChange, Kind::number},         {kIsolateMapRecall, Kind::number},
+    {kInstallPath, Kind::folderWithBackslash},
+    {kContentPath, Kind::folderWithBackslash},
+    {kPresetPath, Kind::folderWithBackslash},
+    {kOldPresetPath, Kind::folderWithBackslash},
+    {kPresetSavePath, Kind::folderWithBackslash},
+    {kAudioFilePath, Kind::folder},
+    {kControllerMapPath, Kind::folder},
+    {kInitialised, Kind::number},
+    {kIgnoreProgramChange, Kind::number},
+    {kIsolateMapRecall, Kind::number},
+    {kWindowSize, Kind::number},
 };
 
 struct SettingOptions {
