@@ -101,7 +101,7 @@ void BankWalk::resetRoot() {
   setRoot(content + kContentTypes[0].name);
 }
 
-BankWalk::Place BankWalk::placeOf(const KvProgramBank& all, std::int32_t index) const {
+BankWalk::Place BankWalk::placeOf(const KvProgramBank& all, std::int32_t index) const ZUM_REALTIME {
   const int folder = loadShared(position.folder);
   if (all.get(folder, index) != nullptr) return {folder, index};
   if (index >= 0) return {all.get(folder + 1, 0) != nullptr ? folder + 1 : 0, 0};
@@ -181,6 +181,14 @@ void BankWalk::playMidiProgram(int index) ZUM_REALTIME {
   const SharedBank::InBlock programsNow(bank);
   const BankPreset* program = programsNow->getMidiProgram(index);
   if (program != nullptr) desk.tryPlay(*program);
+}
+
+void BankWalk::stepMidiProgram(int direction) ZUM_REALTIME {
+  const SharedBank::InBlock all(bank);
+  const Place place = placeOf(*all, loadShared(position.program) + direction);
+  const BankPreset* const program = all->get(place.folder, place.program);
+  if (program != nullptr) desk.tryPlay(*program);
+  moveTo(place);
 }
 
 // It follows a load that took effect, and must not fail half way: it uses no heap but for a bank

@@ -47,6 +47,9 @@ class BankWalk final : public MidiPrograms {
   bool tryPlay(std::string_view folder, std::string_view name) ZUM_REALTIME;
   /// [audio]
   void playMidiProgram(int index) ZUM_REALTIME override;
+  /// [audio] As setProgram(), but the file behind the program is not looked for. The walk goes on
+  /// also from one that there is no room for.
+  void stepMidiProgram(int direction) ZUM_REALTIME override;
   /// The position goes where the current file lies in the bank, if it does.
   void takePosition();
 
@@ -68,7 +71,7 @@ class BankWalk final : public MidiPrograms {
     int program;
   };
   /// The program of that number in the current folder, or the neighbour folder's.
-  Place placeOf(const KvProgramBank& all, std::int32_t index) const;
+  Place placeOf(const KvProgramBank& all, std::int32_t index) const ZUM_REALTIME;
   void moveTo(const Place& place) ZUM_REALTIME;
 
   StateGate& gate;

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <vector>
 
+#include "core/tags.hpp"
 #include "state/binding.hpp"
 #include "state/growing_array.hpp"
 #include "state/preset_format.hpp"
@@ -43,13 +44,24 @@ class BindingList {
   /// [main]
   bool append(Binding binding) noexcept { return reserve(size() + 1) && tryAppend(binding); }
   void clear() ZUM_REALTIME { count.store(0, std::memory_order_release); }
+  bool has(Binding binding) const ZUM_REALTIME {
+    for (std::size_t i = 0, end = size(); i < end; ++i) {
+      if (at(i) == binding) return true;
+    }
+    return false;
+  }
   /// [any] Every binding that is the same in both fields.
   void remove(Binding binding) ZUM_REALTIME {
+    keepIf([binding](Binding old) ZUM_REALTIME { return old != binding; });
+  }
+  /// [any]
+  template <class Keep>
+  void keepIf(const Keep& keep) ZUM_REALTIME {
     std::size_t kept = 0;
     const std::size_t end = size();
     for (std::size_t i = 0; i < end; ++i) {
       const Binding old = at(i);
-      if (old != binding) words.tryStore(kept++, wordOf(old));
+      if (keep(old)) words.tryStore(kept++, wordOf(old));
     }
     count.store(kept, std::memory_order_release);
   }
@@ -58,6 +70,12 @@ class BindingList {
   GrowingArray<std::uint32_t> words;
   std::atomic<std::size_t> count{0};
 };
+
+/// Of the buttons that step through the programs, which would lose their controllers with the first
+/// program that they bring: presets add to these, and take none of them away.
+inline bool outlastsPresets(Binding binding) ZUM_REALTIME {
+  return binding.tag == tag::nextProgram || binding.tag == tag::previousProgram;
+}
 
 class ControllerMap {
  public:

@@ -1,5 +1,8 @@
 #include "core/midi_in.hpp"
 
+#include <utility>
+
+#include "core/tags.hpp"
 #include "engine/shared_value.hpp"
 #include "state/fileio.hpp"
 #include "state/preset_files.hpp"
@@ -71,7 +74,7 @@ void MidiIn::handle(const EngineEvent& event, MidiPrograms& programs) ZUM_REALTI
       if (!noteState.noteOff(event.data1)) events.cancelNoteOn(event.data1);
       break;
     case EngineEvent::kAllNotesOff: noteState.allNotesOff(); break;
-    case EngineEvent::kController: moveController(event.data1, event.data2); break;
+    case EngineEvent::kController: moveController(event.data1, event.data2, programs); break;
     case EngineEvent::kPitchBend: noteState.bend(event.data2); break;
     case EngineEvent::kProgramChange:
       noteState.lastProgram = event.data1;
@@ -79,29 +82,42 @@ void MidiIn::handle(const EngineEvent& event, MidiPrograms& programs) ZUM_REALTI
       break;
     case EngineEvent::kAftertouch: {
       const float value = static_cast<float>(event.data1) * kPerByte;
-      learnAndMove(controllerMap.aftertouch, value);
-      noteState.aftertouch = value;
+      const float before = std::exchange(noteState.aftertouch, value);
+      learnAndMove(controllerMap.aftertouch, {before, value}, programs);
       break;
     }
     default: break;
   }
 }
 
-void MidiIn::moveController(std::int32_t number, std::int32_t data) ZUM_REALTIME {
+void MidiIn::moveController(std::int32_t number, std::int32_t data, MidiPrograms& programs)
+    ZUM_REALTIME {
   if (controllerMap.learning.load() || number < 0 || number >= preset::kControllers) return;
   const auto place = static_cast<std::size_t>(number);
   const float value = static_cast<float>(data) * kPerByte;
+  const float before = loadShared(controllerValues[place]);
   storeShared(controllerValues[place], value);
-  learnAndMove(controllerMap.controllers[place], value);
+  learnAndMove(controllerMap.controllers[place], {before, value}, programs);
 }
 
-// What was just learned moves with the message that taught it.
-void MidiIn::learnAndMove(BindingList& list, float value) ZUM_REALTIME {
+// What was just learned moves with the message that taught it. A button of the programs is pressed
+// when its controller goes above the middle, once all others have moved: the program brings another
+// list.
+void MidiIn::learnAndMove(BindingList& list, const Move& move, MidiPrograms& programs)
+    ZUM_REALTIME {
+  constexpr float kMiddle = 0.5F;
   std::int32_t target = learnTarget.load();
   const auto tag = static_cast<std::int16_t>(target);
   // The target that was read is spent, not one that a window sets meanwhile.
   if (target >= 0 && list.tryAppend({tag, 0})) learnTarget.compare_exchange_strong(target, -1);
-  for (std::size_t i = 0; i < list.size(); ++i) parameters.setParameter(list.at(i).tag, value);
+  int way = 0;
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    const int moved = list.at(i).tag;
+    if (moved == tag::nextProgram) way = 1;
+    if (moved == tag::previousProgram) way = -1;
+    parameters.setParameter(moved, move.to);
+  }
+  if (way != 0 && move.from <= kMiddle && move.to > kMiddle) programs.stepMidiProgram(way);
 }
 
 // ---- learning

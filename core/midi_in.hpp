@@ -23,6 +23,8 @@ class MidiPrograms {
  public:
   /// [audio] The program of that number in the folder for MIDI.
   virtual void playMidiProgram(int index) ZUM_REALTIME = 0;
+  /// [audio] The neighbour of the current one, by 1 or -1.
+  virtual void stepMidiProgram(int direction) ZUM_REALTIME = 0;
 
  protected:
   ~MidiPrograms() = default;
@@ -80,8 +82,12 @@ class MidiIn {
   /// True for an event that is dropped as it arrives: the map is being changed, or the user wants
   /// no program changes.
   bool isIgnored(EngineEvent::Code code) const ZUM_REALTIME;
-  void moveController(std::int32_t number, std::int32_t data) ZUM_REALTIME;
-  void learnAndMove(BindingList& list, float value) ZUM_REALTIME;
+  struct Move {
+    float from;  // 0 to 1
+    float to;
+  };
+  void moveController(std::int32_t number, std::int32_t data, MidiPrograms& programs) ZUM_REALTIME;
+  void learnAndMove(BindingList& list, const Move& move, MidiPrograms& programs) ZUM_REALTIME;
   /// In silence where room has to be made, so that no block writes into what grows. False when the
   /// memory does not suffice.
   bool makeRoom(const ControllerMap::Counts& counts);

@@ -34,14 +34,24 @@ const char* PresetIntake::record(std::int32_t id, std::int32_t size, KvChunk& ch
   return nullptr;
 }
 
+void PresetIntake::empty(BindingList& list) ZUM_REALTIME {
+  if (map == MapRule::keeps) return;
+  if (restoreAll) return list.clear();
+  list.keepIf([](Binding binding) ZUM_REALTIME { return outlastsPresets(binding); });
+}
+
+void PresetIntake::add(BindingList& list, Binding binding) ZUM_REALTIME {
+  const bool isThere = !restoreAll && outlastsPresets(binding) && list.has(binding);
+  if (map == MapRule::takes && !isThere) list.tryAppend(binding);
+}
+
 void PresetIntake::mapBegins() ZUM_REALTIME {
-  if (map != MapRule::keeps) into.map.clearControllers();
+  for (BindingList& list : into.map.controllers) empty(list);
   into.map.learning.store(true);
 }
 
 void PresetIntake::controller(int number, Binding binding) ZUM_REALTIME {
-  if (map != MapRule::takes) return;
-  into.map.controllers[static_cast<std::size_t>(number)].tryAppend(binding);
+  add(into.map.controllers[static_cast<std::size_t>(number)], binding);
 }
 
 void PresetIntake::mapEnds() ZUM_REALTIME { into.map.learning.store(false); }
@@ -62,13 +72,11 @@ void PresetIntake::position(std::int32_t trailer, const PresetPosition& at) ZUM_
 }
 
 void PresetIntake::aftertouchBegins() ZUM_REALTIME {
-  if (map != MapRule::keeps) into.map.aftertouch.clear();
+  empty(into.map.aftertouch);
   into.map.learning.store(true);
 }
 
-void PresetIntake::aftertouch(Binding binding) ZUM_REALTIME {
-  if (map == MapRule::takes) into.map.aftertouch.tryAppend(binding);
-}
+void PresetIntake::aftertouch(Binding binding) ZUM_REALTIME { add(into.map.aftertouch, binding); }
 
 void PresetIntake::aftertouchEnds() ZUM_REALTIME { into.map.learning.store(false); }
 

@@ -37,6 +37,9 @@ class PresetIntake final : public PresetVisitor {
   void aftertouchEnds() ZUM_REALTIME override;
 
  private:
+  void empty(BindingList& list) ZUM_REALTIME;
+  void add(BindingList& list, Binding binding) ZUM_REALTIME;
+
   const Into into;
   const bool restoreAll;
   const MapRule map;

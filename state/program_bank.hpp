@@ -50,7 +50,7 @@ class KvProgramBank {
 
   // [any] once scanned. Null, -1 or an empty count for what is not there.
   const BankPreset* get(int folder, int index) const ZUM_REALTIME;
-  int folderCount() const { return static_cast<int>(folders.size()); }
+  int folderCount() const ZUM_REALTIME { return static_cast<int>(folders.size()); }
   int presetCount(int folder) const ZUM_REALTIME;
   int findFolder(std::string_view name) const ZUM_REALTIME;
   int findPreset(int folder, std::string_view name) const ZUM_REALTIME;

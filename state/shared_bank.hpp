@@ -53,6 +53,7 @@ class SharedBank {
     ~InBlock() ZUM_REALTIME { shared.inBlock.store(nullptr); }
 
     const KvProgramBank* operator->() const ZUM_REALTIME { return bank; }
+    const KvProgramBank& operator*() const ZUM_REALTIME { return *bank; }
 
    private:
     SharedBank& shared;
