@@ -144,6 +144,11 @@ bool PresetDesk::load(const KvChunk& preset, int slot, const LoadFlags& flags) {
   return true;
 }
 
+bool PresetDesk::canRevert() {
+  const StateGate::Turn turn(around.gate);
+  return revertChunk != nullptr;
+}
+
 void PresetDesk::revertToStored() {
   {
     const StateGate::Turn turn(around.gate);

@@ -92,6 +92,7 @@ class PresetDesk {
   /// Both of them, all that the flags ask for, and the window is told. False when it is refused.
   bool load(const KvChunk& preset, int slot, const LoadFlags& flags);
   void revertToStored();
+  bool canRevert();
   /// A state that was here before, and the file that it came from. False when the memory does not
   /// suffice.
   bool restore(const KvChunk& state, const std::string& path, const std::string& folder);

@@ -120,7 +120,8 @@ inline constexpr int about              = 221;
 
 inline constexpr int presetMenu = 162;
 inline constexpr int manual     = 204;      // a button of the about panel
-inline constexpr int learnMenu  = 1000000;  // comes up at the pointer, out of the window's numbers
+inline constexpr int learnMenu  = 1000000;  // this and the next come up at the pointer, out of the
+inline constexpr int windowMenu = 1000001;  // window's numbers
 
 // pictures
 inline constexpr int followerPage  =  69;

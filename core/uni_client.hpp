@@ -150,6 +150,7 @@ class KvUniClient final : public KvPluginBase,
   void randomPreset();
   void storeRevertPoint() { desk.storeRevertPoint(); }
   void revertToStored();
+  bool canRevert() { return desk.canRevert(); }
   /// Reads the bank anew from the folder of the settings.
   void scanBank() { bank.scan(); }
   /// Root of the preset tree with a backslash at its end; empty for none.

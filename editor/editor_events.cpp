@@ -5,7 +5,12 @@
 
 #include "editor/layout.hpp"
 #include "editor/uni_client_editor.hpp"
+#include "editor/window_menu.hpp"
+#include "platform/message_box.hpp"
 #include "platform/random_source.hpp"
+#include "preset_text/sound_text.hpp"
+#include "state/library_record.hpp"
+#include "toolkit/dialogs/window_services.hpp"
 #include "toolkit/mouse_area.hpp"
 #include "toolkit/option_menu.hpp"
 #include "toolkit/panel.hpp"
@@ -29,6 +34,7 @@ enum class Act : std::uint8_t {
   opensManual,
   resetsAmounts,
   learnMenu,
+  windowMenu,
 };
 
 Act actOf(int tag, const ParameterRow* row) {
@@ -42,6 +48,7 @@ Act actOf(int tag, const ParameterRow* row) {
     case tag::about: return Act::opensAbout;
     case tag::manual: return Act::opensManual;
     case tag::learnMenu: return Act::learnMenu;
+    case tag::windowMenu: return Act::windowMenu;
     default: break;
   }
   if (row == nullptr) return Act::none;
@@ -110,8 +117,7 @@ void KvUniClientEditor::valueChanged(CControl& control) {
       return;
     case Act::choosesPreset: return choosePreset(static_cast<KvOptionMenu&>(control));
     case Act::choosesFolder:
-      if (value == 0.0F)
-        effect.choosePresetRoot([this] { refreshPresetMenus(preset::kExtension); });
+      if (value == 0.0F) choosePresetFolder();
       return;
     case Act::resetsFolder:
       if (value != 0.0F) return;
@@ -136,6 +142,8 @@ void KvUniClientEditor::valueChanged(CControl& control) {
       // A host that closed the window meanwhile has let go of the button.
       return effect.setByUser(tag, isOpen() ? value * row->perCount : 0.0F);
     case Act::learnMenu: return chooseFromLearnMenu(control);
+    case Act::windowMenu:
+      return WindowMenu{effect, *this}.act(static_cast<KvOptionMenu&>(control).getChosenValue());
   }
 }
 
@@ -183,19 +191,69 @@ void KvUniClientEditor::stepProgram(int direction) {
   effect.updateDisplay();
 }
 
-// At the end of the history the keys are no host's either: it would go on in the project.
+void KvUniClientEditor::choosePresetFolder() {
+  effect.choosePresetRoot([this] { refreshPresetMenus(preset::kExtension); });
+}
+
+void KvUniClientEditor::playAnyPreset() {
+  effect.randomPreset();
+  effect.updateDisplay();
+}
+
+void KvUniClientEditor::revert() {
+  effect.revertToStored();
+  effect.updateDisplay();
+}
+
+void KvUniClientEditor::copySoundText() {
+  if (!WindowServices::get().clipboard().give(soundText(effect))) {
+    showMessage(libraryRecord().product, "The sound cannot be copied.");
+  }
+}
+
+// A question that is open is taken back by close().
+void KvUniClientEditor::pasteSoundText() {
+  ++asksClipboard;
+  WindowServices::get().clipboard().ask([this](const std::optional<std::string>& text) {
+    const std::lock_guard turn(windowTurn());
+    --asksClipboard;
+    const std::string trouble = text ? pasteSound(effect, *text) : "There is no text to paste.";
+    if (!trouble.empty()) showMessage(libraryRecord().product, trouble.c_str());
+  });
+}
+
+void KvUniClientEditor::rollDice() {
+  if (isOpen() && getFrame()->isHolding()) return;  // one edit of a knob at a time
+  const auto now = std::chrono::steady_clock::now().time_since_epoch();
+  SystemRandom random(static_cast<std::uint32_t>(now / std::chrono::microseconds(1)));
+  effect.randomise(random);
+}
+
+bool KvUniClientEditor::openWindowMenu(CPoint where, bool byPress) {
+  if (windowMenu == nullptr) return false;
+  windowMenu->setRows(WindowMenu{effect, *this}.rows());
+  windowMenu->openAt(where, byPress);
+  return true;
+}
+
+// At the end of the history the keys are no host's either: it would go on in the project. The menu
+// comes up under the pointer, or, while that is elsewhere, in the middle.
 bool KvUniClientEditor::keyPressed(const WindowKey& key) {
   if (const int way = wayThroughHistory(key); way != 0) {
     (void)(way < 0 ? effect.undo() : effect.redo());
     return true;
   }
   constexpr std::uint8_t kDice = keys::kF1 + 1;
-  if (key.virt != kDice) return false;
-  if (isOpen() && getFrame()->isHolding()) return true;  // one edit of a knob at a time
-  const auto now = std::chrono::steady_clock::now().time_since_epoch();
-  SystemRandom random(static_cast<std::uint32_t>(now / std::chrono::microseconds(1)));
-  effect.randomise(random);
-  return true;
+  constexpr std::uint8_t kMenu = keys::kF1 + 9;  // with Shift
+  if (key.virt == kDice) {
+    rollDice();
+    return true;
+  }
+  if (key.virt != kMenu || key.modifier != keys::kShiftBit || !isOpen()) return false;
+  if (getFrame()->isHolding()) return true;
+  const CRect& size = windowRect();
+  const CPoint middle{size.width() / 2, size.height() / 2};
+  return openWindowMenu(getFrame()->pointerPosition().value_or(middle), false);
 }
 
 }  // namespace zum

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/parameter_text.hpp"
+#include "editor/list_look.hpp"
 #include "editor/making.hpp"
 #include "engine/lfo.hpp"
 #include "engine/wave_tables.hpp"
@@ -232,14 +233,9 @@ void KvUniClientEditor::addPresetMenu() {
   auto* const menu = make<KvOptionMenu>({46, 35, 157, 52}, tag::presetMenu, "default", kStyle);
   menu->listOffsetX = -12;
   menu->listOffsetY = 19;
-  menu->textColor = kWhiteColor;
-  menu->look.selectedTextColor = kWhiteColor;
-  menu->look.markColor = {189, 121, 120, 255};
-  menu->look.selectedBackColor = {144, 27, 27, 255};
-  menu->look.frameColor = {127, 150, 152, 255};
-  menu->look.separatorColor = {127, 150, 152, 255};
-  menu->look.subMenuBitmap = getBitmap(1004);
-  menu->backgroundColor = kBlackColor;
+  dressList(*menu, getBitmap(kSubMenuSign));
+  menu->favourites = {[] { return readSettingString(kFavourites).value_or(""); },
+                      [](const std::string& text) { writeSettingString(kFavourites, text); }};
   menu->setFolder(KvUniClient::presetRoot(), preset::kExtension);
   shownName = {};
   add(menu, layout::always);

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "editor/list_look.hpp"
 #include "editor/making.hpp"
 #include "editor/palette_color.hpp"
 #include "toolkit/button.hpp"
@@ -49,11 +50,15 @@ class DrawnButton final : public KvButton {
 
 }  // namespace
 
-void KvUniClientEditor::addLearnMenu() {
+void KvUniClientEditor::addHiddenMenus() {
   learnMenu = make<KvOptionMenu>({}, tag::learnMenu, "", menu_style::kPlain);
   learnMenu->addEntry("midi Learn", -1, false);
   learnMenu->addEntry("clear", -1, false);
   getFrame()->addView(learnMenu);
+  windowMenu = make<KvOptionMenu>({}, tag::windowMenu, "", menu_style::kPlain);
+  windowMenu->editBracket = false;  // it moves nothing itself
+  dressList(*windowMenu, getBitmap(kSubMenuSign));
+  getFrame()->addView(windowMenu);
 }
 
 KvViewContainer* KvUniClientEditor::makePanel(const CRect& rect, int picture) {

@@ -1,6 +1,7 @@
 #include "editor/uni_client_editor.hpp"
 
 #include <string_view>
+#include <utility>
 
 #include "editor/create_editor.hpp"
 #include "editor/drawn_pictures.hpp"
@@ -40,7 +41,7 @@ bool KvUniClientEditor::open(void* parent, const CFrame::WindowOpener& opener) {
   setFactor(scaleToBe().factor());
   if (!KvEditorBase::open(parent, editorFont.get(), opener)) return false;
   getFrame()->setBackground(holdBitmap(kBackgroundPicture));
-  addLearnMenu();
+  addHiddenMenus();
   addPanels();
   addPages();
   addUpperControls();
@@ -80,6 +81,8 @@ void KvUniClientEditor::close() {
   aboutPanel = nullptr;
   shownFolder = nullptr;
   learnMenu = nullptr;
+  windowMenu = nullptr;
+  if (std::exchange(asksClipboard, 0) > 0) WindowServices::get().clipboard().cancel();
   valueField = nullptr;
   AEffGUIEditor::close();
   resting.forget();
@@ -106,7 +109,8 @@ void KvUniClientEditor::showPresetName() {
   effect.slot().name.copyTo(name.data(), name.size());
   if (name == shownName) return;
   shownName = name;
-  for (KvOptionMenu* menu : presetMenus) menu->setShownText(name.data());
+  const std::string path = effect.slot().path.get();
+  for (KvOptionMenu* menu : presetMenus) menu->setShownText(name.data(), path);
 }
 
 void KvUniClientEditor::showPresetNameAnew() {

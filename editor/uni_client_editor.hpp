@@ -53,6 +53,17 @@ class KvUniClientEditor final : public AEffGUIEditor, public CControlListener {
   void raiseAbout() override;
   void openManual() override;
   bool aboutIsOpen() const override;
+  /// All knobs move by chance, unless the mouse holds one.
+  void rollDice();
+  // A preset by chance, and the state that the host gave last.
+  void playAnyPreset();
+  void revert();
+  /// The sound as text, through the clipboard. A message tells what is wrong with a text that is no
+  /// preset.
+  void copySoundText();
+  void pasteSoundText();
+  /// Asks the user for one.
+  void choosePresetFolder();
 
   bool setHostScale(double scale) override;
   WindowSize fitting(const WindowSize& offered) override;
@@ -70,7 +81,7 @@ class KvUniClientEditor final : public AEffGUIEditor, public CControlListener {
 
  private:
   // The steps of open(), in its order. Each adds to the frame.
-  void addLearnMenu();
+  void addHiddenMenus();
   void addPanels();
   void addPages();
   void addUpperControls();
@@ -108,6 +119,8 @@ class KvUniClientEditor final : public AEffGUIEditor, public CControlListener {
   void closePanel(int knob);
   void pressTabs(const KvMouseArea& area);
   bool keyPressed(const WindowKey& key) override;
+  bool groundPressed(CPoint where) override { return openWindowMenu(where, true); }
+  bool openWindowMenu(CPoint where, bool byPress);
   // values
   std::optional<ControlInfo> describe(const KvControl& control) const;
   std::string valueText(const KvControl& control) const;
@@ -137,6 +150,8 @@ class KvUniClientEditor final : public AEffGUIEditor, public CControlListener {
   KvViewContainer* aboutPanel = nullptr;
   KvTextView* shownFolder = nullptr;  // of the about panel
   KvOptionMenu* learnMenu = nullptr;
+  KvOptionMenu* windowMenu = nullptr;
+  int asksClipboard = 0;  // questions that are not answered yet
   ValueField* valueField = nullptr;
   std::vector<KvOptionMenu*> presetMenus;
   std::vector<Held<CView>> topViews;  // to lie above all pages, until they are added

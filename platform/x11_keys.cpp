@@ -97,6 +97,7 @@ WindowKey windowKeyOf(KeySym symbol, unsigned state) {
   if ((state & Mod1Mask) != 0) modifier |= keys::kAltBit;
   if ((state & Mod4Mask) != 0) modifier |= keys::kCommandBit;
   if ((state & ControlMask) != 0) modifier |= keys::kControlBit;
+  if (symbol == XK_Menu) return {0, keys::kF1 + 9, keys::kShiftBit};  // means Shift and F10
   return {characterOf(symbol), virtOf(symbol), static_cast<std::uint8_t>(modifier)};
 }
 

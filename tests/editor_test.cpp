@@ -2,6 +2,7 @@
 // close it as they please.
 #include <gtest/gtest.h>
 
+#include "support/chooser.hpp"
 #include "support/editor_desk.hpp"
 #include "support/settings_user.hpp"
 
@@ -197,17 +198,6 @@ TEST(Editor, ATickDrawsWhatMovedAndNoMore) {
   desk.editor().requestFullRedraw();
   EXPECT_EQ(drawn(), long{layout::kWindow.right} * layout::kWindow.bottom);
 }
-
-/// Answers at once with what a test has chosen.
-struct Chooser final : FileDialogs {
-  Chooser() { setFileDialogs(this); }
-  ~Chooser() override { setFileDialogs(nullptr); }
-  void load(const FileQuestion& /*question*/, FileAnswer answer) override { answer(chosen); }
-  void save(const FileQuestion& /*question*/, FileAnswer answer) override { answer(chosen); }
-  void folder(const FileQuestion& /*question*/, FileAnswer answer) override { answer(chosen); }
-  void cancel(void* /*owner*/) override {}
-  std::optional<std::string> chosen;
-};
 
 struct EditorPresets : SettingsTest {};
 

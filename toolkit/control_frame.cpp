@@ -123,12 +123,25 @@ MouseResult KvFrame::onMouseDown(CPoint& where, int buttons) {
   if (isBlocked()) return MouseResult::done;
   if (isHolding()) return MouseResult::handled;  // one at a time
   focus.mousePressed(where, buttons);
-  if (modalView == nullptr) return CFrame::onMouseDown(where, buttons);
+  if (modalView == nullptr) {
+    const MouseResult result = CFrame::onMouseDown(where, buttons);
+    return result == MouseResult::notHandled ? pressGround(where, buttons) : result;
+  }
   const Held<KvControl> view = hold(modalView);
   gesture = view;  // ahead of the press, which may let go of all
   const MouseResult result = view->onMouseDown(where, buttons);
   if (result != MouseResult::handled) gesture = {};
   return result;
+}
+
+// What opens takes over the gesture.
+MouseResult KvFrame::pressGround(CPoint where, int buttons) {
+  const bool asks = (buttons & (buttons::kRight | buttons::kCommand)) != 0;
+  if (!asks || isGone() || editor == nullptr || !editor->groundPressed(where)) {
+    return MouseResult::notHandled;
+  }
+  if (modalView != nullptr) gesture = hold(modalView);
+  return MouseResult::handled;
 }
 
 // The view that took the press gets all moves and the release, whatever has become modal meanwhile;

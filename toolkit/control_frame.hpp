@@ -22,6 +22,8 @@ class CEditorInterface {
   // A key that no control wanted. False when it is of no use either: the host gets it.
   virtual bool keyPressed(const WindowKey& key) = 0;
   virtual bool keyReleased(const WindowKey& key) = 0;
+  /// A press with the right button that no control wanted. False when it is of no use here.
+  virtual bool groundPressed(CPoint /*where*/) { return false; }
   /// Paths of files that the user dropped onto the window.
   virtual void filesDropped(const std::vector<std::string>& /*paths*/) {}
   /// What a control is called and how it stands.
@@ -99,6 +101,7 @@ class KvFrame final : public CFrame {
   void tick();
   void takeFiles(CPoint where, const std::vector<std::string>& paths) override;
   bool tellKey(const WindowKey& key, bool repeats);
+  MouseResult pressGround(CPoint where, int buttons);
   void takeSize(int width, int height) override {
     if (editor != nullptr) editor->windowResized(width, height);
   }

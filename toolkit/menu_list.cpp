@@ -5,8 +5,6 @@
 namespace zum {
 namespace {
 
-constexpr int kMarkWidth = 12;  // of the sign of a sub-menu, pixels
-
 int widestText(const CFontDesc* font, int size, const MenuRows& rows, const Scale& scale) {
   cairo_surface_t* const surface = cairo_image_surface_create(CAIRO_FORMAT_RGB24, 1, 1);
   int widest = 0;
@@ -37,7 +35,7 @@ MenuList::MenuList(MenuRows& shown, const Style& listStyle, const CRect& space, 
     const int seen = std::min(rows.size(), std::max((room.height() - 2) / itemHeight, 1));
     scroll.setRows(rows.size(), seen);
     width = widestText(style.font, style.look.fontSize, rows, style.scale) + 2 * kMenuTextInset +
-            kMarkWidth + (scroll.isNeeded() ? MenuScroll::kWidth : 0);
+            kMenuSignWidth + (scroll.isNeeded() ? MenuScroll::kWidth : 0);
     width = std::min(std::max(width, leastWidth), room.width());
     height = seen * itemHeight + 2;
   }
@@ -45,7 +43,8 @@ MenuList::MenuList(MenuRows& shown, const Style& listStyle, const CRect& space, 
   const int top = std::max(std::min(corner.y, room.bottom - height), 0);
   rect = {left, top, left + width, top + height};
   placeBar();
-  scroll.show(rows.selected(), rowsInside());
+  startRow = rows.selected();
+  scroll.show(startRow, rowsInside());
   changed();
 }
 
@@ -78,71 +77,6 @@ int MenuList::rowAt(CPoint where) const {
 
 CRect MenuList::drawnArea() const {
   return child != nullptr ? rect.join(child->drawnArea()) : rect;
-}
-
-void MenuList::draw(CDrawContext& context, const InUse& inUse) const {
-  if (style.picture != nullptr) {
-    style.picture->draw(context, rect, {0, 0});
-  } else {
-    context.setFillColor(style.backgroundColor);
-    context.setFrameColor(style.look.frameColor);
-    context.drawRect(rect, DrawStyle::filledAndStroked);
-  }
-  const int last = std::min(firstVisible() + rowsInside(), rows.size());
-  for (int row = firstVisible(); row < last; ++row) {
-    drawRow(context, row, inUse(rows, row));
-  }
-  scroll.draw(context, style.backgroundColor, style.look.selectedBackColor);
-  if (child != nullptr) child->draw(context, inUse);
-}
-
-void MenuList::drawRow(CDrawContext& context, int row, bool isMarked) const {
-  const MenuLook& look = style.look;
-  const CRect place = rowRect(row);
-  const int middle = (place.top + place.bottom) / 2;
-  const KvOptionMenuEntryInfo& info = rows[row];
-  const bool lit = row == hoveredRow && !info.isHeader;
-  if (style.picture != nullptr) {
-    if (lit && look.rowBitmap != nullptr) {
-      look.rowBitmap->draw(context, place, {0, row * look.rowBitmapHeight});
-    } else if (lit) {
-      context.setFrameColor(look.frameColor);
-      context.drawRect(place, DrawStyle::stroked);
-    }
-    if (isMarked) {  // on the edge: a picture may begin right behind it
-      context.setFillColor(look.markColor);
-      context.drawRect({place.left, middle - 4, place.left + 2, middle + 3}, DrawStyle::filled);
-    }
-    return;
-  }
-  if (lit) {
-    context.setFillColor(look.selectedBackColor);
-    context.drawRect(place, DrawStyle::filled);
-  }
-  const bool off = info.isHeader || !info.enabled;
-  const CColor sign = lit ? look.selectedTextColor : style.textColor;
-  context.setFont(style.font, look.fontSize);
-  context.setFontColor(off ? look.separatorColor : sign);
-  context.drawString(
-      info.text, {place.left + kMenuTextInset, place.top, place.right - kMarkWidth, place.bottom},
-      false, info.isHeader ? TextAlign::centre : TextAlign::left);
-  context.setFrameColor(sign);
-  if (isMarked) {
-    context.setFillColor(lit ? sign : look.markColor);
-    context.drawRect({place.left + 1, middle - 2, place.left + 4, middle + 1}, DrawStyle::filled);
-  }
-  if (info.subMenu == nullptr) return;
-  if (look.subMenuBitmap != nullptr) {
-    const CBitmap& bitmap = *look.subMenuBitmap;
-    const int height = bitmap.getHeight() / 2;
-    bitmap.draw(context,
-                {place.right - bitmap.getWidth(), place.top, place.right, place.top + height},
-                {0, lit ? height : 0});
-    return;
-  }
-  for (int i = 0; i < 4; ++i) {
-    context.drawLine({place.right - 8 + i, middle - 3 + i}, {place.right - 8 + i, middle + 3 - i});
-  }
 }
 
 void MenuList::gatherDamage(Damage& damage) {
@@ -202,6 +136,30 @@ std::optional<MenuChoice> MenuList::pick(CPoint where) {
   return list->choose(row);
 }
 
+void MenuList::reveal(std::span<const int> way) {
+  if (way.empty() || !rows.has(way.front())) return;
+  startRow = way.front();
+  scroll.show(startRow, rowsInside());
+  changed();
+  if (way.size() == 1) return;
+  hover(startRow);
+  if (child != nullptr) child->reveal(way.subspan(1));
+  asRevealed = true;
+}
+
+std::optional<MenuChoice> MenuList::choiceAt(CPoint where) {
+  if (!isOnRow(where)) return {};
+  MenuList* const list = listAt(where);
+  const int row = list->rowAt(where);
+  return list->rows[row].isChoice() ? std::optional(MenuChoice{&list->rows, row}) : std::nullopt;
+}
+
+std::optional<MenuChoice> MenuList::litChoice() {
+  if (child != nullptr) return child->litChoice();
+  const bool isLit = rows.has(hoveredRow) && rows[hoveredRow].isChoice();
+  return isLit ? std::optional(MenuChoice{&rows, hoveredRow}) : std::nullopt;
+}
+
 // A row that is no choice leaves the list as it is, but for what it opens.
 std::optional<MenuChoice> MenuList::choose(int row) {
   if (rows[row].subMenu != nullptr) openChild(row);
@@ -231,6 +189,7 @@ void MenuList::hover(int row) {
 
 // The way into a sub-menu may cross other rows.
 void MenuList::follow(CPoint where) {
+  asRevealed = false;
   const int row = rowAt(where);
   if (child != nullptr && row != hoveredRow) {
     if (row < 0 || aim.isOnWay(where, child->rect)) return;
@@ -283,13 +242,14 @@ void MenuList::walk(int from, int direction) {
 
 // The innermost list gets them.
 std::optional<MenuChoice> MenuList::pressKey(const WindowKey& key) {
+  asRevealed = false;
   if (child != nullptr) {
     const bool leaves = key.virt == keys::kEscape || key.virt == keys::kLeft;
     if (!leaves || child->child != nullptr) return child->pressKey(key);
     closeChild();
     return {};
   }
-  const int row = hoveredRow >= 0 ? hoveredRow : rows.selected();
+  const int row = hoveredRow >= 0 ? hoveredRow : startRow;
   switch (key.virt) {
     case keys::kUp: walk(row, -1); break;
     case keys::kDown: walk(row, 1); break;

@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 
 #include "platform/input.hpp"
 #include "toolkit/menu_aim.hpp"
@@ -28,8 +29,12 @@ struct MenuLook {
   CColor markColor = kGreyColor;  // of the row in use
   CColor frameColor = kGreyColor;
   CColor separatorColor = kGreyColor;  // of headers and of rows that are off
+  CColor fieldColor = kWhiteColor;     // ground of what is typed
 };
-constexpr int kMenuTextInset = 6;  // pixels, also of a closed menu
+// Pixels beside the text of a row; the left one also of a closed menu. On the right the signs
+// stand.
+constexpr int kMenuTextInset = 6;
+constexpr int kMenuSignWidth = 12;
 
 /// [main] The outermost one takes what the user does, and hands it to the list it is meant for.
 class MenuList {
@@ -65,6 +70,16 @@ class MenuList {
   /// Adds what changed since the last call.
   void gatherDamage(Damage& damage);
 
+  /// Opens the sub-menus on the way to a row, one number a list, and shows it. Keys start there.
+  void reveal(std::span<const int> way);
+  /// Nobody has done anything in it since.
+  bool isAsRevealed() const { return asRevealed; }
+  /// As if the pointer were on it.
+  void light(int row) { hover(row); }
+  /// What is under the pointer, or was chosen by keys, in whichever list.
+  std::optional<MenuChoice> choiceAt(CPoint where);
+  std::optional<MenuChoice> litChoice();
+
   void press(CPoint where);
   void move(CPoint where);
   /// True when it ended the drag of a scroll bar.
@@ -83,6 +98,9 @@ class MenuList {
   int firstVisible() const { return scroll.isNeeded() ? scroll.firstRow() : 0; }
   CRect rowRect(int row) const;
   void drawRow(CDrawContext& context, int row, bool isMarked) const;
+  void drawPictureRow(CDrawContext& context, int row, bool isMarked) const;
+  void drawHeader(CDrawContext& context, int row) const;
+  void drawSigns(CDrawContext& context, int row, CColor color) const;
   void placeBar();
   void changed() { damaged.add(rect); }
   MenuList* listAt(CPoint where);
@@ -100,6 +118,8 @@ class MenuList {
   CRect rect;
   MenuScroll scroll;
   int hoveredRow = -1;
+  int startRow = -1;  // of keys
+  bool asRevealed = false;
   MenuAim aim;  // from the hovered row
   Damage damaged;
   std::unique_ptr<MenuList> child;  // of the hovered row

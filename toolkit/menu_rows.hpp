@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,20 +13,24 @@ namespace zum {
 
 class MenuRows;
 
-struct KvOptionMenuEntryInfo {
-  std::string text;
-  std::unique_ptr<MenuRows> subMenu;  // opens instead of being selected; null for a plain row
-  std::unique_ptr<KvOptionMenuUserEntry> userEntry;
-  bool enabled = true;
-  bool isHeader = false;  // cannot be selected
-
-  bool isChoice() const { return enabled && !isHeader && subMenu == nullptr; }
-};
-
 /// A row that can be selected.
 struct MenuChoice {
   MenuRows* rows;
   int row;
+};
+
+struct KvOptionMenuEntryInfo {
+  std::string text;
+  std::unique_ptr<MenuRows> subMenu;  // opens instead of being selected; null for a plain row
+  std::unique_ptr<KvOptionMenuUserEntry> userEntry;
+  std::optional<MenuChoice> target;  // that it stands for: the same row, found or listed elsewhere
+  bool isMarked = false;             // as what is in use
+  bool isFavourite = false;
+  bool isTyped = false;  // a header that shows what is typed
+  bool enabled = true;
+  bool isHeader = false;  // cannot be selected; without a text it is a line
+
+  bool isChoice() const { return enabled && !isHeader && subMenu == nullptr; }
 };
 
 /// [main] One of them may be selected.
@@ -46,6 +51,12 @@ class MenuRows {
   KvOptionMenuEntryInfo& operator[](int index) { return rows[static_cast<std::size_t>(index)]; }
   const KvOptionMenuEntryInfo& operator[](int index) const {
     return rows[static_cast<std::size_t>(index)];
+  }
+  /// What the row stands for, itself or another one.
+  MenuChoice meant(int index) { return (*this)[index].target.value_or(MenuChoice{this, index}); }
+  const KvOptionMenuEntryInfo& meantInfo(int index) const {
+    const KvOptionMenuEntryInfo& row = (*this)[index];
+    return row.target ? (*row.target->rows)[row.target->row] : row;
   }
   /// -1 for none.
   int find(std::string_view text) const;

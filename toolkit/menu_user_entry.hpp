@@ -1,5 +1,5 @@
-// Not reached by this effect's window, whose rows carry nothing and whose menus have one listener:
-// what a row can carry for those who made it, and who hears of a choice besides.
+// What a row can carry for those who made it, and who hears of a choice besides the listener, which
+// nobody does in this effect's window.
 #pragma once
 
 namespace zum {

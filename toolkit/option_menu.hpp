@@ -2,19 +2,32 @@
 // of a folder.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "toolkit/base_control.hpp"
 #include "toolkit/bound_value.hpp"
 #include "toolkit/folder_rows.hpp"
+#include "toolkit/menu_favourites.hpp"
+#include "toolkit/menu_find.hpp"
 #include "toolkit/menu_list.hpp"
 #include "toolkit/menu_rows.hpp"
 
 namespace zum {
 
-/// [main] Its value is the number of the selected row. Of a choice in a sub-menu whoever listens
+/// Where a user's favourites are kept, as the text of MenuFavourites.
+struct FavouriteStore {
+  std::function<std::string()> read;  // empty for none
+  std::function<void(const std::string& text)> write;
+};
+
+/// [main] Over a folder, letters that are typed into the open list look for files in all of its
+/// folders; a press of the right button on one, or Insert, makes it a favourite, or no more.
+///
+/// Its value is the number of the selected row. Of a choice in a sub-menu whoever listens
 /// hears the number of the first row that is not fixed, however deep it lay.
 class KvOptionMenu final : public KvControl, public CControlListener {
  public:
@@ -44,6 +57,10 @@ class KvOptionMenu final : public KvControl, public CControlListener {
   int getSelectedEntry() const { return rows.selected(); }
   void setEntryEnabled(int index, bool enabled);
   const KvOptionMenuUserEntry* getUserEntry(int index) const;
+  /// All rows at once, in place of those there are.
+  void setRows(MenuRows fresh);
+  /// What the row carries that was chosen last, also in a sub-menu; -1 for nothing.
+  long getChosenValue() const { return chosenValue; }
 
   /// Selects a row, or, for one that is not there, none.
   void setCurrent(int entry);
@@ -54,8 +71,8 @@ class KvOptionMenu final : public KvControl, public CControlListener {
   const std::string& getName() const { return name; }
   /// Follows a variable that holds the number of the row.
   void bind(const float* variable) { boundIndex = {variable}; }
-  /// What it shows when it is closed, until the next choice.
-  void setShownText(std::string text);
+  /// What it shows when it is closed, until the next choice; `path` is that of the file, if known.
+  void setShownText(std::string text, std::string path = {});
   std::string currentText() const;
 
   // Files
@@ -66,7 +83,6 @@ class KvOptionMenu final : public KvControl, public CControlListener {
   bool getFileName(std::string& path, const std::string& extension) const;
   /// Selects the next file, 1, or the one before, -1, and reports it.
   void stepPreset(int direction);
-  /// Rows ahead of the files.
 
   void draw(CDrawContext& context) override;
   CRect drawnArea() const override;
@@ -77,6 +93,8 @@ class KvOptionMenu final : public KvControl, public CControlListener {
   bool onWheel(CPoint& where, float distance, int buttons) override;
   bool onKeyDown(const WindowKey& key) override;
   void popup(PopupMode mode, const CPoint* where, int popupTag) override;
+  /// At a place of the frame. The press that opened it may go on to a row and choose there.
+  void openAt(CPoint where, bool byPress);
   void closePopup() override;
   void idleStep(int flag) override;
   void setPopupPanel(KvViewContainer* panel) override { popupPanel = panel; }
@@ -97,6 +115,7 @@ class KvOptionMenu final : public KvControl, public CControlListener {
   int listOffsetY = 17;
   MenuLook look;
   KvOptionMenuExtraCallBack* onSelect = nullptr;
+  FavouriteStore favourites;
 
  private:
   ~KvOptionMenu() override = default;
@@ -110,6 +129,19 @@ class KvOptionMenu final : public KvControl, public CControlListener {
   void stepInRing(int direction);
   void reportChoice();
   bool isInUse(const MenuRows& shown, int row) const;
+  void showList(MenuRows& shown, int leastWidth);
+  void takeListAway();
+
+  // over folders
+  bool isFile(const MenuChoice& at) const;
+  template <class Fits>
+  bool findWay(const MenuRows& shown, const Fits& fits, std::vector<int>& way) const;
+  std::vector<int> wayToCurrent() const;
+  void showFound();
+  bool pressFileKey(const WindowKey& key);
+  std::string nameOf(const MenuChoice& file) const;
+  void showFavourites();
+  void toggleFavourite(const MenuChoice& at);
 
   std::string name;
   std::uint32_t style;
@@ -118,12 +150,18 @@ class KvOptionMenu final : public KvControl, public CControlListener {
   int fixedCount = 0;
   std::string chosenPath;  // of a row in a sub-menu
   std::string shownText;
+  std::string shownPath;  // of the file behind it
+  MenuFinder finder;
+  CPoint listCorner;
+  long chosenValue = -1;
   BoundValue boundIndex;
   int userTag;
   KvViewContainer* popupPanel = nullptr;
   std::unique_ptr<MenuList> list;
   bool ignoreNextUp = false;  // the release belongs to whoever opened the list
   bool openingClick = false;  // not released yet
+  CPoint pressedAt;           // by the press of openAt()
+  bool mayGoOn = false;       // that press, to a row
 };
 
 }  // namespace zum

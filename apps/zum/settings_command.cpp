@@ -44,6 +44,7 @@ constexpr KnownSetting kKnown[] = {
     {kIgnoreProgramChange, Kind::number},
     {kIsolateMapRecall, Kind::number},
     {kWindowSize, Kind::number},
+    {kFavourites, Kind::text},
 };
 
 struct SettingOptions {

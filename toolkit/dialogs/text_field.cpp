@@ -1,11 +1,9 @@
 #include "toolkit/dialogs/text_field.hpp"
 
-#include <glib.h>
-
 #include <algorithm>
-#include <array>
-#include <cstddef>
 #include <utility>
+
+#include "toolkit/dialogs/typed_text.hpp"
 
 namespace zum {
 namespace {
@@ -21,24 +19,11 @@ void TextField::setText(std::string fresh) {
 }
 
 bool TextField::type(const WindowKey& key) {
-  constexpr std::uint8_t kCommands = keys::kControlBit | keys::kAltBit | keys::kCommandBit;
-  const bool replaces = std::exchange(isSelected, false);
-  if (replaces && (key.virt == keys::kBack || key.virt == keys::kDelete)) {
-    text.clear();
-  } else if (key.virt == keys::kBack) {
-    const char* const last = g_utf8_find_prev_char(text.data(), text.data() + text.size());
-    text.resize(last != nullptr ? static_cast<std::size_t>(last - text.data()) : 0);
-  } else if (const auto code = static_cast<gunichar>(key.character);
-             g_unichar_validate(code) != FALSE && g_unichar_iscntrl(code) == FALSE &&
-             (key.modifier & kCommands) == 0) {
-    if (replaces) text.clear();
-    std::array<char, 6> bytes{};
-    text.append(bytes.data(), static_cast<std::size_t>(g_unichar_to_utf8(code, bytes.data())));
-  } else {
-    isSelected = replaces;
-    return false;
-  }
-  setDirty(true);
+  const bool empties = isSelected && (key.virt == keys::kBack || key.virt == keys::kDelete);
+  std::string fresh = isSelected ? std::string() : text;
+  if (!empties && !typeInto(fresh, key)) return false;
+  isSelected = false;
+  setText(std::move(fresh));
   return true;
 }
 
