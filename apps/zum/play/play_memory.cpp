@@ -17,10 +17,10 @@ namespace {
 // names of the settings
 constexpr const char* kApi = "play api";
 constexpr const char* kDevice = "play device";
-constexpr const char* kLoop = "play loop";    // in the system's form
-constexpr const char* kTempo = "play tempo";  // thousandths of a beat per minute
-constexpr const char* kLeft = "play left";    // of the window on the screen, pixels
-constexpr const char* kTop = "play top";
+constexpr const char* kLoop = "play loop";        // in the system's form
+constexpr const char* kTempo = "play tempo";      // thousandths of a beat per minute
+constexpr const char* kWindowLeft = "play left";  // of the window on the screen, pixels
+constexpr const char* kWindowTop = "play top";
 
 constexpr double kTempoScale = 1000.0;
 constexpr std::size_t kMostSoundBytes = std::size_t{1} << 20U;  // no state has more
@@ -85,8 +85,8 @@ void recall(PlaySession::Options& options) {
 }
 
 std::optional<ScreenPlace> recallPlace() {
-  const auto left = readSettingInt(kLeft);
-  const auto top = readSettingInt(kTop);
+  const auto left = readSettingInt(kWindowLeft);
+  const auto top = readSettingInt(kWindowTop);
   return left && top ? std::optional(ScreenPlace{.x = *left, .y = *top}) : std::nullopt;
 }
 
@@ -101,8 +101,8 @@ void remember(PlaySession& session, const std::optional<ScreenPlace>& place) {
   writeSound(session.host().saveState());
   writeSettingInt(kTempo, static_cast<std::int32_t>(std::lround(session.tempo() * kTempoScale)));
   if (!place) return;
-  writeSettingInt(kLeft, place->x);
-  writeSettingInt(kTop, place->y);
+  writeSettingInt(kWindowLeft, place->x);
+  writeSettingInt(kWindowTop, place->y);
 }
 
 }  // namespace zum
