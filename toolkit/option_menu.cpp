@@ -69,7 +69,8 @@ void KvOptionMenu::gatherDamage(Damage& damage) {
 
 void KvOptionMenu::showList(MenuRows& shown, int leastWidth) {
   list = std::make_unique<MenuList>(
-      shown, MenuList::Style{look, font, textColor, backgroundColor, openBitmap, getFrame().scale()},
+      shown,
+      MenuList::Style{look, font, textColor, backgroundColor, openBitmap, getFrame().scale()},
       getFrame().getViewSize(), listCorner, leastWidth);
 }
 
