@@ -236,7 +236,9 @@ void HostSide::resizeWindow(const Size& given) {
 bool HostSide::openWindow(std::uintptr_t parent, WindowFrame* around) {
   windowFrame = around;
   // NOLINTNEXTLINE(performance-no-int-to-ptr): editors take the system's number as a pointer
-  return editor() != nullptr && editor()->open(reinterpret_cast<void*>(parent));
+  if (editor() != nullptr && editor()->open(reinterpret_cast<void*>(parent))) return true;
+  windowFrame = nullptr;
+  return false;
 }
 
 void HostSide::closeWindow() {

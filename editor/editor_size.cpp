@@ -1,5 +1,7 @@
 // How large the window is shown, and who may say so.
 
+#include <cmath>
+
 #include "editor/layout.hpp"
 #include "editor/uni_client_editor.hpp"
 #include "toolkit/view/window_fit.hpp"
@@ -24,18 +26,24 @@ Scale KvUniClientEditor::scaleToBe() {
 
 CPoint KvUniClientEditor::sizeForHost() { return scaleToBe().rounded(kPlainSize); }
 
-/// False where the host keeps its window as it is. It may close ours inside of its answer.
-bool KvUniClientEditor::showAt(const Scale& scale) {
-  const WindowSize wanted = sizeAt(scale);
-  if (!effect.sizeWindow(wanted.width, wanted.height)) return false;
+/// Nothing where the host keeps its window as it is. It may give another size inside of its answer,
+/// as for want of room, or close our window.
+void KvUniClientEditor::showAt(const Scale& scale) {
   resting.forget();
-  setFactor(scale.factor());
-  return true;
+  const WindowSize wanted = sizeAt(scale);
+  isAskingForRoom = true;
+  const bool agrees = effect.sizeWindow(wanted.width, wanted.height);
+  isAskingForRoom = false;
+  if (!agrees || !isOpen()) return;
+  const Scale given = resting.coming().value_or(scale);
+  resting.forget();
+  setFactor(given.factor());
 }
 
 bool KvUniClientEditor::setHostScale(double scale) {
   const std::lock_guard turn(windowTurn());
-  if (!factorWanted.hear(scale)) return false;
+  if (!std::isfinite(scale) || scale <= 0.0) return false;
+  factorWanted.hear(wholeScale(kPlainSize, scale).factor());
   if (isOpen()) showAt(wholeScale(kPlainSize, factorWanted.get()));
   return true;
 }
@@ -44,11 +52,13 @@ WindowSize KvUniClientEditor::fitting(const WindowSize& offered) {
   return sizeAt(scaleInside(kPlainSize, {offered.width, offered.height}));
 }
 
+// What is smaller than any window of ours comes from a host that is about to lay it out.
 void KvUniClientEditor::takeSize(const WindowSize& given) {
   const std::lock_guard turn(windowTurn());
+  if (given.width < kPlainSize.x / 2 || given.height < kPlainSize.y / 2) return;
   const Scale scale = scaleInside(kPlainSize, {given.width, given.height});
   if (scale == scaleToBe()) return;
-  factorWanted.choose(scale.factor());
+  if (!isAskingForRoom) factorWanted.choose(scale.factor());
   if (isOpen()) resting.want(scale);
 }
 

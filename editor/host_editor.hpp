@@ -23,8 +23,7 @@ class AEffGUIEditor : public EffectEditor, public KvEditorBase {
     const std::lock_guard turn(windowTurn());
     KvEditorBase::idle();
   }
-  /// [main] As `KvEditorBase::setFactor`.
-  void setFactor(double factor) {
+  void setFactor(double factor) override {
     const std::lock_guard turn(windowTurn());
     KvEditorBase::setFactor(factor);
   }

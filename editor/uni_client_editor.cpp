@@ -96,7 +96,9 @@ void KvUniClientEditor::idle() {
   showPresetName();
   showStatus();
   noteControllers();
-  if (const auto scale = resting.tick()) setFactor(scale->factor());
+  if (!getFrame()->isHolding()) {  // what is dragged is measured in pixels of its size
+    if (const auto scale = resting.tick()) setFactor(scale->factor());
+  }
   AEffGUIEditor::idle();
 }
 

@@ -139,11 +139,14 @@ class KvUniClientEditor final : public AEffGUIEditor, public CControlListener {
   // size
   Scale scaleToBe();
   CPoint sizeForHost() override;
-  bool showAt(const Scale& scale);
+  void showAt(const Scale& scale);
+  /// Hosts may size our window themselves.
+  void windowResized(int width, int height) override { takeSize({width, height}); }
 
   KvUniClient& effect;
   WindowFactor factorWanted;
   RestingScale resting;
+  bool isAskingForRoom = false;
   Held<CFontDesc> editorFont;
   std::array<KvControl*, kLastTag + 1> controls{};  // by tag
   std::vector<KvViewContainer*> panels;             // in the order of their table

@@ -14,26 +14,29 @@ constexpr double kPercent = 100.0;
 
 double held(double factor) { return Scale(factor).factor(); }
 
+std::optional<double> keptChoice() {
+  const auto percent = readSettingInt(kWindowSize);
+  return percent ? std::optional(held(*percent / kPercent)) : std::nullopt;
+}
+
 }  // namespace
 
 double WindowFactor::get() {
-  if (!current) {
-    const auto percent = readSettingInt(kWindowSize);
-    current = held(percent ? *percent / kPercent : desktopScale());
-  }
+  if (!current) current = keptChoice().value_or(held(desktopScale()));
   return *current;
 }
 
-bool WindowFactor::hear(double hostScale) {
-  if (!std::isfinite(hostScale) || hostScale <= 0.0) return false;
+void WindowFactor::hear(double hostScale) {
   current = held(hostScale);
-  return true;
+  if (*current != Scale::kLeast) return;
+  if (chosen) {
+    current = chosen;
+  } else if (const auto kept = keptChoice()) {
+    current = kept;
+  }
 }
 
-void WindowFactor::choose(double factor) {
-  if (current == held(factor)) return;
-  current = chosen = held(factor);
-}
+void WindowFactor::choose(double factor) { current = chosen = held(factor); }
 
 void WindowFactor::keep() {
   if (!chosen) return;

@@ -11,8 +11,8 @@ class WindowFactor {
  public:
   /// Looked up when it is first asked for.
   double get();
-  /// By the host. False for what is no factor.
-  bool hear(double hostScale);
+  /// By the host. Its 1 is what hosts say that know of no scales: the user's choice outweighs it.
+  void hear(double hostScale);
   /// By the user, in this window, whatever the host says.
   void choose(double factor);
   /// The user's choice counts for windows that open from now on.

@@ -72,7 +72,10 @@ bool X11Window::create(const WindowRequest& request, X11Guard& guard) {
   Visual* visual = DefaultVisualOfScreen(screen);
   colours = XCreateColormap(display, RootWindowOfScreen(screen), visual, AllocNone);
   XSetWindowAttributes attributes{};
-  attributes.background_pixmap = None;  // no flicker before the first picture
+  // No flicker before the first picture; but a user may make a window wider than that.
+  const unsigned long background = sizes ? CWBackPixel : CWBackPixmap;
+  attributes.background_pixmap = None;
+  attributes.background_pixel = BlackPixelOfScreen(screen);
   attributes.border_pixel = 0;
   attributes.colormap = colours;
   attributes.event_mask = kEvents;
@@ -80,7 +83,7 @@ bool X11Window::create(const WindowRequest& request, X11Guard& guard) {
   window =
       XCreateWindow(display, above, corner.x, corner.y, static_cast<unsigned>(width),
                     static_cast<unsigned>(height), 0, DefaultDepthOfScreen(screen), InputOutput,
-                    visual, CWBackPixmap | CWBorderPixel | CWColormap | CWEventMask, &attributes);
+                    visual, background | CWBorderPixel | CWColormap | CWEventMask, &attributes);
   describe(request);
   if (parent == 0 && request.takesFiles) drops.emplace(display, window);
   if (parent == 0 && request.inFrontOf != 0) {
@@ -181,15 +184,16 @@ void X11Window::closeSurface() {
 }
 
 void X11Window::resize(int toWidth, int toHeight) {
-  if (toWidth == width && toHeight == height) return;
+  const bool isThere = toWidth == width && toHeight == height;
   width = toWidth;
   height = toHeight;
   if (handle() == 0) return;
   const X11Guard guard(display);
+  cairo_xlib_surface_set_size(surface, width, height);
+  if (isThere) return;
   if (parent == 0) describeSize(toldPlace);
   resizedAt = NextRequest(display);
   XResizeWindow(display, window, static_cast<unsigned>(width), static_cast<unsigned>(height));
-  cairo_xlib_surface_set_size(surface, width, height);
   XFlush(display);
 }
 

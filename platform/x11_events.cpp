@@ -1,6 +1,5 @@
 // What came from the X server, told in the words of WindowEvents.
 #include <X11/Xutil.h>
-#include <cairo-xlib.h>
 
 #include <algorithm>
 #include <utility>
@@ -178,12 +177,12 @@ void X11Window::notePlace() {
   }
 }
 
+/// Of the server's window alone: what is shown in it is still as large as before.
 void X11Window::noteSize(const XConfigureEvent& event) {
   if (handle() == 0 || event.serial < resizedAt) return;
   if (event.width == width && event.height == height) return;
   width = event.width;
   height = event.height;
-  cairo_xlib_surface_set_size(surface, width, height);
   events.windowResized(width, height);
 }
 

@@ -303,6 +303,9 @@ class BusyEditor final : public EffectEditor {
   void raiseAbout() override {}
   void openManual() override {}
   bool aboutIsOpen() const override { return false; }
+  bool setHostScale(double /*scale*/) override { return false; }
+  WindowSize fitting(const WindowSize& offered) override { return offered; }
+  void takeSize(const WindowSize& /*given*/) override {}
 
  private:
   KvUniClient& effect;

@@ -30,7 +30,7 @@ class KvEditorBase : protected CEditorInterface {
   /// At factor 1.
   const CRect& windowRect() const { return bounds; }
   /// Pixels of the screen for one of those, 1 to 3; kept while the window is closed.
-  void setFactor(double factor);
+  virtual void setFactor(double factor);
   double factor() const { return screen.factor(); }
   /// Of the window, in pixels of the screen.
   CPoint screenSize() const { return screen.rounded(CPoint{bounds.right, bounds.bottom}); }

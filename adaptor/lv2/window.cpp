@@ -32,8 +32,11 @@ std::uintptr_t PluginWindow::number() const {
                                                               : 0;
 }
 
+// A host may close the window inside of what it hears.
 bool PluginWindow::idle() {
+  const std::weak_ptr<bool> alive = life;
   plugin.host().idleWindow();
+  if (alive.expired()) return false;
   tellChanges();
   return plugin.host().isWindowOpen();
 }

@@ -5,6 +5,7 @@
 #include <lv2/ui/ui.h>
 
 #include <cstdint>
+#include <memory>
 
 #include "adaptor/lv2/plugin.hpp"
 
@@ -55,6 +56,7 @@ class PluginWindow final : private HostSide::Listener, private HostSide::WindowF
 
   Plugin& plugin;
   const Host host;
+  const std::shared_ptr<bool> life = std::make_shared<bool>(true);
 };
 
 }  // namespace zum::lv2

@@ -15,6 +15,15 @@ bool isX11(const char* type) {
   return type != nullptr && std::strcmp(type, V3_VIEW_PLATFORM_TYPE_X11) == 0;
 }
 
+/// The host may let go of the view inside of what it hears.
+template <class Work>
+v3_result kept(View& view, Work&& work) {
+  view.addReference();
+  const v3_result result = tried([&] { return work(view); });
+  view.dropReference();
+  return result;
+}
+
 /// Whatever a host writes into it; none for nonsense.
 HostSide::Size sizeOf(const v3_view_rect& rect) {
   const auto side = [](std::int64_t from, std::int64_t to) {
@@ -69,8 +78,8 @@ constexpr v3_plugin_view_cpp kView = {
         },
         .on_size = [](void* self, v3_view_rect* rect) -> v3_result {
           if (rect == nullptr) return V3_INVALID_ARG;
-          return tried([&] {
-            objectOf<View>(self).host().resizeWindow(sizeOf(*rect));
+          return kept(objectOf<View>(self), [&](View& view) {
+            view.host().resizeWindow(sizeOf(*rect));
             return V3_OK;
           });
         },
@@ -88,8 +97,8 @@ constexpr v3_plugin_view_cpp kView = {
 constexpr v3_plugin_view_content_scale_cpp kScale = {
     unknownOf<View>(),
     {.set_content_scale_factor = [](void* self, float factor) -> v3_result {
-      return tried([&] {
-        return resultOf(objectOf<View>(self).host().setWindowScale(static_cast<double>(factor)));
+      return kept(objectOf<View>(self), [&](View& view) {
+        return resultOf(view.host().setWindowScale(static_cast<double>(factor)));
       });
     }},
 };

@@ -24,6 +24,10 @@ class CFrame : public CViewContainer, private WindowEvents {
   /// Pixels of the screen for one logical pixel, 1 to 3. At any time but while it draws; a window
   /// that is open takes its new size at once, and everything is drawn again.
   void setFactor(double factor);
+  /// A window that was given another size has the one of the factor again, if the system lets it.
+  void fitWindow() {
+    if (window) window->resize(screenSize().x, screenSize().y);
+  }
   const Scale& scale() const { return screen; }
   /// Of the window, in pixels of the screen.
   CPoint screenSize() const {

@@ -12,6 +12,8 @@ namespace zum {
 /// those of the screen; the smallest where none does. Of the scales that make its width whole
 /// pixels: so a size that came of this gives the same one again.
 inline Scale scaleInside(CPoint plain, CPoint room) {
+  constexpr int kMost = 1 << 15;  // more than any screen has
+  room = {std::min(room.x, kMost), std::min(room.y, kMost)};
   const auto scaleOf = [plain](int width) { return static_cast<double>(width) / plain.x; };
   const auto byHeight = static_cast<int>(std::floor((room.y + 0.5) / plain.y * plain.x));
   int width = std::min(room.x, byHeight);

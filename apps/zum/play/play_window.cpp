@@ -3,6 +3,7 @@
 #include <cairo.h>
 
 #include <memory>
+#include <utility>
 
 #include "apps/zum/failure.hpp"
 #include "editor/uni_client_editor.hpp"
@@ -75,7 +76,9 @@ bool PlayWindow::writePicture(const std::filesystem::path& path) const {
   return cairo_surface_write_to_png(all.get(), path.c_str()) == CAIRO_STATUS_SUCCESS;
 }
 
+// A system that gives the same size again insists on it, as of a window that fills the screen.
 void PlayWindow::windowResized(int width, int height) {
+  if (std::exchange(lastGiven, {width, height}) == CPoint{width, height}) return;
   const CRect& plain = frame->getViewSize();
   resting.want(scaleInside({plain.width(), plain.height()}, {width, height}));
 }
@@ -90,6 +93,7 @@ void PlayWindow::showAt(const Scale& scale) {
   const auto [width, height] = effect.plainWindowSize();
   const CPoint size = scale.rounded(CPoint{width, height});
   frame->setFactor(scale.factor());
+  frame->fitWindow();
   effect.resizeWindow({size.x, size.y});
 }
 

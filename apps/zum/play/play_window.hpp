@@ -40,6 +40,7 @@ class PlayWindow : private CEditorInterface, private HostSide::WindowFrame {
   Held<KvFrame> frame;
   Strip strip;
   RestingScale resting;  // of a corner that is dragged
+  CPoint lastGiven{};    // size that the window was given, by a user or by the system
 };
 
 }  // namespace zum
