@@ -27,7 +27,8 @@ std::string folded(const std::string& text) {
 struct Match {
   std::string label;
   MenuChoice at;
-  int rank;  // 0 is best
+  int rank;           // 0 is best
+  std::size_t place;  // among all, of which equal ones keep their order
 };
 
 /// What is looked for, and what was found of it.
@@ -52,7 +53,7 @@ struct Search {
     if (!isMatch) return;
     const std::string name = folded(rows[row].text);
     const int rank = name.starts_with(wanted) ? 0 : name.find(wanted) != std::string::npos ? 1 : 2;
-    matches.push_back({std::move(label), {&rows, row}, rank});
+    matches.push_back({std::move(label), {&rows, row}, rank, matches.size()});
   }
 };
 
@@ -99,7 +100,8 @@ void MenuFinder::look(MenuRows& tree, int from, int most) {
   std::istringstream words(search.wanted);
   for (std::string word; words >> word;) search.words.push_back(word);
   search.addFrom(tree, from);
-  std::ranges::stable_sort(search.matches, {}, &Match::rank);
+  std::ranges::sort(search.matches, {},
+                    [](const Match& match) { return std::pair(match.rank, match.place); });
   found.clear();
   addHeader(found, text, true);
   const int count = static_cast<int>(search.matches.size());
