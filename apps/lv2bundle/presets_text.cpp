@@ -10,8 +10,8 @@
 #include "adaptor/lv2/ports.hpp"
 #include "apps/lv2bundle/descriptions.hpp"
 #include "apps/lv2bundle/turtle.hpp"
-#include "preset_text/preset_document.hpp"
 #include "core/parameter_text.hpp"
+#include "preset_text/preset_document.hpp"
 
 namespace zum {
 namespace {
