@@ -12,6 +12,8 @@ namespace {
 
 constexpr int kUsualRate = 44100;  // Hz, until there is another one
 
+std::vector<float> room() { return std::vector<float>(LiveSound::kMostFrames); }
+
 void note(std::atomic<float>& peak, const float* const* channels, int frames) ZUM_REALTIME {
   float highest = peak.load(std::memory_order_relaxed);
   for (int side = 0; side < 2; ++side) {
@@ -23,7 +25,7 @@ void note(std::atomic<float>& peak, const float* const* channels, int frames) ZU
 }  // namespace
 
 LiveSound::LiveSound(HostSide& played)
-    : effect(played), heard{std::vector<float>(kMostFrames), std::vector<float>(kMostFrames)} {}
+    : effect(played), heard{room(), room()}, made{room(), room()} {}
 
 LiveSound::~LiveSound() { endAll(); }
 
@@ -184,11 +186,14 @@ void LiveSound::processPart(const float* const* inputs, float* const* outputs, i
     song.beats = take->clock.beats();
     take->clock.advance(frames);
   }
-  { const HostSide::Block block(effect, {in.data(), nullptr, outputs, frames}, song); }
-  note(peakOut, outputs, frames);
+  // Not in the device's buffers: a server that does not wait clears them for the next block.
+  const std::array<float*, 2> out = {made[0].data(), made[1].data()};
+  { const HostSide::Block block(effect, {in.data(), nullptr, out.data(), frames}, song); }
+  note(peakOut, out.data(), frames);
   if (Recorder* const recorder = wantedRecorder.load()) {
-    recorder->write(outputs[0], outputs[1], frames);
+    recorder->write(out[0], out[1], frames);
   }
+  for (std::size_t side = 0; side < 2; ++side) std::copy_n(out[side], frames, outputs[side]);
 }
 
 }  // namespace zum

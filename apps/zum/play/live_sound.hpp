@@ -121,7 +121,8 @@ class LiveSound {
   std::atomic<float> peakOut{0.0F};
 
   // [audio]
-  std::array<std::vector<float>, 2> heard;
+  std::array<std::vector<float>, 2> heard;  // what goes into the effect
+  std::array<std::vector<float>, 2> made;   // and what comes out
 };
 
 }  // namespace zum
