@@ -187,8 +187,8 @@ void BankWalk::stepMidiProgram(int direction) ZUM_REALTIME {
   const SharedBank::InBlock all(bank);
   const Place place = placeOf(*all, loadShared(position.program) + direction);
   const BankPreset* const program = all->get(place.folder, place.program);
-  if (program != nullptr) desk.tryPlay(*program);
-  moveTo(place);
+  if (program == nullptr) return;
+  if (program->fault || desk.tryPlay(*program)) moveTo(place);
 }
 
 // It follows a load that took effect, and must not fail half way: it uses no heap but for a bank

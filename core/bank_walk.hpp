@@ -48,7 +48,7 @@ class BankWalk final : public MidiPrograms {
   /// [audio]
   void playMidiProgram(int index) ZUM_REALTIME override;
   /// [audio] As setProgram(), but the file behind the program is not looked for. The walk goes on
-  /// also from one that there is no room for.
+  /// from one that is refused, but not where there is none or no room to play it.
   void stepMidiProgram(int direction) ZUM_REALTIME override;
   /// The position goes where the current file lies in the bank, if it does.
   void takePosition();

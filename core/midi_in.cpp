@@ -100,16 +100,20 @@ void MidiIn::moveController(std::int32_t number, std::int32_t data, MidiPrograms
   learnAndMove(controllerMap.controllers[place], {before, value}, programs);
 }
 
-// What was just learned moves with the message that taught it. A button of the programs is pressed
-// when its controller goes above the middle, once all others have moved: the program brings another
-// list.
+// What was just learned moves with the message that taught it, but for the buttons of the programs.
+// They are pressed when their controller goes above the middle, once all others have moved: the
+// program brings another list. Pressure does not teach them, since no clearing takes that back.
 void MidiIn::learnAndMove(BindingList& list, const Move& move, MidiPrograms& programs)
     ZUM_REALTIME {
   constexpr float kMiddle = 0.5F;
   std::int32_t target = learnTarget.load();
   const auto tag = static_cast<std::int16_t>(target);
   // The target that was read is spent, not one that a window sets meanwhile.
-  if (target >= 0 && list.tryAppend({tag, 0})) learnTarget.compare_exchange_strong(target, -1);
+  const bool isButton = outlastsPresets({tag, 0});
+  const bool isTaught =
+      target >= 0 && !(isButton && &list == &controllerMap.aftertouch) && list.tryAppend({tag, 0});
+  if (isTaught) learnTarget.compare_exchange_strong(target, -1);
+  const bool mayStep = !(isTaught && isButton);
   int way = 0;
   for (std::size_t i = 0; i < list.size(); ++i) {
     const int moved = list.at(i).tag;
@@ -117,7 +121,8 @@ void MidiIn::learnAndMove(BindingList& list, const Move& move, MidiPrograms& pro
     if (moved == tag::previousProgram) way = -1;
     parameters.setParameter(moved, move.to);
   }
-  if (way != 0 && move.from <= kMiddle && move.to > kMiddle) programs.stepMidiProgram(way);
+  const bool isPressed = move.from <= kMiddle && move.to > kMiddle;
+  if (mayStep && way != 0 && isPressed) programs.stepMidiProgram(way);
 }
 
 // ---- learning

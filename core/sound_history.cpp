@@ -193,7 +193,10 @@ void SoundHistory::keepMoved(Open& step) const {
 bool SoundHistory::push(Open& step) {
   Side& side = heard();
   knownIntakes = gate.intakeCount();
-  const bool goesOn = merging >= 0 && merging == step.tag && !side.done.empty();
+  // A whole sound or a map that came within it would be lost in a step that has none.
+  const bool isMore = step.parts.whole || step.parts.map;
+  const bool goesOn = merging >= 0 && merging == step.tag && !side.done.empty() &&
+                      (!isMore || side.done.back().parts.whole);
   if (!goesOn && step.parts.isEmpty()) return false;
   const bool tells = step.parts.steps || step.parts.map;
   if (goesOn) {

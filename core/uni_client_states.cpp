@@ -77,7 +77,9 @@ void KvUniClient::revertToStored() {
 
 bool KvUniClient::takeSound(const KvChunk& preset, const std::string& stepName) {
   const SoundHistory::Step step(history, SoundHistory::Part::whole, stepName);
-  return desk.load(preset, 0, {.quiet = true});
+  if (!desk.load(preset, 0, {.quiet = true})) return false;
+  updateDisplay();
+  return true;
 }
 
 void KvUniClient::initialise() {

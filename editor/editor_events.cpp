@@ -206,7 +206,8 @@ void KvUniClientEditor::revert() {
 }
 
 void KvUniClientEditor::copySoundText() {
-  if (!WindowServices::get().clipboard().give(soundText(effect))) {
+  std::string text = soundText(effect);
+  if (text.empty() || !WindowServices::get().clipboard().give(std::move(text))) {
     showMessage(libraryRecord().product, "The sound cannot be copied.");
   }
 }
@@ -214,12 +215,14 @@ void KvUniClientEditor::copySoundText() {
 // A question that is open is taken back by close().
 void KvUniClientEditor::pasteSoundText() {
   ++asksClipboard;
-  WindowServices::get().clipboard().ask([this](const std::optional<std::string>& text) {
+  const auto answer = [this, alive = std::weak_ptr(life)](const std::optional<std::string>& text) {
     const std::lock_guard turn(windowTurn());
+    if (alive.expired()) return;  // windows share the clipboard, and one that asks may go
     --asksClipboard;
     const std::string trouble = text ? pasteSound(effect, *text) : "There is no text to paste.";
     if (!trouble.empty()) showMessage(libraryRecord().product, trouble.c_str());
-  });
+  };
+  WindowServices::get().clipboard().ask(answer);
 }
 
 void KvUniClientEditor::rollDice() {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <array>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -155,6 +156,7 @@ class KvUniClientEditor final : public AEffGUIEditor, public CControlListener {
   KvOptionMenu* learnMenu = nullptr;
   KvOptionMenu* windowMenu = nullptr;
   int asksClipboard = 0;  // questions that are not answered yet
+  const std::shared_ptr<bool> life = std::make_shared<bool>(true);
   ValueField* valueField = nullptr;
   std::vector<KvOptionMenu*> presetMenus;
   std::vector<Held<CView>> topViews;  // to lie above all pages, until they are added

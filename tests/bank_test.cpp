@@ -386,6 +386,25 @@ TEST_F(BankTest, StatesAreSavedAndBanksReplacedBesideProgramChanges) {
   EXPECT_FALSE(client.muteRequest.load());
 }
 
+// Not with the message that teaches it; and pressure, which nothing could clear, is not taught.
+TEST_F(BankTest, AControllerThatLearnedTheArrowStepsFromItsNextPressOn) {
+  putTree();
+  TestHost host;
+  KvUniClient& client = host.client();
+  ASSERT_TRUE(client.programs() && client.beginLearn(tag::nextProgram));
+  const std::int32_t before = client.currentProgram();
+  client.handleEvent({.code = EngineEvent::kAftertouch, .data1 = 127});
+  EXPECT_EQ(client.learning(), tag::nextProgram);
+  const auto turn = [&client](std::uint8_t value) {
+    client.handleEvent({.code = EngineEvent::kController, .data1 = 20, .data2 = value});
+    return client.currentProgram();
+  };
+  EXPECT_EQ(turn(127), before);
+  EXPECT_EQ(client.learning(), -1);
+  EXPECT_EQ(turn(0), before);
+  EXPECT_EQ(turn(127), before + 1);
+}
+
 TEST_F(BankTest, ASessionHoldsThePositionOfItsState) {
   putTree();
   TestHost host;
