@@ -378,7 +378,6 @@ TEST(Editor, WhatOneDoesIsOneStepOfTheWayBack) {
               {"Bank", [&] { desk.drag(tag::bank, 12, 0); }},
               {"Randomise", [&] { desk.tap(keys::kF1 + 1); }}};
   for (const auto& row : rows) {
-    const std::string before = desk.host.state();
     row.act();
     EXPECT_EQ(desk.effect().undoName().value_or("none"), row.name);
     const std::string after = desk.host.state();

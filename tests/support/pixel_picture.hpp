@@ -29,7 +29,8 @@ class PixelPicture final : public PictureFrames {
       const std::uint32_t word = words[static_cast<std::size_t>(i)];
       cairo_set_source_rgb(cr, (word >> 16U & 0xFFU) / 255.0, (word >> 8U & 0xFFU) / 255.0,
                            (word & 0xFFU) / 255.0);
-      cairo_rectangle(cr, i % columns, i / columns, 1.0, 1.0);
+      const int row = i / columns;
+      cairo_rectangle(cr, i % columns, row, 1.0, 1.0);
       cairo_fill(cr);
     }
   }
