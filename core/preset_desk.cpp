@@ -96,11 +96,13 @@ bool PresetDesk::makeRoom(const PresetNeeds& needs) {
   return reserve(needs);
 }
 
-// A session that is recalled with an isolated map empties the map and does not fill it.
+// A session that is recalled with an isolated map empties the map and does not fill it. What was
+// here before is no session: the way back takes no button of the programs its controller.
 PresetIntake::MapRule PresetDesk::mapRule(const LoadFlags& flags) const ZUM_REALTIME {
   using enum PresetIntake::MapRule;
-  if (!around.switches.isOn(UserSwitches::kIsolateMap)) return takes;
-  return flags.restoreAll && !flags.isOwn ? empties : keeps;
+  const bool isSession = flags.restoreAll && !flags.isOwn;
+  if (!around.switches.isOn(UserSwitches::kIsolateMap)) return isSession ? replaces : takes;
+  return isSession ? empties : keeps;
 }
 
 void PresetDesk::take(const KvChunk& preset, int slot, const LoadFlags& flags,

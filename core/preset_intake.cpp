@@ -36,13 +36,14 @@ const char* PresetIntake::record(std::int32_t id, std::int32_t size, KvChunk& ch
 
 void PresetIntake::empty(BindingList& list) ZUM_REALTIME {
   if (map == MapRule::keeps) return;
-  if (restoreAll) return list.clear();
+  if (map != MapRule::takes) return list.clear();
   list.keepIf([](Binding binding) ZUM_REALTIME { return outlastsPresets(binding); });
 }
 
 void PresetIntake::add(BindingList& list, Binding binding) ZUM_REALTIME {
-  const bool isThere = !restoreAll && outlastsPresets(binding) && list.has(binding);
-  if (map == MapRule::takes && !isThere) list.tryAppend(binding);
+  if (map == MapRule::keeps || map == MapRule::empties) return;
+  const bool isThere = map == MapRule::takes && outlastsPresets(binding) && list.has(binding);
+  if (!isThere) list.tryAppend(binding);
 }
 
 void PresetIntake::mapBegins() ZUM_REALTIME {

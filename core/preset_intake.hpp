@@ -12,8 +12,9 @@ namespace zum {
 
 class PresetIntake final : public PresetVisitor {
  public:
-  /// What becomes of the controller map.
-  enum class MapRule : std::uint8_t { takes, keeps, empties };
+  /// What becomes of the controller map. Where it is taken over, bindings that outlast presets
+  /// stay; where it is replaced, none does.
+  enum class MapRule : std::uint8_t { takes, replaces, keeps, empties };
 
   struct Into {
     ParameterStore& parameters;

@@ -52,7 +52,7 @@ bool SoundHistory::exchange(Steps Side::*from, Steps Side::*to) {
   const bool takesWhole = step.parts.whole != nullptr;
   bool isDone = false;
   try {
-    isDone = exchange(step.parts);
+    isDone = exchange(step.parts, clearsBefore);
   } catch (const std::bad_alloc&) {
   }
   const StateGate::Turn turn(gate);
@@ -67,8 +67,9 @@ bool SoundHistory::exchange(Steps Side::*from, Steps Side::*to) {
   return isDone;
 }
 
-// All memory is there before anything is put back.
-bool SoundHistory::exchange(SoundParts& parts) {
+// All memory is there before anything is put back. A host may bring a state meanwhile, on another
+// thread or inside of what it is told: nothing is put over that.
+bool SoundHistory::exchange(SoundParts& parts, std::uint32_t clearsBefore) {
   SoundParts now;
   if (parts.whole) now.whole = copies.whole();
   if (parts.steps && !parts.whole) now.steps = copies.steps();
@@ -80,10 +81,15 @@ bool SoundHistory::exchange(SoundParts& parts) {
       value.raw = loadShared(parameters.value(value.tag).raw);
     }
   }
-  if (parts.whole && !copies.put(*parts.whole)) return false;
-  if (parts.steps) copies.put(*parts.steps);
-  if (parts.map) copies.putMap(*parts.map);
+  {
+    const StateGate::Turn turn(gate);
+    if (clears != clearsBefore) return false;
+    if (parts.whole && !copies.put(*parts.whole)) return false;
+    if (parts.steps) copies.put(*parts.steps);
+    if (parts.map) copies.putMap(*parts.map);
+  }
   for (const SoundParts::Value& value : parts.values) {
+    if (isOvertaken(clearsBefore)) return true;
     if (!isSameNumber(value.raw, loadShared(parameters.value(value.tag).raw))) {
       teller.moveBack(value.tag, value.raw);
     }
@@ -141,7 +147,7 @@ bool SoundHistory::copy() try {
   Side& other = sides[static_cast<std::size_t>(1 - chosen())];
   std::unique_ptr<WholeSound> now = copies.whole();
   std::swap(other.sound, now);
-  if (now == nullptr) return true;
+  if (now == nullptr || isSame(now->state, other.sound->state)) return true;
   other.undone.clear();
   other.done.push_back({"Copy", {}});
   other.done.back().parts.whole = std::move(now);

@@ -129,7 +129,12 @@ class SoundHistory {
   void lookForPrograms();
   static void trim(Side& side);
   bool exchange(Steps Side::*from, Steps Side::*to);
-  bool exchange(SoundParts& parts);
+  bool exchange(SoundParts& parts, std::uint32_t clearsBefore);
+  /// A state of the host's came since: what a step holds is of no use any more.
+  bool isOvertaken(std::uint32_t clearsBefore) const {
+    const StateGate::Turn turn(gate);
+    return clears != clearsBefore;
+  }
   bool enter();
   void leave(std::uint32_t ownIntakes);
   std::optional<std::string> nameOf(Steps Side::*steps);

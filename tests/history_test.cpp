@@ -241,6 +241,34 @@ TEST_F(HistoryTest, AAndBHaveASoundAndAWayBackEach) {
   EXPECT_EQ(raw(tag::cutoff), 0.2157F);
 }
 
+// A host may bring its session inside of what it is told: no old value lands on it.
+TEST_F(HistoryTest, ASessionThatComesDuringUndoStandsWhole) {
+  const std::string session = state();
+  SystemRandom chance(5);
+  effect().randomise(chance);
+  int brought = 0;
+  host->host.onCall = [&](std::int32_t opcode) {
+    if (opcode == audioMasterBeginEdit && brought++ == 0) host->load(session);
+  };
+  effect().undo();
+  host->host.onCall = {};
+  EXPECT_EQ(brought, 1);
+  EXPECT_TRUE(state() == session);
+  EXPECT_FALSE(effect().canUndo() || effect().canRedo());
+}
+
+TEST_F(HistoryTest, AnArrowKeepsItsControllerOnTheWayBackAndInTheOtherSound) {
+  load("one");
+  bind(20, tag::nextProgram);
+  const auto isBound = [&] {
+    return effect().controllers().controllers[20].has({tag::nextProgram, 0});
+  };
+  EXPECT_TRUE(effect().undo() && isBound());
+  EXPECT_TRUE(effect().chooseSound(1) && isBound());
+  EXPECT_TRUE(effect().chooseSound(0) && isBound());
+  EXPECT_EQ(effect().controllers().controllers[20].size(), 1U);
+}
+
 TEST_F(HistoryTest, AnIsolatedMapStaysWithTheUser) {
   effect().setOption(UserSwitches::kIsolateMap, 1, false);
   load("one");
