@@ -74,11 +74,12 @@ void BankWalk::setBank(const SharedBank::Held& newBank) {
   }
   fullRoot = left.empty() ? std::string() : newBank->root();
   const StateGate::Turn turn(gate);
-  // The audio thread plays these without asking for memory.
-  for (int i = 0; i < KvProgramBank::kPresets; ++i) {
-    PresetNeeds needs;
-    const BankPreset* program = newBank->getMidiProgram(i);
-    if (program != nullptr && !desk.check(*program, needs)) desk.makeRoom(needs);
+  // The audio thread plays any of these without asking for memory.
+  for (int folder = 0; folder < newBank->folderCount(); ++folder) {
+    for (int i = 0; i < newBank->presetCount(folder); ++i) {
+      PresetNeeds needs;
+      if (!desk.check(*newBank->get(folder, i), needs)) desk.makeRoom(needs);
+    }
   }
   bank.set(newBank);
   isUnread.store(false);

@@ -81,22 +81,26 @@ class ControllerMap {
  public:
   /// Bindings of one list that programs find room for without an allocation.
   static constexpr std::uint32_t kRoom = 15;
+  /// Those of a list beside a program's own: one of each button that outlasts it, and one to learn.
+  static constexpr std::uint32_t kBeside = 3;
 
   /// Bindings by controller, those of pressure behind them.
   using Counts = std::array<std::uint32_t, preset::kControllers + 1>;
 
-  /// [main] Room for so many in each list, and for one more to learn. False when the memory does
+  /// [main] Room for so many in each list, and for those beside them. False when the memory does
   /// not suffice.
   bool reserve(const Counts& counts) noexcept {
     bool room = true;
     for (std::size_t i = 0; i < counts.size(); ++i) {
-      room = list(i).reserve(std::size_t{counts[i]} + 1) && room;
+      room = list(i).reserve(std::size_t{counts[i]} + kBeside) && room;
     }
     return room;
   }
   bool hasRoomFor(const Counts& counts) const ZUM_REALTIME {
     bool room = true;
-    for (std::size_t i = 0; i < counts.size(); ++i) room = counts[i] < list(i).capacity() && room;
+    for (std::size_t i = 0; i < counts.size(); ++i) {
+      room = counts[i] + kBeside <= list(i).capacity() && room;
+    }
     return room;
   }
   /// [main] Bindings that a map starts with room for.

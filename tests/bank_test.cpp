@@ -405,6 +405,36 @@ TEST_F(BankTest, AControllerThatLearnedTheArrowStepsFromItsNextPressOn) {
   EXPECT_EQ(turn(127), before + 1);
 }
 
+// Of a tree without programs for MIDI, in an effect that has loaded none of them yet; nothing of a
+// program that fills a list is lost, and what both arrows learned lies beside it.
+TEST_F(BankTest, AnArrowStepsToProgramsThatNeedMoreRoom) {
+  constexpr int kBindings = 40;
+  TestHost maker;
+  maker.client().setStepColumns(64);
+  for (int i = 0; i < kBindings; ++i) {
+    maker.client().controllers().controllers[20].append({tag::cutoff, 0});
+  }
+  put("A/a0", stateWith(0.0F));
+  put("A/a1", maker.state());
+  TestHost host;
+  KvUniClient& client = host.client();
+  const auto turn = [&client] {
+    for (const int value : {0, 127}) {
+      client.handleEvent({.code = EngineEvent::kController, .data1 = 20, .data2 = value});
+    }
+  };
+  for (int times = 0; times < 2; ++times) {
+    for (const int arrow : {tag::previousProgram, tag::nextProgram}) {
+      ASSERT_TRUE(client.beginLearn(arrow));
+      client.handleEvent({.code = EngineEvent::kController, .data1 = 20, .data2 = 127});
+    }
+  }
+  turn();
+  EXPECT_EQ(client.currentProgram(), 1);
+  EXPECT_EQ(client.steps().size(), 64);
+  EXPECT_EQ(client.controllers().controllers[20].size(), std::size_t{kBindings + 2});
+}
+
 TEST_F(BankTest, ASessionHoldsThePositionOfItsState) {
   putTree();
   TestHost host;
