@@ -214,15 +214,14 @@ void KvUniClientEditor::copySoundText() {
 
 // A question that is open is taken back by close().
 void KvUniClientEditor::pasteSoundText() {
-  ++asksClipboard;
+  asksClipboard = true;
   const auto answer = [this, alive = std::weak_ptr(life)](const std::optional<std::string>& text) {
     const std::lock_guard turn(windowTurn());
     if (alive.expired()) return;  // windows share the clipboard, and one that asks may go
-    --asksClipboard;
     const std::string trouble = text ? pasteSound(effect, *text) : "There is no text to paste.";
     if (!trouble.empty()) showMessage(libraryRecord().product, trouble.c_str());
   };
-  WindowServices::get().clipboard().ask(answer);
+  WindowServices::get().clipboard().ask(this, answer);
 }
 
 void KvUniClientEditor::rollDice() {

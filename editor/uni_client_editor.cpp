@@ -82,7 +82,7 @@ void KvUniClientEditor::close() {
   shownFolder = nullptr;
   learnMenu = nullptr;
   windowMenu = nullptr;
-  if (std::exchange(asksClipboard, 0) > 0) WindowServices::get().clipboard().cancel();
+  if (std::exchange(asksClipboard, false)) WindowServices::get().clipboard().cancel(this);
   valueField = nullptr;
   AEffGUIEditor::close();
   resting.forget();

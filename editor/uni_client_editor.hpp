@@ -155,7 +155,7 @@ class KvUniClientEditor final : public AEffGUIEditor, public CControlListener {
   KvTextView* shownFolder = nullptr;  // of the about panel
   KvOptionMenu* learnMenu = nullptr;
   KvOptionMenu* windowMenu = nullptr;
-  int asksClipboard = 0;  // questions that are not answered yet
+  bool asksClipboard = false;  // it may wait for an answer
   const std::shared_ptr<bool> life = std::make_shared<bool>(true);
   ValueField* valueField = nullptr;
   std::vector<KvOptionMenu*> presetMenus;

@@ -24,12 +24,22 @@ class Clipboard {
   /// UTF-8. Other programs get it as long as this object lives and is polled. False for what is too
   /// long, and where there is no clipboard.
   virtual bool give(std::string text) = 0;
-  /// The answer comes from within poll(). A question ahead of it is answered with nothing there.
-  virtual void ask(Answer answer) = 0;
-  /// Who asked goes: nothing is answered.
-  virtual void cancel() = 0;
+  /// The answer comes from within poll(). A question ahead of it is answered with nothing there,
+  /// whoever asked it.
+  virtual void ask(const void* owner, Answer answer) = 0;
+  /// Who asked goes: nothing of his is answered.
+  virtual void cancel(const void* owner) = 0;
   /// Some thirty times a second.
   virtual void poll() = 0;
+
+ protected:
+  struct Question {
+    const void* owner = nullptr;
+    Answer answer;  // none once it is answered or taken back
+    void endFor(const void* who) {
+      if (owner == who) answer = {};
+    }
+  };
 };
 
 /// The system's. Never null; without a window system it knows no text but its own.
@@ -43,16 +53,16 @@ class OwnClipboard final : public Clipboard {
     text = std::move(given);
     return true;
   }
-  void ask(Answer answer) override { asked = std::move(answer); }
-  void cancel() override { asked = {}; }
+  void ask(const void* owner, Answer answer) override { asked = {owner, std::move(answer)}; }
+  void cancel(const void* owner) override { asked.endFor(owner); }
   void poll() override {
-    const Answer answer = std::exchange(asked, {});
+    const Answer answer = std::exchange(asked.answer, {});
     if (answer) answer(text);
   }
 
  private:
   std::optional<std::string> text;
-  Answer asked;
+  Question asked;
 };
 
 }  // namespace zum

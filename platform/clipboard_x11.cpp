@@ -52,8 +52,8 @@ bool X11Clipboard::give(std::string given) {
   return !guard.failed() && isOwner && !lost;
 }
 
-void X11Clipboard::ask(Answer answer) {
-  superseded = std::exchange(asked, std::move(answer));
+void X11Clipboard::ask(const void* owner, Answer answer) {
+  superseded = std::exchange(asked, {owner, std::move(answer)});
   received.clear();
   state = State::done;
   isWhole = isOwner;
@@ -87,11 +87,11 @@ void X11Clipboard::poll() {
   const bool isWaiting = state == State::converting || state == State::receiving;
   const auto now = Clock::now();
   if (isWaiting && (!isOpen() || now > silentUntil || now > latest)) end(false);
-  if (const Answer before = std::exchange(superseded, {})) before({});
+  if (const Answer before = std::exchange(superseded.answer, {})) before({});
   if (state != State::done) return;
   state = State::idle;
   const std::string whole = std::exchange(received, {});
-  const Answer answer = std::exchange(asked, {});
+  const Answer answer = std::exchange(asked.answer, {});
   if (answer) answer(isWhole ? std::optional(whole) : std::nullopt);
 }
 
@@ -100,8 +100,9 @@ void X11Clipboard::handle(const XEvent& event) {
     case SelectionRequest: return answerRequest(event.xselectionrequest);
     case SelectionClear:
       if (event.xselectionclear.selection != atoms[clipboard]) return;
-      isOwner = false;
-      text.clear();
+      // It may tell of a text that was copied here before, and the latest one is still there.
+      isOwner = XGetSelectionOwner(display, atoms[clipboard]) == window;
+      if (!isOwner) text.clear();
       return;
     case SelectionNotify:
       if (state == State::converting && event.xselection.selection == atoms[clipboard]) {

@@ -17,8 +17,11 @@ class X11Clipboard final : public Clipboard {
 
   bool isOpen() const { return display != nullptr && !lost; }
   bool give(std::string text) override;
-  void ask(Answer answer) override;
-  void cancel() override { asked = {}; }
+  void ask(const void* owner, Answer answer) override;
+  void cancel(const void* owner) override {
+    asked.endFor(owner);
+    superseded.endFor(owner);
+  }
   void poll() override;
 
  private:
@@ -46,9 +49,9 @@ class X11Clipboard final : public Clipboard {
   std::array<Atom, kNames> atoms{};
   std::string text;  // given
   bool isOwner = false;
-  Answer asked;
+  Question asked;
   State state = State::idle;
-  Answer superseded;
+  Question superseded;
   std::string received;
   bool isWhole = false;
   int question = 0;  // each has a property of its own: an old owner may still write into one
