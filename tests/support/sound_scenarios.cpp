@@ -198,11 +198,18 @@ Run::Run(const Scenario& scenario, int filterType, std::uint32_t seed)
       sound(manyLevels(scenario.frames, chance)) {
   if (scenario.alter != nullptr) scenario.alter(*this);
   host.selectFilter(type);
-  host.giveTime(100.0 + chance.below(100), 0.0, scenario.modulated ? kVstTransportPlaying : 0);
+  if (scenario.modulated) {
+    host.giveTime(100.0 + chance.below(100), 0.0, kVstTransportPlaying);
+  } else {
+    host.giveTime(120.0);  // so that some ramps and phases end on whole numbers
+  }
 }
 
 void Run::turnKnobs(bool modulated) {
-  for (int tag = tag::vowelCutoff; tag <= tag::seqTempo; ++tag) host.set(tag, chance.unit());
+  constexpr float kEnds[] = {0.0F, 0.5F, 1.0F};
+  for (int tag = tag::vowelCutoff; tag <= tag::seqTempo; ++tag) {
+    host.set(tag, chance.oneIn(5) ? kEnds[chance.below(3)] : chance.unit());
+  }
   host.set(tag::vowelA, chance.unit());
   host.set(tag::vowelB, chance.unit());
   host.set(tag::master, 0.4F + 0.3F * chance.unit());
@@ -226,14 +233,14 @@ float Run::anyValue() {
 std::vector<Scenario> scenarios() {
   // clang-format off
   return {
-    {.name = "RandomBlocks"},
+    {.name = "RandomBlocks", .rate = 32000.0F},
     {.name = "BlocksOfOne",  .frames = 18000, .longestBlock = 1, .modulated = true},
     {.name = "Rate22050",    .rate = 22050.0F, .longestBlock = 700, .modulated = true},
     {.name = "Rate44100",    .modulated = true,
      .aheadOfBlock = [](Run& run) { changeRate(run, 48000.0F); }},
     {.name = "Rate96000",    .rate = 96000.0F, .frames = 60000, .modulated = true,
      .aheadOfBlock = [](Run& run) { changeRate(run, 11050.0F); }},
-    {.name = "Silence",      .frames = 66000, .alter = fallSilent, .aheadOfBlock = restInSilence},
+    {.name = "Silence",      .rate = 32768.0F, .frames = 66000, .alter = fallSilent, .aheadOfBlock = restInSilence},
     {.name = "ZerosAndTiny", .alter = addTinyAndZeros},
     {.name = "NotFinite",    .modulated = true, .alter = addWhatIsNotFinite},
     {.name = "Buffers",      .modulated = true, .aheadOfBlock = changeBuffers},
