@@ -1,7 +1,6 @@
 // What an open list looks like.
 
 #include <algorithm>
-#include <cstdlib>
 
 #include "toolkit/menu_list.hpp"
 
@@ -98,13 +97,9 @@ void MenuList::drawSigns(CDrawContext& context, int row, CColor color) const {
   const int middle = (place.top + place.bottom) / 2;
   const bool lit = row == hoveredRow;
   if (rows.meantInfo(row).isFavourite) {
-    constexpr int kHalf = 3;  // pixels
-    const int centre = place.right - kMenuSignWidth / 2;
-    context.setFrameColor(lit ? color : look.markColor);
-    for (int i = -kHalf; i <= kHalf; ++i) {
-      const int reach = kHalf - std::abs(i);
-      context.drawLine({centre + i, middle - reach}, {centre + i, middle + reach});
-    }
+    constexpr int kReach = 3;  // pixels
+    context.setFillColor(lit ? color : look.markColor);
+    context.drawDiamond({place.right - kMenuSignWidth / 2, middle}, kReach);
   }
   if (rows[row].subMenu == nullptr) return;
   if (look.subMenuBitmap != nullptr) {

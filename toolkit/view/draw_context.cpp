@@ -89,6 +89,28 @@ void CDrawContext::drawDot(const CRect& rect) {
   cairo_set_antialias(cairo, CAIRO_ANTIALIAS_NONE);
 }
 
+void CDrawContext::drawDiamond(CPoint middle, int reach) {
+  setSource(fillColor);
+  if (screen.isPlain()) {
+    for (int i = -reach; i <= reach; ++i) {
+      const int up = reach - std::abs(i);
+      fill({middle.x + i, middle.y - up, middle.x + i + 1, middle.y + up + 1});
+    }
+  } else {
+    cairo_set_antialias(cairo, CAIRO_ANTIALIAS_GRAY);
+    const double x = (middle.x + 0.5) * screen.factor();
+    const double y = (middle.y + 0.5) * screen.factor();
+    const double half = (reach + 0.5) * screen.factor();
+    cairo_move_to(cairo, x - half, y);
+    cairo_line_to(cairo, x, y - half);
+    cairo_line_to(cairo, x + half, y);
+    cairo_line_to(cairo, x, y + half);
+    cairo_close_path(cairo);
+  }
+  cairo_fill(cairo);
+  cairo_set_antialias(cairo, CAIRO_ANTIALIAS_NONE);
+}
+
 // Pixel by pixel along the longer side: what a stroke covers depends on the library's rounding.
 void CDrawContext::drawLine(CPoint from, CPoint to) {
   setSource(frameColor);

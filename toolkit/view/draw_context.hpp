@@ -41,6 +41,8 @@ class CDrawContext {
   void drawRect(const CRect& rect, DrawStyle style);
   /// As round as the screen allows, in the fill colour; at factor 1 without its corners.
   void drawDot(const CRect& rect);
+  /// In the fill colour, `reach` pixels to each side of the middle one.
+  void drawDiamond(CPoint middle, int reach);
   /// With both ends, in the frame's colour.
   void drawLine(CPoint from, CPoint to);
   void moveTo(CPoint point) { pen = point; }
