@@ -11,6 +11,7 @@
 #include <optional>
 
 #include "editor/layout.hpp"
+#include "state/settings.hpp"
 #include "support/editor_desk.hpp"
 #include "support/settings_user.hpp"
 #include "support/sound_file.hpp"
@@ -164,6 +165,30 @@ TEST_F(Pictures, PanelsAndReadouts) {
       desk.window->leave();
     }
     desk.tick(8);
+  }
+}
+
+TEST_F(Pictures, TheMenuWhatIsFoundAndWhatIsTyped) {
+  EditorDesk& desk = *opened;
+  writeSettingString(kFavourites,
+                     "Bass\\Rubber Band/Drums\\Gate Keeper/Midi Programs\\22 Jet Gate/");
+  for (const double factor : kFactors) {
+    desk.editor().setFactor(factor);
+    desk.drag(tag::overdrive, 0, -5);
+    desk.click(CPoint{150, 24}, buttons::kRight);
+    const auto& menu = static_cast<KvOptionMenu&>(*desk.openPopup());
+    const int sizes = menu.getListRect().top + 17 * menu.getEntryIndex("Window size");
+    desk.move({200, sizes + 9}, 0);
+    expectLooksAs("menu");
+    for (int open = 0; open < 2; ++open) desk.tap(keys::kEscape);
+    desk.click(tag::presetMenu);
+    desk.type("gate");
+    expectLooksAs("found");
+    for (int open = 0; open < 2; ++open) desk.tap(keys::kEscape);
+    desk.twiceOn(tag::cutoff, buttons::kLeft | buttons::kAlt);
+    desk.type("2.5 k");
+    expectLooksAs("typed", {170, 0, 490, 262});
+    desk.tap(keys::kEscape);
   }
 }
 

@@ -38,17 +38,6 @@ class ValuesDesk : public EditorDesk {
     window->keyUp({0, virt, modifier});
     tick(3);
   }
-  void type(std::string_view letters) {
-    for (const char letter : letters) {
-      window->keyDown({letter, 0, 0});
-      window->keyUp({letter, 0, 0});
-      tick(3);
-    }
-  }
-  void twiceOn(int tag, int word) {
-    click(tag, word);
-    click(tag, word | buttons::kDoubleClick);
-  }
   Calls takeCalls() {
     Calls calls = std::move(host.host.calls);
     host.host.calls.clear();

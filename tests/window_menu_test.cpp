@@ -54,10 +54,6 @@ class WindowMenus : public SettingsTest {
     }
     return true;
   }
-  void type(const std::string& letters) {
-    for (const char letter : letters) desk().window->keyDown({letter, 0, 0});
-    desk().tick();
-  }
 
   std::optional<EditorDesk> opened;
 };
@@ -251,16 +247,16 @@ TEST_F(WindowMenus, FindPresetsThatAreTypedInAnyFolder) {
   } rows[] = {{"ba", 0.1F}, {"HIGH", 0.3F}, {"bass hi", 0.3F}, {"ape", 0.2F}, {"MILE", 0.4F}};
   for (const auto& [typed, cut] : rows) {
     desk().click(tag::presetMenu);
-    type(typed);
+    desk().type(typed);
     desk().tap(keys::kReturn);
     EXPECT_EQ(cutoff(), cut) << typed;
     EXPECT_FALSE(menu.isListOpen());
   }
   desk().click(tag::presetMenu);
   desk().window->keyDown({0xC9, 0, 0});  // capitals and accents as they are written, or not
-  type("mil");
+  desk().type("mil");
   desk().tap(keys::kBack);
-  type("x");
+  desk().type("x");
   desk().tap(keys::kReturn);
   EXPECT_EQ(cutoff(), 0.4F);  // nothing was found
   ASSERT_TRUE(menu.isListOpen());
@@ -301,7 +297,7 @@ TEST_F(WindowMenus, OpenPresetsAtTheCurrentOneAndRememberFavourites) {
   desk().click(placeIn(inside, 0));
   EXPECT_EQ(cutoff(), 0.2F);
   desk().click(tag::presetMenu);
-  type("tape");
+  desk().type("tape");
   desk().tap(keys::kInsert);
   desk().tap(keys::kEscape);
   desk().tap(keys::kEscape);

@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/tags.hpp"
@@ -100,6 +101,17 @@ class EditorDesk {
     key(virt);
     window->keyUp({0, virt, 0});
     tick(2);  // or the next press would be a repeat
+  }
+  void type(std::string_view letters) {
+    for (const char letter : letters) {
+      window->keyDown({letter, 0, 0});
+      window->keyUp({letter, 0, 0});
+      tick(3);
+    }
+  }
+  void twiceOn(int tag, int word) {
+    click(tag, word);
+    click(tag, word | buttons::kDoubleClick);
   }
   void controller(int number, int value) {
     host.send({{0, 0xB0, number, value}});
