@@ -27,7 +27,7 @@ struct Cell {
 
 Cell cellOf(const PictureRow& row) {
   Cell cell{&row, {}, false, 0, 0};
-  const int shown = row.frames <= 9 ? row.frames : std::min(row.frames, kMostFrames);
+  const int shown = row.frames <= 10 ? row.frames : std::min(row.frames, kMostFrames);
   for (int i = 0; i < shown; ++i) {
     cell.frames.push_back(shown > 1 ? i * (row.frames - 1) / (shown - 1) : 0);
   }
