@@ -109,6 +109,11 @@ void changeParameters(Run& run) {
 void changeTypes(Run& run) {
   if (run.chance.oneIn(6)) run.host.selectFilter(run.chance.below(20));
   if (run.chance.oneIn(6)) run.host.selectFilter(run.type);
+  // by a controller, in the middle of a block
+  if (run.at == 0) run.host.client().beginLearn(run.type < 10 ? tag::multiType : tag::vowelType);
+  const std::int32_t frame = run.chance.below(run.block);
+  const int value = run.chance.below(128);
+  if (run.chance.oneIn(4)) run.host.send({{frame, 0xB0, 20, value}});
 }
 
 void fade(Run& run) {
