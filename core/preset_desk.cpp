@@ -119,7 +119,7 @@ void PresetDesk::take(const KvChunk& preset, int slot, const LoadFlags& flags,
       if (!flags.title.empty()) visitor.name(flags.title);
     }
     around.clock.clearBuffers();
-    around.host.presetTaken(reader.tempo);
+    if (!flags.isOwn) around.host.presetTaken(reader.tempo);
   });
 }
 

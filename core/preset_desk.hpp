@@ -27,7 +27,7 @@ struct LoadFlags {
   bool quiet = false;       // no messages
   bool findPath = false;    // looks for the preset's file on disk
   bool storesRevertPoint = false;
-  bool isOwn = false;           // one that was here before: an isolated map stays
+  bool isOwn = false;  // no preset, but one that was here before: tempo and isolated map stay
   std::string_view title = {};  // in place of the preset's own name
 };
 

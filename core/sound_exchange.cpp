@@ -20,17 +20,11 @@ std::optional<std::string> SoundHistory::nameOf(Steps Side::*steps) {
   return all.back().name;
 }
 
-bool SoundHistory::enter() {
+bool SoundHistory::mayPutBack() {
   lookForPrograms();
   if (open || isBusy) return false;
   merging = -1;
-  isBusy = true;
   return true;
-}
-
-void SoundHistory::leave(std::uint32_t ownIntakes) {
-  isBusy = false;
-  knownIntakes += ownIntakes;
 }
 
 // The host is told out of turn: it may ask for a state there, or bring one.
@@ -38,13 +32,11 @@ bool SoundHistory::exchange(Steps Side::*from, Steps Side::*to) {
   if (!isUsable()) return false;
   Done step;
   std::uint32_t clearsBefore = 0;
+  std::optional<Busy> busy;
   {
     const StateGate::Turn turn(gate);
-    if (!enter()) return false;
-    if ((heard().*from).empty()) {
-      leave(0);
-      return false;
-    }
+    if (!mayPutBack() || (heard().*from).empty()) return false;
+    busy.emplace(*this);
     step = std::move((heard().*from).back());
     (heard().*from).pop_back();  // leaves the room to put it back
     clearsBefore = clears;
@@ -56,7 +48,8 @@ bool SoundHistory::exchange(Steps Side::*from, Steps Side::*to) {
   } catch (const std::bad_alloc&) {
   }
   const StateGate::Turn turn(gate);
-  leave(isDone && takesWhole ? 2 : 0);
+  if (isDone && takesWhole) busy->ownIntakes = 2;
+  busy.reset();
   if (clears != clearsBefore) return isDone;
   try {
     (heard().*(isDone ? to : from)).push_back(std::move(step));
@@ -111,9 +104,9 @@ bool SoundHistory::choose(int sound) {
   if (!isUsable() || sound < 0 || sound >= kSounds) return false;
   {
     const StateGate::Turn turn(gate);
-    if (sound == chosen() || !enter()) return false;
+    if (sound == chosen() || !mayPutBack()) return false;
+    Busy busy(*this);
     bool isDone = false;
-    std::uint32_t ownIntakes = 0;
     try {
       Side& other = sides[static_cast<std::size_t>(sound)];
       std::unique_ptr<WholeSound> now = copies.whole();
@@ -121,7 +114,7 @@ bool SoundHistory::choose(int sound) {
       isDone = !other.sound || copies.putSoftly(*other.sound, *now);
       if (!isDone && copies.put(*other.sound)) {
         isDone = true;
-        ownIntakes = 2;
+        busy.ownIntakes = 2;
         parameters.setParameter(tag::modChoice, page);
       }
       if (isDone) {
@@ -131,7 +124,6 @@ bool SoundHistory::choose(int sound) {
       }
     } catch (const std::bad_alloc&) {
     }
-    leave(ownIntakes);
     if (!isDone) return false;
   }
   window.update();
@@ -142,8 +134,7 @@ bool SoundHistory::choose(int sound) {
 bool SoundHistory::copy() try {
   if (!isUsable()) return false;
   const StateGate::Turn turn(gate);
-  if (!enter()) return false;
-  isBusy = false;
+  if (!mayPutBack()) return false;
   Side& other = sides[static_cast<std::size_t>(1 - chosen())];
   std::unique_ptr<WholeSound> now = copies.whole();
   std::swap(other.sound, now);

@@ -135,8 +135,25 @@ class SoundHistory {
     const StateGate::Turn turn(gate);
     return clears != clearsBefore;
   }
-  bool enter();
-  void leave(std::uint32_t ownIntakes);
+  /// Something is put back, as long as it lives; however that ends.
+  class Busy {
+   public:
+    explicit Busy(SoundHistory& history) : of(history) { of.isBusy = true; }
+    Busy(const Busy&) = delete;
+    Busy& operator=(const Busy&) = delete;
+    ~Busy() {
+      const StateGate::Turn turn(of.gate);
+      of.isBusy = false;
+      of.knownIntakes += ownIntakes;
+    }
+
+    std::uint32_t ownIntakes = 0;
+
+   private:
+    SoundHistory& of;
+  };
+  /// In a turn. False within a step, and while something is put back.
+  bool mayPutBack();
   std::optional<std::string> nameOf(Steps Side::*steps);
 
   const SoundCopies copies;

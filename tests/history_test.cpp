@@ -1,10 +1,12 @@
 // Undo, redo, A and B: every state comes back to the byte, whatever plays meanwhile, and the host
 // hears of it without a silent frame.
 
+#include <algorithm>
 #include <atomic>
 #include <cstring>
 #include <functional>
 #include <thread>
+#include <tuple>
 
 #include "core/tags.hpp"
 #include "platform/files.hpp"
@@ -474,6 +476,30 @@ TEST_F(HistoryTest, ValuesStepsAndMapsComeBackWithoutASilentBlock) {
     ASSERT_TRUE(effect().redo());
   }
   EXPECT_GT(silent.load(), 0) << "a preset is taken over in silence";
+}
+
+// It follows the tempo of presets: the way back is none, and neither is a sound from the start.
+TEST_F(HistoryTest, AHostOfOurOwnHearsTheTempoOfPresetsAlone) {
+  constexpr std::intptr_t kTempoOfPreset = 50;
+  HostState own;
+  own.vendor = "Zelvane";
+  host.emplace(44100.0F, own);
+  effect().keepHistory();
+  const std::tuple<const char*, std::function<void()>, int> rows[] = {
+      {"initialise", [&] { effect().initialise(); }, 0},
+      {"load", [&] { load("one"); }, 1},
+      {"undo", [&] { effect().undo(); }, 0},
+      {"redo", [&] { effect().redo(); }, 0},
+      {"B", [&] { effect().chooseSound(1); }, 0},
+  };
+  for (const auto& [what, act, told] : rows) {
+    host->host.calls.clear();
+    act();
+    EXPECT_EQ(std::ranges::count(host->host.calls, kTempoOfPreset,
+                                 [](const auto& call) { return call[0]; }),
+              told)
+        << what;
+  }
 }
 
 }  // namespace
