@@ -20,6 +20,12 @@ void ComponentHandler::tellAllMoved() const {
   const auto host = handler;
   if (!host) return;
   host.call(&v3_component_handler::restart_component, V3_RESTART_PARAM_VALUES_CHANGED);
+  tellDirty();
+}
+
+void ComponentHandler::tellDirty() const {
+  const auto host = handler;
+  if (!host) return;
   const auto second = host.as<v3_component_handler2>(v3_component_handler2_iid);
   if (second) second.call(&v3_component_handler2::set_dirty, v3_bool{1});
 }

@@ -17,6 +17,8 @@ class ComponentHandler {
   void endEdit(v3_param_id id) const;
   /// All values are to be read anew, and the session is to be saved.
   void tellAllMoved() const;
+  /// The latter alone.
+  void tellDirty() const;
 
  private:
   Held<v3_component_handler> handler;

@@ -84,9 +84,15 @@ void Effect::gestureMoved(int tag, float raw) {
 
 void Effect::gestureEnded(int tag) { handler.endEdit(static_cast<v3_param_id>(tag)); }
 
+// Steps and names are no values: they make the session another one, and no more.
 void Effect::presetChanged() {
-  presetsTold = host.client().presetCount();
-  handler.tellAllMoved();
+  const int program = programs.current();
+  programs.look();
+  const std::uint32_t presets = host.client().presetCount();
+  const bool isAnother = presetsTold.exchange(presets) != presets || programs.current() != program;
+  const bool hasUntold = (processor.takeUntold() | host.takeChanges()) != 0;
+  if (isAnother || hasUntold) return handler.tellAllMoved();
+  handler.tellDirty();
 }
 
 }  // namespace zum::vst3

@@ -453,6 +453,14 @@ TEST_F(Vst3Window, AHandTellsTheHostFromBeginToEnd) {
       EXPECT_EQ(calls.back(), "end 3");
       EXPECT_EQ(std::count(calls.begin() + 1, calls.end() - 1, "edit 3"),
                 static_cast<std::ptrdiff_t>(calls.size() - 2));
+      // A step is no value of the host's: the session is another one, and nothing is read anew.
+      robot.moveTo(place.window, 460, 273), settle(plugin);  // the tab of the steps
+      robot.click(), settle(plugin);
+      plugin.handler.calls.clear();
+      robot.moveTo(place.window, 262, 300), settle(plugin);
+      robot.press(), settle(plugin), robot.release();
+      for (int i = 0; i < 200 && calls.empty(); ++i) settle(plugin);
+      EXPECT_EQ(calls, (std::vector<std::string>{"dirty 1"}));
     } else {
       EXPECT_TRUE(calls.empty()) << "the values came with the blocks";
     }
