@@ -83,7 +83,8 @@ void KvFrame::idle() {
 // Nobody tells of the release of a key once the focus is elsewhere.
 void KvFrame::tick() {
   const bool lost = std::exchange(hadFocus, hasFocus()) && !hadFocus;
-  if (focus.isEditing() && (lost || !heldKey.isHeld())) focus.endEdit();
+  if (lost) heldKey.forget(), usedKeys.clear();
+  if (focus.isEditing() && !heldKey.isHeld()) focus.endEdit();
   focus.settle();
   if (redrawRequested) invalidate();
   redrawRequested = false;
@@ -189,6 +190,7 @@ bool KvFrame::onKeyDown(const WindowKey& key) {
   const bool repeats = heldKey.press(key);
   if (!repeats) focus.endEdit();
   if (!repeats || !actsOnce(key)) keyUsed = !isBlocked() && tellKey(key, repeats);
+  usedKeys.note(key, keyUsed);
   return keyUsed;
 }
 
@@ -201,8 +203,9 @@ bool KvFrame::tellKey(const WindowKey& key, bool repeats) {
 
 bool KvFrame::onKeyUp(const WindowKey& key) {
   heldKey.release(key);
+  const bool wasUsed = usedKeys.take(key);
   const bool used = modalView != nullptr ? hold(modalView)->onKeyUp(key) : CFrame::onKeyUp(key);
-  return used || (editor != nullptr && editor->keyReleased(key));
+  return (!used && editor != nullptr && editor->keyReleased(key)) || used || wasUsed;
 }
 
 void KvFrame::takeFiles(CPoint /*where*/, const std::vector<std::string>& paths) {

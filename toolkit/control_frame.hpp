@@ -116,6 +116,7 @@ class KvFrame final : public CFrame {
   Held<KvControl> inUse;
   KeyFocus focus{*this};
   HeldKey heldKey;
+  UsedKeys usedKeys;
   bool hadFocus = false;  // the window, at the last tick
   bool walksByKeys = false;
   bool keyUsed = false;  // the last one that was pressed
