@@ -170,6 +170,11 @@ std::intptr_t HostSide::answer(AEffect* record, std::int32_t opcode, std::int32_
       return host != nullptr && host->listener != nullptr ? host->tell(opcode, index, opt) : 0;
     case audioMasterSizeWindow:
       return host != nullptr ? host->askForSize({index, static_cast<int>(value)}) : 0;
+    case audioMasterCanDo:
+      return host != nullptr && std::strcmp(static_cast<const char*>(ptr), "sizeWindow") == 0 &&
+                     !host->mayAskForSize()
+                 ? -1
+                 : 0;
     default: return host != nullptr ? host->answerFor(opcode) : 0;
   }
 }
@@ -199,8 +204,11 @@ std::intptr_t HostSide::tell(std::int32_t opcode, std::int32_t index, float raw)
   return 1;
 }
 
+// On a thread of our own nobody is called.
+bool HostSide::mayAskForSize() const { return windowFrame != nullptr && !isWindowThread; }
+
 std::intptr_t HostSide::askForSize(const Size& wanted) {
-  return windowFrame != nullptr && !isWindowThread && windowFrame->resize(wanted) ? 1 : 0;
+  return mayAskForSize() && windowFrame->resize(wanted) ? 1 : 0;
 }
 
 VstTimeInfo* HostSide::fillTime() ZUM_REALTIME {
@@ -227,6 +235,10 @@ HostSide::Size HostSide::fittingSize(const Size& offered) {
 
 bool HostSide::setWindowScale(double scale) {
   return editor() != nullptr && editor()->setHostScale(scale);
+}
+
+void HostSide::limitWindow(const Size& most) {
+  if (editor() != nullptr) editor()->limitFirstSize(most);
 }
 
 void HostSide::resizeWindow(const Size& given) {

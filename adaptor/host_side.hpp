@@ -126,6 +126,8 @@ class HostSide {
   Size fittingSize(const Size& offered);
   /// How large the host shows its windows. False for what is no scale.
   bool setWindowScale(double scale);
+  /// Windows that open from now on come up no larger, whatever the user chose; they may grow.
+  void limitWindow(const Size& most);
   /// The host made so much room.
   void resizeWindow(const Size& given);
   /// Inside of the host's window, or for 0 in one of its own. False when there is none to be had.
@@ -147,6 +149,7 @@ class HostSide {
   std::intptr_t answerFor(std::int32_t opcode) ZUM_REALTIME;
   /// Of the window.
   std::intptr_t tell(std::int32_t opcode, std::int32_t index, float raw);
+  bool mayAskForSize() const;
   std::intptr_t askForSize(const Size& wanted);
   VstTimeInfo* fillTime() ZUM_REALTIME;
   EffectEditor* editor() const { return static_cast<EffectEditor*>(effect->getEditor()); }

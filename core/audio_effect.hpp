@@ -121,6 +121,11 @@ class AudioEffectX : public AudioEffect {
   bool sizeWindow(std::int32_t width, std::int32_t height) {
     return callHost(audioMasterSizeWindow, width, height) != 0;
   }
+  /// False where the host says that it never does.
+  bool maySizeWindow() {
+    char ability[] = "sizeWindow";
+    return callHost(audioMasterCanDo, 0, 0, ability) >= 0;
+  }
   virtual bool beginEdit(std::int32_t index);
   virtual bool endEdit(std::int32_t index);
 

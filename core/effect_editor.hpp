@@ -38,6 +38,8 @@ class EffectEditor : public AEffEditor {
   /// The largest size that the window can have inside of what is offered; its smallest one where
   /// there is none.
   virtual WindowSize fitting(const WindowSize& offered) = 0;
+  /// A window comes up no larger than that, whatever was chosen; an open one may grow.
+  virtual void limitFirstSize(const WindowSize& most) = 0;
   /// The host, or the user by it, gave the window so much room.
   virtual void takeSize(const WindowSize& given) = 0;
 };

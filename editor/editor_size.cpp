@@ -18,26 +18,35 @@ WindowSize sizeAt(const Scale& scale) {
 
 }  // namespace
 
+Scale KvUniClientEditor::firstScale() {
+  const Scale wanted = wholeScale(kPlainSize, factorWanted.get());
+  if (!firstRoom) return wanted;
+  const Scale most = scaleInside(kPlainSize, {firstRoom->width, firstRoom->height});
+  return wanted.factor() < most.factor() ? wanted : most;
+}
+
 /// What the window has, or will have when it opens, or when a hand comes to rest.
 Scale KvUniClientEditor::scaleToBe() {
-  return resting.coming().value_or(isOpen() ? Scale(factor())
-                                            : wholeScale(kPlainSize, factorWanted.get()));
+  return resting.coming().value_or(isOpen() ? Scale(factor()) : firstScale());
 }
 
 CPoint KvUniClientEditor::sizeForHost() { return scaleToBe().rounded(kPlainSize); }
 
-/// Nothing where the host keeps its window as it is. It may give another size inside of its answer,
+/// False where the host keeps its window as it is. It may give another size inside of its answer,
 /// as for want of room, or close our window.
-void KvUniClientEditor::showAt(const Scale& scale) {
+bool KvUniClientEditor::showAt(const Scale& scale) {
   resting.forget();
   const WindowSize wanted = sizeAt(scale);
   isAskingForRoom = true;
-  const bool agrees = effect.sizeWindow(wanted.width, wanted.height);
+  const bool agrees = ownsWindow || effect.sizeWindow(wanted.width, wanted.height);
   isAskingForRoom = false;
-  if (!agrees || !isOpen()) return;
+  if (!agrees || !isOpen()) return agrees;
   const Scale given = resting.coming().value_or(scale);
   resting.forget();
-  setFactor(given.factor());
+  if (given == Scale(factor())) return true;
+  holdFrame()->letGo();  // a drag is measured in pixels of its size; the host may close the window
+  if (isOpen()) setFactor(given.factor());
+  return true;
 }
 
 bool KvUniClientEditor::setHostScale(double scale) {
@@ -67,7 +76,7 @@ void KvUniClientEditor::chooseFactor(double wanted) {
   const Scale scale = wholeScale(kPlainSize, wanted);
   factorWanted.choose(scale.factor());
   factorWanted.keep();
-  if (isOpen()) showAt(scale);
+  if (isOpen()) isRefused = !showAt(scale);
 }
 
 }  // namespace zum

@@ -7,6 +7,7 @@
 #include "editor/drawn_pictures.hpp"
 #include "editor/layout.hpp"
 #include "platform/content_folder.hpp"
+#include "platform/desktop_scale.hpp"
 #include "platform/files.hpp"
 #include "platform/user_folders.hpp"
 #include "resources/pictures.hpp"
@@ -38,6 +39,10 @@ KvUniClientEditor::KvUniClientEditor(KvUniClient& owner)
 
 bool KvUniClientEditor::open(void* parent, const CFrame::WindowOpener& opener) {
   const std::lock_guard turn(windowTurn());
+  ownsWindow = parent == nullptr;
+  if (ownsWindow && !firstRoom) {
+    if (const auto room = desktopRoom()) firstRoom = WindowSize{room->width, room->height};
+  }
   setFactor(scaleToBe().factor());
   if (!KvEditorBase::open(parent, editorFont.get(), opener)) return false;
   getFrame()->setBackground(holdBitmap(kBackgroundPicture));

@@ -68,10 +68,15 @@ class KvUniClientEditor final : public AEffGUIEditor, public CControlListener {
 
   bool setHostScale(double scale) override;
   WindowSize fitting(const WindowSize& offered) override;
+  void limitFirstSize(const WindowSize& most) override { firstRoom = most; }
   void takeSize(const WindowSize& given) override;
-  /// By the user. An open window has the factor at once where the host makes room for it; else
-  /// those do that open from now on.
+  /// By the user. An open window has the factor at once where it is its own, or the host makes room
+  /// for it; else those do that open from now on.
   void chooseFactor(double wanted);
+  /// False where the host keeps the window as it is, as far as is known.
+  bool mayResize() { return ownsWindow || (!isRefused && effect.maySizeWindow()); }
+  /// Of this window, or of the next one where this one stays as it is.
+  double factorChosen() { return mayResize() ? factor() : factorWanted.get(); }
   /// Their files may have come or gone, or lie in another folder.
   void refreshPresetMenus(const char* extension);
 
@@ -138,16 +143,20 @@ class KvUniClientEditor final : public AEffGUIEditor, public CControlListener {
   void noteControllers();
 
   // size
+  Scale firstScale();
   Scale scaleToBe();
   CPoint sizeForHost() override;
-  void showAt(const Scale& scale);
+  bool showAt(const Scale& scale);
   /// Hosts may size our window themselves.
   void windowResized(int width, int height) override { takeSize({width, height}); }
 
   KvUniClient& effect;
   WindowFactor factorWanted;
   RestingScale resting;
+  std::optional<WindowSize> firstRoom;  // for a window that opens; none: any size
+  bool ownsWindow = false;              // it lies in nobody else's
   bool isAskingForRoom = false;
+  bool isRefused = false;  // the last size that the user chose
   Held<CFontDesc> editorFont;
   std::array<KvControl*, kLastTag + 1> controls{};  // by tag
   std::vector<KvViewContainer*> panels;             // in the order of their table

@@ -46,7 +46,10 @@ void choose(M& menu, int sound) {
   if (!isChosen(menu, sound)) menu.effect.chooseSound(sound);
 }
 
-bool hasSize(M& menu, int percent) { return std::lround(100.0 * menu.editor.factor()) == percent; }
+bool hasSize(M& menu, int percent) {
+  return std::lround(100.0 * menu.editor.factorChosen()) == percent;
+}
+std::string whenSized(M& menu) { return menu.editor.mayResize() ? "" : "when opened again"; }
 void setSize(M& menu, int percent) { menu.editor.chooseFactor(percent / 100.0); }
 
 /// The routines get `argument`.
@@ -91,7 +94,7 @@ constexpr MenuRow kRows[] = {
   {1, ""},
   {1, "Learn next preset",     learn, nullptr, isLearning, tag::nextProgram},
   {1, "Learn previous preset", learn, nullptr, isLearning, tag::previousProgram},
-  {0, "Window size"},
+  {0, "Window size", nullptr, nullptr, nullptr, 0, whenSized},
   {1, "100 %",               setSize, nullptr, hasSize, 100},
   {1, "125 %",               setSize, nullptr, hasSize, 125},
   {1, "150 %",               setSize, nullptr, hasSize, 150},

@@ -1,3 +1,4 @@
+#include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <X11/Xresource.h>
 
@@ -5,7 +6,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
-#include <cstring>
+#include <memory>
 #include <optional>
 #include <string_view>
 
@@ -49,7 +50,45 @@ std::optional<double> letterResolution() {
   return dots;
 }
 
+/// Left, top, width and height for each desktop; the first one's, as all have the same panels.
+std::optional<DesktopRoom> workArea(Display* display) {
+  constexpr long kWords = 4;
+  Atom type = 0;
+  int format = 0;
+  unsigned long count = 0;
+  unsigned long after = 0;
+  unsigned char* data = nullptr;
+  const Atom name = XInternAtom(display, "_NET_WORKAREA", False);
+  if (XGetWindowProperty(display, DefaultRootWindow(display), name, 0, kWords, False, XA_CARDINAL,
+                         &type, &format, &count, &after, &data) != Success) {
+    return {};
+  }
+  const std::unique_ptr<unsigned char, int (*)(void*)> release(data, XFree);
+  if (type != XA_CARDINAL || format != 32 || count != kWords) return {};
+  const auto* const words = reinterpret_cast<const long*>(data);
+  constexpr long kMost = 1 << 15;
+  if (words[2] < 1 || words[2] > kMost || words[3] < 1 || words[3] > kMost) return {};
+  return DesktopRoom{static_cast<int>(words[2]), static_cast<int>(words[3])};
+}
+
 }  // namespace
+
+std::optional<DesktopRoom> desktopRoom() {
+  bool lost = false;
+  Display* const display = connectToServer(lost);
+  if (display == nullptr) return {};
+  DesktopRoom room{};
+  {
+    const X11Guard guard(display);
+    const int screen = DefaultScreen(display);
+    room = {DisplayWidth(display, screen), DisplayHeight(display, screen)};
+    if (const auto area = workArea(display)) {
+      room = {std::min(room.width, area->width), std::min(room.height, area->height)};
+    }
+    XCloseDisplay(display);
+  }
+  return room;
+}
 
 double desktopScale() {
   constexpr double kSteps = 4.0;  // of one factor: what lies between makes no picture sharper

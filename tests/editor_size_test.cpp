@@ -107,5 +107,29 @@ TEST_F(SizedWindow, DrawsInPartsWhatItDrawsWhole) {
   }
 }
 
+// What was measured in pixels of the old size ends with it: a drag, with its gesture, and a list.
+TEST_F(SizedWindow, AnotherSizeEndsADragAndClosesLists) {
+  int begun = 0;
+  desk.host.host.sizesWindow = true;
+  desk.host.host.onCall = [&](std::int32_t opcode) {
+    begun += (opcode == audioMasterBeginEdit ? 1 : 0) - (opcode == audioMasterEndEdit ? 1 : 0);
+  };
+  desk.press(desk.middleOf(tag::cutoff));
+  desk.move({desk.middleOf(tag::cutoff).x, desk.middleOf(tag::cutoff).y - 9});
+  const float before = desk.value(tag::cutoff);
+  ASSERT_EQ(begun, 1);
+  EXPECT_TRUE(desk.editor().setHostScale(2.0));
+  EXPECT_EQ(desk.editor().factor(), 2.0);
+  EXPECT_EQ(begun, 0);
+  desk.move({200, 400});
+  EXPECT_EQ(desk.value(tag::cutoff), before);
+  desk.release({200, 400});
+  desk.click(tag::multiType);
+  ASSERT_NE(desk.openPopup(), nullptr);
+  EXPECT_TRUE(desk.editor().setHostScale(1.5));
+  desk.tick();
+  EXPECT_EQ(desk.openPopup(), nullptr);
+}
+
 }  // namespace
 }  // namespace zum::test

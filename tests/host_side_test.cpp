@@ -305,6 +305,7 @@ class BusyEditor final : public EffectEditor {
   bool aboutIsOpen() const override { return false; }
   bool setHostScale(double /*scale*/) override { return false; }
   WindowSize fitting(const WindowSize& offered) override { return offered; }
+  void limitFirstSize(const WindowSize& /*most*/) override {}
   void takeSize(const WindowSize& /*given*/) override {}
 
  private:

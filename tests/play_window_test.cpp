@@ -78,7 +78,7 @@ TEST_F(PlayWindowTest, HasTheSizeOfTheDesktopOrOfTheUser) {
     const char* environment;
     std::pair<int, int> comesUp;
   } desktops[] = {{"*color:\tred\nXft.dpi:\t120\n", nullptr, {635, 700}},
-                  {"Xft.dpi: 144", "2", {1016, 1120}},
+                  {"Xft.dpi: 144", "2", {697, 768}},  // as large as the screen
                   {"Xft.dpi: 1e999\n", nullptr, {508, 560}},
                   {"Xft.dpi: letters", "", {508, 560}}};
   for (const auto& desktop : desktops) {

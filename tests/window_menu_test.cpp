@@ -2,6 +2,7 @@
 // preset menu in the window: the current preset, what is typed, favourites.
 #include <gtest/gtest.h>
 
+#include "editor/window_menu.hpp"
 #include "support/chooser.hpp"
 #include "support/editor_desk.hpp"
 #include "support/settings_user.hpp"
@@ -189,10 +190,23 @@ TEST_F(WindowMenus, LeadsToSizesFoldersAndHelp) {
   dialogs.chosen = internal("two");
   EXPECT_TRUE(choose("Preset folder..."));
   EXPECT_EQ(readSettingString(kPresetPath), internal("two/"));
+  // A host that makes no room is known by the first answer.
+  const char* size = "Window size";
   for (const auto& [row, percent] : {std::pair(3, 200), {1, 125}, {0, 100}}) {
-    EXPECT_TRUE(choose("Window size", row));
+    EXPECT_TRUE(choose(size, row));
     EXPECT_EQ(readSettingInt(kWindowSize), percent);
+    EXPECT_EQ(desk().editor().factor(), 1.0);
+    size = "Window size when opened again";
+    const MenuRows rows = WindowMenu{desk().effect(), desk().editor()}.rows();
+    for (int at = 0; at < rows.size(); ++at) {
+      EXPECT_TRUE(rows[at].text != size || (*rows[at].subMenu)[row].isMarked) << percent;
+    }
   }
+  desk().host.host.sizesWindow = true;
+  EXPECT_TRUE(choose(size, 2));
+  EXPECT_EQ(desk().editor().factor(), 1.5);
+  EXPECT_TRUE(choose("Window size", 0));
+  EXPECT_EQ(desk().editor().factor(), 1.0);
   EXPECT_TRUE(choose("About"));
   EXPECT_TRUE(desk().editor().aboutIsOpen());
   desk().tap(keys::kEscape);

@@ -60,6 +60,8 @@ class MenuList {
   MenuList& operator=(const MenuList&) = delete;
 
   const CRect& getRect() const { return rect; }
+  /// Of the window, as its rows were measured.
+  const Scale& scale() const { return style.scale; }
   /// The list of the sub-menu that is open, null for none.
   const MenuList* getChild() const { return child.get(); }
   /// -1 for none.

@@ -196,7 +196,8 @@ bool KvOptionMenu::onFocusKey(const WindowKey& key, bool /*repeats*/) {
 }
 
 void KvOptionMenu::idleStep(int /*flag*/) {
-  if (list != nullptr && !isShown()) closePopup();  // its page went away
+  // Its page went away, or the window has another size.
+  if (list != nullptr && (!isShown() || !(list->scale() == getFrame().scale()))) closePopup();
   if (list != nullptr) return list->tick(getFrame().pointerPosition());
   companionTick();
   if (!boundIndex) return;

@@ -30,7 +30,7 @@ class EditorDesk {
   }
   void reopen() {
     editor().close();
-    editor().open(nullptr, [this](const WindowRequest& request, WindowEvents& events) {
+    editor().open(this, [this](const WindowRequest& request, WindowEvents& events) {
       auto opened = std::make_unique<OffscreenWindow>(request, events);
       if (request.inFrontOf == 0) window = opened.get();
       if (request.inFrontOf == window->handle()) boxes[request.title] = opened.get();

@@ -41,6 +41,7 @@ std::intptr_t callback(AEffect* effect, std::int32_t opcode, std::int32_t index,
       return 1;
     case audioMasterBeginEdit:
     case audioMasterEndEdit: return 1;
+    case audioMasterSizeWindow: return host->sizesWindow ? 1 : 0;
     default: return 0;
   }
 }

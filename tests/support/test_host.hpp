@@ -28,6 +28,7 @@ struct HostState {
   VstTimeInfo time{};
   bool moves = false;  // the position, block by block, while the transport plays
   std::int32_t level = kVstProcessLevelRealtime;
+  bool sizesWindow = false;  // to whatever it is asked for
   std::string vendor = "Test";
   std::string product = "Test Host";
   std::vector<std::array<std::intptr_t, 3>> calls;  // opcode, index, value; none from the block

@@ -7,6 +7,7 @@
 
 #include "apps/zum/failure.hpp"
 #include "editor/uni_client_editor.hpp"
+#include "platform/desktop_scale.hpp"
 #include "state/library_record.hpp"
 #include "toolkit/view/window_fit.hpp"
 
@@ -23,6 +24,18 @@ double factorOf(HostSide& host, const HostSide::Size& size) {
   return static_cast<double>(size.width) / host.plainWindowSize().width;
 }
 
+/// As its user chose it, but no larger than the screen.
+double firstFactor(HostSide& host) {
+  const CRect plain = frameRect(host);
+  const auto [width, height] = host.plainWindowSize();
+  if (const auto room = desktopRoom()) {
+    const Scale most = scaleInside({plain.right, plain.bottom}, {room->width, room->height});
+    const CPoint size = most.rounded(CPoint{width, height});
+    host.limitWindow({size.x, size.y});
+  }
+  return factorOf(host, host.windowSize());
+}
+
 KvUniClientEditor* editorOf(HostSide& host) {
   return dynamic_cast<KvUniClientEditor*>(host.client().getEditor());
 }
@@ -33,7 +46,7 @@ VstKeyCode hostKeyOf(const WindowKey& key) { return {key.character, key.virt, ke
 
 PlayWindow::PlayWindow(HostSide& host, StripOwner& owner, std::optional<ScreenPlace> place)
     : effect(host),
-      frame(new KvFrame(frameRect(host), this, factorOf(host, host.windowSize()))),
+      frame(new KvFrame(frameRect(host), this, firstFactor(host))),
       strip(*frame.get(), {0, host.plainWindowSize().height}, owner) {
   const CRect& plain = frame->getViewSize();
   const CPoint most = Scale(Scale::kMost).rounded(CPoint{plain.right, plain.bottom});
