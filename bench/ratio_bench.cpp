@@ -71,30 +71,28 @@ Measurement playing(const FilterClass& played, How how) {
 
 // ---- the stages, each by itself: in the engine a part of it stands in the shadow of others
 
-/// `Stage` has a method for a chunk from `in` to `out`.
+/// `Stage` has a method for the pairs of a run, from `in` to `out`.
 template <class Stage>
-Measurement chunksOf(Stage made) {
+Measurement runsOf(Stage made) {
   struct Lines {
     explicit Lines(Stage from) : stage(std::move(from)) {
-      const test::Stereo sound = test::noise(kChunkFrames);
-      for (std::size_t i = 0; i < kChunkFrames; ++i) {
-        in[i] = pairTwice(sound.left[i], sound.right[i]);
+      const test::Stereo sound = test::noise(kRunFrames);
+      for (std::size_t i = 0; i < kRunFrames; i += 2) {
+        in[i / 2] = Float4{sound.left[i], sound.right[i], sound.left[i + 1], sound.right[i + 1]};
       }
     }
     Stage stage;
-    std::array<Float4, kChunkFrames> in{};
-    std::array<Float4, kChunkFrames> out{};
+    PairLine in{};
+    PairLine out{};
   };
   const auto lines = std::make_shared<Lines>(std::move(made));
   return Measurement([lines] {
-    for (std::size_t at = 0; at < kFrames; at += kChunkFrames) {
+    for (std::size_t at = 0; at < kFrames; at += kRunFrames) {
       lines->stage.play(lines->in, lines->out);
       settleMemory();
     }
   });
 }
-
-using Line = std::array<Float4, kChunkFrames>;
 
 KvSystemInfo& clockOf(std::int32_t controlFrames) {
   static std::vector<BufferRecord> buffers;
@@ -111,30 +109,32 @@ KvSystemInfo& clockOf(std::int32_t controlFrames) {
 struct Drive {
   Drive() {
     overdrive.recompute(clockOf(16));
-    overdrive.controlPass(0.5F, 1.0F);
+    overdrive.controlPass(0.5F);
   }
-  void play(const Line& in, Line& out) {
-    OnePole clipState;
-    OnePole bassState;
-    overdrive.enter(lines, clipState, bassState);
-    overdrive.advance(0, kChunkFrames);
-    for (std::size_t i = 0; i < kChunkFrames; ++i) {
-      const Float4 shaped = overdrive.shape(clipState, overdrive.clip(lines, in[i], i));
-      out[i] = overdrive.join(bassState, shaped, in[i], i);
+  void play(const PairLine& in, PairLine& out) {
+    Overdrive::State state = overdrive.enter();
+    Float4 shaped{};
+    for (std::size_t p = 0; p < kRunPairs; ++p) {
+      const Float4 clipped = overdrive.clip<2>(state, in[p], splat(0.5F));
+      const Overdrive::Lows lows = overdrive.smooth<2>(state, clipped, shaped, true, true);
+      out[p] = overdrive.join(shaped, lows.bass, in[p], splat(1.1F));
+      shaped = overdrive.shape(lows.clip);
     }
-    overdrive.leave(lines, clipState, bassState, in.back(), kChunkFrames);
+    overdrive.leave(state);
   }
   Overdrive overdrive;
-  Overdrive::Lines lines{};
 };
 
 /// Any filter structure.
 template <class Filter>
 struct Structure {
-  void play(const Line& in, Line& out) {
+  void play(const PairLine& in, PairLine& out) {
     typename Filter::State state = filter->enter();
     const typename Filter::Coeffs coeffs = filter->coeffs;
-    for (std::size_t i = 0; i < kChunkFrames; ++i) out[i] = filter->next(state, coeffs, in[i]);
+    for (std::size_t p = 0; p < kRunPairs; ++p) {
+      const Float4 first = filter->next(state, coeffs, lowTwice(in[p]));
+      out[p] = Filter::join(first, filter->next(state, coeffs, highTwice(in[p])));
+    }
     filter->leave(state);
   }
   std::unique_ptr<Filter> filter = std::make_unique<Filter>();
@@ -147,29 +147,29 @@ struct Detectors {
     detectors.setTriggerDecay(1e-4F);
     detectors.setSmoothing(0.01F);
   }
-  void play(const Line& in, Line& out) {
+  void play(const PairLine& in, PairLine& out) {
     LevelDetectors::State state = detectors.enter();
-    for (std::size_t i = 0; i < kChunkFrames; ++i) {
-      out[i] = detectors.hold(state, detectors.listen(state, in[i], splat(1e-8F)));
+    const SvfLanes& lanes = detectors.bandCoeffs();
+    for (std::size_t p = 0; p < kRunPairs; ++p) {
+      const Float4 first = state.efBand.next(firstLane(in[p]), lanes).band;
+      const Float4 bands = interleaveLow(first, state.efBand.next(secondLane(in[p]), lanes).band);
+      const Float4 triggers = LevelDetectors::trigger<2>(state, in[p], splat(1e-8F));
+      detectors.hold<2>(state, in[p], bands, triggers);
+      out[p] = state.smooth;
     }
-    detectors.leave(state, out[kChunkFrames - 2]);
+    detectors.leave(state);
   }
   LevelDetectors detectors;
 };
 
 struct Output {
-  Output() { stage.controlPass(0.8F, 0.5F, 1.0F); }
-  void play(const Line& in, Line& out) {
-    stage.enter();
-    stage.advance(0, kChunkFrames);
-    Float4 before = dcFilter.lastIn();
-    Double2 last = dcFilter.lastOut();
-    for (std::size_t i = 0; i < kChunkFrames; ++i) {
-      const Float4 blended = stage.blend(stage.limit(in[i], i), in[i], i);
-      out[i] = DcFilter::next(last, blended, before);
-      before = blended;
+  void play(const PairLine& in, PairLine& out) {
+    DcFilter::State dc = dcFilter.enter(false);
+    for (std::size_t p = 0; p < kRunPairs; ++p) {
+      const Float4 blended = stage.blend(stage.limit(in[p], splat(1.0F)), in[p], splat(0.8F));
+      out[p] = DcFilter::next<2>(dc, blended, false);
     }
-    dcFilter.leave(before, last);
+    dcFilter.leave(dc);
   }
   OutputStage stage;
   DcFilter dcFilter;
@@ -226,11 +226,11 @@ void measure(long rounds) {
     const char* name;
     Measurement measurement;
   };
-  Stage stages[] = {{"drive", chunksOf(Drive{})},
-                    {"one filter stage", chunksOf(Structure<Cascade<1, Tap::low>>{})},
-                    {"comb", chunksOf(Structure<LeftFedComb>{})},
-                    {"detectors", chunksOf(Detectors{})},
-                    {"output", chunksOf(Output{})}};
+  Stage stages[] = {{"drive", runsOf(Drive{})},
+                    {"one filter stage", runsOf(Structure<Cascade<1, Tap::low>>{})},
+                    {"comb", runsOf(Structure<LeftFedComb>{})},
+                    {"detectors", runsOf(Detectors{})},
+                    {"output", runsOf(Output{})}};
   Measurement withoutPasses = engineWithPassEvery(kSeldom, false);
   Stage passes[] = {{"idle", engineWithPassEvery(kOften, false)},
                     {"all", engineWithPassEvery(kOften, true)}};

@@ -61,7 +61,7 @@ inline constexpr Module drive {"Drive"};
 inline constexpr Module output{"Output"};
 inline constexpr Module ef    {"Follower",  " by follower"};
 inline constexpr Module lfo   {"LFO",       " by LFO"};
-inline constexpr Module seq   {"Sequencer", " by sequencer", Rule::sequencedAmount};
+inline constexpr Module seq   {"Sequencer", " by sequencer", Rule::amount};
 inline constexpr Module window{"Window"};
 
 //                                         positions  per count        flags    unit

@@ -117,10 +117,8 @@ void ParameterStore::applyValue(int at, float value) ZUM_REALTIME {
       storeShared(readout.glidePercent, 100.0F * value);
       break;
     case Rule::amount:
-    case Rule::sequencedAmount:
       storeShared(control.bipolar, 2.0F * value - 1.0F);
       storeShared(control.integer, truncate(2.0F * value - 1.0F));
-      if (row.rule == Rule::sequencedAmount) multiplySequence(control);
       break;
     case Rule::step:
     case Rule::stepExact: storePosition(control, stepPosition(row, value)); break;
@@ -146,20 +144,8 @@ void ParameterStore::applyValue(int at, float value) ZUM_REALTIME {
     }
     case Rule::table: break;
   }
+  engine.controls.version.bump();
   if ((row.flags & kRedraw) != 0) window.requestFullRedraw();
-}
-
-// The audio thread makes the same product whenever the level moves; a level that moved meanwhile is
-// taken up here, so that the last product is always of the last amount.
-void ParameterStore::multiplySequence(ControlValue& amount) ZUM_REALTIME {
-  constexpr int kTries = 4;
-  float level = engine.sequenceLevel();
-  for (int i = 0; i < kTries; ++i) {
-    storeShared(amount.seqProduct, loadShared(amount.bipolar) * level);
-    const float now = engine.sequenceLevel();
-    if (now == level) return;
-    level = now;
-  }
 }
 
 // Nine steps without a glide between vowels: the morph is what glides.

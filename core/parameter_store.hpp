@@ -74,7 +74,6 @@ class ParameterStore {
   void applyValue(int row, float value) ZUM_REALTIME;
   /// Derives the forms of the stored value anew.
   void applyStored(int row) ZUM_REALTIME;
-  void multiplySequence(ControlValue& amount) ZUM_REALTIME;
   static void setVowel(VowelFormants& formants, float value) ZUM_REALTIME;
   void pressReset(int row, float position) ZUM_REALTIME;
 

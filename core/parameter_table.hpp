@@ -19,7 +19,6 @@ enum class Rule : std::uint8_t {
   threshold,        // plain, with raw squared and its dB beside it
   percent,          // plain, with 100 raw beside it
   amount,           // bipolar: 2 raw - 1
-  sequencedAmount,  // amount, with its product with the sequence level
   step,             // position = trunc(min(positions - 1, positions * raw + 0.001))
   stepExact,        // the same without the 0.001
   selector,         // step that shows and hides groups of the window
@@ -97,7 +96,7 @@ std::span<const std::int16_t, kFaceParameters> faceTags() ZUM_REALTIME;
 /// Position of a tag in that list, -1 for one that is not in it.
 int facePosition(int tag) ZUM_REALTIME;
 
-constexpr bool isAmount(Rule rule) { return rule == Rule::amount || rule == Rule::sequencedAmount; }
+constexpr bool isAmount(Rule rule) { return rule == Rule::amount; }
 
 /// A step, selector or button: what a host shows as a switch.
 constexpr bool isSwitch(Rule rule) {

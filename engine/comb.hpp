@@ -8,6 +8,7 @@
 #include "engine/clock.hpp"
 #include "engine/one_pole.hpp"
 #include "engine/ramp.hpp"
+#include "engine/svf.hpp"
 
 namespace zum {
 
@@ -21,7 +22,7 @@ constexpr float combDelayOf(float hz, float samplesPerMs) ZUM_REALTIME {
 
 /// `combs` is 1 or 2, `framesAtBase` the ring's size at 44100 Hz.
 template <int combs, int framesAtBase>
-class Comb {
+class Comb : public HeardInLowLanes {
  public:
   struct Coeffs {
     std::array<float, combs> delay{};  // frames

@@ -3,7 +3,10 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <cstdint>
+
+#include "engine/realtime.hpp"
 
 namespace zum {
 
@@ -13,7 +16,6 @@ struct ControlValue {
   float bipolar = 0.0F;      // 2 raw - 1
   float stepped = 0.0F;      // position of a step or button value
   std::int32_t integer = 0;  // truncation of raw, of bipolar, or the position
-  float seqProduct = 0.0F;   // bipolar times the sequence level
 };
 
 /// The two formants that a vowel selector picks.
@@ -24,7 +26,24 @@ struct VowelFormants {
   float formantTwoHz = 0.0F;
 };
 
+/// Tells a reader that something was set since it last looked.
+class ControlsVersion {
+ public:
+  /// [any] Behind every change.
+  void bump() ZUM_REALTIME { std::atomic_ref(count).fetch_add(1, std::memory_order_release); }
+  /// [audio] Who sees a bump sees what was set ahead of it.
+  std::uint32_t current() const ZUM_REALTIME {
+    // an atomic_ref wants a mutable word; nothing is written
+    return std::atomic_ref(const_cast<std::uint32_t&>(count)).load(std::memory_order_acquire);
+  }
+
+ private:
+  std::uint32_t count = 1;
+};
+
 struct EngineControls {
+  ControlsVersion version;
+
   ControlValue vowelCutoff, master, mixDryWet, cutoff, resonance, overdrive;
   ControlValue efFreqRange, efAttack, efRelease, efGain;
   ControlValue lfoRate, lfoWave, lfoTrigOnOff, lfoTrigSens, lfoStyle;

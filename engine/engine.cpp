@@ -14,10 +14,11 @@ int indexOf(const ControlValue& choice, int last) ZUM_REALTIME {
   return clampIndex(loadShared(choice.integer), last);
 }
 
-/// Keeps a sum for the window and passes it on.
-float noted(float& word, float sum) ZUM_REALTIME {
-  storeShared(word, sum);
-  return sum;
+/// Keeps sums for the window, a lane a word.
+template <class... Words>
+void note(Float4 sums, Words&... words) ZUM_REALTIME {
+  int lane = 0;
+  (storeShared(words, sums[lane++]), ...);
 }
 
 /// The number of the note table entry that plays, plus a fraction.
@@ -26,14 +27,14 @@ float notePlace(float sum) ZUM_REALTIME {
 }
 
 /// Silence from the first frame on that is not finite.
-void silenceLost(const Chunk& chunk, std::size_t frames) ZUM_REALTIME {
+void silenceLost(const Run& run) ZUM_REALTIME {
   const auto isLost = [&](std::size_t i) ZUM_REALTIME {
-    return !std::isfinite(chunk.outLeft[i]) || !std::isfinite(chunk.outRight[i]);
+    return !std::isfinite(run.outLeft[i]) || !std::isfinite(run.outRight[i]);
   };
   std::size_t first = 0;
-  while (first < frames && !isLost(first)) ++first;
-  std::fill(chunk.outLeft + first, chunk.outLeft + frames, 0.0F);
-  std::fill(chunk.outRight + first, chunk.outRight + frames, 0.0F);
+  while (first < run.frames && !isLost(first)) ++first;
+  std::fill(run.outLeft + first, run.outLeft + run.frames, 0.0F);
+  std::fill(run.outRight + first, run.outRight + run.frames, 0.0F);
 }
 
 }  // namespace
@@ -71,18 +72,22 @@ void Engine::process(const float* const* inputs, const float* const* sideChain,
       controlPass(clock, owner);
     }
     output.setBypass(selection.bypass);
-    const Chunk chunk{.inLeft = inputs[0] + done,
-                      .inRight = inputs[1] + done,
-                      .heardLeft = sideChain[0] + done,
-                      .heardRight = sideChain[1] + done,
-                      .outLeft = outputs[0] + done,
-                      .outRight = outputs[1] + done,
-                      .frames = std::min(all - done, kChunkFrames)};
-    const std::size_t played = play(chunk, clock, owner);
+    const std::int32_t counted = clampIndex(clock.controlCounter, clock.controlFrames - 1);
+    const auto untilPass = static_cast<std::size_t>(clock.controlFrames - counted);
+    const Run run{.inLeft = inputs[0] + done,
+                  .inRight = inputs[1] + done,
+                  .heardLeft = sideChain[0] + done,
+                  .heardRight = sideChain[1] + done,
+                  .outLeft = outputs[0] + done,
+                  .outRight = outputs[1] + done,
+                  .frames = std::min({all - done, untilPass, kRunFrames})};
+    ramps.advance(run.frames);
+    play(run);
+    clock.controlCounter = counted + static_cast<std::int32_t>(run.frames);
     // One buffer for both sides holds the right one, and is filtered once for each.
-    if (chunk.outLeft == chunk.outRight) sharedDcFilter.filter(chunk.outLeft, played);
-    if (!dcFilter.isFinite() || !sharedDcFilter.isFinite()) silenceLost(chunk, played);
-    done += played;
+    if (run.outLeft == run.outRight) sharedDcFilter.filter(run.outLeft, run.frames);
+    if (!dcFilter.isFinite() || !sharedDcFilter.isFinite()) silenceLost(run);
+    done += run.frames;
   }
 }
 
@@ -103,7 +108,7 @@ void Engine::resetOutput() ZUM_REALTIME {
 
 void Engine::recover() ZUM_REALTIME {
   if (dcFilter.isFinite() && sharedDcFilter.isFinite() && detectors.isFinite() &&
-      areFinite(lowTwice(lastLimited))) {
+      areFinite(lastLimited)) {
     return;
   }
   forget();
@@ -124,34 +129,36 @@ void Engine::controlPass(KvSystemInfo& clock, ControlPassOwner& owner) ZUM_REALT
   owner.beginControlPass();
   selection = select();
 
-  const EngineControls& c = controls;
-  const ModulationSums sums(c, modulators);
-  modulate(sums, clock, owner);
+  sums.follow(controls);
+  modulate(clock, owner);
+  const Float4 level = sums.level(modulators);
+  const Float4 filter = sums.filter(modulators);
+  note(level, shown.master, shown.drive);
+  note(filter, shown.cutoff, shown.vowelPosition, shown.resonance, shown.mix);
 
-  overdrive.controlPass(noted(shown.drive, sums.drive()), clock.controlStep);
+  overdrive.controlPass(level[1]);
 
   const bool vowelBank = selection.bank == 1;
-  const bool cutoffMoved = frequency.controlPass(noted(shown.cutoff, sums.cutoff()),
-                                                 noted(shown.vowelPosition, sums.vowelPosition()),
-                                                 vowelBank, clock.ticksPerMs);
+  const bool cutoffMoved = frequency.controlPass(filter[0], filter[1], vowelBank, clock.ticksPerMs);
   if (cutoffMoved) multiMode.updateFilterColumns(frequency.cutoffHz(), clock);
 
-  const float feedback = resonance.of(noted(shown.resonance, sums.resonance()));
+  const float feedback = resonance.of(filter[2]);
   if (vowelBank) {
-    vowel.controlPass(selection.type, c.formantsA, c.formantsB, frequency.positionRamped(),
-                      feedback, clock);
+    vowel.controlPass(selection.type, controls.formantsA, controls.formantsB,
+                      frequency.positionRamped(), feedback, clock);
   } else {
     multiMode.controlPass(selection.type, feedback, clock.ticksPerMs);
   }
 
-  float mixSum = noted(shown.mix, sums.mix());
+  float mixSum = filter[3];
   if (bypassFade) mixSum *= bypassFade->advance(isBypassWanted(), clock);
   const float page = wantedModPage();
   if (page != modPagePosition) {
     modPagePosition = page;
     owner.modPageMoved(page);
   }
-  output.controlPass(mixSum, noted(shown.master, sums.master()), clock.controlStep);
+  ramps.aim(Float4{overdrive.thresholdTarget(), overdrive.makeupTarget(), mixSum, 2.0F * level[0]},
+            clock.controlStep);
   output.pushMeters(lastLimited);
 }
 
@@ -162,65 +169,65 @@ float Engine::wantedModPage() const ZUM_REALTIME {
 }
 
 // Each modulator reads the ones above it as of this pass, and the others as of the pass before.
-void Engine::modulate(const ModulationSums& sums, const KvSystemInfo& clock,
-                      ControlPassOwner& owner) ZUM_REALTIME {
-  const EngineControls& c = controls;
-  const float seqTempoSum = noted(shown.seqTempo, sums.seqTempo());
-  storeShared(shown.seqNote, notePlace(seqTempoSum));
-  if (sequencer.controlPass(noted(shown.seqGlide, sums.seqGlide()), seqTempoSum,
-                            indexOf(c.seqMode, StepSequencer::kModes - 1), clock, owner)) {
-    storeShared(modulators.seqOut, sequencer.seqOut());
-    refreshSeqProducts(controls, modulators.seqOut);
-  }
-  const float lfoRateSum = noted(shown.lfoRate, sums.lfoRate());
-  const float lfoWaveSum = noted(shown.lfoWave, sums.lfoWave());
-  storeShared(shown.lfoNote, notePlace(lfoRateSum));
-  storeShared(shown.lfoWaveSlot, Lfo::slotPlace(lfoWaveSum));
-  lfo.controlPass({.rateSum = lfoRateSum,
-                   .waveSum = lfoWaveSum,
-                   .sensSum = noted(shown.lfoSens, sums.lfoSens()),
-                   .sync = indexOf(c.lfoStyle, 1) == 1,
-                   .trigEnabled = indexOf(c.lfoTrigOnOff, 1) == 1,
+void Engine::modulate(const KvSystemInfo& clock, ControlPassOwner& owner) ZUM_REALTIME {
+  const Float4 steps = sums.sequencer(modulators);
+  note(steps, shown.seqGlide, shown.seqTempo);
+  storeShared(shown.seqNote, notePlace(steps[1]));
+  sequencer.controlPass(steps[0], steps[1], indexOf(controls.seqMode, StepSequencer::kModes - 1),
+                        clock, owner);
+  storeShared(modulators.seqOut, sequencer.seqOut());
+
+  const Float4 wave = sums.lfo(modulators);
+  note(wave, shown.lfoRate, shown.lfoWave, shown.lfoSens);
+  storeShared(shown.lfoNote, notePlace(wave[0]));
+  storeShared(shown.lfoWaveSlot, Lfo::slotPlace(wave[1]));
+  lfo.controlPass({.rateSum = wave[0],
+                   .waveSum = wave[1],
+                   .sensSum = wave[2],
+                   .sync = indexOf(controls.lfoStyle, 1) == 1,
+                   .trigEnabled = indexOf(controls.lfoTrigOnOff, 1) == 1,
                    .startPulse = sequencer.startPulse(),
                    .trigPeak = detectors.trigPeak()},
                   clock);
   modulators.lfoOut = lfo.lfoOut();
-  follower.controlPass({.gainSum = noted(shown.efGain, sums.efGain()),
-                        .attackSum = noted(shown.efAttack, sums.efAttack()),
-                        .releaseSum = noted(shown.efRelease, sums.efRelease()),
-                        .rangeSum = noted(shown.efRange, sums.efRange())},
+
+  const Float4 envelope = sums.follower(modulators);
+  note(envelope, shown.efGain, shown.efAttack, shown.efRelease, shown.efRange);
+  follower.controlPass({.gainSum = envelope[0],
+                        .attackSum = envelope[1],
+                        .releaseSum = envelope[2],
+                        .rangeSum = envelope[3]},
                        clock, detectors);
   modulators.efOut = follower.efOut();
 }
 
 // An unselected type costs nothing and stands still.
-std::size_t Engine::play(const Chunk& chunk, KvSystemInfo& clock, ControlPassOwner& owner)
-    ZUM_REALTIME {
+void Engine::play(const Run& run) ZUM_REALTIME {
   if (selection.bank == 0) {
     switch (selection.type) {
-      case 0: return playThrough<false>(multiMode.highPass, chunk, clock, owner);
-      case 1: return playThrough<false>(multiMode.highPassSteep, chunk, clock, owner);
-      case 2: return playThrough<false>(multiMode.bandPass, chunk, clock, owner);
-      case 3: return playThrough<false>(multiMode.bandPassSteep, chunk, clock, owner);
-      case 4: return playThrough<false>(multiMode.lowPass, chunk, clock, owner);
-      case 5: return playThrough<false>(multiMode.lowPassSteep, chunk, clock, owner);
-      case 6: return playThrough<false>(multiMode.comb, chunk, clock, owner);
-      case 7: return playThrough<false>(multiMode.bandReject, chunk, clock, owner);
-      case 8: return playThrough<false>(multiMode.heldBandPass, chunk, clock, owner);
-      default: return playThrough<false>(multiMode.heldLowPass, chunk, clock, owner);
+      case 0: return playThrough(multiMode.highPass, run);
+      case 1: return playThrough(multiMode.highPassSteep, run);
+      case 2: return playThrough(multiMode.bandPass, run);
+      case 3: return playThrough(multiMode.bandPassSteep, run);
+      case 4: return playThrough(multiMode.lowPass, run);
+      case 5: return playThrough(multiMode.lowPassSteep, run);
+      case 6: return playThrough(multiMode.comb, run);
+      case 7: return playThrough(multiMode.bandReject, run);
+      case 8: return playThrough(multiMode.heldBandPass, run);
+      default: return playThrough(multiMode.heldLowPass, run);
     }
   }
   switch (selection.type) {
-    case 0: return playThrough<true>(vowel.highPass, chunk, clock, owner);
-    case 1: return playThrough<true>(vowel.highPassSteep, chunk, clock, owner);
-    case 2: return playThrough<true>(vowel.bandPass, chunk, clock, owner);
-    case 3: return playThrough<true>(vowel.bandPassSteep, chunk, clock, owner);
-    case 4: return playThrough<true>(vowel.bandPassTwin, chunk, clock, owner);
-    case 5: return playThrough<true>(vowel.lowPassSteep, chunk, clock, owner);
-    case 6: return playThrough<true>(vowel.combs, chunk, clock, owner);
-    case 7: return playThrough<true>(vowel.shelves, chunk, clock, owner);
-    case 8: return playThrough<true>(vowel.heldBandPass, chunk, clock, owner);
-    default: return playThrough<true>(vowel.heldLowPass, chunk, clock, owner);
+    case 0: return playThrough(vowel.highPass, run);
+    case 1: return playThrough(vowel.highPassSteep, run);
+    case 2: return playThrough(vowel.bandPass, run);
+    case 3: return playThrough(vowel.bandPassSteep, run);
+    case 4: return playThrough(vowel.bandPassTwin, run);
+    case 5: return playThrough(vowel.lowPassSteep, run);
+    case 6: return playThrough(vowel.combs, run);
+    case 7: return playThrough(vowel.shelves, run);
+    case 8: return playThrough(vowel.heldBandPass, run);
+    default: return playThrough(vowel.heldLowPass, run);
   }
 }
 

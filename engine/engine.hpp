@@ -34,7 +34,24 @@ class ControlPassOwner : public StepSource {
   ~ControlPassOwner() = default;
 };
 
-struct Chunk;
+/// Part of a host's block, up to the next control pass at most.
+struct Run {
+  const float* inLeft;
+  const float* inRight;
+  const float* heardLeft;  // by the level detectors: the input, or the side-chain
+  const float* heardRight;
+  float* outLeft;
+  float* outRight;
+  std::size_t frames;         // at most kRunFrames
+  std::size_t firstPair = 0;  // in the lines of the ramps
+
+  /// What is behind `pairs` pairs of frames.
+  Run behind(std::size_t pairs) const ZUM_REALTIME {
+    const std::size_t done = 2 * pairs;
+    return {inLeft + done,  inRight + done,  heardLeft + done, heardRight + done,
+            outLeft + done, outRight + done, frames - done,    firstPair + pairs};
+  }
+};
 
 /// Bypass on its way in or out: the wet part of the mix, which goes to 0 ahead of the switch.
 class BypassFade {
@@ -87,7 +104,9 @@ class Engine {
   const DisplayValues& display() const { return shown; }
 
  private:
-  /// The filter type that frames go through, chosen once a chunk and once a control pass.
+  static constexpr float kDither = 9.99999993922529e-09F;
+
+  /// The filter type that frames go through, chosen once a run and once a control pass.
   struct Selection {
     int bank = 0;
     int type = 0;
@@ -103,22 +122,20 @@ class Engine {
   void recover() ZUM_REALTIME;
   void controlPass(KvSystemInfo& clock, ControlPassOwner& owner) ZUM_REALTIME;
   float wantedModPage() const ZUM_REALTIME;
-  void modulate(const ModulationSums& sums, const KvSystemInfo& clock, ControlPassOwner& owner)
-      ZUM_REALTIME;
-  /// Plays `chunk` up to its end, or to a control pass that selects anything else. Returns the
-  /// number of frames played.
-  std::size_t play(const Chunk& chunk, KvSystemInfo& clock, ControlPassOwner& owner) ZUM_REALTIME;
-  /// Also chooses the form of the DC filter.
-  template <bool vowelBank, class Filter>
-  std::size_t playThrough(Filter& filter, const Chunk& chunk, KvSystemInfo& clock,
-                          ControlPassOwner& owner) ZUM_REALTIME {
-    return dcFilter.isFading() ? playChunk<vowelBank, true>(filter, chunk, clock, owner)
-                               : playChunk<vowelBank, false>(filter, chunk, clock, owner);
+  void modulate(const KvSystemInfo& clock, ControlPassOwner& owner) ZUM_REALTIME;
+  void play(const Run& run) ZUM_REALTIME;
+  /// Pairs of frames, and the odd one that is left.
+  template <class Filter>
+  void playThrough(Filter& filter, const Run& run) ZUM_REALTIME {
+    const bool fading = dcFilter.isFading();
+    if (run.frames > 1) playPairs<2>(filter, run, fading);
+    if (run.frames % 2 == 1) playPairs<1>(filter, run.behind(run.frames / 2), fading);
   }
-  template <bool vowelBank, bool fading, class Filter>
-  std::size_t playChunk(Filter& filter, const Chunk& chunk, KvSystemInfo& clock,
-                        ControlPassOwner& owner) ZUM_REALTIME;
+  /// `frames` of a pair that are there, 1 or 2.
+  template <int frames, class Filter>
+  void playPairs(Filter& filter, const Run& run, bool fading) ZUM_REALTIME;
 
+  ModulationSums sums;
   ModulatorOutputs modulators;
   StepSequencer sequencer;
   Lfo lfo;
@@ -134,8 +151,10 @@ class Engine {
   DcFilter sharedDcFilter;  // used while both outputs are one buffer
   Selection selection;
   std::optional<BypassFade> bypassFade;
-  Float4 lastLimited{};  // for the meters
-  std::size_t ditherPhase = 0;
+  enum Ramp : std::size_t { threshold, makeup, mix, master };
+  FrameRamps ramps;
+  Float4 dither = {kDither, -kDither, kDither, -kDither};  // of the next frames
+  Float4 lastLimited{};                                    // for the meters
   DisplayValues shown;
   float modPagePosition = 0.0F;  // of the pass before
 };

@@ -1,11 +1,9 @@
 // The fifteen fixed sums through which sequencer, LFO and follower move their targets and each
-// other. A sum is evaluated left to right, then held in 0 to 1; a product is an amount times the
-// sequence level, kept beside the amount.
+// other, four at a time. A sum is evaluated left to right, then held in 0 to 1.
 #pragma once
 
 #include "engine/controls.hpp"
-#include "engine/numbers.hpp"
-#include "engine/shared_value.hpp"
+#include "engine/simd.hpp"
 
 namespace zum {
 
@@ -16,81 +14,53 @@ struct ModulatorOutputs {
   float efOut = 0.0F;
 };
 
+/// A copy of what the sums read of the controls, made anew when one of them was set: a control pass
+/// then hears all of them as of its beginning.
 class ModulationSums {
  public:
-  ModulationSums(const EngineControls& values, const ModulatorOutputs& outputs)
-      : c(values), m(outputs) {}
+  /// At the beginning of a control pass.
+  void follow(const EngineControls& controls) ZUM_REALTIME;
 
   // The sequencer reads follower and LFO of the pass before.
-  float seqGlide() const ZUM_REALTIME {
-    return ofTwo(ef(c.seqGlideEf), lfo(c.seqGlideLfo), c.seqGlide);
-  }
-  float seqTempo() const ZUM_REALTIME {
-    return ofTwo(ef(c.seqTempoEf), lfo(c.seqTempoLfo), c.seqTempo);
+  /// Glide and tempo.
+  Float4 sequencer(const ModulatorOutputs& m) const ZUM_REALTIME {
+    return held(sequencerEf * splat(m.efOut) + sequencerLfo * splat(m.lfoOut) + sequencerBase);
   }
   // The LFO reads the follower of the pass before.
-  float lfoRate() const ZUM_REALTIME {
-    return ofTwo(ef(c.lfoRateEf), seq(c.lfoRateSeq), c.lfoRate);
+  /// Rate, wave and sensitivity.
+  Float4 lfo(const ModulatorOutputs& m) const ZUM_REALTIME {
+    return held(lfoEf * splat(m.efOut) + lfoSeq * splat(m.seqOut) + lfoBase);
   }
-  float lfoWave() const ZUM_REALTIME {
-    return ofTwo(ef(c.lfoWaveEf), seq(c.lfoWaveSeq), c.lfoWave);
-  }
-  float lfoSens() const ZUM_REALTIME {
-    return ofTwo(ef(c.lfoSensEf), seq(c.lfoSensSeq), c.lfoTrigSens);
-  }
-  float efGain() const ZUM_REALTIME { return ofTwo(lfo(c.efGainLfo), seq(c.efGainSeq), c.efGain); }
-  float efAttack() const ZUM_REALTIME {
-    return ofTwo(lfo(c.efAttackLfo), seq(c.efAttackSeq), c.efAttack);
-  }
-  float efRelease() const ZUM_REALTIME {
-    return ofTwo(lfo(c.efReleaseLfo), seq(c.efReleaseSeq), c.efRelease);
-  }
-  float efRange() const ZUM_REALTIME {
-    return ofTwo(lfo(c.efRangeLfo), seq(c.efRangeSeq), c.efFreqRange);
+  /// Gain, attack, release and range.
+  Float4 follower(const ModulatorOutputs& m) const ZUM_REALTIME {
+    return held(followerLfo * splat(m.lfoOut) + followerSeq * splat(m.seqOut) + followerBase);
   }
   // From here on all three are of this pass.
-  float drive() const ZUM_REALTIME {
-    return clampUnit(lfo(c.driveLfo) + ef(c.driveEf) + base(c.overdrive) + seq(c.driveSeq));
+  /// Cutoff, vowel position, resonance and mix.
+  Float4 filter(const ModulatorOutputs& m) const ZUM_REALTIME {
+    return held(filterLfo * splat(m.lfoOut) + filterEf * splat(m.efOut) +
+                filterSeq * splat(m.seqOut) + filterBase);
   }
-  float cutoff() const ZUM_REALTIME {
-    return ofThree(c.cutoffLfo, c.cutoffEf, c.cutoffSeq, c.cutoff);
-  }
-  float vowelPosition() const ZUM_REALTIME {
-    return ofThree(c.vowelLfo, c.vowelEf, c.vowelSeq, c.vowelCutoff);
-  }
-  float resonance() const ZUM_REALTIME {
-    return ofThree(c.resoLfo, c.resoEf, c.resoSeq, c.resonance);
-  }
-  float mix() const ZUM_REALTIME { return ofThree(c.mixLfo, c.mixEf, c.mixSeq, c.mixDryWet); }
-  float master() const ZUM_REALTIME {
-    return ofThree(c.masterLfo, c.masterEf, c.masterSeq, c.master);
+  /// Master and drive; the drive adds its base ahead of the sequence.
+  Float4 level(const ModulatorOutputs& m) const ZUM_REALTIME {
+    const Float4 third = {m.seqOut, 1.0F, 0.0F, 0.0F};
+    const Float4 fourth = {1.0F, m.seqOut, 0.0F, 0.0F};
+    return held(levelLfo * splat(m.lfoOut) + levelEf * splat(m.efOut) + levelThird * third +
+                levelFourth * fourth);
   }
 
  private:
-  static float base(const ControlValue& value) ZUM_REALTIME { return loadShared(value.raw); }
-  float ef(const ControlValue& amount) const ZUM_REALTIME {
-    return loadShared(amount.bipolar) * m.efOut;
-  }
-  float lfo(const ControlValue& amount) const ZUM_REALTIME {
-    return loadShared(amount.bipolar) * m.lfoOut;
-  }
-  static float seq(const ControlValue& amount) ZUM_REALTIME {
-    return loadShared(amount.seqProduct);
+  static Float4 held(Float4 sum) ZUM_REALTIME {
+    return smaller(larger(sum, splat(0.0F)), splat(1.0F));
   }
 
-  static float ofTwo(float first, float second, const ControlValue& target) ZUM_REALTIME {
-    return clampUnit(first + second + base(target));
-  }
-  float ofThree(const ControlValue& byLfo, const ControlValue& byEf, const ControlValue& bySeq,
-                const ControlValue& target) const ZUM_REALTIME {
-    return clampUnit(lfo(byLfo) + ef(byEf) + seq(bySeq) + base(target));
-  }
-
-  const EngineControls& c;
-  const ModulatorOutputs& m;
+  std::uint32_t version = 0;  // of the controls that were copied
+  // amounts -1 to 1, and the values that they move
+  Float4 sequencerEf{}, sequencerLfo{}, sequencerBase{};
+  Float4 lfoEf{}, lfoSeq{}, lfoBase{};
+  Float4 followerLfo{}, followerSeq{}, followerBase{};
+  Float4 filterLfo{}, filterEf{}, filterSeq{}, filterBase{};
+  Float4 levelLfo{}, levelEf{}, levelThird{}, levelFourth{};
 };
-
-/// Every amount's product with the sequence level. Called whenever that level moves.
-void refreshSeqProducts(EngineControls& controls, float seqOut) ZUM_REALTIME;
 
 }  // namespace zum

@@ -33,8 +33,8 @@ void MultiModeFilter::updateFilterColumns(float cutoffHz, const KvSystemInfo& cl
 }
 
 void MultiModeFilter::controlPass(int type, float feedbackAmount, float ticksPerMs) ZUM_REALTIME {
-  const RowPosition row = rowOf(feedbackAmount * kSharpest);
-  const auto at = [&](float hz) { return lookupCoefficients(columnOf(hz, columnsPerHz), row); };
+  const float resonance = feedbackAmount * kSharpest;
+  const auto at = [&](float hz) { return lookup.at(hz, columnsPerHz, resonance); };
   const auto setAll = [&](auto& stages) {
     const SvfCoeffs c = at(columnHz);
     for (SvfLanes& stage : stages) stage.set(c);
@@ -58,7 +58,7 @@ void MultiModeFilter::controlPass(int type, float feedbackAmount, float ticksPer
                       ticksPerMs);
     case 7:
       return bandReject.coeffs.set(at(clampTo(columnHz * 2.0F, 0.0F, kHighestShelfHz)),
-                                   at(columnHz * 0.5F));
+                                   secondLookup.at(columnHz * 0.5F, columnsPerHz, resonance));
     case 8: return setHeld(heldBandPass);
     case 9: return setHeld(heldLowPass);
     default: return;

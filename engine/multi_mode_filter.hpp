@@ -55,6 +55,8 @@ class MultiModeFilter {
   HeldStage<Tap::low, false> heldLowPass;
 
  private:
+  KeptLookup lookup;
+  KeptLookup secondLookup;
   float columnScale = 0.0F;  // tenths of the Nyquist frequency per Hz
   // what updateFilterColumns() made of the cutoff
   float columnHz = 0.0F;

@@ -7,11 +7,6 @@
 
 namespace zum {
 
-void OutputStage::controlPass(float mixSum, float masterSum, float controlStep) ZUM_REALTIME {
-  mix.aim(mixSum, controlStep);
-  master.aim(2.0F * masterSum, controlStep);
-}
-
 void OutputStage::pushMeters(Float4 limited) ZUM_REALTIME {
   const float peakValue = std::max(limited[0], limited[1]);
   const float level = std::fabs(clampTo(peakValue, 0.0F, 0.9800000190734863F));

@@ -10,48 +10,54 @@
 
 namespace zum {
 
-/// Frames that are worked on as one piece, a few control blocks.
-inline constexpr std::size_t kChunkFrames = 64;
+/// Frames of a run: all from one control pass to the next.
+inline constexpr std::size_t kRunFrames = 16;
+/// Frames go through the chain in pairs, {left, right, left, right}.
+inline constexpr std::size_t kRunPairs = kRunFrames / 2;
+using PairLine = std::array<Float4, kRunPairs>;
 
-/// A line that reaches its target in one control block, laid out for the frames of a chunk: the
-/// frame loop reads `at[i]` and keeps no ramp in a register.
-class FrameRamp {
+/// Four lines, one a lane, that reach their targets in one control block. They are laid out for the
+/// frames of a run, so that the frame loop keeps none of them in a register.
+class FrameRamps {
  public:
   /// `controlStep` is 1 / frames of a control block. Control pass only.
-  void aim(float target, float controlStep) ZUM_REALTIME {
+  void aim(Float4 targets, float controlStep) ZUM_REALTIME {
     constexpr float kStill = 1.0000000116860974e-07F;
-    step = (target - current) * controlStep;
-    if (step > -kStill && step < kStill) {
-      isFlat = isFlat && current == target;
-      step = 0.0F;
-      current = target;
-    } else {
-      isFlat = false;
+    step = (targets - current) * splat(controlStep);
+    const Int4 isStill = (step > splat(-kStill)) & (step < splat(kStill));
+    const Float4 next = select(isStill, targets, current);
+    step = select(isStill, splat(0.0F), step);
+    moves = anyLaneSet(~isStill);
+    isLaidOut = isLaidOut && !moves && !anyLaneSet(next != current);
+    current = next;
+  }
+
+  /// Lays out the next `frames`, within one control block. What rests is laid out once.
+  void advance(std::size_t frames) ZUM_REALTIME {
+    if (isLaidOut) return;
+    for (std::size_t i = 0; i < kRunFrames; i += 2) {
+      const Float4 first = current + step;
+      const Float4 second = first + step;
+      at[0][i / 2] = __builtin_shufflevector(first, second, 0, 0, 4, 4);
+      at[1][i / 2] = __builtin_shufflevector(first, second, 1, 1, 5, 5);
+      at[2][i / 2] = __builtin_shufflevector(first, second, 2, 2, 6, 6);
+      at[3][i / 2] = __builtin_shufflevector(first, second, 3, 3, 7, 7);
+      if (i + 2 >= frames && moves) {
+        current = i + 2 == frames ? second : first;
+        return;
+      }
+      current = second;
     }
+    isLaidOut = true;
   }
 
-  /// At the start of a chunk. A ramp at rest is laid out once and then left alone.
-  void beginChunk() ZUM_REALTIME {
-    if (isFlat || step != 0.0F) return;
-    at.fill(splat(current));
-    isFlat = true;
-  }
-
-  /// Lays out the chunk's frames `from` to `to`, within one control block.
-  void advance(std::size_t from, std::size_t to) ZUM_REALTIME {
-    if (isFlat) return;
-    for (std::size_t i = from; i < to; ++i) {
-      current = current + step;
-      at[i] = splat(current);
-    }
-  }
-
-  std::array<Float4, kChunkFrames> at{};  // value in each frame, the same in all lanes
+  std::array<PairLine, 4> at{};  // value in each frame, by ramp
 
  private:
-  float current = 0.0F;
-  float step = 0.0F;
-  bool isFlat = true;  // all of `at` holds `current`
+  Float4 current{};
+  Float4 step{};
+  bool moves = false;
+  bool isLaidOut = true;  // all of `at` holds `current`, which rests
 };
 
 /// A line that reaches its target in `durationMs`, counted in control passes.

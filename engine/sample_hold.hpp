@@ -42,9 +42,18 @@ struct HeldStage : Stateful<HeldStageState> {
   using Coeffs = HeldStageCoeffs;
   Coeffs coeffs;
 
+  static SvfStage& first(State& state) ZUM_REALTIME { return state.stage; }
+  static SvfLanes& first(Coeffs& c) ZUM_REALTIME { return c.stage; }
+  static Float4 next(State& state, const Coeffs& c, Float4 in, Float4& band) ZUM_REALTIME {
+    Float4 held = state.hold.template next<inSeries>(in, c.holdIncrement);
+    if constexpr (!inSeries) held = joinEnds(held, in);
+    const SvfOutputs out = state.stage.next(held, c.stage);
+    band = out.band;
+    return tapOf<tap>(out);
+  }
   static Float4 next(State& state, const Coeffs& c, Float4 in) ZUM_REALTIME {
-    const Float4 held = state.hold.template next<inSeries>(in, c.holdIncrement);
-    return tapOf<tap>(state.stage.next(held, c.stage));
+    Float4 band;
+    return next(state, c, in, band);
   }
 };
 

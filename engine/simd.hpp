@@ -21,19 +21,40 @@ inline Int4 splat(std::int32_t x) { return Int4{x, x, x, x}; }
 /// {low, low, high, high}
 inline Float4 halves(float low, float high) { return Float4{low, low, high, high}; }
 
-/// {left, right, left, right}
-inline Float4 pairTwice(float left, float right) { return Float4{left, right, left, right}; }
-
 /// Lanes 0 and 1, twice.
 inline Float4 lowTwice(Float4 x) { return __builtin_shufflevector(x, x, 0, 1, 0, 1); }
 /// Lanes 2 and 3, twice.
 inline Float4 highTwice(Float4 x) { return __builtin_shufflevector(x, x, 2, 3, 2, 3); }
 /// Lane 0 in all four.
 inline Float4 firstLane(Float4 x) { return __builtin_shufflevector(x, x, 0, 0, 0, 0); }
+/// Lane 1 in all four.
+inline Float4 secondLane(Float4 x) { return __builtin_shufflevector(x, x, 1, 1, 1, 1); }
+/// The last two frames once the pair `now` has followed `before`, or its first frame alone.
+inline Float4 lastTwo(Float4 before, Float4 now, int frames) {
+  return frames == 2 ? now : __builtin_shufflevector(before, now, 2, 3, 4, 5);
+}
 /// Lanes 0 and 1 of `low`, then lanes 0 and 1 of `high`.
 inline Float4 joinLow(Float4 low, Float4 high) {
   return __builtin_shufflevector(low, high, 0, 1, 4, 5);
 }
+
+/// Lanes 2 and 3 of `low`, then lanes 2 and 3 of `high`.
+inline Float4 joinHigh(Float4 low, Float4 high) {
+  return __builtin_shufflevector(low, high, 2, 3, 6, 7);
+}
+/// Lanes 0 and 1 of `low`, then lanes 2 and 3 of `high`.
+inline Float4 joinEnds(Float4 low, Float4 high) {
+  return __builtin_shufflevector(low, high, 0, 1, 6, 7);
+}
+/// {a[0], b[0], a[1], b[1]}
+inline Float4 interleaveLow(Float4 a, Float4 b) {
+  return __builtin_shufflevector(a, b, 0, 4, 1, 5);
+}
+
+/// Lanes 0 and 2, twice.
+inline Float4 evenLanes(Float4 x) { return __builtin_shufflevector(x, x, 0, 2, 0, 2); }
+/// Lanes 1 and 3, twice.
+inline Float4 oddLanes(Float4 x) { return __builtin_shufflevector(x, x, 1, 3, 1, 3); }
 
 /// `mask` lanes are all ones or all zeros.
 inline Float4 select(Int4 mask, Float4 whenSet, Float4 whenClear) {
@@ -60,6 +81,12 @@ inline Float4 loadPairTwice(const float* p) {
   double both = 0.0;
   std::memcpy(&both, p, sizeof both);
   return _mm_castpd_ps(_mm_set1_pd(both));
+}
+/// One or two floats from `p`, then zeros.
+template <int count>
+Float4 loadLow(const float* p) {
+  if constexpr (count == 1) return _mm_load_ss(p);
+  return _mm_castpd_ps(_mm_load_sd(reinterpret_cast<const double*>(p)));
 }
 inline void storeLowPair(float* p, Float4 x) { _mm_storel_pi(reinterpret_cast<__m64*>(p), x); }
 inline void storeHighPair(float* p, Float4 x) { _mm_storeh_pi(reinterpret_cast<__m64*>(p), x); }
@@ -93,6 +120,10 @@ inline Float4 narrow(Double2 x) {
   return Float4{static_cast<float>(x[0]), static_cast<float>(x[1]), 0.0F, 0.0F};
 }
 inline Float4 loadPairTwice(const float* p) { return Float4{p[0], p[1], p[0], p[1]}; }
+template <int count>
+Float4 loadLow(const float* p) {
+  return Float4{p[0], count == 2 ? p[1] : 0.0F, 0.0F, 0.0F};
+}
 inline void storeLowPair(float* p, Float4 x) {
   p[0] = x[0];
   p[1] = x[1];
@@ -105,6 +136,16 @@ inline Float4 loadPairs(const float* a, const float* b) { return Float4{a[0], a[
 inline bool anyLaneSet(Int4 mask) { return (mask[0] | mask[1] | mask[2] | mask[3]) != 0; }
 
 #endif
+
+/// The first one or two lanes.
+template <int count>
+void storeLow(float* p, Float4 x) {
+  if constexpr (count == 1) {
+    *p = x[0];
+  } else {
+    storeLowPair(p, x);
+  }
+}
 
 /// No lane is infinite or not a number.
 inline bool areFinite(Float4 x) { return !anyLaneSet(x * splat(0.0F) != splat(0.0F)); }

@@ -26,6 +26,11 @@ struct SvfLanes {
     f = halves(low.f, high.f);
     q = halves(low.q, high.q);
   }
+  /// Lanes 2 and 3 are another's.
+  void lend(const SvfLanes& guest) ZUM_REALTIME {
+    f = joinLow(f, guest.f);
+    q = joinLow(q, guest.q);
+  }
 };
 
 /// What a frame of a stage gives.
@@ -51,6 +56,16 @@ struct SvfStage {
   Float4 lowState{};
   Float4 high{};  // feeds the next frame's band
 
+  /// Lanes 2 and 3 are another's.
+  void lend(const SvfStage& guest) ZUM_REALTIME {
+    bandState = joinLow(bandState, guest.bandState);
+    lowState = joinLow(lowState, guest.lowState);
+    high = joinLow(high, guest.high);
+  }
+  SvfStage guest() const ZUM_REALTIME {
+    return {highTwice(bandState), highTwice(lowState), highTwice(high)};
+  }
+
   // Band and low are made of the previous frame's high, so the input is first heard in the next
   // frame. That order is part of the sound.
   SvfOutputs next(Float4 in, const SvfLanes& c) ZUM_REALTIME {
@@ -63,10 +78,16 @@ struct SvfStage {
   }
 };
 
+/// Of what a filter gives in a frame, lanes 0 and 1 are heard.
+struct HeardInLowLanes {
+  /// Two frames as a pair.
+  static Float4 join(Float4 first, Float4 second) ZUM_REALTIME { return joinLow(first, second); }
+};
+
 /// A filter structure whose whole state is a `State`. A run of frames works on a copy of it, which
 /// the compiler keeps in registers.
 template <class State>
-class Stateful {
+class Stateful : public HeardInLowLanes {
  public:
   State enter() const ZUM_REALTIME { return kept; }
   void leave(const State& run) ZUM_REALTIME { kept = run; }
@@ -85,9 +106,19 @@ struct Cascade : Stateful<std::array<SvfStage, stages>> {
   using Coeffs = std::array<SvfLanes, stages>;
   Coeffs coeffs;
 
-  static Float4 next(State& state, const Coeffs& c, Float4 in) ZUM_REALTIME {
-    for (std::size_t i = 0; i < stages; ++i) in = tapOf<tap>(state[i].next(in, c[i]));
+  static SvfStage& first(State& state) ZUM_REALTIME { return state[0]; }
+  static SvfLanes& first(Coeffs& c) ZUM_REALTIME { return c[0]; }
+  /// `band` is that of the first stage.
+  static Float4 next(State& state, const Coeffs& c, Float4 in, Float4& band) ZUM_REALTIME {
+    const SvfOutputs out = state[0].next(in, c[0]);
+    band = out.band;
+    in = tapOf<tap>(out);
+    for (std::size_t i = 1; i < stages; ++i) in = tapOf<tap>(state[i].next(in, c[i]));
     return in;
+  }
+  static Float4 next(State& state, const Coeffs& c, Float4 in) ZUM_REALTIME {
+    Float4 band;
+    return next(state, c, in, band);
   }
 };
 

@@ -14,6 +14,11 @@ constexpr std::array<SvfCoeffs, kSvfEntries + 1> kCorners = [] {
   return corners;
 }();
 
+/// Frequency and damping of `entry` and of the one behind it.
+Float4 corners(std::size_t entry) ZUM_REALTIME {
+  return loadPairs(&kCorners[entry].f, &kCorners[entry + 1].f);
+}
+
 }  // namespace
 
 ColumnPosition columnOf(float hz, float columnScale) ZUM_REALTIME {
@@ -36,16 +41,22 @@ RowPosition rowOf(float resonanceCurve) ZUM_REALTIME {
 SvfCoeffs lookupCoefficients(const ColumnPosition& at, const RowPosition& row) ZUM_REALTIME {
   const int first = row.row * kSvfColumns + static_cast<int>(at.column);
   const auto base = static_cast<std::size_t>(first);
-  const float w00 = (1.0F - row.ry) * at.oneMinusFx;
-  const float w01 = (1.0F - row.ry) * at.fx;
-  const float w10 = at.oneMinusFx * row.ry;
-  const float w11 = row.ry * at.fx;
-  const SvfCoeffs c00 = kCorners[base];
-  const SvfCoeffs c01 = kCorners[base + 1];
-  const SvfCoeffs c10 = kCorners[base + kSvfColumns];
-  const SvfCoeffs c11 = kCorners[base + kSvfColumns + 1];
-  return SvfCoeffs{c00.f * w00 + c01.f * w01 + c10.f * w10 + c11.f * w11,
-                   c00.q * w00 + c01.q * w01 + c10.q * w10 + c11.q * w11};
+  // two corners of a row side by side
+  const float above = 1.0F - row.ry;
+  const Float4 upper = corners(base) * halves(above * at.oneMinusFx, above * at.fx);
+  const Float4 lower = corners(base + kSvfColumns) * halves(at.oneMinusFx * row.ry, row.ry * at.fx);
+  const Float4 sum = upper + highTwice(upper) + lower + highTwice(lower);
+  return SvfCoeffs{sum[0], sum[1]};
+}
+
+SvfCoeffs KeptLookup::at(float hz, float columnScale, float resonanceCurve) ZUM_REALTIME {
+  if (hz != lastHz || columnScale != lastScale || resonanceCurve != lastResonance) {
+    lastHz = hz;
+    lastScale = columnScale;
+    lastResonance = resonanceCurve;
+    kept = lookupCoefficients(columnOf(hz, columnScale), rowOf(resonanceCurve));
+  }
+  return kept;
 }
 
 }  // namespace zum

@@ -28,8 +28,18 @@ ColumnPosition columnOf(float hz, float columnScale) ZUM_REALTIME;
 RowPosition rowOf(float resonanceCurve) ZUM_REALTIME;
 
 SvfCoeffs lookupCoefficients(const ColumnPosition& at, const RowPosition& row) ZUM_REALTIME;
-inline SvfCoeffs lookupCoefficients(const ColumnPosition& at, float resonanceCurve) ZUM_REALTIME {
-  return lookupCoefficients(at, rowOf(resonanceCurve));
-}
+
+/// A lookup that is made when its inputs move: most passes move nothing, and a processor starts on
+/// the frames behind a pass without waiting for it.
+class KeptLookup {
+ public:
+  SvfCoeffs at(float hz, float columnScale, float resonanceCurve) ZUM_REALTIME;
+
+ private:
+  float lastHz = -1.0F;
+  float lastScale = 0.0F;
+  float lastResonance = 0.0F;
+  SvfCoeffs kept;
+};
 
 }  // namespace zum

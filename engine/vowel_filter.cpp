@@ -38,11 +38,13 @@ void VowelFilter::controlPass(int type, const VowelFormants& a, const VowelForma
   const float firstHz = morphed(a.formantOneHz, b.formantOneHz, p);
   const float secondHz = morphed(a.formantTwoHz, b.formantTwoHz, p);
 
-  const RowPosition row = rowOf(vowelFeedback * kSharpest);
-  const auto at = [&](float hz) { return lookupCoefficients(columnOf(hz, columnScale), row); };
+  const float resonance = vowelFeedback * kSharpest;
+  const auto at = [&](std::size_t stage, float hz) {
+    return lookups[stage].at(hz, columnScale, resonance);
+  };
   const auto setStages = [&](auto& stages) {
-    const SvfCoeffs first = at(firstHz);
-    const SvfCoeffs second = at(secondHz);
+    const SvfCoeffs first = at(0, firstHz);
+    const SvfCoeffs second = at(1, secondHz);
     for (SvfLanes& stage : stages) stage.set(first, second);
   };
   const auto setDampedPair = [&](auto& stages) {
@@ -50,7 +52,7 @@ void VowelFilter::controlPass(int type, const VowelFormants& a, const VowelForma
     stages[0].q = splat(kFirstOfPairDamping);
   };
   const auto setHeld = [&](auto& held) {
-    held.coeffs.stage.set(at(firstHz), at(secondHz));
+    held.coeffs.stage.set(at(0, firstHz), at(1, secondHz));
     const float nyquist = clock.sampleRate * 0.5F;
     held.coeffs.holdIncrement = halves(firstHz / nyquist, secondHz / nyquist);
   };
@@ -68,8 +70,8 @@ void VowelFilter::controlPass(int type, const VowelFormants& a, const VowelForma
                 clock.ticksPerMs);
       return;
     case 7:
-      shelves.coeffs.first.set(at(firstHz * 1.2F), at(firstHz * 0.8F));
-      shelves.coeffs.second.set(at(secondHz * 2.0F), at(secondHz * 0.5F));
+      shelves.coeffs.first.set(at(0, firstHz * 1.2F), at(1, firstHz * 0.8F));
+      shelves.coeffs.second.set(at(2, secondHz * 2.0F), at(3, secondHz * 0.5F));
       return;
     case 8: return setHeld(heldBandPass);
     case 9: return setHeld(heldLowPass);

@@ -10,15 +10,15 @@
 
 namespace zum {
 
+/// Gain of the whole bank.
+inline constexpr float kVowelLevel = 0.699999988079071F;
+
 /// Any structure with the first formant in lanes 0 and 1, the second in 2 and 3; gives their sum.
 template <class Structure>
 struct FormantPair : Structure {
-  using State = typename Structure::State;
-  using Coeffs = typename Structure::Coeffs;
-
-  Float4 next(State& state, const Coeffs& c, Float4 in) ZUM_REALTIME {
-    const Float4 both = Structure::next(state, c, in);
-    return both + highTwice(both);
+  static void first(auto&) = delete;  // no lane is free
+  static Float4 join(Float4 first, Float4 second) ZUM_REALTIME {
+    return (joinLow(first, second) + joinHigh(first, second)) * splat(kVowelLevel);
   }
 };
 
@@ -43,13 +43,14 @@ struct FormantShelves : Stateful<FormantShelvesState> {
     const SvfOutputs second = state.second.next(in, c.second);
     return (highTwice(second.low) + highTwice(first.low)) + second.high + first.high;
   }
+  static Float4 join(Float4 first, Float4 second) ZUM_REALTIME {
+    return joinLow(first, second) * splat(kVowelLevel);
+  }
 };
 
 class VowelFilter {
  public:
   static constexpr int kTypes = 10;
-  /// Gain of the whole bank.
-  static constexpr float kLevel = 0.699999988079071F;
 
   void recompute(const KvSystemInfo& clock, bool keepBuffers) ZUM_REALTIME;
   /// All types forget what they have heard.
@@ -72,6 +73,7 @@ class VowelFilter {
   FormantPair<HeldStage<Tap::low, true>> heldLowPass;
 
  private:
+  std::array<KeptLookup, 4> lookups;
   float columnScale = 0.0F;  // tenths of the Nyquist frequency per Hz
   TickRamp morphRamp;
 };
