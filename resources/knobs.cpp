@@ -5,6 +5,7 @@
 #include <cstddef>
 
 #include "core/value_names.hpp"
+#include "resources/kept_drawing.hpp"
 #include "resources/lettering.hpp"
 #include "resources/picture_rows.hpp"
 #include "resources/row_of.hpp"
@@ -40,14 +41,10 @@ constexpr double kLastFrame = 127.0;
 constexpr double kTurn = 2.0 * 3.14159265358979323846;
 
 // Two bright sectors, as turned metal shows them; they stay where they are while the knob turns.
-void sheen(cairo_t* cr, double x, double y, double radius) {
+void sheen(cairo_t* cr, const Circle& edge) {
+  const auto& [x, y, radius] = edge;
   constexpr int kSectors = 180;
-  constexpr double kReach = 1.0;  // beyond the edge, which the disc cuts
-  cairo_save(cr);
-  cairo_rectangle(cr, x - radius - kReach, y - radius - kReach, 2.0 * (radius + kReach),
-                  2.0 * (radius + kReach));
-  cairo_clip(cr);
-  cairo_push_group(cr);
+  constexpr double kReach = 1.0;  // beyond the edge
   cairo_set_antialias(cr, CAIRO_ANTIALIAS_NONE);
   for (int i = 0; i < kSectors / 2; ++i) {
     const double angle = kTurn * i / kSectors;
@@ -61,10 +58,16 @@ void sheen(cairo_t* cr, double x, double y, double radius) {
     setColor(cr, kHighlight.withAlpha(0.15 * light));
     cairo_fill(cr);
   }
-  cairo_pop_group_to_source(cr);
-  cairo_arc(cr, x, y, radius, 0.0, kTurn);
-  cairo_fill(cr);
-  cairo_restore(cr);
+}
+
+void body(cairo_t* cr, const Circle& edge) {
+  setBall(cr, edge.x, edge.y, edge.radius, rgb(92, 86, 83), rgb(24, 21, 21));
+  cairo_paint(cr);
+}
+
+void cap(cairo_t* cr, const Circle& edge) {
+  setBall(cr, edge.x, edge.y, edge.radius, rgb(98, 91, 88), rgb(40, 36, 35));
+  cairo_paint(cr);
 }
 
 // The grip on the edge turns with the knob.
@@ -90,11 +93,11 @@ void knob(cairo_t* cr, double x, double y, double radius, double position) {
   const double angle = knobAngle(position);
   const double top = radius * (radius > 12.0 ? 0.78 : 0.82);
   disc(cr, x, y, radius + 0.6, rgb(8, 6, 6));
-  ball(cr, x, y, radius, rgb(92, 86, 83), rgb(24, 21, 21));
+  fillKept(cr, {x, y, radius}, body);
   if (radius > 12.0) grip(cr, x, y, radius, radius * 0.17, angle);
   disc(cr, x, y + 0.6, top + 0.8, rgb(9, 8, 8));
-  ball(cr, x, y, top, rgb(98, 91, 88), rgb(40, 36, 35));
-  sheen(cr, x, y, top);
+  fillKept(cr, {x, y, top}, cap);
+  fillKept(cr, {x, y, top}, sheen);
   cairo_save(cr);
   cairo_rectangle(cr, x - radius, y - radius, 2.0 * radius, radius * 0.9);
   cairo_clip(cr);

@@ -156,8 +156,13 @@ void disc(cairo_t* cr, double x, double y, double radius, const Color& color) {
   cairo_fill(cr);
 }
 
-void ball(cairo_t* cr, double x, double y, double radius, const Color& bright, const Color& edge) {
+void setBall(cairo_t* cr, double x, double y, double radius, const Color& bright,
+             const Color& edge) {
   setRadial(cr, x, y, radius * 1.05, x - radius * 0.35, y - radius * 0.45, bright, edge);
+}
+
+void ball(cairo_t* cr, double x, double y, double radius, const Color& bright, const Color& edge) {
+  setBall(cr, x, y, radius, bright, edge);
   cairo_arc(cr, x, y, radius, 0.0, 2.0 * kPi);
   cairo_fill(cr);
 }

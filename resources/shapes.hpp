@@ -43,6 +43,9 @@ void curveThrough(cairo_t* cr, std::span<const Point> corners, double width, con
 void disc(cairo_t* cr, double x, double y, double radius, const Color& color);
 /// Shaded from a bright spot up left of the middle to the edge.
 void ball(cairo_t* cr, double x, double y, double radius, const Color& bright, const Color& edge);
+/// The same shades as a source, to fill another shape with.
+void setBall(cairo_t* cr, double x, double y, double radius, const Color& bright,
+             const Color& edge);
 void circle(cairo_t* cr, double x, double y, double radius, double width, const Color& color);
 /// Fades from the middle to nothing at the radius.
 void glow(cairo_t* cr, double x, double y, double radius, const Color& color);
