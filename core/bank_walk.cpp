@@ -57,8 +57,7 @@ void BankWalk::scanBehind(const std::string& file) {
 
 void BankWalk::read(const Scan& make) {
   try {
-    setBank(make([this](const KvChunk& preset) {
-      PresetNeeds needs;
+    setBank(make([this](const KvChunk& preset, PresetNeeds& needs) {
       return desk.check(preset, 0, needs);
     }));
   } catch (const std::bad_alloc&) {
@@ -74,13 +73,7 @@ void BankWalk::setBank(const SharedBank::Held& newBank) {
   }
   fullRoot = left.empty() ? std::string() : newBank->root();
   const StateGate::Turn turn(gate);
-  // The audio thread plays any of these without asking for memory.
-  for (int folder = 0; folder < newBank->folderCount(); ++folder) {
-    for (int i = 0; i < newBank->presetCount(folder); ++i) {
-      PresetNeeds needs;
-      if (!desk.check(*newBank->get(folder, i), needs)) desk.makeRoom(needs);
-    }
-  }
+  desk.makeRoom(newBank->needs());  // the audio thread plays any of these without asking for memory
   bank.set(newBank);
   isUnread.store(false);
   BankShelf::put(newBank);

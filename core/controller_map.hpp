@@ -11,6 +11,7 @@
 #include "state/binding.hpp"
 #include "state/growing_array.hpp"
 #include "state/preset_format.hpp"
+#include "state/preset_needs.hpp"
 
 namespace zum {
 
@@ -84,8 +85,7 @@ class ControllerMap {
   /// Those of a list beside a program's own: one of each button that outlasts it, and one to learn.
   static constexpr std::uint32_t kBeside = 3;
 
-  /// Bindings by controller, those of pressure behind them.
-  using Counts = std::array<std::uint32_t, preset::kControllers + 1>;
+  using Counts = decltype(PresetNeeds::bindings);
 
   /// [main] Room for so many in each list, and for those beside them. False when the memory does
   /// not suffice.

@@ -21,9 +21,9 @@ std::uint64_t packed(std::uint64_t number, const EngineEvent& event, std::size_t
 
 EngineEvent unpacked(std::uint64_t word, std::int32_t time) ZUM_REALTIME {
   return {.time = time,
-          .code = EngineEvent::kNoteOn + static_cast<std::int32_t>(word >> 14U & 7U),
-          .data1 = static_cast<std::int32_t>(word >> 7U & 127U),
-          .data2 = static_cast<std::int32_t>(word & 127U)};
+          .code = static_cast<EngineEvent::Code>(EngineEvent::kNoteOn + (word >> 14U & 7U)),
+          .data1 = static_cast<std::uint8_t>(word >> 7U & 127U),
+          .data2 = static_cast<std::uint8_t>(word & 127U)};
 }
 
 }  // namespace

@@ -54,8 +54,8 @@ void MidiIn::receive(const VstEvents& sent) ZUM_REALTIME {
 }
 
 void MidiIn::receive(std::int32_t frame, const std::uint8_t* bytes) ZUM_REALTIME {
-  const int data1 = bytes[1] & 0x7F;
-  const int data2 = bytes[2] & 0x7F;
+  const auto data1 = static_cast<std::uint8_t>(bytes[1] & 0x7F);
+  const auto data2 = static_cast<std::uint8_t>(bytes[2] & 0x7F);
   const EngineEvent::Code code = codeOf(bytes[0], data1, data2);
   if (!isIgnored(code)) inbox.push({.time = frame, .code = code, .data1 = data1, .data2 = data2});
 }
@@ -64,7 +64,7 @@ void MidiIn::receive(std::int32_t frame, const std::uint8_t* bytes) ZUM_REALTIME
 
 void MidiIn::takeDue(std::int32_t frames, MidiPrograms& programs) ZUM_REALTIME {
   events.age(frames);
-  for (EngineEvent event; events.next(event);) handle(event, programs);
+  for (EngineEvent event{}; events.next(event);) handle(event, programs);
 }
 
 void MidiIn::handle(const EngineEvent& event, MidiPrograms& programs) ZUM_REALTIME {

@@ -1,17 +1,11 @@
 // [any] Reads a whole preset and changes nothing: where it does not fit, and what room it asks for.
 #pragma once
 
-#include "core/controller_map.hpp"
 #include "core/parameter_store.hpp"
 #include "state/preset_format.hpp"
+#include "state/preset_needs.hpp"
 
 namespace zum {
-
-/// Room that a state asks for.
-struct PresetNeeds {
-  ControllerMap::Counts bindings{};
-  std::size_t objectWords = 0;
-};
 
 class PresetCheck final : public PresetVisitor {
  public:

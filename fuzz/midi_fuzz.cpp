@@ -53,10 +53,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       case 0: effect.client().beginLearn(anyTag()); break;
       case 1: effect.client().clearBindings(anyTag()); break;
       case 2: {
-        EngineEvent event;  // as an adaptor may put one into the queue
-        event.code = static_cast<std::int32_t>(bytes.below(16)) + 195;
-        event.data1 = bytes.take<std::int32_t>();
-        event.data2 = static_cast<std::int32_t>(bytes.below(128));
+        EngineEvent event{};  // as an adaptor may put one into the queue
+        event.code = static_cast<EngineEvent::Code>(bytes.below(16) + 195);
+        event.data1 = bytes.take<std::uint8_t>();
+        event.data2 = static_cast<std::uint8_t>(bytes.below(128));
         effect.client().handleEvent(event);
         break;
       }

@@ -54,6 +54,15 @@ FileStamp stampOf(const struct stat& status) {
           timeOf(status.st_ctim)};
 }
 
+/// Nothing where there is no file of that kind.
+std::optional<FileStamp> stampOfKind(const std::string& path, mode_t kind) {
+  struct stat status {};
+  if (::stat(toSystemPath(path).c_str(), &status) != 0 || (status.st_mode & S_IFMT) != kind) {
+    return std::nullopt;
+  }
+  return stampOf(status);
+}
+
 bool writeAll(int file, const void* bytes, std::size_t count) {
   const auto* from = static_cast<const char*>(bytes);
   while (count > 0) {
@@ -173,13 +182,8 @@ std::optional<FolderId> folderId(const std::string& path) {
   return FolderId{status.st_dev, status.st_ino};
 }
 
-std::optional<FileStamp> fileStamp(const std::string& path) {
-  struct stat status {};
-  if (::stat(toSystemPath(path).c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
-    return std::nullopt;
-  }
-  return stampOf(status);
-}
+std::optional<FileStamp> fileStamp(const std::string& path) { return stampOfKind(path, S_IFREG); }
+std::optional<FileStamp> folderStamp(const std::string& path) { return stampOfKind(path, S_IFDIR); }
 
 bool isSettled(const FileStamp& stamp) {
   constexpr std::time_t kCoarsestClock = 2;  // seconds, of a file system

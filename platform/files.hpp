@@ -45,6 +45,8 @@ struct FileStamp {
   bool operator==(const FileStamp&) const = default;
 };
 std::optional<FileStamp> fileStamp(const std::string& path);
+/// The same of a folder: another one where a name came or went since.
+std::optional<FileStamp> folderStamp(const std::string& path);
 /// False for a file that was written so short a time ago that the next write may leave its stamp.
 bool isSettled(const FileStamp& stamp);
 

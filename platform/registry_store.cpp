@@ -111,6 +111,17 @@ fs::path RegistryStore::file() {
   return folder.empty() ? folder : folder / "Zelvane" / "registry.db";
 }
 
+std::optional<FileStamp> RegistryStore::stamp() {
+  const std::string path = toInternalPath(file().string());
+  const auto now = fileStamp(path);
+  if (!now || !isSettled(*now)) return std::nullopt;
+  // In these lies what is not in the file yet, or is to be taken back.
+  for (const char* part : {"-journal", "-wal"}) {
+    if (fileStamp(path + part)) return std::nullopt;
+  }
+  return now;
+}
+
 bool RegistryStore::isLate() const {
   if (Clock::now() < deadline) return false;
   if (oneWait != nullptr) oneWait->inVain = true;

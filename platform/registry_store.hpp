@@ -18,6 +18,8 @@
 #include <variant>
 #include <vector>
 
+#include "platform/files.hpp"
+
 struct sqlite3;
 struct sqlite3_stmt;
 
@@ -100,6 +102,9 @@ class RegistryStore {
   const std::string& problem() const { return trouble; }
   /// The file, in the system's form; empty for a user without a home.
   static std::filesystem::path file();
+  /// As long as it is the same, so are all values. Nothing while that is not sure: without a file,
+  /// while one is written, and for moments after.
+  static std::optional<FileStamp> stamp();
 
  private:
   struct Close {

@@ -1,6 +1,7 @@
 #include "state/program_bank.hpp"
 
 #include <algorithm>
+#include <span>
 #include <vector>
 
 #include "state/path_text.hpp"
@@ -42,6 +43,7 @@ void KvProgramBank::scanBehind(const KvProgramBank& older, const std::string& fi
 void KvProgramBank::fill(const Check& check, const KvProgramBank* older, const Holds& holds) {
   folders.clear();
   leftOut.clear();
+  allNeeds = {};
   midiFolder = -1;
   if (!isAbsolutePath(rootPath)) return;
   std::size_t room = kMostBytes;
@@ -57,19 +59,25 @@ void KvProgramBank::fill(const Check& check, const KvProgramBank* older, const H
       folder = read(entry.name, room, check);
     }
     room -= folder->bytes;
+    allNeeds.include(folder->needs);
     folders.push_back(std::move(folder));
   }
 }
 
 bool KvProgramBank::isAsRead(const Folder& folder) const {
+  if (!folder.isSettled) return false;
   const std::string path = rootPath + folder.name + '\\';
-  const std::vector<std::string> there = filesWithExtension(path, extension);
-  if (!folder.isSettled || there.size() != folder.filesThere) return false;
-  return std::equal(folder.files.begin(), folder.files.end(), there.begin(),
-                    [&](const ReadFile& read, const std::string& name) {
-                      return read.name == name &&
-                             read.stamp == fileStamp(path + name).value_or(FileStamp{});
-                    });
+  if (folder.stamp == FileStamp{} || folderStamp(path) != folder.stamp) {
+    const std::vector<std::string> there = filesWithExtension(path, extension);
+    if (there.size() != folder.filesThere ||
+        !std::ranges::equal(folder.files, std::span(there).first(folder.files.size()), {},
+                            &ReadFile::name)) {
+      return false;
+    }
+  }
+  return std::ranges::all_of(folder.files, [&](const ReadFile& read) {
+    return read.stamp == fileStamp(path + read.name).value_or(FileStamp{});
+  });
 }
 
 std::shared_ptr<const KvProgramBank::Folder> KvProgramBank::read(const std::string& name,
@@ -79,6 +87,8 @@ std::shared_ptr<const KvProgramBank::Folder> KvProgramBank::read(const std::stri
   folder->name = name;
   if (!leftOut.empty()) return folder;
   const std::string path = rootPath + name + '\\';
+  const FileStamp ahead = folderStamp(path).value_or(FileStamp{});
+  if (isSettled(ahead)) folder->stamp = ahead;
   const std::vector<std::string> there = filesWithExtension(path, extension);
   folder->filesThere = there.size();
   for (const std::string& file : there) {
@@ -101,8 +111,13 @@ std::shared_ptr<const KvProgramBank::Folder> KvProgramBank::read(const std::stri
       return folder;
     }
     folder->bytes += bytes;
-    preset.fault = check(preset.chunk);
-    if (preset.fault) preset.chunk.adopt(nullptr, 0);
+    PresetNeeds needs;
+    preset.fault = check(preset.chunk, needs);
+    if (preset.fault) {
+      preset.chunk.adopt(nullptr, 0);
+    } else {
+      folder->needs.include(needs);
+    }
   }
   folder->isWhole = true;
   return folder;

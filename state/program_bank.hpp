@@ -17,6 +17,7 @@
 #include "platform/files.hpp"
 #include "state/chunk.hpp"
 #include "state/preset_format.hpp"
+#include "state/preset_needs.hpp"
 
 namespace zum {
 
@@ -35,7 +36,8 @@ class KvProgramBank {
   static constexpr const char* kMidiFolder = "Midi Programs";
   static constexpr const char* kNoPreset = "empty";
 
-  using Check = std::function<PresetFault(const KvChunk&)>;
+  /// Why a preset is refused, and what room it asks for.
+  using Check = std::function<PresetFault(const KvChunk&, PresetNeeds&)>;
 
   explicit KvProgramBank(std::string fileExtension) : extension(std::move(fileExtension)) {}
 
@@ -61,6 +63,8 @@ class KvProgramBank {
   /// Folder and name of the first preset that there was no room for; it and all behind it are not
   /// in the bank.
   const std::string& firstLeftOut() const { return leftOut; }
+  /// Room for any one of all presets that are not refused.
+  const PresetNeeds& needs() const { return allNeeds; }
   const std::string& root() const { return rootPath; }
   /// Every folder is shared, and none is more.
   bool isTheSameAs(const KvProgramBank& other) const {
@@ -77,6 +81,8 @@ class KvProgramBank {
     std::deque<BankPreset> presets;  // chunks do not move
     std::vector<ReadFile> files;     // as they were read
     std::size_t filesThere = 0;      // of which those behind the last preset are not read
+    FileStamp stamp{};               // of the folder, ahead of its listing; zeros for none
+    PresetNeeds needs;               // of all its presets
     std::size_t bytes = 0;           // size of its presets as files
     bool isWhole = false;            // nothing was left out
     bool isSettled = true;           // all stamps are
@@ -85,7 +91,7 @@ class KvProgramBank {
   using Holds = std::function<bool(const Folder&)>;
   const Folder* at(int folder) const ZUM_REALTIME;
   void fill(const Check& check, const KvProgramBank* older, const Holds& holds);
-  /// No file came, went or changed since.
+  /// No file came, went or changed since. Only a folder whose own stamp says nothing is listed.
   bool isAsRead(const Folder& folder) const;
   /// Reads as many presets of a folder as fit into `room` bytes.
   std::shared_ptr<const Folder> read(const std::string& name, std::size_t room, const Check& check);
@@ -95,6 +101,7 @@ class KvProgramBank {
   std::deque<std::shared_ptr<const Folder>> folders;
   int midiFolder = -1;
   std::string leftOut;
+  PresetNeeds allNeeds;
 };
 
 }  // namespace zum

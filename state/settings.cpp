@@ -1,5 +1,7 @@
 #include "state/settings.hpp"
 
+#include <mutex>
+
 #include "platform/content_folder.hpp"
 #include "state/library_record.hpp"
 #include "state/path_text.hpp"
@@ -100,6 +102,26 @@ StartSettings startSettings(KvRegistryKey& key) {
   return start;
 }
 
+/// [any] What the last start found, for the next one.
+class LastStart {
+ public:
+  std::optional<StartSettings> find(const std::optional<FileStamp>& store) {
+    const std::lock_guard lock(access);
+    return store && store == stamp ? std::optional(settings) : std::nullopt;
+  }
+  void keep(const std::optional<FileStamp>& store, const StartSettings& found) {
+    const std::lock_guard lock(access);
+    stamp.reset();
+    settings = found;
+    stamp = store;
+  }
+
+ private:
+  std::mutex access;
+  std::optional<FileStamp> stamp;  // of the store that they were read from
+  StartSettings settings{};
+};
+
 }  // namespace
 
 std::optional<std::string> readSettingString(const char* valueName) {
@@ -122,12 +144,19 @@ bool writeSettingInt(const char* valueName, std::int32_t value) {
 }
 
 StartSettings initSettings() {
+  static LastStart last;
+  const auto stamp = RegistryStore::stamp();
+  if (const auto kept = last.find(stamp)) return *kept;
   const RegistryStore::OneWait oneWait;
   const std::string product = libraryRecord().product;
   KvRegistryKey key(product);
   {
     const RegistryStore::Look look = key.look();
-    if (isComplete(key)) return startSettings(key);
+    if (isComplete(key)) {
+      const StartSettings found = startSettings(key);
+      if (has(key, kContentPath)) last.keep(stamp, found);  // else content may come
+      return found;
+    }
   }
   fillIn(key, product);
   const RegistryStore::Look look = key.look();

@@ -58,7 +58,8 @@ struct StartSettings {
   std::string presetRoot;  // as it is written; empty for none
 };
 /// [main] Fills in what a fresh installation lacks, and the folders of content that came later. In
-/// any other case the store is opened once and looked at once.
+/// any other case the store is opened once and looked at once, or not at all where nothing was
+/// written since the last start.
 StartSettings initSettings();
 
 }  // namespace zum

@@ -393,10 +393,10 @@ TEST_F(BankTest, AControllerThatLearnedTheArrowStepsFromItsNextPressOn) {
   KvUniClient& client = host.client();
   ASSERT_TRUE(client.programs() && client.beginLearn(tag::nextProgram));
   const std::int32_t before = client.currentProgram();
-  client.handleEvent({.code = EngineEvent::kAftertouch, .data1 = 127});
+  client.handleEvent({0, EngineEvent::kAftertouch, 127, 0});
   EXPECT_EQ(client.learning(), tag::nextProgram);
   const auto turn = [&client](std::uint8_t value) {
-    client.handleEvent({.code = EngineEvent::kController, .data1 = 20, .data2 = value});
+    client.handleEvent({0, EngineEvent::kController, 20, value});
     return client.currentProgram();
   };
   EXPECT_EQ(turn(127), before);
@@ -419,14 +419,14 @@ TEST_F(BankTest, AnArrowStepsToProgramsThatNeedMoreRoom) {
   TestHost host;
   KvUniClient& client = host.client();
   const auto turn = [&client] {
-    for (const int value : {0, 127}) {
-      client.handleEvent({.code = EngineEvent::kController, .data1 = 20, .data2 = value});
+    for (const std::uint8_t value : {std::uint8_t{0}, std::uint8_t{127}}) {
+      client.handleEvent({0, EngineEvent::kController, 20, value});
     }
   };
   for (int times = 0; times < 2; ++times) {
     for (const int arrow : {tag::previousProgram, tag::nextProgram}) {
       ASSERT_TRUE(client.beginLearn(arrow));
-      client.handleEvent({.code = EngineEvent::kController, .data1 = 20, .data2 = 127});
+      client.handleEvent({0, EngineEvent::kController, 20, 127});
     }
   }
   turn();

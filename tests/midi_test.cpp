@@ -15,14 +15,15 @@ using Bindings = std::vector<Binding>;
 constexpr std::int32_t kPass = 16;  // frames
 
 EngineEvent controller(std::int32_t time, std::int32_t number, std::int32_t value = 0) {
-  return {.time = time, .code = EngineEvent::kController, .data1 = number, .data2 = value};
+  return {time, EngineEvent::kController, static_cast<std::uint8_t>(number),
+          static_cast<std::uint8_t>(value)};
 }
 
 /// What leaves the queue in passes of so many frames: when, and its first number.
 std::vector<std::pair<int, int>> takenFrom(EventQueue& queue, std::int32_t frames) {
   std::vector<std::pair<int, int>> taken;
   for (std::int32_t now = 0; queue.size() > 0; now += frames) {
-    for (EngineEvent event; queue.next(event);) taken.emplace_back(now, event.data1);
+    for (EngineEvent event{}; queue.next(event);) taken.emplace_back(now, event.data1);
     queue.age(frames);
   }
   return taken;
@@ -55,7 +56,7 @@ TEST(EventQueue, TimesRunFromEventToEventAndAnInsertionShiftsAllThatFollow) {
 TEST(EventQueue, FullItKeepsTheLastOfAKindAndTheEndsOfNotes) {
   EventQueue queue;
   const auto insert = [&queue](std::int32_t time, EngineEvent::Code code, std::int32_t data1) {
-    queue.insert({.time = time, .code = code, .data1 = data1, .data2 = time});
+    queue.insert({time, code, static_cast<std::uint8_t>(data1), static_cast<std::uint8_t>(time)});
   };
   for (int i = 0; i < 3; ++i) insert(0, EngineEvent::kNoteOff, 60);
   insert(0, EngineEvent::kNoteOn, 61);
@@ -74,11 +75,11 @@ TEST(EventInbox, WhatOverflowsGoesPastNothingThatIsDueLater) {
   for (std::size_t i = 1; i < EventInbox::kRoom; ++i) inbox.push(controller(0, 8));
   inbox.push(controller(3, 7, 127));
   inbox.takeInto(queue);
-  EngineEvent event;
+  EngineEvent event{};
   for (; queue.size() > 0; queue.age(500)) {
     while (queue.next(event)) continue;
   }
-  EXPECT_EQ(std::pair(event.data1, event.data2), std::pair(7, 127));
+  EXPECT_EQ(std::pair(int{event.data1}, int{event.data2}), std::pair(7, 127));
 }
 
 TEST_F(MidiTest, AControllerMovesInTheControlPassThatItIsDueIn) {

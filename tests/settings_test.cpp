@@ -256,5 +256,18 @@ TEST_F(SettingsTest, LaterStartsReadTheSwitchesAndMendThePresetFolderAlone) {
   EXPECT_FALSE(readSettingString(kAudioFilePath));
 }
 
+TEST_F(SettingsTest, AStartSeesWhatOthersWroteSinceTheLastOne) {
+  fs::create_directories(folder / "data/zum/Presets");
+  const auto longAgo = fs::file_time_type::clock::now() - std::chrono::hours(1);
+  for (const std::int32_t value : {1, 0, 1}) {
+    start();
+    fs::last_write_time(store, longAgo);
+    start();  // which the next one relies on
+    EXPECT_TRUE(inProcesses(1, [=](int) { return writeSettingInt(kIsolateMapRecall, value); }));
+    fs::last_write_time(store, longAgo);
+    EXPECT_EQ(start(), (Switches{1, value}));
+  }
+}
+
 }  // namespace
 }  // namespace zum::test

@@ -156,13 +156,14 @@ TEST(Threads, EventsKeepTheirOrderThroughAFullInbox) {
   for (int round = 0; round < kRounds && !testing::Test::HasFailure(); ++round) {
     std::thread host([&inbox] {
       for (std::int32_t i = 0; i < kEvents; ++i) {
-        inbox.push({.code = EngineEvent::kController, .data1 = i / 128, .data2 = i % 128});
+        inbox.push({0, EngineEvent::kController, static_cast<std::uint8_t>(i / 128),
+                    static_cast<std::uint8_t>(i % 128)});
       }
     });
     std::int32_t last = -1;
     Session::await([&] {
       inbox.takeInto(queue);
-      for (EngineEvent event; queue.next(event);) {
+      for (EngineEvent event{}; queue.next(event);) {
         const std::int32_t number = event.data1 * 128 + event.data2;
         EXPECT_GT(number, last);
         last = number;
