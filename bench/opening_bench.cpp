@@ -45,7 +45,7 @@ double residentSize() {
   const bool isRead = file >= 0 && read(file, text.data(), text.size() - 1) > 0;
   close(file);
   char* resident = nullptr;
-  std::strtol(text.data(), &resident, 10);
+  (void)std::strtol(text.data(), &resident, 10);
   const double pages = isRead ? std::strtod(resident, nullptr) : 0.0;
   return pages * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1024.0;
 }

@@ -12,7 +12,7 @@ namespace zum {
 /// until it is filled in.
 struct EngineEvent {
   enum Code : std::int16_t {
-    kCancelled = -1,
+    kCancelled = 0,
     kNoteOn = 200,
     kNoteOff = 201,
     kAllNotesOff = 202,
