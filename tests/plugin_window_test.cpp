@@ -101,7 +101,7 @@ TEST_F(PluginWindow, AHandReachesItsControlsAndTheHostHearsOfIt) {
   }
   place.keys();
   robot.type(XK_x), robot.type(XK_F2), effect.settle();
-  EXPECT_EQ(place.keys(), (std::vector<KeySym>{XK_x, XK_x, XK_F2}));  // the release alone
+  EXPECT_EQ(place.keys(), (std::vector<KeySym>{XK_x, XK_x}));  // the other one is used here
   effect.dispatch(effEditClose);
   EXPECT_EQ(robot.focus(), other.window);
 }
