@@ -183,6 +183,7 @@ class BareEngine : ControlPassOwner {
     if (modulated) host.modulateAll();
     engine.recompute(clock, false);
     engine.controls = host.client().controls();
+    engine.controls.version.bump();
   }
   void play() {
     constexpr std::size_t kBlock = 64;

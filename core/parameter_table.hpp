@@ -14,19 +14,19 @@ namespace zum {
 
 /// What a value becomes when it is set.
 enum class Rule : std::uint8_t {
-  plain,            // raw as it is
-  gain,             // plain, with a level of 2 raw in dB beside it
-  threshold,        // plain, with raw squared and its dB beside it
-  percent,          // plain, with 100 raw beside it
-  amount,           // bipolar: 2 raw - 1
-  step,             // position = trunc(min(positions - 1, positions * raw + 0.001))
-  stepExact,        // the same without the 0.001
-  selector,         // step that shows and hides groups of the window
-  vowel,            // picks two formants
-  button,           // on from 0.5 up
-  resetButton,      // button that centres a list of amounts when it moves
-  area,             // plain, carried by an object of its own
-  table,            // an object alone, nothing to set
+  plain,        // raw as it is
+  gain,         // plain, with a level of 2 raw in dB beside it
+  threshold,    // plain, with raw squared and its dB beside it
+  percent,      // plain, with 100 raw beside it
+  amount,       // bipolar: 2 raw - 1
+  step,         // position = trunc(min(positions - 1, positions * raw + 0.001))
+  stepExact,    // the same without the 0.001
+  selector,     // step that shows and hides groups of the window
+  vowel,        // picks two formants
+  button,       // on from 0.5 up
+  resetButton,  // button that centres a list of amounts when it moves
+  area,         // plain, carried by an object of its own
+  table,        // an object alone, nothing to set
 };
 
 /// How a player reads a value: core/parameter_text.hpp.

@@ -41,6 +41,7 @@ class ControlsVersion {
   std::uint32_t count = 1;
 };
 
+/// Whoever sets a value bumps the version behind it.
 struct EngineControls {
   ControlsVersion version;
 

@@ -27,7 +27,7 @@ class ControlPassOwner : public StepSource {
  public:
   /// Called first in every pass: takes due events and the tempo of the host.
   virtual void beginControlPass() ZUM_REALTIME = 0;
-  /// Called last in a pass in which the modulation page of the editor moved to `position`.
+  /// Called behind the sums of a pass in which the editor's modulation page moved to `position`.
   virtual void modPageMoved(float position) ZUM_REALTIME = 0;
 
  protected:

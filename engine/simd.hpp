@@ -86,7 +86,9 @@ inline Float4 loadPairTwice(const float* p) {
 template <int count>
 Float4 loadLow(const float* p) {
   if constexpr (count == 1) return _mm_load_ss(p);
-  return _mm_castpd_ps(_mm_load_sd(reinterpret_cast<const double*>(p)));
+  double both = 0.0;
+  std::memcpy(&both, p, sizeof both);
+  return _mm_castpd_ps(_mm_set_sd(both));
 }
 inline void storeLowPair(float* p, Float4 x) { _mm_storel_pi(reinterpret_cast<__m64*>(p), x); }
 inline void storeHighPair(float* p, Float4 x) { _mm_storeh_pi(reinterpret_cast<__m64*>(p), x); }

@@ -43,7 +43,8 @@ TEST(SvfStage, HasTheResponseOfItsRecursion) {
   constexpr double kRate = 96000.0;
   for (const auto& [cutoff, resonance] : {std::pair{0.45F, 0.3F}, {0.75F, 0.8F}, {0.9F, 0.05F}}) {
     const auto x = static_cast<float>(hertzOf(static_cast<double>(cutoff)) * 20.0 / kRate);
-    const SvfCoeffs c = lookupCoefficients(columnOf(x, 1.0F), rowOf(0.94F * std::pow(resonance, 0.84F)));
+    const SvfCoeffs c =
+        lookupCoefficients(columnOf(x, 1.0F), rowOf(0.94F * std::pow(resonance, 0.84F)));
     const auto f = static_cast<double>(c.f);
     const auto q = static_cast<double>(c.q);
     for (const int type : {0, 2, 4}) {

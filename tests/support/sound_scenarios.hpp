@@ -1,5 +1,5 @@
 // What may come to an effect, played and hashed: sound at all rates and levels, in blocks of all
-// sizes, while parameters, types, tempo and buffers change. Each run is the same on every machine.
+// sizes, while parameters, types, tempo and buffers change. Each run is the same everywhere.
 #pragma once
 
 #include <array>
