@@ -129,7 +129,7 @@ void Engine::controlPass(KvSystemInfo& clock, ControlPassOwner& owner) ZUM_REALT
   owner.beginControlPass();
   selection = select();
 
-  sums.follow(controls);
+  sums.follow(controls, modulators.seqOut);
   modulate(clock, owner);
   const Float4 level = sums.level(modulators);
   const Float4 filter = sums.filter(modulators);
@@ -173,9 +173,11 @@ void Engine::modulate(const KvSystemInfo& clock, ControlPassOwner& owner) ZUM_RE
   const Float4 steps = sums.sequencer(modulators);
   note(steps, shown.seqGlide, shown.seqTempo);
   storeShared(shown.seqNote, notePlace(steps[1]));
-  sequencer.controlPass(steps[0], steps[1], indexOf(controls.seqMode, StepSequencer::kModes - 1),
-                        clock, owner);
-  storeShared(modulators.seqOut, sequencer.seqOut());
+  if (sequencer.controlPass(steps[0], steps[1],
+                            indexOf(controls.seqMode, StepSequencer::kModes - 1), clock, owner)) {
+    storeShared(modulators.seqOut, sequencer.seqOut());
+    sums.refreshSeqProducts(modulators.seqOut);
+  }
 
   const Float4 wave = sums.lfo(modulators);
   note(wave, shown.lfoRate, shown.lfoWave, shown.lfoSens);

@@ -10,7 +10,7 @@ float by(const ControlValue& amount) ZUM_REALTIME { return loadShared(amount.bip
 
 }  // namespace
 
-void ModulationSums::follow(const EngineControls& c) ZUM_REALTIME {
+void ModulationSums::follow(const EngineControls& c, float seqOut) ZUM_REALTIME {
   const std::uint32_t now = c.version.current();
   if (now == version) return;
   version = now;
@@ -34,8 +34,20 @@ void ModulationSums::follow(const EngineControls& c) ZUM_REALTIME {
 
   levelLfo = Float4{by(c.masterLfo), by(c.driveLfo)};
   levelEf = Float4{by(c.masterEf), by(c.driveEf)};
-  levelThird = Float4{by(c.masterSeq), base(c.overdrive)};
-  levelFourth = Float4{base(c.master), by(c.driveSeq)};
+  levelSeq = Float4{by(c.masterSeq), by(c.driveSeq)};
+  levelThird = Float4{0.0F, base(c.overdrive)};
+  levelFourth = Float4{base(c.master)};
+  refreshSeqProducts(seqOut);
+}
+
+void ModulationSums::refreshSeqProducts(float seqOut) ZUM_REALTIME {
+  const Float4 level = splat(seqOut);
+  lfoSeqProduct = lfoSeq * level;
+  followerSeqProduct = followerSeq * level;
+  filterSeqProduct = filterSeq * level;
+  const Float4 products = levelSeq * level;
+  levelThird[0] = products[0];
+  levelFourth[1] = products[1];
 }
 
 }  // namespace zum

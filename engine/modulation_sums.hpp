@@ -19,7 +19,9 @@ struct ModulatorOutputs {
 class ModulationSums {
  public:
   /// At the beginning of a control pass.
-  void follow(const EngineControls& controls) ZUM_REALTIME;
+  void follow(const EngineControls& controls, float seqOut) ZUM_REALTIME;
+  /// The thirteen products of an amount with the sequence level. Whenever that level moves.
+  void refreshSeqProducts(float seqOut) ZUM_REALTIME;
 
   // The sequencer reads follower and LFO of the pass before.
   /// Glide and tempo.
@@ -29,24 +31,21 @@ class ModulationSums {
   // The LFO reads the follower of the pass before.
   /// Rate, wave and sensitivity.
   Float4 lfo(const ModulatorOutputs& m) const ZUM_REALTIME {
-    return held(lfoEf * splat(m.efOut) + lfoSeq * splat(m.seqOut) + lfoBase);
+    return held(lfoEf * splat(m.efOut) + lfoSeqProduct + lfoBase);
   }
   /// Gain, attack, release and range.
   Float4 follower(const ModulatorOutputs& m) const ZUM_REALTIME {
-    return held(followerLfo * splat(m.lfoOut) + followerSeq * splat(m.seqOut) + followerBase);
+    return held(followerLfo * splat(m.lfoOut) + followerSeqProduct + followerBase);
   }
   // From here on all three are of this pass.
   /// Cutoff, vowel position, resonance and mix.
   Float4 filter(const ModulatorOutputs& m) const ZUM_REALTIME {
-    return held(filterLfo * splat(m.lfoOut) + filterEf * splat(m.efOut) +
-                filterSeq * splat(m.seqOut) + filterBase);
+    return held(filterLfo * splat(m.lfoOut) + filterEf * splat(m.efOut) + filterSeqProduct +
+                filterBase);
   }
   /// Master and drive; the drive adds its base ahead of the sequence.
   Float4 level(const ModulatorOutputs& m) const ZUM_REALTIME {
-    const Float4 third = {m.seqOut, 1.0F, 0.0F, 0.0F};
-    const Float4 fourth = {1.0F, m.seqOut, 0.0F, 0.0F};
-    return held(levelLfo * splat(m.lfoOut) + levelEf * splat(m.efOut) + levelThird * third +
-                levelFourth * fourth);
+    return held(levelLfo * splat(m.lfoOut) + levelEf * splat(m.efOut) + levelThird + levelFourth);
   }
 
  private:
@@ -60,7 +59,10 @@ class ModulationSums {
   Float4 lfoEf{}, lfoSeq{}, lfoBase{};
   Float4 followerLfo{}, followerSeq{}, followerBase{};
   Float4 filterLfo{}, filterEf{}, filterSeq{}, filterBase{};
-  Float4 levelLfo{}, levelEf{}, levelThird{}, levelFourth{};
+  Float4 levelLfo{}, levelEf{}, levelSeq{};
+  // amounts times the sequence level
+  Float4 lfoSeqProduct{}, followerSeqProduct{}, filterSeqProduct{};
+  Float4 levelThird{}, levelFourth{};  // a product and a base in turn
 };
 
 }  // namespace zum
