@@ -1,6 +1,7 @@
 // What the benchmarks of the block call play, and the bare filters that it is measured against.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -97,6 +98,8 @@ class BenchHost : public test::TestHost {
     }
     settleMemory();
   }
+  void silenceLeft() { std::ranges::fill(in.left, 0.0F); }
+
   /// Until the ramps end, and a silent state has decayed as far as it ever will.
   void runIn(bool sound = true) {
     for (int i = 0; i < (sound ? 2 : 24); ++i) play(512);

@@ -58,13 +58,14 @@ constexpr struct FilterClass {
 } kClasses[] = {{"one-stage", 0, 4},        {"two-stage", 0, 5},         {"comb", 0, 6},
                 {"vowel, one stage", 1, 4}, {"vowel, two stages", 1, 5}, {"vowel comb", 1, 6}};
 
-enum How { idle, all, silence, blocksOf16, blocksOf512, hows };
+enum How { idle, all, silence, oneSide, blocksOf16, blocksOf512, hows };
 
 Measurement playing(const FilterClass& played, How how) {
   const bool sound = how != silence;
   const auto host = std::make_shared<BenchHost>(played.bank, played.type, sound);
   if (how == all) host->modulateAll();
-  host->runIn(sound);
+  if (how == oneSide) host->silenceLeft();
+  host->runIn(sound && how != oneSide);
   const std::int32_t block = how == blocksOf16 ? 16 : how == blocksOf512 ? 512 : 64;
   return Measurement([host, block] { host->play(block); });
 }
@@ -164,7 +165,7 @@ struct Detectors {
 
 struct Output {
   void play(const PairLine& in, PairLine& out) {
-    DcFilter::State dc = dcFilter.enter(false);
+    DcFilter::State dc = dcFilter.enter();
     for (std::size_t p = 0; p < kRunPairs; ++p) {
       const Float4 blended = stage.blend(stage.limit(in[p], splat(1.0F)), in[p], splat(0.8F));
       out[p] = DcFilter::next<2>(dc, blended, false);
@@ -246,14 +247,14 @@ void measure(long rounds) {
   const double unit = bare.median();
   std::printf("bare one-stage chain: %.2f ns a frame; idle, all and stages as ratios to it\n\n",
               unit);
-  std::printf("%-18s %6s %6s  %12s %12s %12s\n", "", "idle", "all", "silence/idle", "16/512 idle",
-              "64/512 idle");
+  std::printf("%-18s %6s %6s  %12s %13s %12s %12s\n", "", "idle", "all", "silence/idle",
+              "one side/idle", "16/512 idle", "64/512 idle");
   for (std::size_t i = 0; i < std::size(kClasses); ++i) {
     double ns[hows];
     for (std::size_t how = 0; how < hows; ++how) ns[how] = classes[i * hows + how].median();
-    std::printf("%-18s %6.2f %6.2f  %12.3f %12.3f %12.3f\n", kClasses[i].name, ns[idle] / unit,
-                ns[all] / unit, ns[silence] / ns[idle], ns[blocksOf16] / ns[blocksOf512],
-                ns[idle] / ns[blocksOf512]);
+    std::printf("%-18s %6.2f %6.2f  %12.3f %13.3f %12.3f %12.3f\n", kClasses[i].name,
+                ns[idle] / unit, ns[all] / unit, ns[silence] / ns[idle], ns[oneSide] / ns[idle],
+                ns[blocksOf16] / ns[blocksOf512], ns[idle] / ns[blocksOf512]);
   }
   std::printf("\n");
   for (Stage& each : stages) {

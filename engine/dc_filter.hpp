@@ -16,16 +16,12 @@ class DcFilter {
   void reset() ZUM_REALTIME { *this = DcFilter{}; }
 
   struct State {
-    Float4 in{};         // the two frames before
-    Double2 out{};       // a 32-bit value, kept wide
-    bool rests = false;  // without a move, `out` stays as it is
-    Float4 rest{};       // a pair of it
+    Float4 in{};    // the two frames before
+    Double2 out{};  // a 32-bit value, kept wide; 0 for a side at rest
+    Int4 atRest{};  // sides whose output stays `rest` until a move
+    Float4 rest{};
   };
-  State enter(bool fading) const ZUM_REALTIME {
-    State run = kept;
-    run.rests = run.rests && fading;
-    return run;
-  }
+  State enter() const ZUM_REALTIME { return kept; }
   void leave(const State& run) ZUM_REALTIME { kept = run; }
 
   /// Once an output was not finite, none is until a reset.
@@ -33,15 +29,11 @@ class DcFilter {
 
   /// In silence the state decays to where 32-bit numbers lose their leading bits, and stays there.
   /// Many processors convert to such numbers a hundred times slower.
-  bool isFading() const ZUM_REALTIME {
-    constexpr double kFading = 1e-36;
-    return std::fabs(kept.out[0]) < kFading || std::fabs(kept.out[1]) < kFading;
-  }
+  bool isFading() const ZUM_REALTIME { return anySet(isTiny(kept.out)); }
 
   /// One side's samples in place, with the state of the first lane.
   void filter(float* samples, std::size_t frames) ZUM_REALTIME {
     const bool fading = isFading();
-    kept.rests = kept.rests && fading;
     for (std::size_t i = 0; i < frames; ++i) {
       samples[i] = next<1>(kept, splat(samples[i]), fading)[0];
     }
@@ -54,12 +46,7 @@ class DcFilter {
     run.in = lastTwo(run.in, x, frames);
     if (fading) [[unlikely]]
       return nextFading<frames>(run, moved);
-    const Float4 first = narrow(mixed(run.out, moved));
-    run.out = widenLow(first);
-    if constexpr (frames == 1) return first;
-    const Float4 second = narrow(mixed(run.out, highTwice(moved)));
-    run.out = widenLow(second);
-    return joinLow(first, second);
+    return nextNormal<frames>(run, moved);
   }
 
  private:
@@ -69,16 +56,44 @@ class DcFilter {
     return widenLow(moved) + out * Double2{0.998, 0.998};
   }
 
-  /// The same numbers, and fast in silence: the end of a decay is computed once.
+  template <int frames>
+  static Float4 nextNormal(State& run, Float4 moved) ZUM_REALTIME {
+    const Float4 first = narrow(mixed(run.out, moved));
+    run.out = widenLow(first);
+    if constexpr (frames == 1) return first;
+    const Float4 second = narrow(mixed(run.out, highTwice(moved)));
+    run.out = widenLow(second);
+    return joinLow(first, second);
+  }
+
+  /// The same numbers, and fast in silence: the end of a side's decay is computed once.
   template <int frames>
   static Float4 nextFading(State& run, Float4 moved) ZUM_REALTIME {
-    const bool isStill = !anyLaneSet((frames == 2 ? moved : lowTwice(moved)) != splat(0.0F));
-    if (isStill && run.rests) return run.rest;
+    const Int4 moves = moved != splat(0.0F);
+    const Int4 isMoved =
+        frames == 2 ? moves | __builtin_shufflevector(moves, moves, 2, 3, 0, 1) : twice(moves);
+    const Int4 woken = run.atRest & isMoved;
+    if (anyLaneSet(woken)) {
+      run.out += keepWhere(wide(woken), widenLow(run.rest));
+      run.atRest &= ~woken;
+    }
+    const Int4 atRest = run.atRest;
+    const bool decays = anySet(isTiny(run.out) & ~wide(atRest));
+    const Float4 out =
+        decays ? nextDecaying<frames>(run, moved, ~isMoved) : nextNormal<frames>(run, moved);
+    return select(atRest, run.rest, out);
+  }
+
+  /// Sides of `isStill` without a move come to rest here.
+  template <int frames>
+  static Float4 nextDecaying(State& run, Float4 moved, Int4 isStill) ZUM_REALTIME {
     const Double2 before = run.out;
     const Float4 first = narrowTiny(run.out, mixed(run.out, moved));
     const Float4 last = frames == 2 ? narrowTiny(run.out, mixed(run.out, highTwice(moved))) : first;
-    run.rests = isStill && run.out[0] == before[0] && run.out[1] == before[1];
-    run.rest = lowTwice(last);
+    const Int4 ends = isStill & ~run.atRest & low(isTiny(run.out) & (run.out == before));
+    run.rest = select(ends, lowTwice(last), run.rest);
+    run.atRest |= ends;
+    run.out = keepWhere(~wide(ends), run.out);
     return joinLow(first, last);
   }
 
@@ -92,7 +107,7 @@ class DcFilter {
     constexpr double kUnits = 0x1.8p52 * 0x1p-149;  // in last places of such a small float
     const Double2 counted = tiny + Double2{kUnits, kUnits};
     out = widenLow(normal) + (counted - Double2{kUnits, kUnits});
-    const Int4 count = lowWords(counted);
+    const Int4 count = low(reinterpret_cast<Long2>(counted));
     const Int4 negative = count >> 31;
     const Int4 magnitude = (count ^ negative) - negative;
     const Int4 sign = highWords(tiny) & splat(INT32_MIN);
@@ -102,14 +117,21 @@ class DcFilter {
   static Double2 absolute(Double2 x) ZUM_REALTIME {
     return reinterpret_cast<Double2>(reinterpret_cast<Long2>(x) & Long2{INT64_MAX, INT64_MAX});
   }
+  static Long2 isTiny(Double2 out) ZUM_REALTIME { return absolute(out) < Double2{1e-36, 1e-36}; }
+  static bool anySet(Long2 mask) ZUM_REALTIME { return anyLaneSet(reinterpret_cast<Int4>(mask)); }
+  /// Masks of the sides as they are for doubles, and for two frames of floats.
+  static Long2 wide(Int4 sides) ZUM_REALTIME {
+    return reinterpret_cast<Long2>(__builtin_shufflevector(sides, sides, 0, 0, 1, 1));
+  }
+  static Int4 low(Long2 sides) ZUM_REALTIME {
+    const auto words = reinterpret_cast<Int4>(sides);
+    return __builtin_shufflevector(words, words, 0, 2, 0, 2);
+  }
+  static Int4 twice(Int4 x) ZUM_REALTIME { return __builtin_shufflevector(x, x, 0, 1, 0, 1); }
   static Double2 keepWhere(Long2 mask, Double2 x) ZUM_REALTIME {
     return reinterpret_cast<Double2>(reinterpret_cast<Long2>(x) & mask);
   }
-  /// The low and the high words of both lanes, in lanes 0 and 1.
-  static Int4 lowWords(Double2 x) ZUM_REALTIME {
-    const auto words = reinterpret_cast<Int4>(x);
-    return __builtin_shufflevector(words, words, 0, 2, 0, 2);
-  }
+  /// The high words of both lanes, in lanes 0 and 1.
   static Int4 highWords(Double2 x) ZUM_REALTIME {
     const auto words = reinterpret_cast<Int4>(x);
     return __builtin_shufflevector(words, words, 1, 3, 1, 3);

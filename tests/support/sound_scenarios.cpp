@@ -49,6 +49,15 @@ void fallSilent(Run& run) {
   std::fill(run.sound.right.begin() + 3000, run.sound.right.end(), 0.0F);
 }
 
+/// One side at a time, and the other one back for a moment.
+void silenceOneSide(Run& run) {
+  auto& first = run.type % 2 == 0 ? run.sound.left : run.sound.right;
+  auto& second = run.type % 2 == 0 ? run.sound.right : run.sound.left;
+  std::fill(first.begin() + 1000, first.begin() + 60000, 0.0F);
+  std::fill(second.begin() + 50000, second.end(), 0.0F);
+  first[45001] = second[58000] = 0.25F;
+}
+
 void addTinyAndZeros(Run& run) {
   constexpr float kZeros[] = {0.0F, -0.0F};
   constexpr float kTiny[] = {0.0F,    -0.0F,    1e-45F,  -1e-45F, 3e-39F,
@@ -246,6 +255,7 @@ std::vector<Scenario> scenarios() {
     {.name = "Rate96000",    .rate = 96000.0F, .frames = 60000, .modulated = true,
      .aheadOfBlock = [](Run& run) { changeRate(run, 11050.0F); }},
     {.name = "Silence",      .rate = 32768.0F, .frames = 66000, .alter = fallSilent, .aheadOfBlock = restInSilence},
+    {.name = "OneSide",      .rate = 32768.0F, .frames = 99000, .alter = silenceOneSide},
     {.name = "ZerosAndTiny", .alter = addTinyAndZeros},
     {.name = "NotFinite",    .modulated = true, .alter = addWhatIsNotFinite},
     {.name = "Buffers",      .modulated = true, .aheadOfBlock = changeBuffers},
