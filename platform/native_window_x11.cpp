@@ -16,6 +16,12 @@ constexpr long kEvents = ExposureMask | StructureNotifyMask | FocusChangeMask | 
                          KeyReleaseMask | ButtonPressMask | ButtonReleaseMask | PointerMotionMask |
                          EnterWindowMask | LeaveWindowMask;
 
+// Sent at once: more than a dragged knob at factor 2 takes. Shared memory for as much stays with
+// the window.
+constexpr int kBandPixels = 1 << 17;
+
+int bandRows(int width) { return std::max(kBandPixels / std::max(width, 1), 1); }
+
 // The window with a frame that `inner` lies in: the manager marks those with its state. 0 without a
 // manager.
 Window managedWindow(Display* display, Window inner) {
@@ -178,8 +184,8 @@ X11Window::~X11Window() {
 /// records only before it sends more: without that they would leak here.
 void X11Window::closeSurface() {
   if (!lost) XSync(display, False);
-  cairo_surface_destroy(
-      cairo_surface_create_similar_image(surface, CAIRO_FORMAT_RGB24, width, height));
+  cairo_surface_destroy(cairo_surface_create_similar_image(surface, CAIRO_FORMAT_RGB24, width,
+                                                           std::min(height, bandRows(width))));
   cairo_surface_destroy(surface);
 }
 
@@ -197,16 +203,21 @@ void X11Window::resize(int toWidth, int toHeight) {
   XFlush(display);
 }
 
+/// Large parts in bands, so that not all of the picture lies in memory a second time.
 void X11Window::show(cairo_surface_t* picture, int left, int top, int right, int bottom) {
   if (handle() == 0) return;
   const X11Guard guard(display);
   cairo_t* context = cairo_create(surface);
   cairo_set_operator(context, CAIRO_OPERATOR_SOURCE);
   cairo_set_source_surface(context, picture, 0, 0);
-  cairo_rectangle(context, left, top, right - left, bottom - top);
-  cairo_fill(context);
+  const int rows = bandRows(right - left);
+  for (int first = top; first < bottom && !lost; first += rows) {
+    if (first > top) XSync(display, False);  // else the next band takes memory of its own
+    cairo_rectangle(context, left, first, right - left, std::min(rows, bottom - first));
+    cairo_fill(context);
+    cairo_surface_flush(surface);
+  }
   cairo_destroy(context);
-  cairo_surface_flush(surface);
   XFlush(display);
 }
 
