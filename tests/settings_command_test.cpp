@@ -102,6 +102,10 @@ TEST_F(SettingsCommandTest, APackBringsItsOwnFilesAlone) {
   rusage used{};
   getrusage(RUSAGE_CHILDREN, &used);
   EXPECT_LT(used.ru_maxrss, static_cast<long>(kLarge >> 10U));  // in KiB
+  fs::resize_file(pack / "Large.wav", 33 * kLarge);
+  putText(pack / "Deep.kvz", "two");
+  expectTold("zum: ", {{"install-content pack", 1, "have more than 4 GB; take out"}});
+  EXPECT_EQ(textIn(copy / "Deep.kvz"), "one");
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "apps/lv2bundle/descriptions.hpp"
+#include "platform/standard_streams.hpp"
 #include "state/preset_format.hpp"
 
 namespace {
@@ -35,6 +36,7 @@ void write(const fs::path& path, const std::string& text) {
 }  // namespace
 
 int main(int count, char** words) {
+  zum::openStandardStreams();
   try {
     if (count != 4) throw std::runtime_error("usage: lv2-bundle PRESETS FOLDER VERSION");
     const auto presets = presetsBelow(words[1]);

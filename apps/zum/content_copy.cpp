@@ -4,9 +4,11 @@
 #include <fcntl.h>
 
 #include <array>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <vector>
 
 #include "apps/zum/failure.hpp"
 #include "apps/zum/folders.hpp"
@@ -20,6 +22,9 @@ namespace {
 namespace fs = std::filesystem;
 
 using Piece = std::array<char, 65536>;
+
+// A file of holes takes no room in a pack, and all of it where it is copied to.
+constexpr std::uintmax_t kMostBytes = std::uintmax_t{4} << 30U;
 
 std::string_view nextPiece(InputFile& file, Piece& piece) {
   return {piece.data(), file.read(piece.data(), piece.size())};
@@ -71,6 +76,27 @@ fs::path putAside(const fs::path& path) {
   }
 }
 
+// A pack may come from anybody; a link in it could lead to a private file.
+bool belongsToThePack(const fs::path& path) {
+  std::error_code none;
+  return fs::is_regular_file(fs::symlink_status(path, none));
+}
+
+void refuseTooLarge(const fs::path& folder, const std::vector<fs::path>& entries) {
+  std::uintmax_t left = kMostBytes;
+  for (const fs::path& entry : entries) {
+    std::error_code gone;
+    const std::uintmax_t bytes = belongsToThePack(entry) ? fs::file_size(entry, gone) : 0;
+    if (gone) continue;
+    if (bytes > left) {
+      throw Failure("the files in " + folder.string() + " have more than " +
+                    std::to_string(kMostBytes >> 30U) +
+                    " GB; take out what is too large, or use --in-place");
+    }
+    left -= bytes;
+  }
+}
+
 bool isUsersOwn(const fs::path& relative) {
   auto part = relative.begin();
   return part != relative.end() && *part++ == "Presets" && part != relative.end() &&
@@ -81,14 +107,15 @@ bool isUsersOwn(const fs::path& relative) {
 
 ContentCopy copyContent(const fs::path& from, const fs::path& to) {
   ContentCopy done;
+  const std::vector<fs::path> sources = entriesBelow(from);
+  refuseTooLarge(from, sources);
   makeFolder(to / "Presets" / "User");
-  for (const fs::path& source : entriesBelow(from)) {
-    std::error_code none;
-    // A pack may come from anybody; a link in it could lead to a private file.
-    if (!fs::is_regular_file(fs::symlink_status(source, none))) {
+  for (const fs::path& source : sources) {
+    if (!belongsToThePack(source)) {
       warn("left out " + source.string() + ": it is a link or no ordinary file");
       continue;
     }
+    std::error_code none;
     const fs::path relative = source.lexically_relative(from);
     const fs::path target = to / relative;
     const fs::file_status there = fs::symlink_status(target, none);
