@@ -262,6 +262,12 @@ TEST(Adaptor, SessionRecordsHoldAPresetBehindTheirHeader) {
     EXPECT_EQ(other.process.WriteChunk(kRecord, bad, kSessionHeader), kBadChunk);
   }
   EXPECT_EQ(other.process.WriteChunk(kRecord, record, 0), kBadChunk);
+  for (const std::int32_t stated : {kSessionHeader, kSessionHeader + 100, size - 4}) {
+    record.size = stated;  // nothing was saved, or nothing that loads: as if it had been taken
+    EXPECT_EQ(other.process.WriteChunk(kRecord, record, size), kNoError);
+    EXPECT_NE(other.process.GetControl(kCutoff), 0);
+  }
+  record.size = size;
   EXPECT_EQ(other.process.WriteChunk(kRecord, record, size), kNoError);
   EXPECT_EQ(other.process.getEffect()->getParameter(tag::cutoff), 0.5F);
   EXPECT_EQ(other.process.GetControl(kCutoff), 0);

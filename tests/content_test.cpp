@@ -107,5 +107,25 @@ TEST(Content, EveryPresetIsHeardAndNoTwoAreAlike) {
   EXPECT_TRUE(fs::is_directory(ZUM_CONTENT "/Presets/User"));
 }
 
+// What a musician hears first: over noise the low octaves stay, the high ones come and go.
+TEST(Content, TheFirstSoundIsALowPassThatMoves) {
+  const Stereo loop = noise(4 * kRate, 0.25F);
+  const auto dry = pictureOf(loop);
+  const auto wet = pictureOf(played(ZUM_CONTENT "/Presets/default.kvz", loop));
+  const auto slices = wet.size() / 9;
+  const auto gains = [&](std::size_t octave) {  // dB, from the lowest to the highest
+    std::vector<float> all;
+    for (std::size_t i = octave * slices; i < (octave + 1) * slices; ++i) {
+      all.push_back(wet[i] - dry[i]);
+    }
+    std::ranges::sort(all);
+    return all;
+  };
+  const auto low = gains(0), high = gains(7);
+  EXPECT_NEAR(low[slices / 2], 0.0F, 1.0F);
+  EXPECT_GT(high.back() - high.front(), 12.0F);
+  EXPECT_LT(high[slices / 2], -12.0F);
+}
+
 }  // namespace
 }  // namespace zum::test

@@ -85,8 +85,12 @@ TEST_F(DaehostTest, TellsOfMessagesAndSamplesThatAreLost) {
   putText(folder / "full.mid", midiFile(events));
   putText(folder / "flood.mid", midiFile(events + events.substr(0, 44 * 4)));
   EXPECT_EQ(run("render in.wav out.wav --midi full.mid").second.find("warning"), std::string::npos);
+  putText(folder / "nan.wav",  // four frames of floats
+          "RIFF\x44\0\0\0WAVEfmt \x10\0\0\0\3\0\2\0\x44\xAC\0\0\x20\x62\5\0\x08\0\x20\0"s +
+              "data\x20\0\0\0"s + std::string(32, '\xFF'));
   expectTold(
       "", {{"render in.wav out.wav --midi flood.mid", 0, "44 MIDI messages of one block are lost"},
+           {"render nan.wav out.wav", 0, "nan.wav has 8 samples that are no finite numbers"},
            {"render in.wav out.wav --set Mix_Dry_Wet=1 --set Cutoff=0.3 --set Master=1", 0,
             "warning: out.wav clips in "}});
 }
@@ -115,6 +119,8 @@ TEST_F(DaehostTest, SaysWhatToDoNext) {
                  {"list --set Cutoff=loud", 2, "\"loud\" in \"Cutoff=loud\" is no number"},
                  {"list --set Cutof=1", 2, "there is no control \"Cutof\""},
                  {"list --set Cutoff", 2, "write it as NAME=VALUE"},
+                 {"list --set =1", 2, "\"=1\" sets nothing"},
+                 {"list --set ' =1'", 2, "there is no control \" \""},
                  {"view --seconds 1", 1, "no display"},
              });
   EXPECT_FALSE(fs::exists(folder / "out.wav"));

@@ -201,6 +201,19 @@ double luminance(std::uint32_t word) {
   return 0.2126 * linear(16) + 0.7152 * linear(8) + 0.0722 * linear(0);
 }
 
+/// Of letters to their ground, as WCAG 2 has it, in a part of the window at factor 1.
+double contrastIn(const OffscreenWindow& window, const CRect& rect) {
+  std::vector<double> lights;
+  for (int y = rect.top; y < rect.bottom; ++y) {
+    for (int x = rect.left; x < rect.right; ++x) lights.push_back(luminance(window.pixel(x, y)));
+  }
+  std::ranges::sort(lights);
+  // Hinted strokes are a whole pixel wide somewhere in every letter.
+  const double ground = lights[lights.size() / 2];
+  const double stroke = lights[lights.size() - 3];
+  return (stroke + 0.05) / (ground + 0.05);
+}
+
 TEST_F(Pictures, SmallLetteringStandsOutFromItsGround) {
   EditorDesk& desk = *opened;
   using namespace groups;  // NOLINT(google-build-using-namespace)
@@ -215,6 +228,7 @@ TEST_F(Pictures, SmallLetteringStandsOutFromItsGround) {
               {"VOWEL", {426, 76, 464, 86}},
               {"LFO", {356, 268, 376, 278}},
               {"WET scopes", {230, 450, 280, 462}},
+              {"READY", {388, 10, 424, 21}},
               {"DRAW STEPS", {194, 330, 228, 352}, sequencerPage},
               {"FOLLOWS THE SONG POSITION", {156, 314, 230, 336}, syncedLfo},
               {"-100", {12, 49, 36, 59}, filterPage, panel},
@@ -225,18 +239,24 @@ TEST_F(Pictures, SmallLetteringStandsOutFromItsGround) {
     CPoint corner;
     if (over == about) desk.click(tag::about);
     if (over == panel) desk.click(corner = desk.middleOf(tag::cutoff), buttons::kRight);
-    std::vector<double> lights;
-    for (int y = rect.top; y < rect.bottom; ++y) {
-      for (int x = rect.left; x < rect.right; ++x) {
-        lights.push_back(luminance(desk.window->pixel(corner.x + x, corner.y + y)));
-      }
-    }
-    std::ranges::sort(lights);
-    // Hinted strokes are a whole pixel wide somewhere in every letter.
-    const double ground = lights[lights.size() / 2];
-    const double stroke = lights[lights.size() - 3];
-    EXPECT_GE((stroke + 0.05) / (ground + 0.05), 4.5) << word;
+    EXPECT_GE(contrastIn(*desk.window, rect.movedBy(corner.x, corner.y)), 4.5) << word;
     if (over != page) desk.click({60, 250});  // in the about panel, beside the others
+  }
+}
+
+TEST_F(Pictures, ThePointedRowOfAListIsTheOneToRead) {
+  EditorDesk& desk = *opened;
+  for (const auto& [menu, group] : {std::pair(tag::multiType, groups::filterPage),
+                                    {tag::seqMode, groups::sequencerPage},
+                                    {tag::presetMenu, groups::filterPage}}) {
+    desk.showGroup(group);
+    desk.click(menu);
+    const CPoint list = desk.menu(menu).getListRect().topLeft();
+    const CRect row = CRect{5, 35, 60, 52}.movedBy(list.x, list.y);  // of the third one
+    desk.move({row.left, row.top + 8}, 0);
+    EXPECT_EQ(desk.menu(menu).openList()->rowAt({row.left, row.top + 8}), 2);
+    EXPECT_GE(contrastIn(*desk.window, row), 7.0) << menu;
+    desk.tap(keys::kEscape);
   }
 }
 

@@ -95,7 +95,8 @@ TEST(Editor, EachPanelHoldsItsKnobsAmountsAndLearns) {
 
 TEST(Editor, DotsTellWhatMovesAKnob) {
   EditorDesk desk;
-  constexpr std::uint32_t kFollower = 0xE36C6C, kLfo = 0x7ABC52, kSequencer = 0x96ADB0;
+  constexpr std::uint32_t kFollower = 0xE36C6C, kLfo = 0x7ABC52, kSequencer = 0x96ADB0,
+                          kController = 0xF0C448;
   const std::map<int, std::vector<std::uint32_t>> tints = {{1032, {kFollower, kLfo, kSequencer}},
                                                            {1033, {kLfo, kSequencer}},
                                                            {1034, {kFollower, kSequencer}},
@@ -104,14 +105,24 @@ TEST(Editor, DotsTellWhatMovesAKnob) {
     SCOPED_TRACE(panel.knob);
     desk.showPageOf(panel.knob);
     const std::vector<std::uint32_t>& wanted = tints.at(panel.picture);
+    const auto dot = [&](std::size_t place) {
+      desk.tick();
+      return desk.window->pixel(panel.marks.x + 6 * static_cast<int>(place) + 1, panel.marks.y + 1);
+    };
     for (std::size_t i = 0; i < wanted.size(); ++i) {
       const auto dotAt = [&](float amount) {
         desk.host.set(findRow(panel.knob)->panel->amounts[i], amount);
-        desk.tick();
-        return desk.window->pixel(panel.marks.x + 6 * static_cast<int>(i) + 1, panel.marks.y + 1);
+        return dot(i);
       };
       EXPECT_EQ(dotAt(0.4F), wanted[i]);
       EXPECT_NE(dotAt(0.50001F), wanted[i]);
+    }
+    ControllerMap& map = desk.effect().controllers();
+    for (BindingList* list : {&map.controllers[20], &map.aftertouch}) {
+      list->append({static_cast<std::int16_t>(panel.knob), 0});
+      EXPECT_EQ(dot(wanted.size()), kController);
+      list->clear();
+      EXPECT_NE(dot(wanted.size()), kController);
     }
   }
 }
@@ -347,6 +358,7 @@ TEST(Editor, RollsTheDiceOnceForAKeyThatIsHeldAndHandsOtherKeysToTheHost) {
   EXPECT_EQ(desk.window->hostKeys().back().virt, keys::kF1);
   EXPECT_EQ(desk.host.dispatch(effEditKeyDown, 0, keys::kHome), 0);
   EXPECT_EQ(desk.host.dispatch(effEditKeyUp, 0, keys::kHome), 0);
+  for (const int opcode : {effEditMouse, effEditKey}) EXPECT_EQ(desk.host.dispatch(opcode), 0);
   // The release goes where the press went, whatever has become of the letter.
   EXPECT_EQ(
       desk.host.dispatch(effEditKeyDown, 'Z', 0, nullptr, keys::kControlBit | keys::kShiftBit), 1);
