@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <bit>
-#include <cmath>
+
+#include "engine/powers.hpp"
 
 namespace zum {
 namespace {
@@ -13,7 +14,7 @@ std::size_t at(std::int32_t voice) ZUM_REALTIME { return static_cast<std::size_t
 
 // Equal temperament, A4 = 440 Hz.
 float pitchOf(std::int32_t note) ZUM_REALTIME {
-  return 440.0F * std::exp2((static_cast<float>(note) - 69.0F) / 12.0F);
+  return 440.0F * powerOfTwo((static_cast<float>(note) - 69.0F) / 12.0F);
 }
 
 // Keeps a velocity from being 0. By the fourth time round it is next to nothing.

@@ -1,13 +1,13 @@
 #include "engine/filter_frequency.hpp"
 
-#include <cmath>
+#include "engine/powers.hpp"
 
 namespace zum {
 
 float ResonanceCurve::of(float sum) ZUM_REALTIME {
   if (sum != lastSum) {
     lastSum = sum;
-    lastCurve = std::pow(sum, 0.8399999737739563F);
+    lastCurve = resonancePower(sum);
   }
   return lastCurve;
 }

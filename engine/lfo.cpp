@@ -1,9 +1,9 @@
 #include "engine/lfo.hpp"
 
-#include <cmath>
-
 #include "engine/note_table.hpp"
+#include "engine/powers.hpp"
 #include "engine/shared_value.hpp"
+#include "engine/sine.hpp"
 
 namespace zum {
 namespace {
@@ -25,7 +25,7 @@ void Lfo::controlPass(const Inputs& in, const KvSystemInfo& clock) ZUM_REALTIME 
   const int slot = clampIndex(truncate(slotPlace(in.waveSum)), random);
   if (in.trigEnabled && in.sensSum != thresholdSens) {
     thresholdSens = in.sensSum;
-    threshold = std::pow(1.0F - in.sensSum, 0.800000011920929F);
+    threshold = triggerPower(1.0F - in.sensSum);
   }
   storeShared(trigger, in.trigEnabled && threshold < in.trigPeak ? 1.0F : 0.0F);
   movePhase(in, clock);
@@ -86,7 +86,7 @@ float Lfo::movePosition(const Inputs& in, const KvSystemInfo& clock) ZUM_REALTIM
 
 float Lfo::syncWave(int slot, float phase, float drawn) ZUM_REALTIME {
   switch (slot) {
-    case sine: return std::sin(phase * 6.283185958862305F);
+    case sine: return sineOf(phase * 6.283185958862305F);
     case square: return phase > kHalfCycle ? 1.0F : -1.0F;
     case third: return phase * 2.0F - 1.0F;
     case triangle: {
