@@ -1,12 +1,18 @@
-// Four floats or two doubles in one register. The arithmetic operators are the compiler's own;
-// this file adds what they lack, with intrinsics on x86-64 and plain loops elsewhere.
+// Four floats or two doubles in one register. The arithmetic operators are the compiler's own; this
+// file adds what they lack: with intrinsics on x86-64 and on 64-bit ARM, in plain loops elsewhere.
+// All forms give the same bits. ZUM_PLAIN_LANES asks for the loops on any processor.
 #pragma once
 
 #include <cstdint>
 #include <cstring>
 
-#if defined(__SSE2__)
+#if defined(ZUM_PLAIN_LANES)
+#elif defined(__SSE2__)
 #include <emmintrin.h>
+#define ZUM_SSE2_LANES
+#elif defined(__aarch64__)
+#include <arm_neon.h>
+#define ZUM_NEON_LANES
 #endif
 
 namespace zum {
@@ -66,7 +72,7 @@ inline Float4 absolute(Float4 x) {
   return reinterpret_cast<Float4>(reinterpret_cast<Int4>(x) & splat(0x7FFFFFFF));
 }
 
-#if defined(__SSE2__)
+#if defined(ZUM_SSE2_LANES)
 
 /// a < b ? a : b, so a value that is not a number in `b` passes.
 inline Float4 smaller(Float4 a, Float4 b) { return _mm_min_ps(a, b); }
@@ -98,6 +104,30 @@ inline Float4 loadPairs(const float* a, const float* b) {
                       reinterpret_cast<const __m64*>(b));
 }
 inline bool anyLaneSet(Int4 mask) { return _mm_movemask_ps(reinterpret_cast<Float4>(mask)) != 0; }
+
+#elif defined(ZUM_NEON_LANES)
+
+// By comparison: the processor's own minimum and maximum treat what is not a number otherwise.
+inline Float4 smaller(Float4 a, Float4 b) { return vbslq_f32(vcltq_f32(a, b), a, b); }
+inline Float4 larger(Float4 a, Float4 b) { return vbslq_f32(vcgtq_f32(a, b), a, b); }
+inline Int4 truncateLanes(Float4 x) { return vcvtq_s32_f32(x); }
+inline Double2 widenLow(Float4 x) { return vcvt_f64_f32(vget_low_f32(x)); }
+inline Float4 narrow(Double2 x) { return vcombine_f32(vcvt_f32_f64(x), vdup_n_f32(0.0F)); }
+inline Float4 loadPairTwice(const float* p) {
+  const float32x2_t pair = vld1_f32(p);
+  return vcombine_f32(pair, pair);
+}
+template <int count>
+Float4 loadLow(const float* p) {
+  if constexpr (count == 1) return vsetq_lane_f32(*p, vdupq_n_f32(0.0F), 0);
+  return vcombine_f32(vld1_f32(p), vdup_n_f32(0.0F));
+}
+inline void storeLowPair(float* p, Float4 x) { vst1_f32(p, vget_low_f32(x)); }
+inline void storeHighPair(float* p, Float4 x) { vst1_f32(p, vget_high_f32(x)); }
+inline Float4 loadPairs(const float* a, const float* b) {
+  return vcombine_f32(vld1_f32(a), vld1_f32(b));
+}
+inline bool anyLaneSet(Int4 mask) { return vmaxvq_u32(reinterpret_cast<uint32x4_t>(mask)) != 0; }
 
 #else
 
