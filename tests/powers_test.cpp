@@ -1,6 +1,6 @@
 // Catches a power or a sine that has one bit unlike the others', on any compiler and processor: a
-// sweep, hashed and compared with what was recorded. ZUM_EVERY_FLOAT=1 compares all floats from 0
-// to 1 with the library's functions, which on x86-64 agree in every bit.
+// sweep, hashed and compared with what was recorded. ZUM_EVERY_FLOAT=1 looks at all floats from 0
+// to 1, and asks for the very bits of the library's functions, which glibc's have on x86-64.
 
 #include "engine/powers.hpp"
 
@@ -50,12 +50,14 @@ TEST(Powers, HaveTheBitsThatWereRecorded) {
 }
 
 TEST(Powers, AgreeWithTheLibrary) {
-  if (std::getenv("ZUM_EVERY_FLOAT") == nullptr) GTEST_SKIP() << "takes a minute";
+  const bool every = std::getenv("ZUM_EVERY_FLOAT") != nullptr;
   for (const Row& row : kRows) {
     std::uint32_t unlike = 0;
-    for (std::uint32_t bits = 0; bits <= kBitsOf1; ++bits) {
+    for (std::uint32_t bits = 0; bits <= kBitsOf1; bits += every ? 1 : 10007) {
       const auto x = std::bit_cast<float>(bits);
-      if (row.of(x) != row.library(x)) ++unlike;
+      const float expected = row.library(x);
+      const float most = every ? 0.0F : 2.5e-7F * std::fabs(expected);
+      if (!(std::fabs(row.of(x) - expected) <= most)) ++unlike;
     }
     EXPECT_EQ(unlike, 0U) << row.name;
   }
