@@ -450,6 +450,34 @@ TEST_F(BankTest, ASessionHoldsThePositionOfItsState) {
   }
 }
 
+// A host of our own hears of the state that it gives, and two more of its threads act meanwhile.
+TEST_F(BankTest, WhoeverActsDuringALoadWaitsForItsEnd) {
+  putTree();
+  HostState state;
+  state.vendor = "Zelvane";
+  TestHost host(44100.0F, state);
+  host.client().setProgram(1);
+  const auto rate = [&host] {
+    float written = 0.0F;
+    std::memcpy(&written, &host.state()[12], sizeof written);
+    return written;
+  };
+  std::vector<std::jthread> others;
+  host.host.onCall = [&](std::int32_t /*opcode*/) {
+    if (!others.empty()) return;
+    others.reserve(2);
+    others.emplace_back([&host] { host.client().setProgram(2); });
+    others.emplace_back([&host] { host.dispatch(effSetSampleRate, 0, 0, nullptr, 48000.0F); });
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    EXPECT_EQ(std::pair(host.dispatch(effGetProgram), rate()),
+              std::pair(std::intptr_t{1}, 44100.0F));
+  };
+  host.load(host.state());
+  others.clear();
+  EXPECT_EQ(standOf(host), Stand(0, 2, "a2", 0.125F));
+  EXPECT_EQ(rate(), 48000.0F);
+}
+
 TEST_F(BankTest, ConstructionLoadsTheDefaultPresetAndARecallFindsItsFile) {
   putTree();
   put("default", stateWith(0.6875F));
