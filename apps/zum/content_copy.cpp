@@ -24,7 +24,7 @@ namespace fs = std::filesystem;
 using Piece = std::array<char, 65536>;
 
 // A file of holes takes no room in a pack, and all of it where it is copied to.
-constexpr std::uintmax_t kMostBytes = std::uintmax_t{4} << 30U;
+constexpr std::uintmax_t kMostOfAPack = std::uintmax_t{4} << 30U;
 
 std::string_view nextPiece(InputFile& file, Piece& piece) {
   return {piece.data(), file.read(piece.data(), piece.size())};
@@ -83,14 +83,14 @@ bool belongsToThePack(const fs::path& path) {
 }
 
 void refuseTooLarge(const fs::path& folder, const std::vector<fs::path>& entries) {
-  std::uintmax_t left = kMostBytes;
+  std::uintmax_t left = kMostOfAPack;
   for (const fs::path& entry : entries) {
     std::error_code gone;
     const std::uintmax_t bytes = belongsToThePack(entry) ? fs::file_size(entry, gone) : 0;
     if (gone) continue;
     if (bytes > left) {
       throw Failure("the files in " + folder.string() + " have more than " +
-                    std::to_string(kMostBytes >> 30U) +
+                    std::to_string(kMostOfAPack >> 30U) +
                     " GB; take out what is too large, or use --in-place");
     }
     left -= bytes;
