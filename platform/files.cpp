@@ -6,13 +6,13 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
 #include <ctime>
 #include <filesystem>
 #include <memory>
 
 #include "platform/ascii_case.hpp"
+#include "platform/neighbour_file.hpp"
 
 namespace zum {
 namespace {
@@ -85,22 +85,6 @@ std::string behindLinks(std::filesystem::path path) {
     path = path.parent_path() / next;
   }
   return path.string();
-}
-
-/// A new file in the folder of `target`, whose name may leave no room for a longer one. The user's
-/// mask holds, since it is the system that applies it.
-int openNeighbour(const std::string& target, mode_t mode, std::string& name) {
-  constexpr int kTries = 100;
-  static std::atomic<unsigned> made{0};
-  const std::string start =
-      target.substr(0, target.rfind('/') + 1) + ".zum-" + std::to_string(::getpid()) + "-";
-  int file = kNoFile;
-  for (int i = 0; i < kTries && file == kNoFile; ++i) {
-    name = start + std::to_string(made++);
-    file = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
-    if (file == kNoFile && errno != EEXIST) break;
-  }
-  return file;
 }
 
 /// True for the errors of a folder that takes no new name, or no new file in the place of an old
@@ -225,18 +209,13 @@ bool writeWhole(const std::string& path, const void* bytes, std::size_t count) {
   const bool exists = ::stat(target.c_str(), &old) == 0;
   if (!exists && errno != ENOENT) return false;
   if (exists && (!S_ISREG(old.st_mode) || ::access(target.c_str(), W_OK) != 0)) return false;
-  std::string name;
-  Descriptor file(openNeighbour(target, exists ? old.st_mode & 0777U : 0666, name));
-  if (file.get() == kNoFile) {
-    return exists && isShutFolder(errno) && overwrite(target, bytes, count);
-  }
-  if (exists) (void)::fchmod(file.get(), old.st_mode & 07777U);  // some file systems have no modes
-  const bool whole = writeAll(file.get(), bytes, count) && ::fsync(file.get()) == 0;
-  const bool kept = file.close() && whole;
-  if (kept && ::rename(name.c_str(), target.c_str()) == 0) return true;
-  const bool isShut = kept && isShutFolder(errno);
-  ::unlink(name.c_str());
-  return isShut && exists && overwrite(target, bytes, count);
+  NeighbourFile next(target);
+  const int file = next.descriptor();
+  if (file == kNoFile) return exists && isShutFolder(errno) && overwrite(target, bytes, count);
+  const bool whole = writeAll(file, bytes, count) && ::fsync(file) == 0;
+  if (!next.close() || !whole) return false;
+  if (next.replaceTarget()) return true;
+  return exists && isShutFolder(errno) && overwrite(target, bytes, count);
 }
 
 bool makeFolders(const std::string& path) {

@@ -1,28 +1,16 @@
 // The temporary beside the destination: made, renamed at the end, removed when it is given up.
 #include "apps/zum/temporary_file.hpp"
 
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
-#include <utility>
 
 #include "apps/zum/failure.hpp"
 #include "apps/zum/interruption.hpp"
 
 namespace zum {
 namespace {
-
-mode_t modeFor(const char* target) {
-  struct stat earlier {};
-  if (stat(target, &earlier) == 0) return earlier.st_mode & 0777U;
-  const mode_t mask = umask(0);
-  umask(mask);
-  return 0666U & ~mask;
-}
 
 [[noreturn]] void refuse(const std::filesystem::path& target, const std::string& why) {
   throw Failure("cannot write " + target.string() + ": " + why);
@@ -56,24 +44,17 @@ TemporaryFile::TemporaryFile(const std::filesystem::path& destination) {
     }
   }
   holdSignals();
-  path = target.parent_path() / ".zum-XXXXXX";
-  file = mkostemp(path.data(), O_CLOEXEC);
-  if (file < 0) {
+  next.emplace(target.string());
+  if (descriptor() < 0) {
     refuse(destination, std::strerror(errno) +
                             std::string("; choose a folder that exists and that you can write to"));
   }
-  fchmod(file, modeFor(target.c_str()));  // fails on file systems without modes, which is fine
-}
-
-TemporaryFile::~TemporaryFile() {
-  if (file >= 0) close(file);
-  if (!committed) unlink(path.c_str());
 }
 
 std::size_t TemporaryFile::write(const void* data, std::size_t count) {
   std::size_t done = 0;
   while (done < count && error == 0) {
-    const ssize_t step = ::write(file, static_cast<const char*>(data) + done, count - done);
+    const ssize_t step = ::write(descriptor(), static_cast<const char*>(data) + done, count - done);
     if (step >= 0) {
       done += static_cast<std::size_t>(step);
     } else if (errno != EINTR) {
@@ -89,17 +70,16 @@ void TemporaryFile::commit() {
 }
 
 void TemporaryFile::keep() {
-  if (close(std::exchange(file, -1)) != 0 && error == 0) error = errno;
-  if (error == 0 && rename(path.c_str(), target.c_str()) != 0) error = errno;
+  if (!next->close() && error == 0) error = errno;
+  if (error == 0 && !next->replaceTarget()) error = errno;
   if (error != 0) {
     refuse(target, std::strerror(error) + std::string("; free space or choose another folder"));
   }
-  committed = true;
 }
 
 bool TemporaryFile::forgive(std::int64_t length) {
-  error = ftruncate(file, length) == 0 ? 0 : errno;
-  return error == 0 && lseek(file, length, SEEK_SET) == length;
+  error = ftruncate(descriptor(), length) == 0 ? 0 : errno;
+  return error == 0 && lseek(descriptor(), length, SEEK_SET) == length;
 }
 
 void refuseToOverwrite(const std::filesystem::path& written, const std::string& what,

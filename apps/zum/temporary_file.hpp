@@ -5,8 +5,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "platform/neighbour_file.hpp"
 
 namespace zum {
 
@@ -15,11 +18,10 @@ class TemporaryFile {
   /// Opens an unnamed neighbour of `destination` for writing, and holds signals from then on;
   /// throws Failure.
   explicit TemporaryFile(const std::filesystem::path& destination);
-  ~TemporaryFile();
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-  int descriptor() const { return file; }
+  int descriptor() const { return next->descriptor(); }
   /// Bytes that were written: fewer than `count` after a failure, and none ever after it.
   std::size_t write(const void* data, std::size_t count);
   /// errno of the first write that failed, 0 for none.
@@ -35,10 +37,8 @@ class TemporaryFile {
 
  private:
   std::filesystem::path target;
-  std::string path;
-  int file = -1;
+  std::optional<NeighbourFile> next;
   int error = 0;
-  bool committed = false;
 };
 
 /// Throws Failure when the file to be written, which is `what` to the user, is one of `inputs`, by
