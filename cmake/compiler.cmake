@@ -7,6 +7,9 @@ target_compile_options(zum_flags INTERFACE
   -pthread  # some libraries ask for it; precompiled headers fit where all are alike
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
 target_include_directories(zum_flags INTERFACE ${CMAKE_SOURCE_DIR})
+if(ZUM_PLAIN_LANES)
+  target_compile_definitions(zum_flags INTERFACE ZUM_PLAIN_LANES)
+endif()
 
 # The control pass is spread over many small files; seen as one program it costs a quarter less.
 # That takes half a minute a link, so the objects carry plain code too, for what is neither shipped

@@ -6,13 +6,14 @@ install(TARGETS ZUM LIBRARY DESTINATION lib/vst)
 install(TARGETS ZUM32 LIBRARY DESTINATION lib/zum)
 install(TARGETS zum RUNTIME DESTINATION bin)
 install(DIRECTORY DESTINATION lib/clap)
-install(DIRECTORY DESTINATION lib/vst3/ZUM.vst3/Contents/x86_64-linux)
+install(DIRECTORY DESTINATION lib/vst3/${ZUM_VST3_FOLDER})
 install(DIRECTORY ${CMAKE_BINARY_DIR}/ZUM.lv2 DESTINATION lib/lv2 FILES_MATCHING PATTERN "*.ttl")
+install(CODE "set(vst3 ${ZUM_VST3_FOLDER})")
 install(CODE [[
   set(lib "$ENV{DESTDIR}${CMAKE_INSTALL_PREFIX}/lib")
   file(CREATE_LINK ../vst/ZUM.so "${lib}/clap/ZUM.clap" SYMBOLIC)
   file(CREATE_LINK ../../vst/ZUM.so "${lib}/lv2/ZUM.lv2/ZUM.so" SYMBOLIC)
-  file(CREATE_LINK ../../../../vst/ZUM.so "${lib}/vst3/ZUM.vst3/Contents/x86_64-linux/ZUM.so" SYMBOLIC)
+  file(CREATE_LINK ../../../../vst/ZUM.so "${lib}/vst3/${vst3}/ZUM.so" SYMBOLIC)
 ]])
 install(DIRECTORY ${CMAKE_BINARY_DIR}/content/Manual ${CMAKE_BINARY_DIR}/content/Samples
                   ${CMAKE_BINARY_DIR}/content/Presets

@@ -9,7 +9,7 @@ links_of_user() {
   cat <<EOF
 $HOME/.clap/ZUM.clap|CLAP: Bitwig, Reaper, Qtractor
 $HOME/.lv2/ZUM.lv2/ZUM.so|LV2: Ardour, Qtractor, Zrythm, Carla, jalv, Audacity
-$HOME/.vst3/ZUM.vst3/Contents/x86_64-linux/ZUM.so|VST3: Bitwig, Reaper, Ardour, Zrythm, Carla
+$HOME/.vst3/ZUM.vst3/Contents/$(uname -m)-linux/ZUM.so|VST3: Bitwig, Reaper, Ardour, Zrythm, Carla
 $HOME/.vst/ZUM.so|hosts of the version 2 interface
 EOF
 }

@@ -29,7 +29,7 @@ inside apt-get -qq -y install --no-install-recommends /root/zum.deb >/dev/null
 inside zum install-content
 inside zum render /usr/share/zum/Samples/Factory/Drums.wav /root/out.wav --program "Drums/Basement" --play
 for file in lib/clap/ZUM.clap lib/lv2/ZUM.lv2/ZUM.so lib/vst/ZUM.so \
-  lib/vst3/ZUM.vst3/Contents/x86_64-linux/ZUM.so; do
+  "lib/vst3/ZUM.vst3/Contents/$(uname -m)-linux/ZUM.so"; do
   [ -f "$work/tree/usr/$file" ] || { echo "/usr/$file leads nowhere" >&2; exit 1; }
   ! inside ldd "/usr/$file" | grep 'not found' || exit 1
 done

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "core/tags.hpp"
+#include "tests/support/word_hash.hpp"
 
 namespace zum::test {
 namespace {
@@ -196,13 +197,6 @@ void playBlock(Run& run, WordHash& hash) {
 }
 
 }  // namespace
-
-std::string WordHash::text(int digits) const {
-  std::uint64_t mixed = (state ^ (state >> 33U)) * 0xFF51AFD7ED558CCDU;
-  std::string made;
-  for (int i = 0; i < digits; ++i, mixed <<= 4U) made += "0123456789abcdef"[mixed >> 60U];
-  return made;
-}
 
 Run::Run(const Scenario& scenario, int filterType, std::uint32_t seed)
     : host(scenario.rate),

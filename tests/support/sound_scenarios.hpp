@@ -3,7 +3,6 @@
 #pragma once
 
 #include <array>
-#include <bit>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -31,19 +30,6 @@ class Chance {
     return mixed ^ (mixed >> 16U);
   }
   std::uint32_t seed;
-};
-
-/// FNV-1a over words, each of which can be seen in the result. All values that are no number count
-/// as one: which of two of them an operation passes on depends on the order that a compiler chose.
-class WordHash {
- public:
-  void add(float value) { add(value == value ? std::bit_cast<std::uint32_t>(value) : 0x7FC00000U); }
-  void add(std::uint32_t word) { state = (state ^ word) * 0x100000001B3U; }
-  /// In `digits` of 16.
-  std::string text(int digits) const;
-
- private:
-  std::uint64_t state = 0xCBF29CE484222325U;
 };
 
 struct Run;
