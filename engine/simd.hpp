@@ -147,9 +147,13 @@ inline Int4 truncateLanes(Float4 x) {
   }
   return whole;
 }
-inline Double2 widenLow(Float4 x) { return Double2{x[0], x[1]}; }
+// Converted lane by lane, gcc 12 takes the two for one another's inverse, and leaves both out.
+using Float2 = float __attribute__((vector_size(8)));
+inline Double2 widenLow(Float4 x) {
+  return __builtin_convertvector(__builtin_shufflevector(x, x, 0, 1), Double2);
+}
 inline Float4 narrow(Double2 x) {
-  return Float4{static_cast<float>(x[0]), static_cast<float>(x[1]), 0.0F, 0.0F};
+  return __builtin_shufflevector(__builtin_convertvector(x, Float2), Float2{}, 0, 1, 2, 3);
 }
 inline Float4 loadPairTwice(const float* p) { return Float4{p[0], p[1], p[0], p[1]}; }
 template <int count>
