@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -84,8 +85,8 @@ class NativeWindow {
   /// To another size, at once as far as it depends on us; nothing is told of it. What it shows is
   /// lost.
   virtual void resize(int width, int height) = 0;
-  /// Shows a part of `picture`, which has the size of the window, at once. CAIRO_FORMAT_RGB24.
-  virtual void show(cairo_surface_t* picture, int left, int top, int right, int bottom) = 0;
+  /// Shows parts of `picture`, which has the size of the window, at once. CAIRO_FORMAT_RGB24.
+  virtual void show(cairo_surface_t* picture, std::span<const cairo_rectangle_int_t> parts) = 0;
   /// As the system names it, 0 when it is gone.
   virtual std::uintptr_t handle() const = 0;
   /// Buttons and modifiers as they are just now.

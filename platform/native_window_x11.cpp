@@ -203,21 +203,28 @@ void X11Window::resize(int toWidth, int toHeight) {
   XFlush(display);
 }
 
-/// Large parts in bands, so that not all of the picture lies in memory a second time.
-void X11Window::show(cairo_surface_t* picture, int left, int top, int right, int bottom) {
+/// In bands, so that not all of a picture lies in memory a second time.
+void X11Window::show(cairo_surface_t* picture, std::span<const cairo_rectangle_int_t> parts) {
   if (handle() == 0) return;
   const X11Guard guard(display);
   cairo_t* context = cairo_create(surface);
   cairo_set_operator(context, CAIRO_OPERATOR_SOURCE);
   cairo_set_source_surface(context, picture, 0, 0);
-  const int rows = bandRows(right - left);
-  for (int first = top; first < bottom && !lost; first += rows) {
-    if (first > top) XSync(display, False);  // else the next band takes memory of its own
-    cairo_rectangle(context, left, first, right - left, std::min(rows, bottom - first));
-    cairo_fill(context);
-    cairo_surface_flush(surface);
+  int sent = 0;  // pixels that the server may not have taken yet
+  for (const auto& [x, y, wide, high] : parts) {
+    for (int row = 0; row < high && !lost; row += bandRows(wide)) {
+      const int rows = std::min(bandRows(wide), high - row);
+      if (sent > 0 && sent + wide * rows > kBandPixels) {
+        XSync(display, False);  // else the next band takes memory of its own
+        sent = 0;
+      }
+      sent += wide * rows;
+      cairo_rectangle(context, x, y + row, wide, rows);
+      cairo_fill(context);
+    }
   }
   cairo_destroy(context);
+  cairo_surface_flush(surface);
   XFlush(display);
 }
 

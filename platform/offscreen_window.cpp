@@ -30,15 +30,17 @@ void OffscreenWindow::poll() {
   }
 }
 
-void OffscreenWindow::show(cairo_surface_t* picture, int left, int top, int right, int bottom) {
+void OffscreenWindow::show(cairo_surface_t* picture, std::span<const cairo_rectangle_int_t> parts) {
   if (gone) return;
   cairo_t* context = cairo_create(screen.get());
   cairo_set_source_surface(context, picture, 0, 0);
-  cairo_rectangle(context, left, top, right - left, bottom - top);
-  cairo_fill(context);
+  for (const auto& [x, y, width, height] : parts) {
+    cairo_rectangle(context, x, y, width, height);
+    cairo_fill(context);
+    ++showCount;
+    pixelCount += static_cast<long>(width) * height;
+  }
   cairo_destroy(context);
-  ++showCount;
-  pixelCount += static_cast<long>(right - left) * (bottom - top);
 }
 
 void OffscreenWindow::press(int x, int y, int buttonWord) {

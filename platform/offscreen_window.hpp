@@ -18,7 +18,7 @@ class OffscreenWindow final : public NativeWindow {
 
   void poll() override;
   void resize(int width, int height) override;
-  void show(cairo_surface_t* picture, int left, int top, int right, int bottom) override;
+  void show(cairo_surface_t* picture, std::span<const cairo_rectangle_int_t> parts) override;
   std::uintptr_t handle() const override { return gone ? 0 : 1; }
   int currentButtons() const override { return heldButtons; }
   bool hasFocus() const override { return focused; }

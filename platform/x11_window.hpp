@@ -28,7 +28,7 @@ class X11Window final : public NativeWindow {
 
   void poll() override;
   void resize(int toWidth, int toHeight) override;
-  void show(cairo_surface_t* picture, int left, int top, int right, int bottom) override;
+  void show(cairo_surface_t* picture, std::span<const cairo_rectangle_int_t> parts) override;
   std::uintptr_t handle() const override { return lost ? 0 : window; }
   int currentButtons() const override;
   bool hasFocus() const override { return focused; }

@@ -112,7 +112,7 @@ class NativeWindowTest : public testing::Test {
     auto* words = reinterpret_cast<std::uint32_t*>(cairo_image_surface_get_data(picture));
     std::fill_n(words, kWidth * kHeight, colour);
     cairo_surface_mark_dirty(picture);
-    ours->show(picture, left, top, right, bottom);
+    ours->show(picture, {{{left, top, right - left, bottom - top}}});
     cairo_surface_destroy(picture);
     ours->currentButtons();
   }
@@ -155,7 +155,7 @@ TEST_F(NativeWindowTest, ShowsALargePictureWithLittleSharedMemory) {
       cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(wanted.data()),
                                           CAIRO_FORMAT_RGB24, kAcross, kDown, 4 * kAcross);
   const long before = sharedKilobytes();
-  ours->show(picture, 0, 0, kAcross, kDown);
+  ours->show(picture, {{{0, 0, kAcross, kDown}}});
   EXPECT_LE(sharedKilobytes() - before, 1024);
   cairo_surface_destroy(picture);
   ours->currentButtons();

@@ -1,5 +1,7 @@
 #include "toolkit/view/frame.hpp"
 
+#include <algorithm>
+#include <array>
 #include <cstring>
 
 namespace zum {
@@ -58,10 +60,13 @@ void CFrame::paint() {
     shown.add(onScreen);
   }
   pending.clear();
-  if (window) {
-    for (const CRect& part : shown.parts()) {
-      window->show(picture.get(), part.left, part.top, part.right, part.bottom);
-    }
+  if (window && !shown.isEmpty()) {
+    std::array<cairo_rectangle_int_t, Damage::kRects> parts;
+    const auto end =
+        std::ranges::transform(shown.parts(), parts.begin(), [](const CRect& part) {
+          return cairo_rectangle_int_t{part.left, part.top, part.width(), part.height()};
+        }).out;
+    window->show(picture.get(), {parts.begin(), end});
   }
   shown.clear();
 }
