@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 #include "toolkit/view/draw_context.hpp"
 
@@ -22,21 +23,48 @@ const std::uint32_t* rowOf(cairo_surface_t* surface, int row) {
                                                            cairo_image_surface_get_stride(surface));
 }
 
-/// What has no alpha is drawn faster without it, and takes no memory each time.
-Surface withoutIdleAlpha(Surface made, CPoint size) {
-  cairo_surface_flush(made.get());
+/// Where anything is drawn.
+CRect drawnPart(cairo_surface_t* made, CPoint size) {
+  const auto isDrawn = [](std::uint32_t word) { return word != 0; };
+  CRect part{size.x, size.y, 0, 0};
   for (int row = 0; row < size.y; ++row) {
-    const std::uint32_t* const first = rowOf(made.get(), row);
-    if (!std::all_of(first, first + size.x, [](std::uint32_t word) { return word >= ~kRgb; })) {
-      return made;
-    }
+    const std::uint32_t* const first = rowOf(made, row);
+    const std::uint32_t* const end = first + size.x;
+    const std::uint32_t* const left = std::find_if(first, first + part.left, isDrawn);
+    if (left == first + part.left && std::none_of(left, end, isDrawn)) continue;
+    const auto right = std::find_if(std::reverse_iterator(end),
+                                    std::reverse_iterator(first + part.right), isDrawn);
+    part = {static_cast<int>(left - first), std::min(part.top, row),
+            static_cast<int>(right.base() - first), row + 1};
   }
-  Surface plain(cairo_image_surface_create(CAIRO_FORMAT_RGB24, size.x, size.y));
-  const std::unique_ptr<cairo_t, decltype(&cairo_destroy)> copying(cairo_create(plain.get()),
+  return part;
+}
+
+bool isOpaque(cairo_surface_t* made, const CRect& part) {
+  for (int row = part.top; row < part.bottom; ++row) {
+    const std::uint32_t* const first = rowOf(made, row);
+    const auto isFull = [](std::uint32_t word) { return word >= ~kRgb; };
+    if (!std::all_of(first + part.left, first + part.right, isFull)) return false;
+  }
+  return true;
+}
+
+/// What is empty or has no alpha takes no memory for it, and is drawn faster. The corner stays
+/// where it was.
+Surface trimmed(Surface made, CPoint size) {
+  cairo_surface_flush(made.get());
+  const CRect part = drawnPart(made.get(), size);
+  if (part.isEmpty()) return Surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 1, 1));
+  const cairo_format_t format =
+      isOpaque(made.get(), part) ? CAIRO_FORMAT_RGB24 : CAIRO_FORMAT_ARGB32;
+  Surface kept(cairo_image_surface_create(format, part.width(), part.height()));
+  cairo_surface_set_device_offset(kept.get(), -part.left, -part.top);
+  const std::unique_ptr<cairo_t, decltype(&cairo_destroy)> copying(cairo_create(kept.get()),
                                                                    cairo_destroy);
+  cairo_set_operator(copying.get(), CAIRO_OPERATOR_SOURCE);
   cairo_set_source_surface(copying.get(), made.get(), 0.0, 0.0);
   cairo_paint(copying.get());
-  return cairo_status(copying.get()) == CAIRO_STATUS_SUCCESS ? std::move(plain) : std::move(made);
+  return cairo_status(copying.get()) == CAIRO_STATUS_SUCCESS ? std::move(kept) : std::move(made);
 }
 
 }  // namespace
@@ -82,7 +110,7 @@ Surface CBitmap::drawn(int frame, CPoint size, CPoint phase, double factor) cons
   cairo_translate(drawing.get(), phase.x / kPhases, phase.y / kPhases);
   cairo_scale(drawing.get(), factor, factor);
   frames->draw(drawing.get(), frame);
-  return withoutIdleAlpha(std::move(made), size);
+  return trimmed(std::move(made), size);
 }
 
 // The remainder that rounding its corner leaves goes into the drawing: so all of it stands exactly

@@ -189,9 +189,17 @@ int CDrawContext::getStringEnd(const std::string& text) {
 
 void CDrawContext::drawPicture(cairo_surface_t* picture, CPoint at, const CRect& part,
                                double alpha) {
-  if (picture == nullptr || part.isEmpty()) return;
+  if (picture == nullptr) return;
+  double left = 0.0;
+  double top = 0.0;
+  cairo_surface_get_device_offset(picture, &left, &top);
+  const CRect held{0, 0, cairo_image_surface_get_width(picture),
+                   cairo_image_surface_get_height(picture)};
+  const CRect shown =
+      part.meet(held.movedBy(at.x - static_cast<int>(left), at.y - static_cast<int>(top)));
+  if (shown.isEmpty()) return;
   cairo_save(cairo);
-  fill(part);
+  fill(shown);
   cairo_clip(cairo);
   cairo_set_source_surface(cairo, picture, at.x, at.y);
   cairo_pattern_set_filter(cairo_get_source(cairo), CAIRO_FILTER_NEAREST);

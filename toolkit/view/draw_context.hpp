@@ -58,6 +58,7 @@ class CDrawContext {
   int getStringEnd(const std::string& text);
 
   /// In pixels of the screen: as much of a picture whose corner is `at` as lies inside of `part`.
+  /// One with a device offset is a part of a larger one.
   /// `alpha` from 0 to 1; null draws nothing.
   void drawPicture(cairo_surface_t* picture, CPoint at, const CRect& part, double alpha);
 
