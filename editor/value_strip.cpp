@@ -68,18 +68,17 @@ void ValueStrip::draw(CDrawContext& context) {
   const CColor dim = colorOf(pictures::kReadoutGreen.towards(pictures::kBlack, 0.3));
   const std::array<Part, 3> parts = {
       Part{shown.name, dim}, {shown.by, shown.byColor}, {value, green}};
-  const auto widthAt = [&](int fontSize) {
+  const auto fitsAt = [&](int fontSize) {
     context.setFont(font, fontSize);
     int width = shown.moved.empty() ? 0 : kArrow + kSpace + context.getStringWidth(shown.moved);
     for (const Part& part : parts) {
       if (!part.text.empty()) width += context.getStringWidth(part.text) + kSpace;
     }
-    return width - (shown.moved.empty() ? kSpace : 0);
+    return width - (shown.moved.empty() ? kSpace : 0) <= size.width() - 2 * kSide;
   };
   int fontSize = 11;
-  while (fontSize > kSmallest && widthAt(fontSize) > size.width() - 2 * kSide) --fontSize;
-  const bool fits = widthAt(fontSize) <= size.width() - 2 * kSide;
-  context.setFont(font, fontSize);
+  bool fits = fitsAt(fontSize);
+  while (!fits && fontSize > kSmallest) fits = fitsAt(--fontSize);
   CRect place{size.left + kSide, size.top, size.right - kSide, size.bottom};
   for (const Part& part : parts) {
     if (part.text.empty() || (!fits && &part == parts.data())) continue;

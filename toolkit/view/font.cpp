@@ -61,6 +61,7 @@ double CFontDesc::baselineBelowMiddle() const {
 }
 
 void setLayoutText(PangoLayout* layout, const std::string& bytes) {
+  if (bytes == pango_layout_get_text(layout)) return;  // what is laid out is kept
   if (g_utf8_validate_len(bytes.data(), bytes.size(), nullptr) != FALSE) {
     pango_layout_set_text(layout, bytes.data(), static_cast<int>(bytes.size()));
     return;
