@@ -70,9 +70,12 @@ void cap(cairo_t* cr, const Circle& edge) {
   cairo_paint(cr);
 }
 
-// The grip on the edge turns with the knob.
+// The grip on the edge turns with the knob. So many small strokes are half of what a frame costs:
+// where it is drawn while the window waits, they are sampled coarsely, which black on black hides.
 void grip(cairo_t* cr, double x, double y, double radius, double depth, double angle) {
   const int teeth = static_cast<int>(radius * 1.3);
+  cairo_save(cr);
+  if (factorOf(cr) > 1.0) cairo_set_antialias(cr, CAIRO_ANTIALIAS_FAST);
   for (int i = 0; i < teeth; ++i) {
     const double a = angle + kTurn * i / teeth;
     const double c = std::cos(a);
@@ -80,6 +83,7 @@ void grip(cairo_t* cr, double x, double y, double radius, double depth, double a
     line(cr, x + (radius - depth) * c, y + (radius - depth) * s, x + (radius - 0.4) * c,
          y + (radius - 0.4) * s, 0.9, kBlack.withAlpha(0.55));
   }
+  cairo_restore(cr);
 }
 
 void pointer(cairo_t* cr, double x, double y, double from, double to, double width, double angle) {
