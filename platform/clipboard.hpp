@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -24,8 +25,8 @@ class Clipboard {
   /// UTF-8. Other programs get it as long as this object lives and is polled. False for what is too
   /// long, and where there is no clipboard.
   virtual bool give(std::string text) = 0;
-  /// The answer comes from within poll(). A question ahead of it is answered with nothing there,
-  /// whoever asked it.
+  /// The answer comes from within poll(). Questions ahead of it are answered with nothing there,
+  /// whoever asked them.
   virtual void ask(const void* owner, Answer answer) = 0;
   /// Who asked goes: nothing of his is answered.
   virtual void cancel(const void* owner) = 0;
@@ -33,12 +34,33 @@ class Clipboard {
   virtual void poll() = 0;
 
  protected:
-  struct Question {
-    const void* owner = nullptr;
-    Answer answer;  // none once it is answered or taken back
-    void endFor(const void* who) {
-      if (owner == who) answer = {};
+  /// Those that wait. Whoever hears an answer may ask again, or take questions back.
+  class Questions {
+   public:
+    void add(const void* owner, Answer answer) { all.push_back({owner, std::move(answer)}); }
+    void endFor(const void* owner) {
+      for (Question& each : all) {
+        if (each.owner == owner) each.answer = {};
+      }
     }
+    /// All but the latest, as they stand now.
+    void answerEarlier() {
+      for (std::size_t left = all.size(); left > 1; --left) answerFirst(std::nullopt);
+    }
+    bool hasEarlier() const { return all.size() > 1; }
+    void answerFirst(const std::optional<std::string>& text) {
+      if (all.empty()) return;
+      const Answer answer = std::move(all.front().answer);
+      all.pop_front();
+      if (answer) answer(text);
+    }
+
+   private:
+    struct Question {
+      const void* owner;
+      Answer answer;  // none once it is taken back
+    };
+    std::deque<Question> all;  // the latest one last
   };
 };
 
@@ -53,16 +75,16 @@ class OwnClipboard final : public Clipboard {
     text = std::move(given);
     return true;
   }
-  void ask(const void* owner, Answer answer) override { asked = {owner, std::move(answer)}; }
+  void ask(const void* owner, Answer answer) override { asked.add(owner, std::move(answer)); }
   void cancel(const void* owner) override { asked.endFor(owner); }
   void poll() override {
-    const Answer answer = std::exchange(asked.answer, {});
-    if (answer) answer(text);
+    asked.answerEarlier();
+    asked.answerFirst(text);
   }
 
  private:
   std::optional<std::string> text;
-  Question asked;
+  Questions asked;
 };
 
 }  // namespace zum

@@ -53,7 +53,7 @@ bool X11Clipboard::give(std::string given) {
 }
 
 void X11Clipboard::ask(const void* owner, Answer answer) {
-  superseded = std::exchange(asked, {owner, std::move(answer)});
+  asked.add(owner, std::move(answer));
   received.clear();
   state = State::done;
   isWhole = isOwner;
@@ -87,12 +87,11 @@ void X11Clipboard::poll() {
   const bool isWaiting = state == State::converting || state == State::receiving;
   const auto now = Clock::now();
   if (isWaiting && (!isOpen() || now > silentUntil || now > latest)) end(false);
-  if (const Answer before = std::exchange(superseded.answer, {})) before({});
-  if (state != State::done) return;
+  asked.answerEarlier();
+  if (state != State::done || asked.hasEarlier()) return;
   state = State::idle;
   const std::string whole = std::exchange(received, {});
-  const Answer answer = std::exchange(asked.answer, {});
-  if (answer) answer(isWhole ? std::optional(whole) : std::nullopt);
+  asked.answerFirst(isWhole ? std::optional(whole) : std::nullopt);
 }
 
 void X11Clipboard::handle(const XEvent& event) {

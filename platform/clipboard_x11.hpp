@@ -18,10 +18,7 @@ class X11Clipboard final : public Clipboard {
   bool isOpen() const { return display != nullptr && !lost; }
   bool give(std::string text) override;
   void ask(const void* owner, Answer answer) override;
-  void cancel(const void* owner) override {
-    asked.endFor(owner);
-    superseded.endFor(owner);
-  }
+  void cancel(const void* owner) override { asked.endFor(owner); }
   void poll() override;
 
  private:
@@ -49,9 +46,8 @@ class X11Clipboard final : public Clipboard {
   std::array<Atom, kNames> atoms{};
   std::string text;  // given
   bool isOwner = false;
-  Question asked;
-  State state = State::idle;
-  Question superseded;
+  Questions asked;
+  State state = State::idle;  // of the latest one
   std::string received;
   bool isWhole = false;
   int question = 0;  // each has a property of its own: an old owner may still write into one
