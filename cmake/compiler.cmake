@@ -32,6 +32,15 @@ macro(zum_file_by_file)
   add_link_options(-fno-lto)
 endmacro()
 
+# What is shipped: overwritten stacks and buffers end the program, tables of addresses are read-only
+# behind the start. Guards on the stack cost a hundredth of the block call, the rest nothing that could
+# be measured. Marks for control flow would be lost: Debian 12's own start files have none.
+if(NOT ZUM_SANITIZE)
+  add_compile_options($<$<CONFIG:Release>:-fstack-protector-strong>)
+  add_compile_options($<$<CONFIG:Release>:-U_FORTIFY_SOURCE> $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2>)
+  add_link_options(-Wl,-z,relro,-z,now,-z,noexecstack)
+endif()
+
 if(ZUM_SANITIZE)
   add_compile_options(-fsanitize=${ZUM_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${ZUM_SANITIZE})

@@ -31,6 +31,19 @@ endforeach()
 install(FILES ${CMAKE_BINARY_DIR}/zum.1.gz DESTINATION share/man/man1)
 install(FILES ${CMAKE_BINARY_DIR}/changelog.gz DESTINATION share/doc/zum)
 
+# What the files are made of, where Debian's own tools can tell.
+find_program(ZUM_DPKG dpkg-query)
+if(ZUM_DPKG AND NOT CMAKE_CROSSCOMPILING)
+  add_custom_command(OUTPUT zum.spdx licenses.gz
+    COMMAND ${package}/supply.sh ${PROJECT_VERSION} ${CMAKE_SOURCE_DIR}/packages.txt
+            ${CMAKE_BINARY_DIR} $<TARGET_FILE:ZUM> $<TARGET_FILE:ZUM32> $<TARGET_FILE:zum>
+    DEPENDS ${package}/supply.sh packages.txt ZUM ZUM32 zum
+    VERBATIM)
+  add_custom_target(zum_supply ALL DEPENDS zum.spdx licenses.gz)
+  install(FILES ${CMAKE_BINARY_DIR}/zum.spdx ${CMAKE_BINARY_DIR}/licenses.gz
+          DESTINATION share/doc/zum)
+endif()
+
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME zum)
 set(CPACK_PACKAGE_CONTACT "The ZUM founders <founders@zum.invalid>")

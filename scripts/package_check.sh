@@ -9,7 +9,7 @@ mirror=${1:-$(apt-get indextargets --format '$(REPO_URI)' 'Created-By: Packages'
 work=$(mktemp -d)
 trap 'umount "$work/tree/proc" 2>/dev/null || true; rm -rf "$work"' EXIT
 
-build release zum ZUM ZUM32 zum_content zum_lv2_bundle
+build release zum ZUM ZUM32 zum_content zum_lv2_bundle zum_supply
 appstreamcli validate --no-net cmake/package/audio.zelvane.zum.metainfo.xml
 (cd build && cpack -B "$work" >"$work/cpack.log" 2>&1) || { tail "$work/cpack.log" >&2; exit 1; }
 package=$(ls "$work"/zum_*.deb)

@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <sstream>
 #include <thread>
@@ -19,6 +20,7 @@
 #include "core/tags.hpp"
 #include "platform/files.hpp"
 #include "state/settings.hpp"
+#include "support/child_program.hpp"
 #include "support/own_display.hpp"
 #include "support/temporary_folder.hpp"
 #include "support/test_host.hpp"
@@ -319,16 +321,20 @@ TEST(AdaptorView, LiesWhereThePortSaysAndComesBack) {
   EXPECT_EQ(std::tie(rect.top, rect.bottom, rect.right), std::tuple(0, 470, 508));
   const auto view = process.MakeCustomView();
   HostWindow host;
+  const auto cutoff = [&] { return process.getEffect()->getParameter(tag::cutoff); };
   const auto move = [&](int x, int y, int toY) {
     robot.moveTo(host.window, x, y);
     robot.press();
     robot.moveTo(host.window, x, toY);
     robot.release();
-    for (int i = 0; i < 3; ++i) {
-      process.ViewIdle();
-      usleep(20'000);
-    }
-    return process.getEffect()->getParameter(tag::cutoff);
+  };
+  const auto idlesUntil = [&](const std::function<bool()>& isTrue, int ms) {
+    return comesTrue(
+        [&] {
+          process.ViewIdle();
+          return isTrue();
+        },
+        std::chrono::milliseconds(ms));
   };
   // Cutoff stands at 251, 180 of the editor.
   const std::tuple<ViewPort, int, int> ports[] = {
@@ -339,10 +345,12 @@ TEST(AdaptorView, LiesWhereThePortSaysAndComesBack) {
     view->drawContents(nullptr);
     process.ViewIdle();
     process.getEffect()->setParameter(tag::cutoff, 0.2F);
-    EXPECT_NEAR(move(x + 251, y + 180, y + 130), 0.4F, 0.001F) << x;
+    move(x + 251, y + 180, y + 130);
+    EXPECT_TRUE(idlesUntil([&] { return std::fabs(cutoff() - 0.4F) < 0.001F; }, 20'000)) << x;
     process.SetViewPort(nullptr);
     process.ViewIdle();
-    EXPECT_NEAR(move(x + 251, y + 180, y + 130), 0.4F, 0.001F) << x;
+    move(x + 251, y + 180, y + 130);
+    EXPECT_FALSE(idlesUntil([&] { return std::fabs(cutoff() - 0.4F) > 0.001F; }, 60)) << x;
   }
   const ViewPort nowhere{INT32_MIN, INT32_MIN, 12345};
   process.SetViewPort(&nowhere);
