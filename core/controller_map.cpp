@@ -61,7 +61,7 @@ ControllerMap::Read ControllerMap::readCcMap(KvChunk& chunk) {
       const auto tag = static_cast<std::int16_t>(chunk.getInt());
       const auto mode = static_cast<std::int16_t>(hasModes ? chunk.getInt() : 0);
       // In a preset this tag would end the list.
-      if (tag != preset::kEndOfController) list.tryAppend({tag, mode});
+      if (tag != preset::kEndOfController) list.tryAdd({tag, mode});
     }
   }
   learning.store(false);

@@ -15,6 +15,12 @@
 
 namespace zum {
 
+/// Of the buttons that step through the programs, which would lose their controllers with the first
+/// program that they bring: presets add to these, and take none of them away.
+inline bool outlastsPresets(Binding binding) ZUM_REALTIME {
+  return binding.tag == tag::nextProgram || binding.tag == tag::previousProgram;
+}
+
 /// The bindings of one controller, in the order in which they were learned. Readers see old or new
 /// bindings, never a torn one. A binding that is learned while others are removed may be lost or
 /// stay twice; room is made while nobody writes.
@@ -45,9 +51,14 @@ class BindingList {
   /// [main]
   bool append(Binding binding) noexcept { return reserve(size() + 1) && tryAppend(binding); }
   void clear() ZUM_REALTIME { count.store(0, std::memory_order_release); }
-  bool has(Binding binding) const ZUM_REALTIME {
+  /// [any] The same, but of a button that outlasts presets one is enough: programs find room beside
+  /// no more.
+  bool tryAdd(Binding binding) ZUM_REALTIME {
+    return (outlastsPresets(binding) && moves(binding.tag)) || tryAppend(binding);
+  }
+  bool moves(std::int16_t tag) const ZUM_REALTIME {
     for (std::size_t i = 0, end = size(); i < end; ++i) {
-      if (at(i) == binding) return true;
+      if (at(i).tag == tag) return true;
     }
     return false;
   }
@@ -71,12 +82,6 @@ class BindingList {
   GrowingArray<std::uint32_t> words;
   std::atomic<std::size_t> count{0};
 };
-
-/// Of the buttons that step through the programs, which would lose their controllers with the first
-/// program that they bring: presets add to these, and take none of them away.
-inline bool outlastsPresets(Binding binding) ZUM_REALTIME {
-  return binding.tag == tag::nextProgram || binding.tag == tag::previousProgram;
-}
 
 class ControllerMap {
  public:

@@ -111,8 +111,7 @@ void MidiIn::learnAndMove(BindingList& list, const Move& move, MidiPrograms& pro
   // The target that was read is spent, not one that a window sets meanwhile.
   const bool isButton = outlastsPresets({tag, 0});
   const bool mayTeach = target >= 0 && !(isButton && &list == &controllerMap.aftertouch);
-  // A button has room for one binding of its own in each list.
-  const bool isTaught = mayTeach && ((isButton && list.has({tag, 0})) || list.tryAppend({tag, 0}));
+  const bool isTaught = mayTeach && list.tryAdd({tag, 0});
   if (isTaught) learnTarget.compare_exchange_strong(target, -1);
   const bool mayStep = !(isTaught && isButton);
   int way = 0;

@@ -42,8 +42,7 @@ void PresetIntake::empty(BindingList& list) ZUM_REALTIME {
 
 void PresetIntake::add(BindingList& list, Binding binding) ZUM_REALTIME {
   if (map == MapRule::keeps || map == MapRule::empties) return;
-  const bool isThere = map == MapRule::takes && outlastsPresets(binding) && list.has(binding);
-  if (!isThere) list.tryAppend(binding);
+  list.tryAdd(binding);
 }
 
 void PresetIntake::mapBegins() ZUM_REALTIME {

@@ -406,7 +406,8 @@ TEST_F(BankTest, AControllerThatLearnedTheArrowStepsFromItsNextPressOn) {
 }
 
 // Of a tree without programs for MIDI, in an effect that has loaded none of them yet; nothing of a
-// program that fills a list is lost, and what both arrows learned lies beside it.
+// program that fills a list is lost, and what both arrows learned, or had in a session more than
+// once, lies beside it.
 TEST_F(BankTest, AnArrowStepsToProgramsThatNeedMoreRoom) {
   constexpr int kBindings = 40;
   TestHost maker;
@@ -416,7 +417,12 @@ TEST_F(BankTest, AnArrowStepsToProgramsThatNeedMoreRoom) {
   }
   put("A/a0", stateWith(0.0F));
   put("A/a1", maker.state());
+  TestHost many;
+  for (std::int16_t i = 0; i < 5; ++i) {
+    many.client().controllers().controllers[20].append({tag::nextProgram, i});
+  }
   TestHost host;
+  host.load(many.state());
   KvUniClient& client = host.client();
   const auto turn = [&client] {
     for (const std::uint8_t value : {std::uint8_t{0}, std::uint8_t{127}}) {

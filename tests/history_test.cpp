@@ -263,7 +263,7 @@ TEST_F(HistoryTest, AnArrowKeepsItsControllerOnTheWayBackAndInTheOtherSound) {
   load("one");
   bind(20, tag::nextProgram);
   const auto isBound = [&] {
-    return effect().controllers().controllers[20].has({tag::nextProgram, 0});
+    return effect().controllers().controllers[20].moves(tag::nextProgram);
   };
   EXPECT_TRUE(effect().undo() && isBound());
   EXPECT_TRUE(effect().chooseSound(1) && isBound());
