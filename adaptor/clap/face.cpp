@@ -52,9 +52,10 @@ void Face::stopProcessing() {
 
 void Face::onMainThread() {
   if (flushes.exchange(false)) host.requestFlush();
-  if (!rescans.exchange(false)) return;
-  host.rescanValues();
-  host.markDirty();
+  const bool isOther = saves.exchange(false);
+  const bool hasOtherValues = rescans.exchange(false);
+  if (hasOtherValues) host.rescanValues();
+  if (hasOtherValues || isOther) host.markDirty();
 }
 
 void Face::askForRescan() ZUM_REALTIME {
@@ -128,6 +129,15 @@ void Face::gestureMoved(int tag, float raw) {
 
 void Face::gestureEnded(int tag) {
   if (const int position = facePosition(tag); position >= 0) edits.end(position), askForFlush();
+}
+
+// Steps and names are no values: they make the session another one, and no more. What moved by
+// itself goes the way of events.
+void Face::presetChanged() {
+  if (takePresets()) return askForRescan();
+  saves.store(true);
+  host.requestCallback();
+  if (!processing.load() && hasUntold()) host.requestFlush();
 }
 
 void Face::askForFlush() const {

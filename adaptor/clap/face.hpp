@@ -44,7 +44,7 @@ class Face final : private HostSide::Listener {
   void gestureBegan(int tag) override;
   void gestureMoved(int tag, float raw) override;
   void gestureEnded(int tag) override;
-  void presetChanged() override { takePresets(), askForRescan(); }
+  void presetChanged() override;
   void askForFlush() const;
 
   void askForRescan() ZUM_REALTIME;
@@ -60,7 +60,8 @@ class Face final : private HostSide::Listener {
   const HostLink host;
   std::atomic<bool> processing{false};
   // asked for on the main thread
-  std::atomic<bool> rescans{false};  // of values
+  std::atomic<bool> rescans{false};  // of values, and the session is to be saved
+  std::atomic<bool> saves{false};    // the latter alone
   std::atomic<bool> flushes{false};
   // The host loads states itself, and is told of other presets alone.
   std::atomic<std::uint32_t> hostLoads{0};

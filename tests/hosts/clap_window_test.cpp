@@ -77,6 +77,20 @@ struct ClapWindow : testing::Test {
   }
 };
 
+TEST_F(ClapWindow, AStepMakesTheSessionAnotherOneAndReadsNoValueAnew) {
+  ClapPlug plug(44100.0, true);
+  ASSERT_TRUE(open(plug, place));
+  const auto listen = [&] { plug.process(sound, sound, 0, 64); };
+  robot.moveTo(place.window, 460, 273), robot.click(), wait(plug, listen);  // the steps' tab
+  plug.answerCallbacks();
+  plug.host.rescans = plug.host.dirty = 0;
+  robot.moveTo(place.window, 262, 300), robot.press(), wait(plug, listen);
+  robot.release();
+  for (int i = 0; i < 20 && plug.host.dirty == 0; ++i) wait(plug, listen), plug.answerCallbacks();
+  EXPECT_EQ(plug.host.rescans * 10 + plug.host.dirty, 1);
+  close(plug);
+}
+
 // Without timers of the host's no hand is told of: values move by themselves.
 TEST_F(ClapWindow, TellsTheHostOfEachHoldInAndOutOfProcessing) {
   for (const bool hasTimers : {true, false}) {
