@@ -6,7 +6,7 @@
 
 #include "core/host_text.hpp"
 #include "fuzz/bytes.hpp"
-#include "tests/support/linked_effect.hpp"
+#include "fuzz/kept_effect.hpp"
 #include "tests/support/own_home.hpp"
 
 namespace {
@@ -117,12 +117,15 @@ void callOnce(const LinkedEffect& effect, unsigned what, Bytes& in) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   Bytes in{data, size};
-  const unsigned kind = in.below(8);
+  const auto kind = in.take<std::uint16_t>();
   answers = {.product = kind % 2 == 1 ? "Sony ACID Pro" : ""};
-  const LinkedEffect effects[] = {LinkedEffect(host), LinkedEffect(kind < 2 ? nullptr : host)};
+  // the product is asked for by a fresh one alone
+  static KeptEffect first(host), second(host), alone(nullptr);
+  KeptEffect* const effects[] = {&first, kind % 8 < 2 ? &alone : &second};
+  for (KeptEffect* effect : effects) effect->begin(kind >> 8U == 0xFF);
   for (int calls = 0; in.left > 0 && calls < 300; ++calls) {
     const unsigned what = in.below(32);
-    callOnce(effects[what / 16], what % 16, in);
+    callOnce(effects[what / 16]->use(), what % 16, in);
   }
   return 0;
 }

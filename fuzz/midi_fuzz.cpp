@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "fuzz/bytes.hpp"
-#include "tests/support/linked_effect.hpp"
+#include "fuzz/kept_effect.hpp"
 #include "tests/support/own_home.hpp"
 
 namespace {
@@ -45,8 +45,10 @@ void play(Effect& effect, Bytes& bytes) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  Effect effect;
+  static KeptEffect kept;
   Bytes bytes{data, size};
+  kept.begin(bytes.take<std::uint8_t>() == 0xFF);
+  Effect& effect = kept.use();
   const auto anyTag = [&bytes] { return static_cast<std::int32_t>(bytes.below(300)) - 20; };
   while (bytes.left > 0) {
     switch (bytes.below(8)) {
