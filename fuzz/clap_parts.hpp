@@ -1,0 +1,170 @@
+// What a CLAP host of random bytes hands in. All memory is exactly as long as the interface asks.
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "adaptor/clap/interface.hpp"
+#include "core/parameter_table.hpp"
+#include "fuzz/bytes.hpp"
+
+namespace zum::fuzz {
+
+/// It offers all that it is asked for without a window, and forgets it.
+inline const clap_host_t& host() {
+  static const auto ignore = [](auto...) {};
+  static const clap_host_params_t params{ignore, ignore, ignore};
+  static const clap_host_state_t state{ignore};
+  static const clap_host_preset_load_t presets{ignore, ignore};
+  static const clap_host_t all{CLAP_VERSION,
+                               nullptr,
+                               "",
+                               "",
+                               "",
+                               "",
+                               [](const clap_host_t*, const char* id) -> const void* {
+                                 const std::string wanted = id;
+                                 if (wanted == CLAP_EXT_PARAMS) return &params;
+                                 if (wanted == CLAP_EXT_STATE) return &state;
+                                 return wanted == CLAP_EXT_PRESET_LOAD ? &presets : nullptr;
+                               },
+                               ignore,
+                               ignore,
+                               ignore};
+  return all;
+}
+
+inline clap_id anyId(Bytes& in) {
+  const auto number = in.take<std::uint32_t>();
+  return number % 16 == 0 ? number : static_cast<clap_id>(faceTags()[number % kFaceParameters]);
+}
+
+/// A list that a block reads; some of it is holes.
+class InEvents {
+ public:
+  explicit InEvents(Bytes& in) : events(in.below(9)) {
+    for (Event& event : events) {
+      const unsigned kind = in.below(32);
+      if (kind == 31) continue;
+      const bool isWhole = kind != 30;
+      const unsigned size = isWhole ? sizeof(clap_event_transport_t) : in.below(64);
+      clap_event_header_t header{size, in.below(140), CLAP_CORE_EVENT_SPACE_ID,
+                                 static_cast<std::uint16_t>(kind % 13), in.below(4)};
+      if (kind == 29) header.time = in.take<std::uint32_t>(), header.space_id = 7;
+      event.resize(std::max<std::size_t>(header.size, sizeof header));
+      for (std::size_t i = sizeof header; i < std::min<std::size_t>(event.size(), 56); ++i) {
+        event[i] = in.take<std::byte>();
+      }
+      std::memcpy(event.data(), &header, sizeof header);
+      if (header.type != CLAP_EVENT_PARAM_VALUE || !isWhole) continue;
+      const clap_id id = anyId(in);
+      std::memcpy(&event[offsetof(clap_event_param_value_t, param_id)], &id, sizeof id);
+    }
+  }
+
+  clap_input_events_t list{
+      this,
+      [](const clap_input_events_t* of) {
+        return static_cast<std::uint32_t>(static_cast<InEvents*>(of->ctx)->events.size());
+      },
+      [](const clap_input_events_t* of, std::uint32_t index) {
+        const Event& event = static_cast<InEvents*>(of->ctx)->events.at(index);
+        const void* const first = event.empty() ? nullptr : event.data();
+        return static_cast<const clap_event_header_t*>(first);
+      }};
+
+ private:
+  using Event = std::vector<std::byte>;
+  std::vector<Event> events;
+};
+
+/// With room for so many.
+struct OutEvents {
+  mutable unsigned room;
+  clap_output_events_t list{this,
+                            [](const clap_output_events_t* to, const clap_event_header_t* event) {
+                              unsigned& left = static_cast<OutEvents*>(to->ctx)->room;
+                              demand(event->size >= sizeof *event);
+                              return left > 0 && left-- > 0;
+                            }};
+};
+
+struct Stream {
+  std::string bytes;
+  std::size_t piece = 4096;
+  std::size_t taken = 0;
+  clap_ostream_t out{this, [](const clap_ostream_t* to, const void* from, std::uint64_t count) {
+                       auto& all = static_cast<Stream*>(to->ctx)->bytes;
+                       all.append(static_cast<const char*>(from), count);
+                       return static_cast<std::int64_t>(count);
+                     }};
+  clap_istream_t in{this, [](const clap_istream_t* from, void* to, std::uint64_t count) {
+                      auto& all = *static_cast<Stream*>(from->ctx);
+                      const std::size_t most = std::min<std::size_t>(count, all.piece);
+                      const std::size_t given =
+                          all.bytes.copy(static_cast<char*>(to), most, all.taken);
+                      all.taken += given;
+                      return static_cast<std::int64_t>(given);
+                    }};
+};
+
+/// 0 to 3 channels of sound, mostly 2.
+struct Port {
+  Port(Bytes& in, std::size_t frames) : channels(in.below(8) == 0 ? in.below(4) : 2) {
+    for (auto& channel : channels) {
+      channel.resize(frames, static_cast<float>(in.take<std::int8_t>()) / 128.0F);
+      pointers.push_back(channel.data());
+    }
+    const unsigned way = in.below(32);
+    if (way == 0 && !pointers.empty()) pointers[0] = nullptr;
+    buffer.data32 = way == 1 ? nullptr : pointers.data();
+    buffer.channel_count = static_cast<std::uint32_t>(pointers.size());
+  }
+  Port(const Port&) = delete;
+  Port& operator=(const Port&) = delete;
+
+  std::vector<std::vector<float>> channels;
+  std::vector<float*> pointers;
+  clap_audio_buffer_t buffer{};
+};
+
+inline void demandNumbers(const clap_audio_buffer_t& sound, std::size_t frames) {
+  for (std::uint32_t i = 0; sound.data32 != nullptr && i < sound.channel_count; ++i) {
+    for (std::size_t frame = 0; sound.data32[i] != nullptr && frame < frames; ++frame) {
+      demand(std::isfinite(sound.data32[i][frame]));
+    }
+  }
+}
+
+struct Instance {
+  Instance() {
+    const void* const found = clap_entry.get_factory(CLAP_PLUGIN_FACTORY_ID);
+    const auto* const factory = static_cast<const clap_plugin_factory_t*>(found);
+    plugin = factory->create_plugin(factory, &host(), "com.zelvane.zum");
+    demand(plugin != nullptr && plugin->init(plugin));
+  }
+  ~Instance() { plugin->destroy(plugin); }
+  Instance(const Instance&) = delete;
+  Instance& operator=(const Instance&) = delete;
+
+  template <class Extension>
+  const Extension& get(const char* id) const {
+    return *static_cast<const Extension*>(plugin->get_extension(plugin, id));
+  }
+  std::string save() const {
+    Stream stream;
+    demand(get<clap_plugin_state_t>(CLAP_EXT_STATE).save(plugin, &stream.out));
+    return stream.bytes;
+  }
+  bool load(const std::string& bytes, std::size_t piece = 4096) const {
+    const Stream stream{bytes, piece};
+    return get<clap_plugin_state_t>(CLAP_EXT_STATE).load(plugin, &stream.in);
+  }
+
+  const clap_plugin_t* plugin = nullptr;
+};
+
+}  // namespace zum::fuzz
