@@ -23,6 +23,8 @@ inline std::string upperCase(std::string_view text) {
 template <class Control, class... More>
 Control* KvUniClientEditor::make(const CRect& rect, int tag, const More&... more) {
   auto* const control = new Control(rect, this, tag, *getFrame(), more...);
+  control->remember();
+  making = Held<CView>(control);
   if (tag >= 0 && tag <= kLastTag) controls[static_cast<std::size_t>(tag)] = control;
   return control;
 }

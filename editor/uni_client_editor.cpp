@@ -1,5 +1,6 @@
 #include "editor/uni_client_editor.hpp"
 
+#include <new>
 #include <string_view>
 #include <utility>
 
@@ -39,12 +40,27 @@ KvUniClientEditor::KvUniClientEditor(KvUniClient& owner)
 
 bool KvUniClientEditor::open(void* parent, const CFrame::WindowOpener& opener) {
   const std::lock_guard turn(windowTurn());
+  if (isOpen()) return false;
   ownsWindow = parent == nullptr;
   if (ownsWindow && !firstRoom) {
     if (const auto room = desktopRoom()) firstRoom = WindowSize{room->width, room->height};
   }
   setFactor(scaleToBe().factor());
-  if (!KvEditorBase::open(parent, editorFont.get(), opener)) return false;
+  bool isWhole = false;
+  try {
+    isWhole = KvEditorBase::open(parent, editorFont.get(), opener);
+    if (isWhole) fillFrame();
+  } catch (const std::bad_alloc&) {
+    // Half a window is none. Who has a second holder behind its frame had not come to a place.
+    KvUniClientEditor::close();
+    if (making && making->holderCount() > 1) making->forget();
+    isWhole = false;
+  }
+  making = {};
+  return isWhole;
+}
+
+void KvUniClientEditor::fillFrame() {
   getFrame()->setBackground(holdBitmap(kBackgroundPicture));
   addHiddenMenus();
   addPanels();
@@ -69,7 +85,6 @@ bool KvUniClientEditor::open(void* parent, const CFrame::WindowOpener& opener) {
   addValueViews();
   getFrame()->setDirty(true);
   effect.keepHistory();
-  return true;
 }
 
 // What is held while the window goes would be held for ever: a gesture in the host's ears, a button

@@ -86,7 +86,8 @@ class KvUniClientEditor final : public AEffGUIEditor, public CControlListener {
   KvViewContainer* getAboutPanel() const { return aboutPanel; }
 
  private:
-  // The steps of open(), in its order. Each adds to the frame.
+  void fillFrame();
+  // The steps of fillFrame(), in its order. Each adds to the frame.
   void addHiddenMenus();
   void addPanels();
   void addPages();
@@ -169,6 +170,7 @@ class KvUniClientEditor final : public AEffGUIEditor, public CControlListener {
   ValueField* valueField = nullptr;
   std::vector<KvOptionMenu*> presetMenus;
   std::vector<Held<CView>> topViews;  // to lie above all pages, until they are added
+  Held<CView> making;                 // the latest that was made, until all are
   std::array<char, SharedName::kRoom> shownName{};
   int restTicks = 0;    // until what a wheel or a key moves is over, as a step
   float status = 0.0F;  // picture of the status strip

@@ -7,8 +7,6 @@
 namespace zum {
 namespace {
 
-constexpr const char* kClass = "RTASWRAPPERCLASS";
-
 class X11ChildWindow final : public ChildWindow {
  public:
   explicit X11ChildWindow(const ChildWindowRequest& request) : display(connectToServer(lost)) {
@@ -21,8 +19,8 @@ class X11ChildWindow final : public ChildWindow {
                                  static_cast<unsigned>(request.width),
                                  static_cast<unsigned>(request.height), 0, black, black);
     XStoreName(display, window, request.title.c_str());
-    std::string name = kClass;
-    XClassHint classes{name.data(), name.data()};
+    char name[] = "RTASWRAPPERCLASS";
+    XClassHint classes{name, name};
     XSetClassHint(display, window, &classes);
     XMapWindow(display, window);
     if (guard.failed()) window = 0;

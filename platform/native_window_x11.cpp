@@ -52,12 +52,12 @@ std::unique_ptr<NativeWindow> openNativeWindow(const WindowRequest& request, Win
 
 X11Window::X11Window(const WindowRequest& request, WindowEvents& told)
     : events(told),
-      display(connectToServer(lost)),
       parent(request.parent),
       width(request.width),
       height(request.height),
       sizes(request.sizes),
       focusBefore(request.parent) {
+  display = connectToServer(lost);  // last: where the memory ends above, nobody closes it
   if (display == nullptr) return;
   X11Guard guard(display);
   if (!create(request, guard) || guard.failed()) window = 0;

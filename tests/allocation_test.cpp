@@ -9,6 +9,7 @@
 #include "core/tags.hpp"
 #include "platform/files.hpp"
 #include "state/settings.hpp"
+#include "tests/support/editor_desk.hpp"
 #include "tests/support/failing_memory.hpp"
 #include "tests/support/temporary_folder.hpp"
 #include "tests/support/test_host.hpp"
@@ -89,6 +90,25 @@ TEST_F(NoMemory, ProgramsThatFoundNoRoomAreReadLater) {
     }
     EXPECT_GT(readLater, 10);
   }
+}
+
+// Half a window would be one without pictures, or with controls that are not there.
+TEST_F(NoMemory, AWindowOpensWholeOrNotAtAll) {
+  EditorDesk desk;
+  KvUniClientEditor& editor = desk.editor();
+  const std::size_t views = editor.shownFrame()->children().size();
+  int refused = 0;
+  // Each of the first, then ever fewer: one of some thousand.
+  for (int n = 1, more = 1; more != 0; n += 1 + n / 20) {
+    SCOPED_TRACE(n);
+    editor.close();
+    more = failsAt(n, [&] { desk.reopen(); });
+    refused += editor.isOpen() ? 0 : 1;
+    if (!editor.isOpen()) desk.reopen();
+    EXPECT_EQ(editor.shownFrame()->children().size(), views);
+    EXPECT_NE(editor.getBitmap(1000), nullptr);
+  }
+  EXPECT_GT(refused, 50);
 }
 
 TEST_F(NoMemory, AnOperationIsDoneWholeOrNotAtAll) {

@@ -1,6 +1,7 @@
 #include "toolkit/editor_base.hpp"
 
 #include <cstdint>
+#include <new>
 
 #include "state/library_record.hpp"
 
@@ -13,17 +14,20 @@ PictureTable& KvEditorBase::pictures() {
 
 bool KvEditorBase::open(void* parent, const CFontDesc* font, const CFrame::WindowOpener& opener) {
   if (isOpen()) return false;
-  frame = Held<KvFrame>(new KvFrame(bounds, this, factor()));
-  frame->setDefaultFont(font);
-  frame->walkByKeys();
+  const Held<KvFrame> fresh(new KvFrame(bounds, this, factor()));
+  fresh->setDefaultFont(font);
+  fresh->walkByKeys();
   // The title is for a window of its own; inside of a host's nobody sees it.
   const char* const title = libraryRecord().product;
-  if (!frame->open(reinterpret_cast<std::uintptr_t>(parent), title, opener)) {
-    frame = {};
-    return false;
-  }
+  if (!fresh->open(reinterpret_cast<std::uintptr_t>(parent), title, opener)) return false;
   pictures().open(pictureSource);
-  WindowServices::get().attach(this, {frame->nativeHandle(), opener, factor()});
+  try {
+    WindowServices::get().attach(this, {fresh->nativeHandle(), opener, factor()});
+  } catch (const std::bad_alloc&) {
+    pictures().close();
+    throw;
+  }
+  frame = fresh;
   return true;
 }
 

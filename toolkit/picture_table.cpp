@@ -36,7 +36,10 @@ bool hasShape(const BitmapFile& file, const PictureShape& shape) {
 }  // namespace
 
 void PictureTable::open(const PictureSource& source) {
-  if (users++ > 0) return;
+  if (users > 0) {
+    ++users;
+    return;
+  }
   int id = firstId;
   for (Held<CBitmap>& picture : pictures) {
     const auto file = BitmapFile::open(source.bytes(id));
@@ -45,6 +48,7 @@ void PictureTable::open(const PictureSource& source) {
     }
     ++id;
   }
+  users = 1;  // not before: where the memory ends, the next one who opens begins anew
 }
 
 void PictureTable::close() {

@@ -21,10 +21,12 @@ std::unique_ptr<FileDialogs> WindowServices::makeDialogs() {
 }
 
 void WindowServices::attach(const void* window, const DialogPlace& shownAt) {
-  attachMessages();
+  std::unique_ptr<FileDialogs> fresh;
+  if (fileDialogs() == nullptr) fresh = makeDialogs();
   windows.emplace_back(window, shownAt);
-  if (fileDialogs() != nullptr) return;
-  dialogs = makeDialogs();
+  attachMessages();  // from here on nothing fails
+  if (fresh == nullptr) return;
+  dialogs = std::move(fresh);
   setFileDialogs(dialogs.get());
 }
 
