@@ -25,11 +25,13 @@ int onError(Display* display, XErrorEvent* event) {
 }
 
 /// The server went. Cairo waits in a loop until it has done what it was sent: as much counts as
-/// done from now on, whatever is sent still.
+/// done from now on, whatever is sent still. The library takes the user's lock for the thread that
+/// met the end, as that one is to leave the process; another one closes the window.
 void onServerGone(Display* display, void* mark) {
   constexpr unsigned long kMore = 1UL << 30U;
   LastKnownRequestProcessed(display) = NextRequest(display) + kMore;
   *static_cast<bool*>(mark) = true;
+  XUnlockDisplay(display);
 }
 
 sigset_t pipeSignal() {
