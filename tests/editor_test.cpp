@@ -311,6 +311,7 @@ TEST(Editor, OpensAgainAndAgainAndTwoWindowsShareThePictures) {
 TEST(Editor, MayBeClosedByTheHostFromInsideOfWhatAControlTells) {
   for (const auto call : {audioMasterBeginEdit, audioMasterAutomate, audioMasterEndEdit}) {
     EditorDesk desk;
+    desk.host.host.calls.clear();
     desk.host.host.onCall = [&](std::int32_t opcode) {
       if (opcode == call) desk.editor().close();
     };
@@ -320,7 +321,20 @@ TEST(Editor, MayBeClosedByTheHostFromInsideOfWhatAControlTells) {
     desk.window->release(knob.x, knob.y);
     desk.tick(2);
     EXPECT_FALSE(desk.editor().isOpen());
+    const auto& last = desk.host.host.calls.back();
+    EXPECT_EQ(last, (std::array<std::intptr_t, 3>{audioMasterEndEdit, tag::cutoff, 0}));
   }
+}
+
+TEST(Editor, HoldsNothingOnceItsWindowIsGone) {
+  EditorDesk desk;
+  desk.press(desk.middleOf(tag::cutoff));
+  ASSERT_EQ(desk.host.host.calls.back().front(), audioMasterBeginEdit);
+  desk.window->vanish();
+  desk.tick();
+  EXPECT_EQ(desk.host.host.calls.back(),
+            (std::array<std::intptr_t, 3>{audioMasterEndEdit, tag::cutoff, 0}));
+  EXPECT_TRUE(desk.editor().isOpen());
 }
 
 TEST(Editor, RollsTheDiceOnceForAKeyThatIsHeldAndHandsOtherKeysToTheHost) {

@@ -72,8 +72,8 @@ void KvFrame::idle() {
   try {
     heldKey.tick();
     pollWindow();
-    if (!isGone()) tick();
-  } catch (...) {  // a tick without memory is not the last one
+    isGone() ? letGo() : tick();  // the host may leave a window open whose server went
+  } catch (...) {                 // a tick without memory is not the last one
     ticking = false;
     throw;
   }
