@@ -195,10 +195,20 @@ std::intptr_t HostSide::tell(std::int32_t opcode, std::int32_t index, float raw)
     if (opcode == audioMasterAutomate) effect->setParameter(index, raw);
     return 1;
   }
+  const int position = facePosition(index);
+  const std::uint64_t held = position >= 0 ? std::uint64_t{1} << position : 0;
   switch (opcode) {
-    case audioMasterBeginEdit: listener->gestureBegan(index); break;
+    case audioMasterBeginEdit:
+      toldHeld |= held;
+      listener->gestureBegan(index);
+      break;
     case audioMasterAutomate: listener->gestureMoved(index, raw); break;
-    case audioMasterEndEdit: listener->gestureEnded(index); break;
+    case audioMasterEndEdit:
+      // The host that closes a window ends what a hand began there on our own thread, untold.
+      if ((toldHeld & held) == 0) break;
+      toldHeld &= ~held;
+      listener->gestureEnded(index);
+      break;
     default: listener->presetChanged(); break;
   }
   return 1;

@@ -163,6 +163,7 @@ class HostSide {
   bool active = false;
   bool hasSideChain = false;  // it sounded
   WindowFrame* windowFrame = nullptr;
+  std::uint64_t toldHeld = 0;  // gestures that the listener has heard begin, by facePosition()
   std::unique_ptr<KvUniClient> effect;
   std::jthread windowThread;  // goes first
 };
