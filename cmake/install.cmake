@@ -31,7 +31,7 @@ endforeach()
 install(FILES ${CMAKE_BINARY_DIR}/zum.1.gz DESTINATION share/man/man1)
 install(FILES ${CMAKE_BINARY_DIR}/changelog.gz DESTINATION share/doc/zum)
 
-# What the files are made of, where Debian's own tools can tell.
+# What the files are made of, where Debian's own tools can tell: `--target zum_supply` ahead of `cpack`.
 find_program(ZUM_DPKG dpkg-query)
 if(ZUM_DPKG AND NOT CMAKE_CROSSCOMPILING)
   add_custom_command(OUTPUT zum.spdx licenses.gz
@@ -39,9 +39,9 @@ if(ZUM_DPKG AND NOT CMAKE_CROSSCOMPILING)
             ${CMAKE_BINARY_DIR} $<TARGET_FILE:ZUM> $<TARGET_FILE:ZUM32> $<TARGET_FILE:zum>
     DEPENDS ${package}/supply.sh packages.txt ZUM ZUM32 zum
     VERBATIM)
-  add_custom_target(zum_supply ALL DEPENDS zum.spdx licenses.gz)
+  add_custom_target(zum_supply DEPENDS zum.spdx licenses.gz)
   install(FILES ${CMAKE_BINARY_DIR}/zum.spdx ${CMAKE_BINARY_DIR}/licenses.gz
-          DESTINATION share/doc/zum)
+          DESTINATION share/doc/zum OPTIONAL)
 endif()
 
 set(CPACK_GENERATOR DEB)

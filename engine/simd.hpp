@@ -143,7 +143,7 @@ inline Int4 truncateLanes(Float4 x) {
   Int4 whole{};
   constexpr float kEnd = 2147483648.0F;
   for (int i = 0; i < 4; ++i) {
-    if (x[i] > -kEnd && x[i] < kEnd) whole[i] = static_cast<std::int32_t>(x[i]);
+    if (x[i] >= -kEnd && x[i] < kEnd) whole[i] = static_cast<std::int32_t>(x[i]);
   }
   return whole;
 }

@@ -6,7 +6,8 @@
 
 namespace zum {
 
-/// [any] `angle` 0 to 120; 0 for what lies outside.
+/// [any] `angle` -120 to 120; 0 for what lies outside. A glide to the start of the song ends a
+/// little below 0.
 float sineOf(float angle) ZUM_REALTIME;
 
 }  // namespace zum

@@ -79,7 +79,7 @@ class OwnClipboard final : public Clipboard {
   void cancel(const void* owner) override { asked.endFor(owner); }
   void poll() override {
     asked.answerEarlier();
-    asked.answerFirst(text);
+    if (!asked.hasEarlier()) asked.answerFirst(std::optional(text));
   }
 
  private:

@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -24,16 +25,26 @@ bool isNeighbour(std::string_view name) {
          name.find_first_not_of("0123456789-", kStart.size()) == name.npos;
 }
 
+/// The name still leads to the open file.
+bool isAt(int file, int folder, const char* name) {
+  struct stat opened {};
+  struct stat named {};
+  return ::fstat(file, &opened) == 0 && ::fstatat(folder, name, &named, AT_SYMLINK_NOFOLLOW) == 0 &&
+         opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
+}
+
 /// What nobody holds was left by a program that died.
 void removeAbandoned(const std::string& folder) {
   const std::unique_ptr<DIR, int (*)(DIR*)> open(::opendir(folder.c_str()), ::closedir);
   while (const dirent* entry = open != nullptr ? ::readdir(open.get()) : nullptr) {
     if (!isNeighbour(entry->d_name)) continue;
     const int within = ::dirfd(open.get());
-    const int file =
-        ::openat(within, entry->d_name, O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC);
+    // For writing: some network file systems lock no other files.
+    const int file = ::openat(within, entry->d_name, O_RDWR | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC);
     if (file == kClosed) continue;
-    if (::flock(file, LOCK_EX | LOCK_NB) == 0) ::unlinkat(within, entry->d_name, 0);
+    if (::flock(file, LOCK_EX | LOCK_NB) == 0 && isAt(file, within, entry->d_name)) {
+      ::unlinkat(within, entry->d_name, 0);
+    }
     ::close(file);
   }
 }
@@ -42,6 +53,9 @@ void removeAbandoned(const std::string& folder) {
 
 NeighbourFile::NeighbourFile(std::string path) : target(std::move(path)) {
   constexpr int kTries = 100;
+  struct stat old {};
+  std::optional<mode_t> mode;
+  if (::stat(target.c_str(), &old) == 0) mode = old.st_mode & 07777U;
   const std::string folder = target.substr(0, target.rfind('/') + 1);
   removeAbandoned(folder.empty() ? "." : folder);
   static std::atomic<unsigned> made{0};
@@ -49,9 +63,10 @@ NeighbourFile::NeighbourFile(std::string path) : target(std::move(path)) {
     name = folder;
     name.append(kStart).append(std::to_string(::getpid())).append(1, '-');
     name += std::to_string(made++);
-    if (!open() && errno != EEXIST) break;
+    if (!open(mode.value_or(0666) & 0777U) && errno != EEXIST) break;
   }
-  takeMode();
+  // What the mask has taken, and bits that are not for everybody.
+  if (file != kClosed && mode) (void)::fchmod(file, *mode);  // some file systems have no modes
 }
 
 NeighbourFile::~NeighbourFile() {
@@ -60,15 +75,9 @@ NeighbourFile::~NeighbourFile() {
   if (held != kClosed) ::close(held);
 }
 
-void NeighbourFile::takeMode() const {
-  struct stat old {};
-  if (file == kClosed || ::stat(target.c_str(), &old) != 0) return;
-  (void)::fchmod(file, old.st_mode & 07777U);  // some file systems have no modes
-}
-
 // The system applies the user's mask: to ask for it would change it for other threads.
-bool NeighbourFile::open() {
-  file = ::open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+bool NeighbourFile::open(mode_t mode) {
+  file = ::open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode);
   if (file != kClosed && hold()) return true;
   const int why = file != kClosed ? EEXIST : errno;
   for (int* each : {&file, &held}) {
@@ -82,10 +91,9 @@ bool NeighbourFile::open() {
 /// False where somebody has taken it for abandoned in between. A file system without locks has none
 /// who could.
 bool NeighbourFile::hold() {
-  held = ::fcntl(file, F_DUPFD_CLOEXEC, 0);
+  held = ::fcntl(file, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
   if (::flock(file, LOCK_EX | LOCK_NB) != 0) return errno != EWOULDBLOCK;
-  struct stat status {};
-  return ::fstat(file, &status) != 0 || status.st_nlink > 0;
+  return isAt(file, AT_FDCWD, name.c_str());
 }
 
 bool NeighbourFile::close() { return ::close(std::exchange(file, kClosed)) == 0; }

@@ -2,6 +2,8 @@
 // dies meanwhile leaves it there; the next one that writes into that folder takes it away.
 #pragma once
 
+#include <sys/types.h>
+
 #include <string>
 
 namespace zum {
@@ -25,8 +27,7 @@ class NeighbourFile {
   bool replaceTarget();
 
  private:
-  bool open();
-  void takeMode() const;
+  bool open(mode_t mode);
   bool hold();
 
   std::string target;

@@ -137,7 +137,7 @@ void Face::presetChanged() {
   if (takePresets()) return askForRescan();
   saves.store(true);
   host.requestCallback();
-  if (!processing.load() && hasUntold()) host.requestFlush();
+  askForFlush();
 }
 
 void Face::askForFlush() const {

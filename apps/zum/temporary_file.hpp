@@ -15,7 +15,7 @@ namespace zum {
 
 class TemporaryFile {
  public:
-  /// Opens an unnamed neighbour of `destination` for writing, and holds signals from then on;
+  /// Opens a neighbour of `destination` for writing, and holds signals from then on;
   /// throws Failure.
   explicit TemporaryFile(const std::filesystem::path& destination);
   TemporaryFile(const TemporaryFile&) = delete;

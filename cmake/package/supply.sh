@@ -42,7 +42,7 @@ entry() {  # NAME RELATION
   printf 'DocumentNamespace: urn:zelvane:zum:spdx:%s:%s\nCreator: Organization: The ZUM founders\n' "$version" "$when"
   printf 'Created: %s\n' "$(date -u -d "@$when" +%Y-%m-%dT%H:%M:%SZ)"
   printf '\nPackageName: ZUM\nSPDXID: SPDXRef-ZUM\nPackageVersion: %s\nPackageDownloadLocation: NOASSERTION\n' "$version"
-  printf 'FilesAnalyzed: false\nPackageLicenseDeclared: MIT\nRelationship: SPDXRef-DOCUMENT DESCRIBES SPDXRef-ZUM\n'
+  printf 'FilesAnalyzed: false\nPackageLicenseDeclared: MIT AND BSD-3-Clause\nRelationship: SPDXRef-DOCUMENT DESCRIBES SPDXRef-ZUM\n'
   for each in $linked; do entry "$each" DYNAMIC_LINK; done
   for each in $headers; do entry "$each" STATIC_LINK; done
   for each in $builders; do

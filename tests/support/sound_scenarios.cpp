@@ -100,6 +100,15 @@ void changeTempo(Run& run) {
   if (run.chance.oneIn(4)) run.host.set(tag::lfoStyle, static_cast<float>(run.chance.below(2)));
 }
 
+/// The song glides to its start, and at this rate a little beyond it.
+void jumpToStart(Run& run) {
+  run.host.set(tag::lfoStyle, 1.0F);
+  if (run.chance.oneIn(4)) run.host.set(tag::lfoWave, 0.0F);
+  if (!run.chance.oneIn(3)) return changeTempo(run);
+  const double tempo = 100.0 + run.chance.below(100);
+  run.host.giveTime(tempo, 0.0, run.chance.oneIn(2) ? 0 : kVstTransportPlaying);
+}
+
 void changeParameters(Run& run) {
   if (run.chance.oneIn(2)) {
     const int tag = run.chance.below(60);
@@ -254,6 +263,7 @@ std::vector<Scenario> scenarios() {
     {.name = "NotFinite",    .modulated = true, .alter = addWhatIsNotFinite},
     {.name = "Buffers",      .modulated = true, .aheadOfBlock = changeBuffers},
     {.name = "Tempo",        .modulated = true, .aheadOfBlock = changeTempo},
+    {.name = "Tempo48000",   .rate = 48000.0F, .modulated = true, .aheadOfBlock = jumpToStart},
     {.name = "Parameters",   .modulated = true, .aheadOfBlock = changeParameters},
     {.name = "Types",        .aheadOfBlock = changeTypes},
     {.name = "Everything",   .frames = 120000, .longestBlock = 513, .modulated = true},
