@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 
 namespace zum {
 
@@ -32,6 +33,11 @@ struct Bytes {
   }
   /// 0 to end - 1
   unsigned below(unsigned end) { return take<std::uint16_t>() % end; }
+  /// Shorter than `end`, of the bytes that are still to come.
+  std::string text(unsigned end) {
+    const std::size_t count = std::min<std::size_t>(below(end), left);
+    return {reinterpret_cast<const char*>(at), count};
+  }
 };
 
 }  // namespace zum

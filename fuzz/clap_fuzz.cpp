@@ -64,7 +64,7 @@ void loadAny(const Instance& one, const std::string& start, Bytes& in) {
   std::string state = start;
   const unsigned way = in.below(8);
   if (way < 2) {
-    state.assign(in.at, in.at + std::min<std::size_t>(in.left, in.below(2048)));
+    state = in.text(2048);
   } else {
     for (unsigned i = 0; i < way; ++i) {
       const std::size_t at = 4 * (in.below(4096) % (state.size() / 4));

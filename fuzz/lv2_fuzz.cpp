@@ -57,7 +57,7 @@ void run(const Instance& one, Bytes& in) {
 void restoreAny(const Instance& one, const std::string& start, Bytes& in) {
   Kept kept{.bytes = start};
   const unsigned way = in.below(8);
-  if (way == 0) kept.bytes.assign(in.at, in.at + std::min<std::size_t>(in.left, in.below(2048)));
+  if (way == 0) kept.bytes = in.text(2048);
   if (way == 1) kept.type = in.take<std::uint8_t>();
   for (unsigned i = 2; i < way; ++i) {
     const std::size_t at = 4 * (in.below(4096) % (start.size() / 4));
@@ -77,7 +77,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Bytes in{data, size};
   const auto way = in.take<std::uint8_t>();
   if (way == 0xFF) kept = std::make_unique<Instance>();
-  if (way == 0xFE) const Instance other(in.take<double>(), in.below(2) == 0);
+  if (way == 0xFE) const Instance other{in.take<double>(), in.below(2) == 0};
   demand(kept->restore({.bytes = start}));
   for (int calls = 0; in.left > 0 && calls < 100; ++calls) {
     const unsigned what = in.below(8);

@@ -117,6 +117,10 @@ WATCH(void*, dlopen, (const char* p, int f), (p, f))
   va_list a; va_start(a, s); const int n = real_vfprintf(stream, s, a); va_end(a); return n; }
 PRINT(printf, (const char* s, ...), stdout)
 PRINT(fprintf, (FILE* f, const char* s, ...), f)
+// What these become in a hardened build.
+PRINT(__printf_chk, (int level __attribute__((unused)), const char* s, ...), stdout)
+PRINT(__fprintf_chk, (FILE* f, int level __attribute__((unused)), const char* s, ...), f)
+WATCH(ssize_t, __read_chk, (int f, void* p, size_t n, size_t room), (f, p, n, room))
 #define OPEN(name, head, folder) SHOWN int name head { COUNT(#name); \
   va_list a; va_start(a, flags); const mode_t mode = flags & (O_CREAT | O_TMPFILE) ? va_arg(a, mode_t) : 0; \
   va_end(a); return (int)syscall(SYS_openat, folder, p, flags, mode); }
