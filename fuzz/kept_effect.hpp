@@ -1,7 +1,7 @@
 // An effect that outlives the inputs, since making one takes longer than most of them.
 #pragma once
 
-#include <optional>
+#include <memory>
 #include <string>
 
 #include "tests/support/linked_effect.hpp"
@@ -14,8 +14,8 @@ class KeptEffect {
 
   /// Of a new input: as a fresh one is, or a fresh one.
   void begin(bool anew) {
-    if (!effect || anew) {
-      effect.emplace(callback);
+    if (effect == nullptr || anew) {
+      effect = std::make_unique<test::LinkedEffect>(callback);
       if (start.empty()) start = effect->state();
     } else if (used) {
       // What no state holds. A rate costs as much as all else, so only one that moved.
@@ -38,7 +38,7 @@ class KeptEffect {
   void setRate() const { effect->dispatch(effSetSampleRate, 0, 0, nullptr, kRate); }
 
   audioMasterCallback callback;
-  std::optional<test::LinkedEffect> effect;
+  std::unique_ptr<test::LinkedEffect> effect;
   std::string start;
   bool used = false;
 };

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <memory>
 #include <random>
 #include <set>
 
@@ -25,7 +26,7 @@ class KillTest : public SettingsTest {
   KillTest() {
     initSettings();
     fs::create_directories(folder / "kept");
-    host.emplace();
+    host = std::make_unique<TestHost>();
   }
 
   /// Kills who writes one version after the other, again and again, within the time of some four
@@ -75,7 +76,7 @@ class KillTest : public SettingsTest {
     return [this, name] { return textIn(folder / name); };
   }
 
-  std::optional<TestHost> host;
+  std::unique_ptr<TestHost> host;
   std::minstd_rand random{7};
   std::uniform_real_distribution<double> chance{0.0, 1.0};
 };

@@ -44,7 +44,7 @@ TemporaryFile::TemporaryFile(const std::filesystem::path& destination) {
     }
   }
   holdSignals();
-  next.emplace(target.string());
+  next = std::make_unique<NeighbourFile>(target.string());
   if (descriptor() < 0) {
     refuse(destination, std::strerror(errno) +
                             std::string("; choose a folder that exists and that you can write to"));

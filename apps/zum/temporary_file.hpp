@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <optional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -37,7 +37,7 @@ class TemporaryFile {
 
  private:
   std::filesystem::path target;
-  std::optional<NeighbourFile> next;
+  std::unique_ptr<NeighbourFile> next;
   int error = 0;
 };
 
