@@ -19,7 +19,7 @@ namespace zum::test {
 namespace {
 
 const char* const kAsked = std::getenv("ZUM_KILLS");
-const int kKills = kAsked != nullptr ? std::atoi(kAsked) : 60;
+const int kKills = kAsked != nullptr ? static_cast<int>(std::strtol(kAsked, nullptr, 10)) : 60;
 
 class KillTest : public SettingsTest {
  protected:
@@ -77,7 +77,7 @@ class KillTest : public SettingsTest {
   }
 
   std::unique_ptr<TestHost> host;
-  std::minstd_rand random{7};
+  std::minstd_rand random{std::random_device{}()};
   std::uniform_real_distribution<double> chance{0.0, 1.0};
 };
 
