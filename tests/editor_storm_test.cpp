@@ -7,11 +7,11 @@
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
-#include <random>
-#include <set>
 #include <thread>
 
+#include "support/chance.hpp"
 #include "support/editor_desk.hpp"
+#include "support/gestures.hpp"
 #include "support/settings_user.hpp"
 #include "toolkit/key_focus.hpp"
 
@@ -25,22 +25,6 @@ int fromEnvironment(const char* name, int otherwise) {
   const char* const word = std::getenv(name);
   return word != nullptr ? static_cast<int>(std::strtol(word, nullptr, 10)) : otherwise;
 }
-
-class Chance {
- public:
-  explicit Chance(unsigned seed) : source(seed) {}
-  /// 0 to count - 1.
-  int below(int count) { return std::uniform_int_distribution<int>(0, count - 1)(source); }
-  bool once(int in) { return below(in) == 0; }
-  float unit() { return std::uniform_real_distribution<float>(0.0F, 1.0F)(source); }
-  template <class List>
-  auto oneOf(const List& list) {
-    return list[static_cast<std::size_t>(below(static_cast<int>(std::size(list))))];
-  }
-
- private:
-  std::mt19937 source;
-};
 
 /// Some questions are answered with a file, others cancelled.
 struct Answers final : FileDialogs {
@@ -61,23 +45,6 @@ struct Answers final : FileDialogs {
 
   Chance& chance;
   std::vector<std::string> files;
-};
-
-/// What the host hears of gestures.
-class Gestures {
- public:
-  explicit Gestures(HostState& host) {
-    host.onCall = [this, &host](std::int32_t opcode) {
-      const auto tag = host.calls.back()[1];
-      host.calls.clear();
-      if (opcode == audioMasterBeginEdit && !open.insert(tag).second) ++wrong;
-      if (opcode == audioMasterEndEdit && open.erase(tag) == 0) ++wrong;
-      if (opcode == audioMasterEndEdit) ++ended;
-    };
-  }
-  std::set<std::intptr_t> open;
-  int wrong = 0;  // begun twice, or ended without a begin
-  int ended = 0;
 };
 
 /// Blocks with MIDI on one thread, automation on another, as long as it lives.
@@ -219,7 +186,7 @@ class Storm : public SettingsTest {
   }
   void reopen() {
     opened->editor().close();
-    EXPECT_TRUE(heard->open.empty());
+    EXPECT_TRUE(heard->open.none());
     held = 0;
     opened->reopen();
   }
@@ -232,7 +199,7 @@ class Storm : public SettingsTest {
     desk.tick();
     desk.window->setFocus(false);  // ends what a key holds whose release was lost
     desk.tick(60);
-    EXPECT_TRUE(heard->open.empty()) << *heard->open.begin();
+    EXPECT_TRUE(heard->open.none()) << heard->open;
     EXPECT_EQ(heard->wrong, 0);
     const std::vector<std::uint32_t> parts = pixels();
     desk.editor().requestFullRedraw();

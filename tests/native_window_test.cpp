@@ -9,7 +9,6 @@
 #include <unistd.h>
 
 #include <atomic>
-#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <sstream>
@@ -19,6 +18,7 @@
 #include "platform/x11_connection.hpp"
 #include "platform/x11_keys.hpp"
 #include "support/own_display.hpp"
+#include "support/process_use.hpp"
 
 // X's library gives a lock back twice when its connection breaks.
 // NOLINTNEXTLINE(bugprone-reserved-identifier)
@@ -33,11 +33,6 @@ using Lines = std::vector<std::string>;
 
 std::atomic<int> processErrors = 0;
 int countError(Display*, XErrorEvent*) { return ++processErrors; }
-
-std::ptrdiff_t openFiles() {
-  using Files = std::filesystem::directory_iterator;
-  return std::distance(Files("/proc/self/fd"), Files());
-}
 
 long sharedKilobytes() {
   std::ifstream status("/proc/self/status");

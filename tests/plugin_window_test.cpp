@@ -5,13 +5,13 @@
 #include <unistd.h>
 
 #include <bit>
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <set>
 
 #include "core/tags.hpp"
 #include "support/own_display.hpp"
+#include "support/process_use.hpp"
 #include "support/test_host.hpp"
 #include "toolkit/view/geometry.hpp"
 // X's macros after that
@@ -107,10 +107,6 @@ TEST_F(PluginWindow, AHandReachesItsControlsAndTheHostHearsOfIt) {
 }
 
 TEST_F(PluginWindow, OutlivesItsPlaceAndLeavesNothingBehind) {
-  const auto openFiles = [] {
-    namespace fs = std::filesystem;
-    return std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator());
-  };
   const HostWindow beside(512);
   auto one = std::make_unique<Instance>(file, robot);
   Instance two(file, robot);
