@@ -6,39 +6,24 @@ namespace {
 
 void retune(Stage& stage, Player& player) {
   constexpr std::array kRates = {8000.0F, 22050.0F, 44100.0F, 48000.0F, 96000.0F, 192000.0F};
-  player.betweenBlocks([&] {
-    player.host.suspend();
-    player.longestBlock = 1 + stage.chance.below(Player::kMostFrames);
-    player.host.resume(stage.chance.oneOf(kRates), player.longestBlock);
-  });
-}
-
-void setTime(Stage& stage, Player& player) {
-  const std::int32_t flags = stage.chance.once(2) ? kVstTransportPlaying : 0;
-  const double tempo = 20.0 + stage.chance.below(400);
-  player.betweenBlocks(
-      [&] { player.host.giveTime(tempo, 0.0, flags), player.host.host.moves = true; });
-}
-
-// Until the step is checked.
-void bounce(Stage& stage, Player& player) {
-  player.betweenBlocks([&] { player.host.host.level = kVstProcessLevelOffline; });
-  player.effect.setProgram(stage.chance.below(20));
+  const std::lock_guard turn(player.block);
+  player.host.suspend();
+  player.longestBlock = 1 + stage.chance.below(Player::kMostFrames);
+  player.host.host.moves = stage.chance.once(2);
+  player.host.giveTime(20.0 + stage.chance.below(400), 0.0, kVstTransportPlaying);
+  player.host.resume(stage.chance.oneOf(kRates), player.longestBlock);
 }
 
 void automate(Stage& stage, Player& player) {
-  constexpr std::array kPages = {tag::bank, tag::lfoStyle, tag::modChoice, tag::multiType};
-  for (int i = 0; i < 20; ++i)
-    player.host.set(stage.chance.below(kHostParameters), stage.chance.unit());
-  player.host.set(stage.chance.oneOf(kPages), stage.chance.unit());
+  for (int i = 0; i < 20; ++i) player.host.set(stage.chance.below(kLastTag), stage.chance.unit());
 }
 
 // Where a block did not end in time the effect stays silent until it gets a state.
 void drawSteps(Stage& stage, Player& player) {
   KvUniClient& effect = player.effect;
-  const int count = 1 + stage.chance.below(64);
-  const bool wide = stage.chance.once(2);
-  const bool done = wide ? effect.setStepColumns(count) : effect.setStepPages(1 + count / 8);
+  const int count = 1 + stage.chance.below(32);
+  const bool done =
+      stage.chance.once(2) ? effect.setStepColumns(count) : effect.setStepPages(count);
   if (!done && effect.muteRequest) effect.initialise();
   effect.steps().setValue(stage.chance.below(effect.steps().size()), stage.chance.unit());
 }
@@ -51,7 +36,7 @@ void openWindow(Stage& stage, Player& player) {
 void useMouse(Stage& stage, Player& player) {
   if (!player.place || !stage.hand) return;
   Chance& chance = stage.chance;
-  stage.chooser.chosen = stage.ownPreset();
+  stage.chooser.chosen = stage.preset();
   const CPoint at{chance.below(508), chance.below(470)};
   const auto button = static_cast<unsigned>(chance.oneOf(std::array{1, 1, 1, 2, 3, 4, 5}));
   stage.hand->moveTo(player.place->window, at.x, at.y), stage.hand->press(button), player.idle();
@@ -68,9 +53,8 @@ void useKeys(Stage& stage, Player& player) {
 constexpr Act kDailyLife[] = {
   {"an instance comes",     4, [](Stage& s, Player&) { s.addPlayer(); }},
   {"an instance goes",      3, [](Stage& s, Player&) { if (s.players.size() > 1) s.players.pop_back(); }},
-  {"another rate",          5, retune},
-  {"another tempo",         4, setTime},
-  {"offline",               1, bounce},
+  {"another rate",          9, retune},
+  {"offline for a step",    1, [](Stage&, Player& p) { p.setLevel(kVstProcessLevelOffline); p.effect.setProgram(1); }},
   {"automation",            8, automate},
   {"a flood of MIDI",       4, [](Stage&, Player& p) { p.floods = true; }},
   {"learning",              3, [](Stage& s, Player& p) { p.effect.beginLearn(s.chance.below(kHostParameters)); }},
@@ -89,13 +73,10 @@ constexpr Act kDailyLife[] = {
   {"undo or redo",          6, [](Stage& s, Player& p) { s.chance.once(3) ? p.effect.redo() : p.effect.undo(); }},
   {"A or B",                2, [](Stage& s, Player& p) { p.effect.chooseSound(s.chance.below(2)); }},
   {"A over B",              1, [](Stage&, Player& p) { p.effect.copySound(); }},
-  // what is kept
-  {"a saved preset",        5, [](Stage& s, Player& p) { p.effect.savePreset(s.ownPreset().c_str(), 0, nullptr, true); }},
+  {"a saved preset",        5, [](Stage& s, Player& p) { p.effect.savePreset(s.preset().c_str(), 0, nullptr, true); }},
   {"a saved map",           2, [](Stage& s, Player& p) { p.effect.saveCcMap(s.path("map.kvm").c_str()); }},
   {"a map",                 2, [](Stage& s, Player& p) { p.effect.loadCcMap(s.path("map.kvm").c_str()); }},
-  {"settings",              3, [](Stage& s, Player&) { demand(shareSetting('a', s.chance.below(20)), "a setting is a mixture"); }},
   {"a switch",              1, [](Stage& s, Player& p) { p.effect.setOption(UserSwitches::kIsolateMap, s.chance.below(2), true); }},
-  // the window
   {"a window opens",        5, openWindow},
   {"a window closes",       3, [](Stage&, Player& p) { p.closeWindow(); }},
   {"its host's goes first", 1, [](Stage&, Player& p) { p.place.reset(); }},

@@ -18,28 +18,19 @@ std::span<const Act> dailyLife();
 /// What comes over them.
 std::span<const Act> hardship();
 
-// A setting that others write, too: a text of one letter. False when it holds a mixture.
-bool shareSetting(char letter, int size);
-/// Again and again, as a program of its own; its exit code.
+/// What another program of that user does; its exit code.
 int writeSettings(const std::string& home, char letter);
 
 /// What goes on, for whoever tells of a failure.
-struct Now {
-  unsigned seed = 1;
-  unsigned step = 0;
-  const char* act = "";
-  const char* hardship = "";  // around it
-};
-inline Now now;
+inline struct {
+  unsigned seed = 1, step = 0;
+  const char *act = "", *hardship = "";  // which the act lies in
+} now;
 
 inline void actOneOf(std::span<const Act> acts, Stage& stage) {
-  int sum = 0;
-  for (const Act& act : acts) sum += act.weight;
-  int place = stage.chance.below(sum);
-  const Act* picked = acts.data();
-  while (place >= picked->weight) place -= (picked++)->weight;
-  now.act = picked->name;
-  picked->run(stage, stage.one());
+  const Act& act = stage.chance.byWeight(acts);
+  now.act = act.name;
+  act.run(stage, stage.one());
 }
 
 }  // namespace zum::test

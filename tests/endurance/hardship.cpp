@@ -1,9 +1,8 @@
 // Failing memory, a full disk, a dying X server, files that vanish, and other programs.
-#include <utility>
-
-#include <X11/Xlib.h>  // its macros after all else
 #include "endurance/acts.hpp"
 #include "tests/support/failing_memory.hpp"
+// X's macros after that
+#include <X11/Xlib.h>
 
 namespace zum::test {
 namespace {
@@ -13,14 +12,10 @@ void liveOn(Stage& stage) {
   actOneOf(dailyLife(), stage);
 }
 
-/// 1 and more, as often small as large.
-int anySize(Stage& stage, int doublings) {
-  return 1 + stage.chance.below(1 << stage.chance.below(doublings));
-}
-
 void runOutOfMemory(Stage& stage, Player& /*player*/) {
   try {
-    failsAt(anySize(stage, 13), [&stage] { liveOn(stage); });
+    const int number = 1 + stage.chance.below(1 << stage.chance.below(13));
+    failsAt(number, [&stage] { liveOn(stage); });
   } catch (const std::runtime_error&) {  // an instance that is none
     failAllocation(0);
   }
@@ -28,13 +23,12 @@ void runOutOfMemory(Stage& stage, Player& /*player*/) {
 
 // Files of this process end early.
 void runOutOfDisk(Stage& stage, Player& /*player*/) {
-  rlimit disk{};
-  getrlimit(RLIMIT_FSIZE, &disk);
-  const rlim_t all = std::exchange(disk.rlim_cur, anySize(stage, 15));
-  setrlimit(RLIMIT_FSIZE, &disk);
+  rlimit before{};
+  getrlimit(RLIMIT_FSIZE, &before);
+  const rlimit small{rlim_t{1} << stage.chance.below(15), before.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &small);
   liveOn(stage);
-  disk.rlim_cur = all;
-  setrlimit(RLIMIT_FSIZE, &disk);
+  setrlimit(RLIMIT_FSIZE, &before);
 }
 
 // Windows of hosts stay without their connections, which may not see the end of the server.
@@ -56,15 +50,23 @@ void loseFiles(Stage& stage, Player& /*player*/) {
   std::error_code ignored;
   const bool all = stage.chance.once(8);
   std::filesystem::remove_all(all ? stage.tree.string() : toSystemPath(stage.preset()), ignored);
-  if (stage.chance.once(8) && stage.writers.empty())
-    std::filesystem::remove_all(stage.home / "config", ignored);
+  if (stage.chance.once(8)) std::filesystem::remove_all(stage.home / "config", ignored);
 }
 
-void startWriter(Stage& stage, Player& /*player*/) {
-  if (stage.writers.size() == 3) return;
-  const std::string letter(1, static_cast<char>('b' + stage.chance.below(20)));
-  const std::vector<std::string> words{"/proc/self/exe", "--writer", stage.home.string(), letter};
-  stage.writers.push_back(std::make_unique<ChildProgram>(words, "/dev/null"));
+// A setting is a text of one letter, so that a mixture shows.
+bool shareSetting(char letter, int size) {
+  writeSettingString("endurance", std::string(static_cast<std::size_t>(50 * size + 1), letter));
+  const std::string text = readSettingString("endurance").value_or("a");
+  return text.size() % 50 == 1 && text.find_first_not_of(text.front()) == std::string::npos;
+}
+
+void meetOtherPrograms(Stage& stage, Player& /*player*/) {
+  const std::string home = stage.home.string();
+  ChildProgram one({"/proc/self/exe", "--writer", home, "b"}, "/dev/null");
+  ChildProgram other({"/proc/self/exe", "--writer", home, "c"}, "/dev/null");
+  while (one.isRunning() || other.isRunning())
+    demand(shareSetting('a', 3), "a setting is a mixture");
+  demand(one.wait() == 0 && other.wait() == 0, "another program read a mixture of settings");
 }
 
 constexpr Act kHardship[] = {
@@ -72,27 +74,20 @@ constexpr Act kHardship[] = {
     {"a full disk", 20, runOutOfDisk},
     {"the X server dies", 2, loseServer},
     {"files vanish", 10, loseFiles},
-    {"files are back", 5,
-     [](Stage& stage, Player& player) { stage.restoreFiles(), player.effect.scanBank(); }},
-    {"other programs write", 2, startWriter},
+    {"files are back", 5, [](Stage& s, Player& p) { s.restoreFiles(), p.effect.scanBank(); }},
+    {"other programs write", 2, meetOtherPrograms},
 };
 
 }  // namespace
 
 std::span<const Act> hardship() { return kHardship; }
 
-bool shareSetting(char letter, int size) {
-  writeSettingString("endurance", std::string(static_cast<std::size_t>(50 * size + 1), letter));
-  const std::string text = readSettingString("endurance").value_or("a");
-  return text.size() % 50 == 1 && text.find_first_not_of(text.front()) == std::string::npos;
-}
-
 int writeSettings(const std::string& home, char letter) {
   useHome(home);
   initSettings();
-  bool isWhole = true;
-  for (int i = 0; i < 200; ++i) isWhole = shareSetting(letter, i % 20) && isWhole;
-  return isWhole ? 0 : 1;
+  int writes = 0;
+  while (writes < 200 && shareSetting(letter, writes % 20)) ++writes;
+  return writes == 200 ? 0 : 1;
 }
 
 }  // namespace zum::test

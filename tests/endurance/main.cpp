@@ -6,7 +6,6 @@
 //
 // What breaks is told with its seed and step. A day begins on an empty stage, so `--from STEP`
 // plays the day of a step once more, as far as threads play twice the same.
-#include <charconv>
 #include <csignal>
 #include <iostream>
 
@@ -18,9 +17,7 @@ namespace zum::test {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-constexpr unsigned kStepsOfDay = 100;
-constexpr int kHardshipOnceIn = 6;
-constexpr unsigned kPatience = 300;  // seconds, for a step
+constexpr unsigned kStepsOfDay = 50;
 
 // Also where a sanitizer or a signal has the last word.
 void tellFailure(const char* what) {
@@ -30,20 +27,20 @@ void tellFailure(const char* what) {
 }
 
 void tellProgress(const Stage& stage, Clock::duration played) {
-  std::cout << played / std::chrono::seconds(1) << " s, seed " << now.seed << ": " << now.step
-            << " steps, " << stage.made << " instances, heap " << heapBytes() / 1024
-            << " KB, resident " << residentBytes() / 1024 << " KB, " << openFiles() << " files\n"
-            << std::flush;
+  dprintf(STDOUT_FILENO,
+          "%ld s, seed %u: %u steps, %d instances, heap %zu KB, resident %zu KB, %td files\n",
+          played / std::chrono::seconds(1), now.seed, now.step, stage.made, heapBytes() / 1024,
+          residentBytes() / 1024, openFiles());
 }
 
 void step(Stage& stage) {
-  alarm(kPatience);
+  alarm(300);  // seconds
   now.hardship = "";
   now.act = "night";
   stage.chance = Chance(now.seed * 1'000'003U + now.step);
   if (now.step % kStepsOfDay == 0) stage.clear();
   if (stage.players.empty()) stage.addPlayer();
-  actOneOf(stage.chance.once(kHardshipOnceIn) ? hardship() : dailyLife(), stage);
+  actOneOf(stage.chance.once(6) ? hardship() : dailyLife(), stage);
   stage.check();
 }
 
@@ -64,29 +61,22 @@ int play(std::chrono::seconds length) try {
   return 1;
 }
 
-int begin(const std::vector<std::string>& words) {
+int begin(const std::vector<std::string>& words) try {
   if (words.size() == 3 && words[0] == "--writer") return writeSettings(words[1], words[2][0]);
   unsigned seconds = 60;
-  for (std::size_t i = 0; i < words.size(); i += 2) {
-    unsigned* const value = words[i] == "--seconds" ? &seconds
-                            : words[i] == "--seed"  ? &now.seed
-                            : words[i] == "--from"  ? &now.step
-                                                    : nullptr;
-    const std::string number = i + 1 < words.size() ? words[i + 1] : "";
-    const char* const end = number.data() + number.size();
-    if (value != nullptr && std::from_chars(number.data(), end, *value).ptr == end &&
-        !number.empty())
-      continue;
-    std::cerr << "zum_endurance: what is '" << words[i] << ' ' << number
-              << "'? Give whole numbers: [--seconds N] [--seed S] [--from STEP]\n";
-    return 2;
-  }
+  const std::map<std::string, unsigned*> numbers{
+      {"--seconds", &seconds}, {"--seed", &now.seed}, {"--from", &now.step}};
+  for (std::size_t i = 0; i < words.size(); i += 2)
+    *numbers.at(words[i]) = static_cast<unsigned>(std::stoul(words.at(i + 1)));
   now.step -= now.step % kStepsOfDay;
   static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));  // a full disk is an error, and not the end
   static_cast<void>(std::signal(SIGALRM, [](int) { tellFailure("does not end"), std::abort(); }));
   if (__sanitizer_set_death_callback != nullptr)
     __sanitizer_set_death_callback([] { tellFailure("a sanitizer ended it"); });
   return play(std::chrono::seconds(seconds));
+} catch (const std::logic_error&) {  // no such name, or no number behind it
+  std::cerr << "Give zum_endurance whole numbers: [--seconds N] [--seed S] [--from STEP]\n";
+  return 2;
 }
 
 }  // namespace

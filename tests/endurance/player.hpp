@@ -17,15 +17,11 @@ namespace zum::test {
 
 class Player {
  public:
+  static constexpr int kMostFrames = 1024;
+
   explicit Player(unsigned seed) : chance(seed) {}
   ~Player() { closeWindow(); }
 
-  /// What hosts keep blocks away from.
-  template <class Work>
-  void betweenBlocks(const Work& work) {
-    const std::lock_guard turn(playing);
-    work();
-  }
   /// Blocks that were heard; -1 once a sample was not finite.
   int heard() const { return heardBlocks.load(std::memory_order_relaxed); }
 
@@ -36,19 +32,23 @@ class Player {
     if (host.dispatch(effEditOpen, 0, 0, handle) == 1) place = std::move(fresh);
   }
   void closeWindow() { host.dispatch(effEditClose), place.reset(); }
+  void setLevel(std::int32_t processLevel) {
+    const std::lock_guard turn(block);
+    host.host.level = processLevel;
+  }
   void idle() const { host.dispatch(effEditIdle); }
 
-  static constexpr int kMostFrames = 1024;
+  std::mutex block;  // held also by a host that keeps blocks away from what it does
   TestHost host{44100.0F, {}, createEditor};
   KvUniClient& effect = host.client();
   const Gestures gestures{host.host};
   std::unique_ptr<HostWindow> place;  // of the window that is open
-  int longestBlock = 512;
+  int longestBlock = kMostFrames;
   std::atomic<bool> floods{false};  // the next block comes behind more MIDI than it has room for
 
  private:
   void playBlock() {
-    const std::lock_guard turn(playing);
+    const std::lock_guard turn(block);
     const auto byte = [this] { return chance.below(128); };
     for (int i = floods.exchange(false) ? 3000 : chance.below(2); i > 0; --i)
       host.send({{i % 64, 0xB0, byte(), byte()}});
@@ -62,7 +62,6 @@ class Player {
   }
 
   const Stereo in = noise(kMostFrames);
-  std::mutex playing;
   Chance chance;  // of the audio thread
   std::atomic<int> heardBlocks{0};
   std::jthread audio{[this](const std::stop_token& stop) {  // last: it ends ahead of what it uses

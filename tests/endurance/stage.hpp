@@ -1,5 +1,4 @@
-// All that takes part, and what must always hold of it: a user's folders, a screen, a few
-// instances, other programs that write settings.
+// All that takes part, and what must always hold of it: a user's folders, a screen, some instances.
 #pragma once
 
 #include <stdexcept>
@@ -36,11 +35,8 @@ class Stage {
 
   /// As effects name what lies in the user's tree of presets.
   std::string path(const std::string& name) const { return toInternalPath((tree / name).string()); }
-  std::string ownPreset() { return path("User/" + std::to_string(chance.below(10)) + ".kvz"); }
-  std::string preset() {
-    constexpr std::array kFactory = {"default.kvz", "Drums/Jam Jar.kvz", "Bass/Tube Worm.kvz"};
-    return chance.once(2) ? ownPreset() : path(chance.oneOf(kFactory));
-  }
+  /// Of the user's own, which may be there or not.
+  std::string preset() { return path("User/" + std::to_string(chance.below(10)) + ".kvz"); }
   /// The factory's presets lie there as on the first day, and are found.
   void restoreFiles() const {
     using enum std::filesystem::copy_options;
@@ -58,14 +54,11 @@ class Stage {
   void check() {
     demand(comesTrue([this] { return isCalm(); }), "a gesture stays open");
     for (const auto& player : players) checkState(player->host), checkSound(*player);
-    checkWriters();
   }
   /// Everybody goes home, and leaves nothing behind.
   void clear() {
     players.clear();
     mirror.reset();
-    demand(comesTrue([this] { return checkWriters(), writers.empty(); }, std::chrono::minutes(1)),
-           "a program that writes settings does not end");
     restoreFiles();
     constexpr int kNightsToLearn = 5;  // then caches have seen all there is
     if (++nights == kNightsToLearn) memory = heapBytes(), files = openFiles();
@@ -80,7 +73,6 @@ class Stage {
   std::optional<Robot> hand;  // while there is a server
   Chooser chooser;            // of files, in dialogs
   std::vector<std::unique_ptr<Player>> players;
-  std::vector<std::unique_ptr<ChildProgram>> writers;
   int made = 0;  // instances
 
  private:
@@ -98,31 +90,22 @@ class Stage {
     return calm;
   }
   void checkState(const TestHost& host) {
-    const auto withoutClock = [](std::string state) {  // tempo and rate are the writer's
-      return state.size() < 16 ? state : state.replace(8, 8, "");
-    };
     if (!mirror) mirror.emplace().client().setOption(UserSwitches::kIsolateMap, 0, false);
+    constexpr std::size_t kClock = 16;  // ahead of that are tempo and rate of who writes
     const std::string state = host.state();
-    demand(!state.empty(), "a state cannot be saved");
+    demand(state.size() > kClock, "a state cannot be saved");
     mirror->load(state);
-    demand(withoutClock(mirror->state()) == withoutClock(state), "a state loads to another one");
+    demand(mirror->state().substr(kClock) == state.substr(kClock), "a state loads to another one");
   }
   // Bypassed, every sound is heard. A program that plays from MIDI may end the bypass.
   static void checkSound(Player& player) {
-    player.betweenBlocks([&] { player.host.host.level = kVstProcessLevelRealtime; });
+    player.setLevel(kVstProcessLevelRealtime);
     const float bypass = loadShared(player.effect.value(tag::bypass).raw);
     const int before = player.heard();
     demand(comesTrue([&] { return player.host.set(tag::bypass, 1.0F), player.heard() != before; }),
            "an instance stays mute");
     player.host.set(tag::bypass, bypass);
     demand(player.heard() >= 0, "output is not finite");
-  }
-  void checkWriters() {
-    std::erase_if(writers, [](const auto& writer) {
-      if (writer->isRunning()) return false;
-      demand(writer->wait() == 0, "a program that wrote settings read a mixture");
-      return true;
-    });
   }
 
   std::optional<TestHost> mirror;  // takes every state and gives it back

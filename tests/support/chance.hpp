@@ -17,6 +17,15 @@ class Chance {
   const auto& oneOf(const List& list) {
     return list[static_cast<std::size_t>(below(static_cast<int>(std::size(list))))];
   }
+  /// Each as often as its weight says.
+  template <class List>
+  const auto& byWeight(const List& list) {
+    int sum = 0;
+    for (const auto& each : list) sum += each.weight;
+    auto picked = std::begin(list);
+    for (int place = below(sum); place >= picked->weight; ++picked) place -= picked->weight;
+    return *picked;
+  }
 
  private:
   std::mt19937 source;
