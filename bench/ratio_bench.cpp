@@ -130,7 +130,7 @@ struct Drive {
 template <class Filter>
 struct Structure {
   void play(const PairLine& in, PairLine& out) {
-    typename Filter::State state = filter->enter();
+    typename Filter::State state = filter->enter(kRunFrames);
     const typename Filter::Coeffs coeffs = filter->coeffs;
     for (std::size_t p = 0; p < kRunPairs; ++p) {
       const Float4 first = filter->next(state, coeffs, lowTwice(in[p]));

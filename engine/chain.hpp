@@ -29,7 +29,7 @@ void Engine::playPairs(Filter& filter, const Run& run, bool fading) ZUM_REALTIME
 
   LevelDetectors::State levels = detectors.enter();
   Overdrive::State drive = overdrive.enter();
-  FilterRun structure(filter, levels.efBand, detectors.bandCoeffs());
+  FilterRun structure(filter, run.frames, levels.efBand, detectors.bandCoeffs());
   DcFilter::State dc = dcFilter.enter();
 
   // The pieces, each for pair `p` of the run.

@@ -16,11 +16,11 @@ concept SparesLanes = requires(typename Filter::State& state) {
 template <class Filter>
 class FilterRun {
  public:
-  /// `band` is the follower's stage, with its coefficients.
-  FilterRun(Filter& played, SvfStage& band, const SvfLanes& bandCoeffs)
+  /// Over `frames` frames. `band` is the follower's stage, with its coefficients.
+  FilterRun(Filter& played, std::size_t frames, SvfStage& band, const SvfLanes& bandCoeffs)
       : filter(played),
         coeffs(played.coeffs),
-        state(played.enter()),
+        state(played.enter(frames)),
         bandStage(band),
         bandLanes(bandCoeffs) {}
 
@@ -48,8 +48,8 @@ class FilterRun {
 template <SparesLanes Filter>
 class FilterRun<Filter> {
  public:
-  FilterRun(Filter& played, SvfStage& band, const SvfLanes& bandCoeffs)
-      : filter(played), coeffs(played.coeffs), state(played.enter()), bandStage(band) {
+  FilterRun(Filter& played, std::size_t frames, SvfStage& band, const SvfLanes& bandCoeffs)
+      : filter(played), coeffs(played.coeffs), state(played.enter(frames)), bandStage(band) {
     Filter::first(coeffs).lend(bandCoeffs);
     Filter::first(state).lend(band);
   }

@@ -62,6 +62,12 @@ inline Float4 evenLanes(Float4 x) { return __builtin_shufflevector(x, x, 0, 2, 0
 /// Lanes 1 and 3, twice.
 inline Float4 oddLanes(Float4 x) { return __builtin_shufflevector(x, x, 1, 3, 1, 3); }
 
+inline Float4 toFloats(Int4 x) { return __builtin_convertvector(x, Float4); }
+
+/// All four lanes. No alignment is asked.
+inline void storeAll(float* p, Float4 x) { std::memcpy(p, &x, sizeof x); }
+inline void storeAll(std::int32_t* p, Int4 x) { std::memcpy(p, &x, sizeof x); }
+
 /// `mask` lanes are all ones or all zeros.
 inline Float4 select(Int4 mask, Float4 whenSet, Float4 whenClear) {
   return reinterpret_cast<Float4>((reinterpret_cast<Int4>(whenSet) & mask) |

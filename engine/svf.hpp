@@ -89,7 +89,7 @@ struct HeardInLowLanes {
 template <class State>
 class Stateful : public HeardInLowLanes {
  public:
-  State enter() const ZUM_REALTIME { return kept; }
+  State enter(std::size_t /*frames*/) const ZUM_REALTIME { return kept; }
   void leave(const State& run) ZUM_REALTIME { kept = run; }
   void reset() ZUM_REALTIME { kept = State{}; }
 
