@@ -9,11 +9,10 @@ packages_of() {
 
 # install_missing basic|all: quiet and without the network when nothing is missing
 install_missing() {
-  local missing=() foreign=() name sudo=() log
+  local missing=() name sudo=() log
   while read -r name; do
     dpkg-query -W -f='${Status}' "$name" 2>/dev/null | grep -q 'ok installed' && continue
     missing+=("$name")
-    case $name in *:*) foreign=("${name#*:}");; esac  # of another processor, of which we know one
   done < <(packages_of "$1")
   [ ${#missing[@]} -eq 0 ] && return 0
   echo "Installing ${#missing[@]} packages: ${missing[*]}"
@@ -25,8 +24,7 @@ install_missing() {
     }
     sudo=(sudo)
   fi
-  "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive FOREIGN="${foreign[*]}" sh -c '
-    { [ -z "$FOREIGN" ] || dpkg --add-architecture "$FOREIGN"; } &&
+  "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive sh -c '
     apt-get -q -o DPkg::Lock::Timeout=300 update &&
     apt-get -q -y -o DPkg::Lock::Timeout=300 install --no-install-recommends "$@"' sh "${missing[@]}" \
     >"$log" 2>&1 || {
