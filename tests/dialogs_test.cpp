@@ -17,6 +17,7 @@
 #include "platform/zenity_dialogs.hpp"
 #include "state/file_chooser.hpp"
 #include "state/missing_files.hpp"
+#include "support/chooser.hpp"
 #include "support/settings_user.hpp"
 #include "support/test_host.hpp"
 #include "support/told.hpp"
@@ -256,31 +257,15 @@ TEST_F(ZenityTest, IsFoundOnThePathAlone) {
 }
 
 /// Dialogs of this process that a test answers, and a window that shows messages.
-class AnswersTest : public SettingsTest, public FileDialogs {
+class AnswersTest : public SettingsTest {
  protected:
   AnswersTest() {
     initSettings();
-    setFileDialogs(this);
+    dialogs.waits = true;
     attachMessages();
   }
-  ~AnswersTest() override {
-    detachMessages();
-    setFileDialogs(nullptr);
-  }
-  void load(const FileQuestion& question, FileAnswer answer) override {
-    asked = question;
-    pending = std::move(answer);
-  }
-  void save(const FileQuestion& question, FileAnswer answer) override {
-    load(question, std::move(answer));
-  }
-  void folder(const FileQuestion& question, FileAnswer answer) override {
-    load(question, std::move(answer));
-  }
-  void cancel(void* owner) override {
-    if (asked.owner == owner) pending = nullptr;
-  }
-  void choose(const Path& path) { std::exchange(pending, nullptr)(path); }
+  ~AnswersTest() override { detachMessages(); }
+  void choose(const Path& path) { dialogs.choose(path); }
   /// The box whose text holds this is seen and closed: a message, or a question with its answer.
   static void expectBox(const std::string& part, std::optional<bool> answer = {}) {
     const Message message = nextMessage().value_or(Message{});
@@ -289,9 +274,8 @@ class AnswersTest : public SettingsTest, public FileDialogs {
     if (answer) message.answer(*answer);
     messageClosed();
   }
-  const fs::path home = SettingsTest::folder;
-  FileQuestion asked;
-  FileAnswer pending;
+  Chooser dialogs;
+  const FileQuestion& asked = dialogs.asked;
 };
 
 // Else the window of another effect, on a thread of its own, might answer one that goes.
@@ -324,15 +308,15 @@ TEST_F(AnswersTest, PresetsGoOnWhereTheUserAnswersUntilTheirEffectGoes) {
   expectBox("x is too long");
   EXPECT_EQ(saves, 0);
   save(internal("new"));
-  EXPECT_TRUE(fs::exists(home / "new.kvz") && saves == 1);
+  EXPECT_TRUE(fs::exists(folder / "new.kvz") && saves == 1);
   EXPECT_EQ(client.slot().name.get(), "new");
 
   // The ending makes it the name of a file that is there.
-  putText(home / "old.kvz", "old");
+  putText(folder / "old.kvz", "old");
   for (const bool yes : {false, true}) {
     save(internal("old"));
     expectBox(internal("old.kvz"), yes);
-    EXPECT_EQ(textIn(home / "old.kvz") == "old", !yes);
+    EXPECT_EQ(textIn(folder / "old.kvz") == "old", !yes);
   }
   save(internal("old.kvz"));  // the dialog itself has asked
   EXPECT_EQ(saves, 3);
@@ -352,9 +336,9 @@ TEST_F(AnswersTest, PresetsGoOnWhereTheUserAnswersUntilTheirEffectGoes) {
 
   save(internal("old"));
   client.loadPresetFile(nullptr, 0, nullptr, false);
-  EXPECT_TRUE(pending);
+  EXPECT_TRUE(dialogs.pending);
   host.reset();
-  EXPECT_FALSE(pending || nextMessage());
+  EXPECT_FALSE(dialogs.pending || nextMessage());
 }
 
 /// An object whose file is not where its chunk says.
@@ -372,7 +356,7 @@ struct LostFile final : KvFileObject {
 TEST_F(AnswersTest, OneFoundFolderServesForTheOtherFiles) {
   LostFile files[5];
   for (int i = 0; i < 5; ++i) files[i].named = "\\lost\\"s + "abcde"[i] + ".wav";
-  putText(home / "found/c.wav", "");
+  putText(folder / "found/c.wav", "");
   {
     MissingFiles load(this, false);
     for (LostFile& file : files) load.search(file);

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <filesystem>
 #include <map>
 #include <optional>
 
@@ -29,11 +28,9 @@ class Pictures : public SettingsTest {
   // The window at work, and the same each time: the factory content is a user's own copy, its loops
   // play, and the host stops in the middle of them.
   Pictures() {
-    const fs::path data = folder / ".local/share";
-    fs::create_directories(data);
-    fs::create_directory_symlink(ZUM_CONTENT, data / "zum");
+    installContent(ZUM_CONTENT, folder / ".local/share");
     setenv("HOME", folder.c_str(), 1);
-    setenv("XDG_DATA_HOME", data.c_str(), 1);
+    setenv("XDG_DATA_HOME", (folder / ".local/share").c_str(), 1);
     EditorDesk& desk = opened.emplace();
     for (const auto& [tag, value] : kShown) desk.host.set(tag, value);
     for (int step = 0; step < 8; ++step) {
@@ -52,10 +49,7 @@ class Pictures : public SettingsTest {
     const std::string file = folderOf(opened->editor().factor()) + "/" + name + ".png";
     const CRect part = opened->editor().shownFrame()->scale().rounded(logical);
     const int width = part.width();
-    std::vector<std::uint32_t> now;
-    for (int y = part.top; y < part.bottom; ++y) {
-      for (int x = part.left; x < part.right; ++x) now.push_back(opened->window->pixel(x, y));
-    }
+    std::vector<std::uint32_t> now = opened->pixels(part);
     if (isUpdating) {
       const Picture shot(
           cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(now.data()),
@@ -202,11 +196,9 @@ double luminance(std::uint32_t word) {
 }
 
 /// Of letters to their ground, as WCAG 2 has it, in a part of the window at factor 1.
-double contrastIn(const OffscreenWindow& window, const CRect& rect) {
+double contrastIn(const EditorDesk& desk, const CRect& rect) {
   std::vector<double> lights;
-  for (int y = rect.top; y < rect.bottom; ++y) {
-    for (int x = rect.left; x < rect.right; ++x) lights.push_back(luminance(window.pixel(x, y)));
-  }
+  for (const std::uint32_t word : desk.pixels(rect)) lights.push_back(luminance(word));
   std::ranges::sort(lights);
   // Hinted strokes are a whole pixel wide somewhere in every letter.
   const double ground = lights[lights.size() / 2];
@@ -239,24 +231,8 @@ TEST_F(Pictures, SmallLetteringStandsOutFromItsGround) {
     CPoint corner;
     if (over == about) desk.click(tag::about);
     if (over == panel) desk.click(corner = desk.middleOf(tag::cutoff), buttons::kRight);
-    EXPECT_GE(contrastIn(*desk.window, rect.movedBy(corner.x, corner.y)), 4.5) << word;
+    EXPECT_GE(contrastIn(desk, rect.movedBy(corner.x, corner.y)), 4.5) << word;
     if (over != page) desk.click({60, 250});  // in the about panel, beside the others
-  }
-}
-
-TEST_F(Pictures, ThePointedRowOfAListIsTheOneToRead) {
-  EditorDesk& desk = *opened;
-  for (const auto& [menu, group] : {std::pair(tag::multiType, groups::filterPage),
-                                    {tag::seqMode, groups::sequencerPage},
-                                    {tag::presetMenu, groups::filterPage}}) {
-    desk.showGroup(group);
-    desk.click(menu);
-    const CPoint list = desk.menu(menu).getListRect().topLeft();
-    const CRect row = CRect{5, 35, 60, 52}.movedBy(list.x, list.y);  // of the third one
-    desk.move({row.left, row.top + 8}, 0);
-    EXPECT_EQ(desk.menu(menu).openList()->rowAt({row.left, row.top + 8}), 2);
-    EXPECT_GE(contrastIn(*desk.window, row), 7.0) << menu;
-    desk.tap(keys::kEscape);
   }
 }
 

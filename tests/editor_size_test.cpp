@@ -2,25 +2,14 @@
 // the places of the mouse stay those of factor 1.
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <random>
 
-#include "platform/file_dialogs.hpp"
+#include "support/chooser.hpp"
 #include "support/editor_desk.hpp"
 #include "support/settings_user.hpp"
 
 namespace zum::test {
 namespace {
-
-/// A user who cancels every dialog.
-struct Canceller final : FileDialogs {
-  Canceller() { setFileDialogs(this); }
-  ~Canceller() override { setFileDialogs(nullptr); }
-  void load(const FileQuestion& /*asked*/, FileAnswer answer) override { answer(std::nullopt); }
-  void save(const FileQuestion& /*asked*/, FileAnswer answer) override { answer(std::nullopt); }
-  void folder(const FileQuestion& /*asked*/, FileAnswer answer) override { answer(std::nullopt); }
-  void cancel(void* /*owner*/) override {}
-};
 
 class SizedWindow : public SettingsTest {
  protected:
@@ -56,37 +45,10 @@ class SizedWindow : public SettingsTest {
       desk.tick();
     }
   }
-  std::vector<std::uint32_t> drawn() {
-    cairo_surface_t* const picture = frame().drawnPicture();
-    cairo_surface_flush(picture);
-    const auto words = static_cast<std::size_t>(cairo_image_surface_get_stride(picture)) / 4 *
-                       static_cast<std::size_t>(cairo_image_surface_get_height(picture));
-    const auto* const first =
-        reinterpret_cast<const std::uint32_t*>(cairo_image_surface_get_data(picture));
-    return {first, first + words};
-  }
-  /// Where the two differ first; empty where they do not.
-  std::string difference(const std::vector<std::uint32_t>& before) {
-    const std::vector<std::uint32_t> now = drawn();
-    const auto width = static_cast<std::size_t>(frame().screenSize().x);
-    for (std::size_t i = 0; i < now.size(); ++i) {
-      if (((now[i] ^ before[i]) & 0xFFFFFFU) == 0) continue;
-      return std::to_string(i % width) + ", " + std::to_string(i / width);
-    }
-    return {};
-  }
-  bool isShownAsDrawn() {
-    const CPoint size = frame().screenSize();
-    for (int i = 0; i < 200; ++i) {
-      const CPoint at{below(size.x), below(size.y)};
-      if (desk.window->pixel(at.x, at.y) != frame().pixelAt(at)) return false;
-    }
-    return true;
-  }
 
   SizedWindow() { setenv("PATH", "/none", 1); }  // there is nothing that a press could start
 
-  Canceller cancels;
+  Chooser cancels;
   EditorDesk desk;
   std::mt19937 random{19};  // NOLINT(bugprone-random-generator-seed): the same each time
 };
@@ -98,11 +60,10 @@ TEST_F(SizedWindow, DrawsInPartsWhatItDrawsWhole) {
     desk.editor().setFactor(factor);
     for (int i = 0; i < gestures; ++i) {
       gesture();
-      const std::vector<std::uint32_t> parts = drawn();
-      ASSERT_TRUE(isShownAsDrawn()) << factor << ' ' << i;
+      const std::vector<std::uint32_t> parts = desk.pixels();
       frame().invalidate();
       frame().paint();
-      ASSERT_EQ(difference(parts), "") << factor << ' ' << i;
+      ASSERT_EQ(desk.differsFrom(parts), "") << factor << ' ' << i;
     }
   }
 }

@@ -94,12 +94,8 @@ class Traffic {
 class Storm : public SettingsTest {
  protected:
   Storm() {
-    const fs::path data = folder / ".local/share";
-    fs::create_directories(data);
-    fs::create_directory_symlink(ZUM_CONTENT, data / "zum");
+    installContent(ZUM_CONTENT, folder / "data");
     fs::create_directories(folder / "mine");
-    setenv("HOME", folder.c_str(), 1);
-    setenv("XDG_DATA_HOME", data.c_str(), 1);
     setenv("PATH", "/nowhere", 1);  // the manual opens nothing
   }
   ~Storm() override { setenv("PATH", path.c_str(), 1); }
@@ -201,27 +197,10 @@ class Storm : public SettingsTest {
     desk.tick(60);
     EXPECT_TRUE(heard->open.none()) << heard->open;
     EXPECT_EQ(heard->wrong, 0);
-    const std::vector<std::uint32_t> parts = pixels();
+    const std::vector<std::uint32_t> parts = desk.pixels();
     desk.editor().requestFullRedraw();
     desk.tick();
-    const std::vector<std::uint32_t> whole = pixels();
-    CRect stale;
-    for (int i = 0; i < std::ssize(parts); ++i) {
-      const auto place = static_cast<std::size_t>(i);
-      const int x = i % desk.editor().screenSize().x;
-      const int y = i / desk.editor().screenSize().x;
-      if (parts[place] != whole[place]) stale = stale.join({x, y, x + 1, y + 1});
-    }
-    EXPECT_TRUE(stale.isEmpty()) << stale.left << ' ' << stale.top << ' ' << stale.right << ' '
-                                 << stale.bottom;
-  }
-  std::vector<std::uint32_t> pixels() {
-    std::vector<std::uint32_t> all;
-    const CPoint size = opened->editor().screenSize();
-    for (int y = 0; y < size.y; ++y) {
-      for (int x = 0; x < size.x; ++x) all.push_back(opened->window->pixel(x, y));
-    }
-    return all;
+    EXPECT_EQ(desk.differsFrom(parts), "");
   }
   // A window of another size, which the menu offers, has another picture and other frames.
   std::size_t memoryAt(double factor) {

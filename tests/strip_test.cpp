@@ -4,17 +4,16 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <functional>
 #include <limits>
 #include <map>
 
-#include "platform/file_dialogs.hpp"
 #include "platform/files.hpp"
 #include "platform/message_box.hpp"
 #include "platform/offscreen_window.hpp"
 #include "resources/strip_places.hpp"
 #include "state/settings.hpp"
+#include "support/chooser.hpp"
 #include "support/fake_strip_owner.hpp"
 #include "support/own_home.hpp"
 
@@ -25,23 +24,6 @@ namespace places = pictures::strip;
 using pictures::Rect;
 
 const OwnHome home;
-
-/// Answers at once.
-struct FakeDialogs final : FileDialogs {
-  FakeDialogs() { setFileDialogs(this); }
-  ~FakeDialogs() override { setFileDialogs(nullptr); }
-  void load(const FileQuestion& question, FileAnswer answer) override {
-    startFolder = question.startFolder;
-    answer(chosen);
-  }
-  void save(const FileQuestion& /*question*/, FileAnswer answer) override { answer({}); }
-  void folder(const FileQuestion& /*question*/, FileAnswer answer) override { answer({}); }
-  void cancel(void* /*owner*/) override { ++cancelled; }
-
-  std::optional<std::string> chosen;
-  std::string startFolder;
-  int cancelled = 0;
-};
 
 class StripTest : public testing::Test {
  protected:
@@ -267,14 +249,14 @@ TEST_F(StripTest, NamesOfAnyLengthAndBytesStayInTheirPlace) {
 }
 
 TEST_F(StripTest, ALoopIsChosenWhereTheLastOneWas) {
-  FakeDialogs dialogs;
+  Chooser dialogs;
   dialogs.chosen = toInternalPath("/music/new/Beat.flac");
   click(places::kLoop);
   EXPECT_EQ(owner.told(), "loop /music/new/Beat.flac");
   dialogs.chosen = std::nullopt;
   click(places::kLoopButton);
   EXPECT_EQ(owner.told(), "");
-  EXPECT_EQ(dialogs.startFolder, "\\music\\new");
+  EXPECT_EQ(dialogs.asked.startFolder, "\\music\\new");
   EXPECT_EQ(readSettingString(kAudioFilePath), "\\music\\new");
   frame->shut(), strip.reset();
   EXPECT_EQ(dialogs.cancelled, 1);  // a question that is open would be answered to nobody

@@ -1,6 +1,7 @@
 // The effect's own window without a screen, in a host that a test is.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <map>
 #include <memory>
@@ -116,6 +117,27 @@ class EditorDesk {
   void controller(int number, int value) {
     host.send({{0, 0xB0, number, value}});
     tick();
+  }
+
+  /// 0xRRGGBB of a part of the screen, row by row.
+  std::vector<std::uint32_t> pixels(const CRect& part) const {
+    std::vector<std::uint32_t> all;
+    for (int y = part.top; y < part.bottom; ++y) {
+      for (int x = part.left; x < part.right; ++x) all.push_back(window->pixel(x, y));
+    }
+    return all;
+  }
+  std::vector<std::uint32_t> pixels() {
+    const CPoint size = editor().screenSize();
+    return pixels({0, 0, size.x, size.y});
+  }
+  /// Where the screen shows something else first; empty where it does not.
+  std::string differsFrom(const std::vector<std::uint32_t>& before) {
+    const std::vector<std::uint32_t> now = pixels();
+    const auto at = std::mismatch(now.begin(), now.end(), before.begin()).first - now.begin();
+    const auto width = editor().screenSize().x;
+    if (at == std::ssize(now)) return {};
+    return std::to_string(at % width) + ", " + std::to_string(at / width);
   }
 
   /// All that a user can set.

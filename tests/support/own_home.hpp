@@ -17,4 +17,16 @@ struct NoHome {
   NoHome() noexcept { useHome("/dev/null"); }
 };
 
+/// Another user's, as long as it lives.
+struct OtherHome {
+  OtherHome() { useHome(folder); }
+  ~OtherHome() { useHome(before); }
+  OtherHome(const OtherHome&) = delete;
+  OtherHome& operator=(const OtherHome&) = delete;
+
+  const std::filesystem::path before =
+      std::filesystem::path(std::getenv("XDG_CONFIG_HOME")).parent_path();
+  const TemporaryFolder folder;
+};
+
 }  // namespace zum::test

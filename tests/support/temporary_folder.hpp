@@ -41,4 +41,11 @@ inline void useHome(const std::filesystem::path& folder) {
   setenv("XDG_DATA_DIRS", (folder / "system").c_str(), 1);
 }
 
+/// As if it were installed there: below data or system.
+inline void installContent(const std::filesystem::path& content,
+                           const std::filesystem::path& folder) {
+  std::filesystem::create_directories(folder);
+  std::filesystem::create_directory_symlink(content, folder / "zum");
+}
+
 }  // namespace zum::test

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 
 namespace zum {
 namespace {
@@ -69,22 +68,6 @@ void CFrame::paint() {
     window->show(picture.get(), {parts.begin(), end});
   }
   shown.clear();
-}
-
-std::uint32_t CFrame::pixelAt(CPoint point) const {
-  if (!screenRect().contains(point)) return 0;
-  cairo_surface_flush(picture.get());
-  const unsigned char* const first = cairo_image_surface_get_data(picture.get());
-  if (first == nullptr) return 0;  // there was no memory for it
-  const unsigned char* const row =
-      first + std::ptrdiff_t{point.y} * cairo_image_surface_get_stride(picture.get());
-  std::uint32_t pixel = 0;
-  std::memcpy(&pixel, row + std::ptrdiff_t{4} * point.x, sizeof pixel);
-  return pixel & 0xFFFFFFU;
-}
-
-bool CFrame::writePicture(const std::string& path) const {
-  return cairo_surface_write_to_png(picture.get(), path.c_str()) == CAIRO_STATUS_SUCCESS;
 }
 
 // During a drag the dragged view counts as the one under the pointer.

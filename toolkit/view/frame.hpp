@@ -62,11 +62,7 @@ class CFrame : public CViewContainer, private WindowEvents {
   void setCursor(WindowCursor cursor) {
     if (window) window->setCursor(cursor);
   }
-  /// 0xRRGGBB of a pixel of the screen, as drawn last.
-  std::uint32_t pixelAt(CPoint point) const;
-  /// As drawn last. False when the file cannot be written.
-  bool writePicture(const std::string& path) const;
-  /// The same for whoever puts it into another picture: of the screen's size, CAIRO_FORMAT_RGB24.
+  /// As drawn last, of the screen's size, CAIRO_FORMAT_RGB24.
   cairo_surface_t* drawnPicture() const { return picture.get(); }
 
  protected:
