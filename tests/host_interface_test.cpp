@@ -12,8 +12,6 @@
 namespace zum::test {
 namespace {
 
-using Calls = std::vector<std::array<std::intptr_t, 3>>;
-
 TEST(HostInterface, TheRecordHoldsTheFixedFacts) {
   TestHost host;
   const AEffect& record = *host.effect;
@@ -87,21 +85,6 @@ TEST(HostInterface, CanDoComparesWholeTextsAndLetterCase) {
   }
 }
 
-TEST(HostInterface, TextsStayInsideTheirRoom) {
-  TestHost host;
-  host.set(tag::cutoff, -3.0e38F);  // the longest value that a display can show
-  const struct {
-    std::int32_t opcode, index;
-    std::size_t room;
-  } cases[] = {{effGetProgramName, 0, 24},   {effGetProgramNameIndexed, -1, 24},
-               {effGetEffectName, 0, 32},    {effGetVendorString, 0, 64},
-               {effGetParamName, -7, 64},    {effGetParamLabel, tag::seqGlideLfo, 64},
-               {effGetParamDisplay, 57, 64}, {effGetParamDisplay, tag::cutoff, 64}};
-  for (const auto& c : cases) {
-    EXPECT_FALSE(host.text(c.opcode, c.index, c.room).empty() || host.overran) << c.opcode;
-  }
-}
-
 TEST(HostInterface, NullBuffersAreHarmless) {
   const TestHost host;
   const LinkedEffect alone;
@@ -166,10 +149,7 @@ TEST(HostInterface, OnlyAutomatedChangesBelowSixtyReachTheHost) {
     client.setParameterAutomated(index, 0.8F);
     const bool inside = index >= 0 && index < 60;
     EXPECT_TRUE(begun == inside && client.endEdit(index) == inside) << index;
-    EXPECT_EQ(host.host.calls, inside ? Calls({{audioMasterBeginEdit, index, 0},
-                                               {audioMasterAutomate, index, 0},
-                                               {audioMasterEndEdit, index, 0}})
-                                      : Calls());
+    EXPECT_EQ(host.host.calls, inside ? edits({index}) : HostCalls());
   }
   EXPECT_EQ(host.get(tag::masterSeq), 0.8F);
   EXPECT_EQ(client.controls().vowelType.integer, 3);  // is set by the plain call alone
@@ -187,24 +167,6 @@ TEST(HostInterface, ProgramsPastTheLastAreNotPassedOn) {
   }
   host.dispatch(effSetProgramName, 0, 0, const_cast<char*>("renamed"));
   EXPECT_EQ(host.text(effGetProgramName), "default");
-}
-
-TEST(HostInterface, SuspendingClearsTheCombRingsAlone) {
-  const Stereo in = noise(4000);
-  const Stereo silence(4000);
-  for (int type = 0; type < 20; ++type) {
-    TestHost host;
-    TestHost twin;
-    for (TestHost* each : {&host, &twin}) {
-      each->prepare(type, 0.3F, 0.9F, 0.6F);
-      each->render(in);
-    }
-    host.dispatch(effMainsChanged, 0, 0);
-    const double left = energy(host.render(silence));
-    const double kept = energy(twin.render(silence));
-    const bool isComb = type % 10 == 6;
-    EXPECT_TRUE(isComb ? left < 0.5 * kept : left == kept) << type;
-  }
 }
 
 TEST(HostInterface, ResumingAsksForMidiAndForgetsWhatTheOutputFilterHasHeard) {

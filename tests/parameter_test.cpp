@@ -3,9 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <bit>
 #include <climits>
-#include <cmath>
 #include <cstring>
 #include <limits>
 #include <map>
@@ -13,12 +11,11 @@
 
 #include "core/tags.hpp"
 #include "platform/random_source.hpp"
-#include "support/test_host.hpp"
+#include "support/control_passes.hpp"
 
 namespace zum::test {
 namespace {
 
-constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
 constexpr float kInf = std::numeric_limits<float>::infinity();
 
 /// The stored forms of a parameter that the engine reads.
@@ -54,45 +51,6 @@ TEST(Parameter, StepsTruncateToTheirPositions) {
   }
 }
 
-TEST(Parameter, HostileValuesOnAnyTagStayInsideTheTables) {
-  const Stereo in = noise(256);
-  for (const float value : {kNan, kInf, -kInf, 1e30F, -1e30F, -0.5F, 1.5F, 1e-40F}) {
-    TestHost host;
-    for (int tag = -5; tag <= 400; ++tag) {
-      host.set(tag, value);
-      EXPECT_EQ(std::bit_cast<std::uint32_t>(host.get(tag)),
-                std::bit_cast<std::uint32_t>(isHosts(tag) ? value : 0.0F))
-          << tag;
-    }
-    for (int type = 0; type < 20; ++type) {
-      host.selectFilter(type);
-      host.set(tag::bypass, 0.0F);
-      EXPECT_TRUE(std::isfinite(energy(host.render(in, {37})))) << type << " value " << value;
-    }
-  }
-}
-
-TEST(Parameter, VowelSelectorsHaveNineStepsAndNoGlide) {
-  const std::array<float, 4> cases[] = {
-      {0.0F, 320, 800, 0},    {0.1249F, 320, 800, 0},  {0.125F, 500, 1000, 1},
-      {0.25F, 700, 1150, 2},  {0.375F, 1000, 1400, 3}, {0.55F, 1500, 500, 4},
-      {0.625F, 1650, 320, 5}, {0.75F, 1800, 700, 6},   {0.999F, 2300, 500, 7},
-      {1.0F, 3200, 320, 8},   {1e20F, 3200, 320, 8},   {-kInf, 320, 800, 0},
-  };
-  for (const auto& [value, one, two, position] : cases) {
-    for (const bool first : {true, false}) {
-      TestHost host;
-      host.set(first ? tag::vowelB : tag::vowelA, 0.3F);
-      host.set(first ? tag::vowelA : tag::vowelB, value);
-      const EngineControls& controls = host.client().controls();
-      const VowelFormants& moved = first ? controls.formantsA : controls.formantsB;
-      EXPECT_TRUE(moved.formantOneHz == one && moved.formantTwoHz == two) << value;
-      EXPECT_TRUE(!(std::fabs(value) <= 1.0F) || moved.position == position) << value;
-      EXPECT_EQ((first ? controls.formantsB : controls.formantsA).formantOneHz, 700.0F);
-    }
-  }
-}
-
 TEST(Parameter, ReadoutsFollowTheirParameters) {
   TestHost host;
   const Readouts& shown = host.client().readouts();
@@ -108,13 +66,6 @@ TEST(Parameter, ReadoutsFollowTheirParameters) {
   for (const auto& [tag, value, readout, expected] : cases) {
     host.set(tag, value);
     EXPECT_NEAR(static_cast<double>(readout), expected, 1e-4) << tag << ' ' << value;
-  }
-  for (int tag = tag::cutoffEf; tag <= tag::masterSeq; ++tag) {
-    for (const auto& [value, bipolar] : {std::pair{0.0F, -1.0F}, {0.25F, -0.5F}, {1.0F, 1.0F}}) {
-      host.set(tag, value);
-      const ControlValue& set = forms(host, tag);
-      EXPECT_TRUE(set.bipolar == bipolar && set.integer == static_cast<int>(bipolar)) << tag;
-    }
   }
 }
 
@@ -197,24 +148,6 @@ TEST(Parameter, ChanceMovesAmountsByAQuarterAndKnobsByAll) {
   }
 }
 
-TEST(Parameter, SelectorsShowTheirGroupsBelowAShownParent) {
-  TestHost host;
-  const std::tuple<int, float, std::set<int>> steps[] = {
-      {tag::vowelType, 1.0F, {0, 1, 3}},    {tag::bank, 1.0F, {0, 2, 3}},
-      {tag::lfoStyle, 1.0F, {0, 2, 3}},      // parent is hidden
-      {tag::modChoice, 0.5F, {0, 2, 4, 7}},  // the hidden choice comes back
-      {tag::lfoStyle, 0.0F, {0, 2, 4, 6}},  {tag::lfoStyle, 0.9F, {0, 2, 4, 7}},
-      {tag::modChoice, 1.0F, {0, 2, 5}},    {tag::lfoStyle, 0.0F, {0, 2, 5}},
-      {tag::modChoice, 0.4F, {0, 2, 4, 6}}, {tag::bank, 0.0F, {0, 1, 4, 6}},
-      {tag::modChoice, 0.0F, {0, 1, 3}},    {tag::modChoice, kInf, {0, 1, 5}}};
-  for (const auto& [tag, value, groups] : steps) {
-    host.set(tag, value);
-    for (int g = 0; g < GroupMask::kGroups; ++g) {
-      EXPECT_EQ(host.client().groups().test(g), groups.contains(g)) << tag << ' ' << value;
-    }
-  }
-}
-
 TEST(Parameter, TheEngineSendsThePageAgainAndKeepsIt) {
   TestHost host;
   for (const auto& [value, raw, page] :
@@ -224,6 +157,26 @@ TEST(Parameter, TheEngineSendsThePageAgainAndKeepsIt) {
     EXPECT_NEAR(forms(host, tag::modChoice).raw, raw, 1e-6F);
     EXPECT_EQ(forms(host, tag::modChoice).integer, page);
   }
+}
+
+TEST(Parameter, ThePageFollowsTheTabStripWhileItIsHeld) {
+  ControlPasses host;
+  host.prepare(4, 0.5F, 0.3F, 0.0F);
+  KvUniClient& client = host.client();
+  const auto pageAt = [&](float held, float x) {
+    client.setMouseArea({held, 0.0F, x, 0.0F, 0.0F, 0.0F});
+    client.setParameter(tag::mouseArea, x);
+    host.pass(0.0F);
+    return client.value(tag::modChoice).integer;
+  };
+  EXPECT_EQ(pageAt(0.0F, 0.9F), 0);
+  EXPECT_EQ(pageAt(1.0F, 0.9F), 2);
+  EXPECT_EQ(pageAt(1.0F, 0.4F), 1);  // slid along
+  EXPECT_EQ(pageAt(0.0F, 0.4F), 1);  // and stays
+  client.setParameter(tag::modChoice, 1.0F);
+  host.pass(0.0F);
+  EXPECT_EQ(client.value(tag::modChoice).integer, 2);
+  EXPECT_EQ(pageAt(1.0F, 0.0F), 0);
 }
 
 // Hosts keep automation by these numbers and names, sessions and presets keep values by these

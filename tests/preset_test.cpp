@@ -1,5 +1,5 @@
-// States and presets through the effect object: what is written, every version that is read, what
-// is refused, and how blocks and loaders meet.
+// States and presets through the effect object: what is written, what is refused, and how blocks
+// and loaders meet. Every version that is read has a file in formats/.
 #include <chrono>
 
 #include "core/parameter_table.hpp"
@@ -27,10 +27,8 @@ bool load(const TestHost& host, const Words& words, LoadFlags flags = {.quiet = 
   return host.client().loadPreset(chunk, 0, flags);
 }
 
-/// A preset in words, of any version.
+/// A preset in words.
 struct Draft {
-  int layout = 3;
-  int trailer = 16;
   std::vector<Words> records = {{46, 1, bits(0.75F)}};
   Words map = {};  // of controllers, without its end
   std::string name = "Draft";
@@ -39,9 +37,8 @@ struct Draft {
   Words aftertouch = {};
 
   Words words() const {
-    Words all = {0, 3, bits(120.0F), bits(44100.0F), 26101977, 5, 1, bits(layout)};
+    Words all = {0, 3, bits(120.0F), bits(44100.0F), 26101977, 5, 1, 3, 0};
     const auto add = [&all](const Words& list) { all.insert(all.end(), list.begin(), list.end()); };
-    if (layout >= 2) add({0});
     for (const Words& record : records) add(record);
     add({bits(-1)});
     add(map);
@@ -49,16 +46,9 @@ struct Draft {
     Words text((name.size() + 3) / 4);
     name.copy(reinterpret_cast<char*>(text.data()), name.size());
     add(text);
-    add({bits(trailer)});
-    if (trailer >= 10 && trailer <= 16) add({bits(program)});
-    if (trailer >= 11 && trailer <= 16) add({bits(folder)});
-    if (trailer >= 14) {
-      add({static_cast<std::uint32_t>(aftertouch.size() / (layout >= 3 ? 2 : 1))});
-      add(aftertouch);
-      add({bits(-4)});
-    }
-    if (trailer >= 15) add({1, 2, 7, 7});
-    if (trailer >= 16) add({4, 0x74736F48});
+    add({16, bits(program), bits(folder), static_cast<std::uint32_t>(aftertouch.size() / 2)});
+    add(aftertouch);
+    add({bits(-4), 1, 2, 7, 7, 4, 0x74736F48});
     all[0] = static_cast<std::uint32_t>(all.size());
     return all;
   }
@@ -107,34 +97,6 @@ TEST(State, ComesBackInANewInstance) {
   other.set(tag::cutoff, 0.9F);
   other.client().revertToStored();  // a recall is a point to come back to
   EXPECT_TRUE(other.state() == state);
-}
-
-// To what a preset of today with as much in it leaves.
-TEST(State, EveryVersionIsRead) {
-  for (const int layout : {1, 2, 3}) {
-    const bool modes = layout >= 3;
-    for (const int trailer : {9, 10, 11, 13, 14, 15, 16, 17}) {
-      for (const bool all : {false, true}) {
-        const Draft draft{.layout = layout,
-                          .trailer = trailer,
-                          .records = {{777, 3, 1, 2, 3},
-                                      {46, 1, bits(0.75F)},
-                                      {45, 3, bits(0.25F), 9, 9},
-                                      {778, 0}},
-                          .map = {9, tag::cutoff, modes ? 1U : tag::resonance, bits(-2)},
-                          .aftertouch = modes ? Words{tag::cutoff, 1} : Words{tag::cutoff}};
-        const bool placed = all && trailer >= 13 && trailer <= 16;
-        const Draft due{.records = {{46, 1, bits(0.75F)}, {45, 1, bits(0.25F)}},
-                        .map = modes ? Words{9, tag::cutoff, 1, bits(-2)}
-                                     : Words{9, tag::cutoff, 0, tag::resonance, 0, bits(-2)},
-                        .program = placed ? 5 : 0,
-                        .folder = placed ? 2 : 0,
-                        .aftertouch = trailer >= 14 ? Words{tag::cutoff, modes} : Words()};
-        EXPECT_EQ(stateAfter(draft, all), stateAfter(due, true))
-            << layout << ' ' << trailer << ' ' << all;
-      }
-    }
-  }
 }
 
 TEST(State, WhatIsRefusedIsToldAndChangesNothing) {
@@ -246,18 +208,6 @@ TEST(State, APositionOutsideOfAnyBankAndAnEmptyNameLeaveTheOldOnes) {
   for (const auto& [name, outside] : {std::pair{std::string(), -1}, {{"\0abc", 4}, 128}}) {
     const Draft draft{.name = name, .program = outside, .folder = outside};
     EXPECT_EQ(stateAfter(draft, true), start) << outside;
-  }
-}
-
-TEST(State, OwnHostsHearThePresetsTempo) {
-  for (const auto& [vendor, calls] : {std::pair{"Zelvane", 1U}, {"Test", 0U}}) {
-    HostState state;
-    state.vendor = vendor;
-    TestHost host(44100.0F, state);
-    host.host.calls.clear();
-    ASSERT_TRUE(load(host, Draft().words()));
-    ASSERT_EQ(host.host.calls.size(), calls);
-    EXPECT_TRUE(calls == 0 || host.host.calls[0][0] == 50);
   }
 }
 
