@@ -8,12 +8,13 @@
 
 #include "fuzz/clap_parts.hpp"
 #include "fuzz/memory_file.hpp"
+#include "tests/hosts/clap_instance.hpp"
 #include "tests/support/own_home.hpp"
 
 namespace {
 
 using namespace zum;
-using fuzz::Instance;
+using Instance = test::ClapInstance;
 
 const test::NoHome noHome;
 
@@ -106,10 +107,10 @@ void callOnce(const Instance& one, const std::string& start, Bytes& in) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static auto kept = std::make_unique<Instance>();
+  static auto kept = std::make_unique<Instance>(clap_entry);
   static const std::string start = kept->save();
   Bytes in{data, size};
-  if (in.take<std::uint8_t>() == 0xFF) kept = std::make_unique<Instance>();
+  if (in.take<std::uint8_t>() == 0xFF) kept = std::make_unique<Instance>(clap_entry);
   kept->plugin->deactivate(kept->plugin);
   demand(kept->load(start));
   kept->plugin->activate(kept->plugin, 44100.0, 1, 512);

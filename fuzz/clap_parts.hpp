@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <string>
 #include <vector>
 
 #include "adaptor/clap/interface.hpp"
@@ -12,30 +11,6 @@
 #include "fuzz/bytes.hpp"
 
 namespace zum::fuzz {
-
-/// It offers all that it is asked for without a window, and forgets it.
-inline const clap_host_t& host() {
-  static const auto ignore = [](auto...) {};
-  static const clap_host_params_t params{ignore, ignore, ignore};
-  static const clap_host_state_t state{ignore};
-  static const clap_host_preset_load_t presets{ignore, ignore};
-  static const clap_host_t all{CLAP_VERSION,
-                               nullptr,
-                               "",
-                               "",
-                               "",
-                               "",
-                               [](const clap_host_t*, const char* id) -> const void* {
-                                 const std::string wanted = id;
-                                 if (wanted == CLAP_EXT_PARAMS) return &params;
-                                 if (wanted == CLAP_EXT_STATE) return &state;
-                                 return wanted == CLAP_EXT_PRESET_LOAD ? &presets : nullptr;
-                               },
-                               ignore,
-                               ignore,
-                               ignore};
-  return all;
-}
 
 inline clap_id anyId(Bytes& in) {
   const auto number = in.take<std::uint32_t>();
@@ -92,25 +67,6 @@ struct OutEvents {
                             }};
 };
 
-struct Stream {
-  std::string bytes;
-  std::size_t piece = 4096;
-  std::size_t taken = 0;
-  clap_ostream_t out{this, [](const clap_ostream_t* to, const void* from, std::uint64_t count) {
-                       auto& all = static_cast<Stream*>(to->ctx)->bytes;
-                       all.append(static_cast<const char*>(from), count);
-                       return static_cast<std::int64_t>(count);
-                     }};
-  clap_istream_t in{this, [](const clap_istream_t* from, void* to, std::uint64_t count) {
-                      auto& all = *static_cast<Stream*>(from->ctx);
-                      const std::size_t most = std::min<std::size_t>(count, all.piece);
-                      const std::size_t given =
-                          all.bytes.copy(static_cast<char*>(to), most, all.taken);
-                      all.taken += given;
-                      return static_cast<std::int64_t>(given);
-                    }};
-};
-
 /// 0 to 3 channels of sound, mostly 2.
 struct Port {
   Port(Bytes& in, std::size_t frames) : channels(in.below(8) == 0 ? in.below(4) : 2) {
@@ -138,33 +94,5 @@ inline void demandNumbers(const clap_audio_buffer_t& sound, std::size_t frames) 
     }
   }
 }
-
-struct Instance {
-  Instance() {
-    const void* const found = clap_entry.get_factory(CLAP_PLUGIN_FACTORY_ID);
-    const auto* const factory = static_cast<const clap_plugin_factory_t*>(found);
-    plugin = factory->create_plugin(factory, &host(), "com.zelvane.zum");
-    demand(plugin != nullptr && plugin->init(plugin));
-  }
-  ~Instance() { plugin->destroy(plugin); }
-  Instance(const Instance&) = delete;
-  Instance& operator=(const Instance&) = delete;
-
-  template <class Extension>
-  const Extension& get(const char* id) const {
-    return *static_cast<const Extension*>(plugin->get_extension(plugin, id));
-  }
-  std::string save() const {
-    Stream stream;
-    demand(get<clap_plugin_state_t>(CLAP_EXT_STATE).save(plugin, &stream.out));
-    return stream.bytes;
-  }
-  bool load(const std::string& bytes, std::size_t piece = 4096) const {
-    const Stream stream{bytes, piece};
-    return get<clap_plugin_state_t>(CLAP_EXT_STATE).load(plugin, &stream.in);
-  }
-
-  const clap_plugin_t* plugin = nullptr;
-};
 
 }  // namespace zum::fuzz

@@ -2,7 +2,6 @@
 // the stored corpus by replay_main.cpp. Looks for reads and writes outside of what a host hands in,
 // for states that do not come back, and for sound that is no number.
 
-#include <algorithm>
 #include <cmath>
 #include <memory>
 #include <string>

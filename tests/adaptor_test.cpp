@@ -6,7 +6,6 @@
 
 #include <chrono>
 #include <cmath>
-#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -22,7 +21,7 @@
 #include "state/settings.hpp"
 #include "support/child_program.hpp"
 #include "support/own_display.hpp"
-#include "support/temporary_folder.hpp"
+#include "support/own_home.hpp"
 #include "support/test_host.hpp"
 
 #ifndef ZUM_THREAD_SECONDS
@@ -192,23 +191,20 @@ TEST(Adaptor, MidiWaitsForTheNextBlockAndNoLonger) {
 }
 
 TEST(Adaptor, MidiPlaysProgramsWhereTheUserAllowsIt) {
-  const std::string before = std::getenv("XDG_CONFIG_HOME");
-  const TemporaryFolder folder;
-  useHome(folder);
+  const OtherHome home;
   {
     const TestHost writer;  // the first start sets the switches
-    std::filesystem::create_directories(folder / "tree/Midi Programs");
-    writeSettingString(kPresetPath, toInternalPath((folder / "tree/").string()));
+    std::filesystem::create_directories(home.folder / "tree/Midi Programs");
+    writeSettingString(kPresetPath, toInternalPath((home.folder / "tree/").string()));
     writeSettingInt(kIgnoreProgramChange, 0);
     writer.set(tag::cutoff, 0.125F);
-    const std::string file = (folder / "tree/Midi Programs/One.kvz").string();
+    const std::string file = (home.folder / "tree/Midi Programs/One.kvz").string();
     writer.client().savePreset(toInternalPath(file).c_str(), 0, nullptr, false);
   }
   Adaptor adaptor;
   adaptor.process.deliverMidi(0, {0xC0, 0, 0});
   adaptor.render(Stereo(64), 64);
   EXPECT_EQ(adaptor.process.getEffect()->getParameter(tag::cutoff), 0.125F);
-  useHome(std::filesystem::path(before).parent_path());
 }
 
 // The host's audio, MIDI and main threads, and one that makes and ends other processes: the

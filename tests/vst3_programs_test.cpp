@@ -23,11 +23,6 @@ constexpr int kFirstOwn = 163;  // place behind the factory's
 
 struct Vst3ProgramList : testing::Test {
   Vst3ProgramList() { useHome(folder); }
-  /// For all users, or for none.
-  void install() {
-    fs::create_directories(folder / "system");
-    fs::create_directory_symlink(ZUM_CONTENT, folder / "system" / "zum");
-  }
   /// A tree of the user's own, which the settings name from then on.
   void makeOwnTree(KvUniClient& client) {
     for (const char* name : {"Bass", "Own"}) fs::create_directories(folder / "tree" / name);
@@ -84,7 +79,7 @@ TEST_F(Vst3ProgramList, IsAsLongWithoutFilesAndTheUsersStandBehind) {
 TEST_F(Vst3ProgramList, FactoryPresetsPlayFromWhatIsInstalled) {
   TestHost first;
   makeOwnTree(first.client());
-  install();
+  installContent(ZUM_CONTENT, folder / "system");
   TestHost host;
   ProgramList list(host.client());
   const int place = list.find("Speech/Plain Speech");

@@ -1,5 +1,4 @@
-// A small CLAP host for tests: the finished file, what goes in and out of an instance, and the list
-// of what the host was asked for.
+// A small CLAP host for tests: the finished file, and what goes in and out of an instance.
 #pragma once
 
 #include <dlfcn.h>
@@ -7,16 +6,13 @@
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <cstring>
 #include <limits>
-#include <set>
 #include <stdexcept>
-#include <string>
 #include <utility>
 #include <vector>
 
-#include "adaptor/clap/interface.hpp"
+#include "tests/hosts/clap_instance.hpp"
 #include "tests/support/realtime_watch.hpp"
 #include "tests/support/test_host.hpp"
 
@@ -102,28 +98,7 @@ struct ClapHeard {
   clap_output_events_t list{this, push};
 };
 
-/// A state in pieces.
-struct ClapStream {
-  static std::int64_t write(const clap_ostream_t* to, const void* from, std::uint64_t count) {
-    auto& all = *static_cast<ClapStream*>(to->ctx);
-    const auto taken = std::min<std::size_t>(count, all.piece);
-    all.bytes.append(static_cast<const char*>(from), taken);
-    return static_cast<std::int64_t>(taken);
-  }
-  static std::int64_t read(const clap_istream_t* from, void* to, std::uint64_t count) {
-    auto& all = *static_cast<ClapStream*>(from->ctx);
-    const auto given = std::min({std::size_t{count}, all.piece, all.bytes.size()});
-    std::memcpy(to, all.bytes.data(), given);
-    all.bytes.erase(0, given);
-    return static_cast<std::int64_t>(given);
-  }
-  std::string bytes;
-  std::size_t piece;  // at most
-  clap_ostream_t out{this, write};
-  clap_istream_t in{this, read};
-};
-
-// ---- the file, and the host of one instance
+// ---- the file, and an instance of it
 
 struct ClapFile {
   ClapFile() : library(dlopen(ZUM_CLAP, RTLD_NOW | RTLD_LOCAL)) {
@@ -144,57 +119,14 @@ inline const ClapFile& clapFile() {
   return loaded;
 }
 
-struct ClapHost {
-  using Host = clap_host_t;
-  static ClapHost& of(const Host* host) { return *static_cast<ClapHost*>(host->host_data); }
-  static void ignore(const Host* /*host*/) {}
-  static void callback(const Host* host) { ++of(host).callbacks; }
-  static const void* extension(const Host* host, const char* wanted) {
-    static const clap_host_params_t params{[](const Host* asked, std::uint32_t flags) {
-                                             if (flags == CLAP_PARAM_RESCAN_VALUES)
-                                               ++of(asked).rescans;
-                                           },
-                                           [](const Host*, clap_id, std::uint32_t) {},
-                                           [](const Host* asked) { ++of(asked).flushes; }};
-    static const clap_host_state_t state{[](const Host* asked) { ++of(asked).dirty; }};
-    static const clap_host_timer_support_t timers{
-        [](const Host* asked, std::uint32_t, clap_id* id) {
-          return of(asked).timers.insert(*id = of(asked).nextTimer++).second;
-        },
-        [](const Host* asked, clap_id id) { return of(asked).timers.erase(id) == 1; }};
-    static const clap_host_preset_load_t presets{
-        [](const Host* asked, std::uint32_t, const char*, const char*, std::int32_t, const char*) {
-          ++of(asked).failed;
-        },
-        [](const Host* asked, std::uint32_t, const char*, const char*) { ++of(asked).loaded; }};
-    const std::string name = wanted;
-    if (name == CLAP_EXT_PARAMS) return &params;
-    if (name == CLAP_EXT_STATE) return &state;
-    if (name == CLAP_EXT_TIMER_SUPPORT && of(host).hasTimers) return &timers;
-    return name == CLAP_EXT_PRESET_LOAD ? &presets : nullptr;
-  }
-  Host record{CLAP_VERSION, this,      "Test Host", "Test", "",
-              "1",          extension, ignore,      ignore, callback};
-  bool hasTimers = true;
-  std::atomic<int> flushes{0}, callbacks{0};  // from any thread
-  int rescans = 0, dirty = 0, loaded = 0, failed = 0;
-  std::set<clap_id> timers;
-  clap_id nextTimer = 7;
-};
-
-/// One instance in its host. With a rate it plays, else it is not even active.
-class ClapPlug {
+/// With a rate it plays, else it is not even active.
+class ClapPlug : public ClapInstance {
  public:
-  explicit ClapPlug(double rate = 44100.0, bool hasTimers = true) {
-    host.hasTimers = hasTimers;
-    plugin = clapFile().make(&host.record, "com.zelvane.zum");
-    if (plugin == nullptr || !plugin->init(plugin)) throw std::runtime_error("no plug-in");
+  explicit ClapPlug(double rate = 44100.0, bool hasTimers = true)
+      : ClapInstance(*clapFile().entry, hasTimers) {
     if (rate > 0.0) start(rate);
   }
-  ~ClapPlug() {
-    stop();
-    plugin->destroy(plugin);
-  }
+  ~ClapPlug() { stop(); }
   ClapPlug(const ClapPlug&) = delete;
   ClapPlug& operator=(const ClapPlug&) = delete;
 
@@ -212,13 +144,6 @@ class ClapPlug {
     if (host.callbacks.exchange(0) > 0) plugin->on_main_thread(plugin);
   }
 
-  template <class Extension>
-  const Extension& get(const char* id) const {
-    const void* const found = plugin->get_extension(plugin, id);
-    if (found == nullptr) throw std::runtime_error(id);
-    return *static_cast<const Extension*>(found);
-  }
-  const clap_plugin_params_t& params() const { return get<clap_plugin_params_t>(CLAP_EXT_PARAMS); }
   const clap_plugin_gui_t& gui() const { return get<clap_plugin_gui_t>(CLAP_EXT_GUI); }
   double value(int tag) const {
     double value = std::numeric_limits<double>::quiet_NaN();
@@ -265,18 +190,6 @@ class ClapPlug {
     return out;
   }
 
-  std::string save(std::size_t piece = 4096) const {
-    ClapStream stream{.bytes = {}, .piece = piece};
-    EXPECT_TRUE(get<clap_plugin_state_t>(CLAP_EXT_STATE).save(plugin, &stream.out));
-    return stream.bytes;
-  }
-  bool load(const std::string& bytes, std::size_t piece = 4096) const {
-    const ClapStream stream{.bytes = bytes, .piece = piece};
-    return get<clap_plugin_state_t>(CLAP_EXT_STATE).load(plugin, &stream.in);
-  }
-
-  ClapHost host;
-  const clap_plugin_t* plugin;
   const clap_event_transport_t* transport = nullptr;
   ClapSent sent;
   ClapHeard heard;

@@ -4,10 +4,8 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cmath>
 #include <cstdlib>
-#include <limits>
 
 #include "core/tags.hpp"
 #include "tests/support/realtime_watch.hpp"
@@ -88,32 +86,6 @@ TEST(PluginFile, PlaysOnWhateverMovesAheadOfABlock) {
     host.resume(type % 2 == 0 ? 192000.0F : 44100.0F, 1024);
     play(64);
   }
-}
-
-TEST(PluginFile, BearsWhatACarelessHostDoes) {
-  constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
-  const EffectInstance alone(file().make(nullptr));
-  const TestHost hosted(file());
-  for (const EffectInstance* effect : {&alone, static_cast<const EffectInstance*>(&hosted)}) {
-    for (std::int32_t opcode = -2; opcode < 130; ++opcode) {
-      if (opcode == effClose || opcode == effEditOpen) continue;
-      for (const std::int32_t index : {-1, 0, 53, 60, 222, 1 << 30, INT32_MIN}) {
-        for (const std::intptr_t value : {0, -1, 128}) {
-          std::array<char, 1024> room{};
-          effect->dispatch(opcode, index, value, nullptr, kNan);
-          effect->dispatch(opcode, index, value, room.data(), kNan);
-        }
-        for (const float value : {-1e30F, 1e30F, kNan}) effect->set(index, value);
-        effect->get(index);
-      }
-    }
-    std::array<float, 64> silence{};
-    float* both[] = {silence.data(), silence.data()};
-    effect->resume(48000.0F, 64);
-    effect->send({{-12345, 255, 255, 255}, {1 << 30, 0xB0, 7, 64}});
-    for (const std::int32_t frames : {0, 64}) effect->process(both, both, frames);
-  }
-  EXPECT_GT(energy(TestHost(file()).render(noise(4000))), 1.0);  // a new one is none the worse
 }
 
 }  // namespace

@@ -7,15 +7,13 @@
 
 #include <bit>
 #include <cmath>
-#include <filesystem>
 #include <limits>
 #include <memory>
 #include <numeric>
 #include <set>
-#include <thread>
 
 #include "tests/support/own_display.hpp"
-#include "tests/support/temporary_folder.hpp"
+#include "tests/support/own_home.hpp"
 // X's macros after that
 #include <X11/Xlib.h>
 
@@ -242,29 +240,6 @@ TEST(Vst3Parameters, TheControllerCountsUntilPointsCome) {
   EXPECT_EQ(set(0.5), 0.5);
 }
 
-TEST(Vst3Parameters, SeveralThreadsSetWhileABlockPlays) {
-  Plugin plugin;
-  plugin.prepare();
-  std::atomic<bool> done{false};
-  std::vector<std::thread> users;
-  users.reserve(3);
-  for (int t = 0; t < 3; ++t) {
-    users.emplace_back([&, t] {
-      for (int i = 0; !done; ++i) {
-        const auto id = static_cast<v3_param_id>((i + 20 * t) % 53);
-        plugin.ctrl().set_parameter_normalised(plugin.controller, id, i % 11 / 10.0);
-        plugin.get(id), plugin.get(kProgram);
-      }
-    });
-  }
-  const Stereo in = noise(256);
-  for (int i = 0; i < 200; ++i) {
-    for (const float x : plugin.render(in).left) ASSERT_LT(std::fabs(x), 8.0F);
-  }
-  done = true;
-  for (std::thread& user : users) user.join();
-}
-
 // ---- states
 
 TEST(Vst3State, ComesBackInPiecesOrIsRefused) {
@@ -301,15 +276,8 @@ TEST(Vst3State, ComesBackInPiecesOrIsRefused) {
 // ---- programs: what the list is and what stands there now has a test of its own
 
 struct Vst3Programs : testing::Test {
-  Vst3Programs() {
-    std::filesystem::create_directories(folder / "system");
-    std::filesystem::create_directory_symlink(ZUM_CONTENT, folder / "system" / "zum");
-    useHome(folder);
-  }
-  ~Vst3Programs() override { useHome(std::filesystem::path(before).parent_path()); }
-
-  const std::string before = std::getenv("XDG_CONFIG_HOME");
-  const TemporaryFolder folder;
+  Vst3Programs() { installContent(ZUM_CONTENT, home.folder / "system"); }
+  const OtherHome home;
 };
 
 TEST_F(Vst3Programs, AreOneListWithTheirNames) {
