@@ -130,8 +130,7 @@ TEST_F(BankTest, FilesHaveNeighboursRoundBothEnds) {
   EXPECT_EQ(nameOf(host), "default");
   host.host.calls.clear();
   load(host, "C/c1.kvz");
-  EXPECT_EQ(host.host.calls,
-            (std::vector<std::array<std::intptr_t, 3>>{{audioMasterUpdateDisplay, 0, 0}}));
+  EXPECT_EQ(host.host.calls, (HostCalls{{audioMasterUpdateDisplay, 0, 0}}));
   EXPECT_EQ(standOf(host), Stand(2, 1, "c1", 0.25F));
   client.nextPreset(0);
   EXPECT_EQ(nameOf(host), "c0");

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 
 #include "editor/value_field.hpp"
 #include "editor/value_strip.hpp"
@@ -12,8 +13,6 @@
 
 namespace zum::test {
 namespace {
-
-using Calls = std::vector<std::array<std::intptr_t, 3>>;
 
 class ValuesDesk : public EditorDesk {
  public:
@@ -38,11 +37,7 @@ class ValuesDesk : public EditorDesk {
     window->keyUp({0, virt, modifier});
     tick(3);
   }
-  Calls takeCalls() {
-    Calls calls = std::move(host.host.calls);
-    host.host.calls.clear();
-    return calls;
-  }
+  HostCalls takeCalls() { return std::exchange(host.host.calls, {}); }
 
  private:
   template <class View>
@@ -53,13 +48,6 @@ class ValuesDesk : public EditorDesk {
     throw std::logic_error("no such view");
   }
 };
-
-Calls oneEdit(std::intptr_t tag, int moves = 1) {
-  Calls calls{{audioMasterBeginEdit, tag, 0}};
-  calls.insert(calls.end(), static_cast<std::size_t>(moves), {audioMasterAutomate, tag, 0});
-  calls.push_back({audioMasterEndEdit, tag, 0});
-  return calls;
-}
 
 TEST(EditorValues, StandOverTheStatusStripWhileAKnobIsInUse) {
   ValuesDesk desk;
@@ -170,7 +158,7 @@ TEST(EditorValues, KeysMoveWhatHasTheFocusInOneEditAHold) {
     desk.takeCalls();
     desk.tapWith(virt, modifier);
     EXPECT_NEAR(desk.value(tag::resonance), to, 1e-5F);
-    EXPECT_EQ(desk.takeCalls(), oneEdit(tag::resonance));
+    EXPECT_EQ(desk.takeCalls(), edits({tag::resonance}));
   }
   EXPECT_EQ(desk.strip(), "RESONANCE 0 %");
   // Held, with and without a release ahead of each repeat; and held when the window goes.
@@ -182,25 +170,24 @@ TEST(EditorValues, KeysMoveWhatHasTheFocusInOneEditAHold) {
     EXPECT_EQ(desk.host.host.calls.size(), 7U);
     desk.window->keyUp({0, keys::kUp, 0});
     desk.tick(3);
-    EXPECT_EQ(desk.takeCalls(), oneEdit(tag::resonance, 6));
+    EXPECT_EQ(desk.takeCalls(), edits({tag::resonance}, 6));
   }
   desk.key(keys::kUp);
   desk.window->setFocus(true);
   desk.tick();
   desk.window->setFocus(false);
   desk.tick();
-  EXPECT_EQ(desk.takeCalls(), oneEdit(tag::resonance));
+  EXPECT_EQ(desk.takeCalls(), edits({tag::resonance}));
   desk.key(keys::kDown);
   desk.press(desk.middleOf(tag::overdrive));
   desk.release(desk.middleOf(tag::overdrive));
-  Calls both = oneEdit(tag::resonance);
-  both.push_back({audioMasterBeginEdit, tag::overdrive, 0});
-  both.push_back({audioMasterEndEdit, tag::overdrive, 0});
+  HostCalls both = edits({tag::resonance});
+  for (const auto& call : edits({tag::overdrive}, 0)) both.push_back(call);
   EXPECT_EQ(desk.takeCalls(), both);
   desk.focusOn(tag::resonance);
   desk.key(keys::kDown);
   desk.editor().close();
-  EXPECT_EQ(desk.takeCalls(), oneEdit(tag::resonance));
+  EXPECT_EQ(desk.takeCalls(), edits({tag::resonance}));
 }
 
 TEST(EditorValues, KeysPressOpenAndChoose) {
@@ -298,7 +285,7 @@ TEST(EditorValues, AreTypedAndRefusedInPlace) {
     EXPECT_EQ(desk.field().getText(), typed);
     desk.tap(keys::kReturn);
     EXPECT_EQ(desk.openPopup(), nullptr);
-    EXPECT_EQ(desk.takeCalls(), oneEdit(tag));
+    EXPECT_EQ(desk.takeCalls(), edits({tag}));
     const std::string info = desk.editor().getControl(tag)->getInfoString();
     EXPECT_TRUE(info.ends_with(shown)) << info;
   }

@@ -9,7 +9,6 @@
 #include <unistd.h>
 
 #include <atomic>
-#include <fstream>
 #include <functional>
 #include <sstream>
 #include <string>
@@ -33,17 +32,6 @@ using Lines = std::vector<std::string>;
 
 std::atomic<int> processErrors = 0;
 int countError(Display*, XErrorEvent*) { return ++processErrors; }
-
-long sharedKilobytes() {
-  std::ifstream status("/proc/self/status");
-  for (std::string word; status >> word;) {
-    if (word != "RssShmem:") continue;
-    long held = 0;
-    status >> held;
-    return held;
-  }
-  return 0;
-}
 
 /// Writes down what it is told. Knows the letter a, and no other key.
 class Log final : public WindowEvents {
@@ -136,25 +124,6 @@ TEST_F(NativeWindowTest, ShowsItsColoursInEveryKindOfParent) {
     for (int y = 20; y < 40; ++y) std::fill_n(wanted.begin() + kWidth * y + 10, 20, 0xFF8001);
     EXPECT_TRUE(shot.words == wanted) << depth;
   }
-}
-
-TEST_F(NativeWindowTest, ShowsALargePictureWithLittleSharedMemory) {
-  constexpr int kAcross = 1000;
-  constexpr int kDown = 750;  // 3 MB
-  ours = openNativeWindow({0, kAcross, kDown, "Title"}, log);
-  ASSERT_TRUE(ours);
-  heard();
-  std::vector<std::uint32_t> wanted(std::size_t{kAcross} * kDown);
-  for (std::size_t i = 0; i < wanted.size(); ++i) wanted[i] = 2654435761U * i & 0xFFFFFFU;
-  cairo_surface_t* picture =
-      cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(wanted.data()),
-                                          CAIRO_FORMAT_RGB24, kAcross, kDown, 4 * kAcross);
-  const long before = sharedKilobytes();
-  ours->show(picture, {{{0, 0, kAcross, kDown}}});
-  EXPECT_LE(sharedKilobytes() - before, 1024);
-  cairo_surface_destroy(picture);
-  ours->currentButtons();
-  EXPECT_TRUE(robot.screenshot(ours->handle()).words == wanted);
 }
 
 TEST_F(NativeWindowTest, TellsTheMouseInRightWordsAndPlaces) {

@@ -89,14 +89,9 @@ class PlayDevicesTest : public SettingsTest {
  protected:
   PlayDevicesTest() {
     useNoSound(folder);
-    // ten seconds of noise: no part of it is like another one
-    std::vector<float> noise(2 * 10 * kRate);
-    std::uint32_t state = 1;
-    for (float& each : noise) {
-      state = state * 1664525U + 1013904223U;
-      each = static_cast<float>(state >> 8U) / static_cast<float>(1U << 25U) - 0.25F;
-    }
-    writeSound((folder / "loop.wav").string(), SF_FORMAT_WAV | SF_FORMAT_FLOAT, 2, kRate, noise);
+    // no part of it is like another one
+    writeStereo((folder / "loop.wav").string(), SF_FORMAT_WAV | SF_FORMAT_FLOAT, kRate,
+                noise(10 * kRate, 0.25F));
   }
 
   // A server that is killed stays in the list of servers, which has room for eight of them.

@@ -8,7 +8,6 @@
 #include <optional>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "support/settings_user.hpp"
 #include "support/test_host.hpp"

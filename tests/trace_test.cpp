@@ -1,21 +1,18 @@
-// Scopes, the wave picture and the step pattern: what is read when, what is seen, and what the
+// Scopes and the step pattern: what is read when, what is seen, and what the
 // mouse draws.
 #include <gtest/gtest.h>
 
 #include <array>
-#include <limits>
 #include <vector>
 
 #include "support/desk.hpp"
 #include "toolkit/panel.hpp"
 #include "toolkit/scope_view.hpp"
 #include "toolkit/table_view.hpp"
-#include "toolkit/wave_form_view.hpp"
 
 namespace zum::test {
 namespace {
 
-constexpr float kNoNumber = std::numeric_limits<float>::quiet_NaN();
 constexpr CRect kPlace{10, 10, 92, 60};  // bars of 80 by 48 pixels inside of a border
 
 TEST(ScopeView, ShowsTheRingOnceATickAndReadsNothingWhileItIsHidden) {
@@ -41,26 +38,6 @@ TEST(ScopeView, ShowsTheRingOnceATickAndReadsNothingWhileItIsHidden) {
   desk.ticks(2);
   desk.click(20, 20);
   EXPECT_EQ(desk.told(), "");
-}
-
-TEST(WaveFormView, IsDrawnWhenTheChoiceChanges) {
-  Desk desk;
-  std::vector<float> low(KvWaveFormView::kPoints, -1.0F);
-  std::vector<float> high(KvWaveFormView::kPoints, 1.0F);
-  float style = 0.0F;
-  float wave = 0.0F;
-  const KvWaveFormView::Waves waves{low.data(), high.data(), low.data(), low.data(), low.data()};
-  auto* const view = desk.add<KvWaveFormView>(kPlace, 64, waves, &style, &wave);
-  view->setColors(kRedColor, kRedColor, kRedColor);
-  for (const auto& [chosen, isHigh] :  // of the last two there is no wave
-       {std::pair(0.0F, false), {1.7F, true}, {5.0F, true}, {kNoNumber, true}}) {
-    wave = chosen;
-    desk.ticks(1);
-    EXPECT_EQ(desk.window->pixel(50, 12) == 0xFF0000U, isHigh) << chosen;
-  }
-  wave = 2.0F;
-  desk.ticks(1);
-  EXPECT_EQ(desk.drawnPixels(5), 0);
 }
 
 constexpr int kLine = buttons::kLeft | buttons::kShift;

@@ -1,10 +1,9 @@
-// The view layer's drawing, off screen: pictures and what their files may get wrong, rectangles,
-// lines and text, pixel by pixel.
+// The view layer's drawing, off screen: pictures and what their files may get wrong, and text. What
+// is made of it all, the pictures of the window show.
 #include <cairo.h>
 #include <gtest/gtest.h>
 #include <pango/pango.h>
 
-#include <array>
 #include <cstring>
 #include <limits>
 #include <memory>
@@ -31,11 +30,10 @@ class Canvas {
  public:
   static constexpr CRect kAll{0, 0, 40, 20};
 
-  explicit Canvas(const CRect& clip = kAll) : context(surface.get(), clip) {
-    CDrawContext(surface.get(), kAll).drawRect(kAll, DrawStyle::filled);
+  Canvas() : context(surface.get(), kAll) {
+    context.drawRect(kAll, DrawStyle::filled);
     context.setFont(font.get());
   }
-  cairo_surface_t* picture() const { return surface.get(); }
   std::uint32_t at(int x, int y) const {
     cairo_surface_flush(surface.get());
     const unsigned char* row = cairo_image_surface_get_data(surface.get()) +
@@ -136,23 +134,6 @@ TEST(Bitmap, DrawsPartsWithAndWithoutItsKeyColour) {
   EXPECT_EQ(canvas.at(30, 5), 0xFFCCCCU);
 }
 
-TEST(DrawContext, RectanglesAndLinesAreSharpAndStayInsideTheClip) {
-  Canvas canvas({0, 0, 30, 20});
-  canvas.context.setFrameColor(kRedColor);
-  canvas.context.setFillColor(kBlackColor);
-  const CRect rect{2, 2, 8, 6};
-  canvas.context.drawRect(rect, DrawStyle::stroked);
-  EXPECT_EQ(canvas.painted(rect), std::pair(16, 0));
-  canvas.context.drawRect(rect, DrawStyle::filledAndStroked);
-  EXPECT_EQ(canvas.row(2, 4, 6), (Row{kRed, 0, 0, 0, 0, kRed}));
-  canvas.context.moveTo({10, 10});
-  canvas.context.lineTo({14, 14});
-  canvas.context.lineTo({10, 14});
-  EXPECT_EQ(canvas.painted({10, 10, 15, 15}), std::pair(9, 24));
-  canvas.context.drawLine({25, 0}, {39, 0});
-  EXPECT_EQ(canvas.painted({25, 0, 40, 1}).first, 5);
-}
-
 TEST(DrawContext, TextKeepsToItsRectangleWhateverItsBytes) {
   const CRect rect{10, 2, 30, 18};
   for (const std::string text : {"a very long line that leaves it", "\xFF\xFE wrong", "\x01\n\x7F",
@@ -245,33 +226,6 @@ TEST(FrameCache, KeepsWhatWindowsShowAndForgetsTheRest) {
   EXPECT_EQ(cache.bytes(), before);
 }
 
-TEST(DrawContext, DrawsPicturesFromPixelsOrAnewByTheScale) {
-  const Held<CBitmap> bitmap = pixelPicture(3, 2, read(bitmapFile()));
-  Canvas canvas;
-  CDrawContext twice(canvas.picture(), Canvas::kAll, Scale(2.0));
-  bitmap->draw(twice, {3, 2, 5, 4}, {1, 0});
-  EXPECT_EQ(canvas.row(5, 4, 6), (Row{kWhite, kGreen, kGreen, 0x0000FF, 0x0000FF, kWhite}));
-  EXPECT_EQ(canvas.painted({6, 4, 10, 8}), std::pair(16, 0));
-  twice.setFrameColor(kRedColor);
-  twice.drawRect({8, 1, 12, 4}, DrawStyle::stroked);  // two pixels of the screen thick
-  EXPECT_EQ(canvas.painted({16, 2, 24, 8}).first, 8 * 6 - 4 * 2);
-}
-
-TEST(View, DrawsThePartOfItsBackgroundThatIsAskedFor) {
-  struct Plain final : CView {
-    using CView::CView;
-  };
-  const Held<Plain> view(new Plain({10, 5, 13, 7}));
-  view->setBackground(pixelPicture(3, 2, read(bitmapFile())));
-  view->setDirty(true);
-  Canvas canvas;
-  view->drawRect(canvas.context, {11, 0, 40, 6});
-  EXPECT_EQ(canvas.row(10, 5, 3), (Row{kWhite, kGreen, 0x0000FF}));
-  EXPECT_EQ(canvas.painted({11, 5, 13, 6}), std::pair(2, 0));
-  view->draw(canvas.context);
-  EXPECT_FALSE(view->isDirty());
-}
-
 TEST(Control, KeepsItsValueInsideItsEnds) {
   struct Plain final : CControl {
     using CControl::CControl;
@@ -303,26 +257,6 @@ TEST(BufferDraw, ReadsARingFromItsOldestSample) {
   few.setRing(many.data(), &newest, 2048);
   for (; newest < 2048; ++newest) few.fetch();
   EXPECT_EQ(few.columns(), std::vector<float>(218, 0.5F));
-}
-
-TEST(BufferDraw, FillsBelowTheTraceAndSoftensItsEdges) {
-  KvBufferDraw draw({0, 0, 4, 20});
-  draw.setColors(kRedColor, kGreenColor, kBlueColor);
-  draw.setBackground(kWhiteColor);
-  draw.columns() = {0.0F, 1.0F, 1.0F, 0.5F};
-  draw.render(KvBufferDraw::Style::filled);
-  const auto at = [&draw](int x, int y) { return draw.picture().row(y)[x]; };
-  EXPECT_EQ((Row{at(0, 18), at(0, 19)}), (Row{kGreen, kRed}));  // the trace itself
-  EXPECT_EQ((Row{at(1, 1), at(1, 2), at(1, 10)}), (Row{kWhite, kGreen, kRed}));
-  EXPECT_EQ(at(0, 10) & 0xFFU, 0U);  // rises, from red to green
-  EXPECT_EQ(at(3, 5) & kRed, 0U);    // falls, from green to blue
-  draw.render(KvBufferDraw::Style::outline);
-  Canvas canvas;
-  draw.picture().blit(canvas.context, {10, 0, 12, 20}, {1, 0});
-  EXPECT_EQ(canvas.at(10, 2), kRed);  // a line alone is bright
-  EXPECT_EQ(canvas.at(10, 10), kWhite);
-  draw.columns() = {-1e30F, 1e30F, 0.0F, 0.0F};  // stays inside
-  draw.render(KvBufferDraw::Style::filled);
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 // Free of X's own headers, whose macros do not agree with those of the tests.
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <vector>
 

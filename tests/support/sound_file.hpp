@@ -36,6 +36,14 @@ inline void writeSound(const std::string& path, int format, int channels, int ra
   sf_close(file);
 }
 
+inline void writeStereo(const std::string& path, int format, int rate, const Stereo& sides) {
+  std::vector<float> samples;
+  for (std::size_t i = 0; i < sides.frames(); ++i) {
+    samples.insert(samples.end(), {sides.left[i], sides.right[i]});
+  }
+  writeSound(path, format, 2, rate, samples);
+}
+
 inline Stereo readStereo(const std::string& path) {
   const Sound sound = readSound(path);
   EXPECT_EQ(sound.info.channels, 2) << path;

@@ -62,6 +62,16 @@ std::intptr_t callback(AEffect* effect, std::int32_t opcode, std::int32_t index,
 
 }  // namespace
 
+HostCalls edits(const std::vector<int>& tags, int moves) {
+  HostCalls calls;
+  for (const std::intptr_t tag : tags) {
+    calls.push_back({audioMasterBeginEdit, tag, 0});
+    calls.insert(calls.end(), static_cast<std::size_t>(moves), {audioMasterAutomate, tag, 0});
+    calls.push_back({audioMasterEndEdit, tag, 0});
+  }
+  return calls;
+}
+
 audioMasterCallback answering(HostState& host) {
   beingMade = &host;
   return callback;

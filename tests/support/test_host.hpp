@@ -22,6 +22,11 @@ struct Stereo {
   bool operator==(const Stereo&) const = default;
 };
 
+/// Of a host: opcode, index, value.
+using HostCalls = std::vector<std::array<std::intptr_t, 3>>;
+/// Of parameters that change one after the other, each in an edit of so many moves.
+HostCalls edits(const std::vector<int>& tags, int moves = 1);
+
 /// What the host side of an instance answers, and what it was told.
 struct HostState {
   bool hasTime = false;
@@ -31,9 +36,9 @@ struct HostState {
   bool sizesWindow = false;  // to whatever it is asked for
   std::string vendor = "Test";
   std::string product = "Test Host";
-  std::vector<std::array<std::intptr_t, 3>> calls;  // opcode, index, value; none from the block
-  std::function<void(std::int32_t)> onCall;         // hears of each of them, by its opcode
-  int levelCalls = 0;                               // from the block
+  HostCalls calls;                           // none from the block
+  std::function<void(std::int32_t)> onCall;  // hears of each of them, by its opcode
+  int levelCalls = 0;                        // from the block
   int timeCalls = 0;
   std::intptr_t timeFilter = 0;
 };
