@@ -138,6 +138,8 @@ TEST(Editor, TheWaveIsDrawnAsItsStyleSounds) {
       EXPECT_NEAR(static_cast<float>(y - kScreen.top), 63.0F - (0.5F + 0.5F * level) * 61.0F, 2.0F);
     }
   }
+  desk.host.set(tag::lfoWave, NAN);  // there is no such wave
+  desk.tick(4);
 }
 
 TEST(Editor, PagesFollowTheEffectAndSwitchesTheMouse) {

@@ -169,6 +169,24 @@ TEST(HostInterface, ProgramsPastTheLastAreNotPassedOn) {
   EXPECT_EQ(host.text(effGetProgramName), "default");
 }
 
+TEST(HostInterface, SuspendingClearsTheCombRingsAlone) {
+  const Stereo in = noise(4000);
+  const Stereo silence(4000);
+  for (int type = 0; type < 20; ++type) {
+    TestHost host;
+    TestHost twin;
+    for (TestHost* each : {&host, &twin}) {
+      each->prepare(type, 0.3F, 0.9F, 0.6F);
+      each->render(in);
+    }
+    host.dispatch(effMainsChanged, 0, 0);
+    const double left = energy(host.render(silence));
+    const double kept = energy(twin.render(silence));
+    const bool isComb = type % 10 == 6;
+    EXPECT_TRUE(isComb ? left < 0.5 * kept : left == kept) << type;
+  }
+}
+
 TEST(HostInterface, ResumingAsksForMidiAndForgetsWhatTheOutputFilterHasHeard) {
   TestHost host;
   host.set(tag::bypass, 1.0F);

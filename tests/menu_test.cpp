@@ -6,6 +6,7 @@
 
 #include "platform/files.hpp"
 #include "support/desk.hpp"
+#include "support/pixel_picture.hpp"
 #include "support/temporary_folder.hpp"
 #include "toolkit/menu_style.hpp"
 #include "toolkit/option_menu.hpp"
@@ -111,6 +112,23 @@ TEST(OptionMenu, StaysInsideTheFrameAndAHiddenOneIsShut) {
   desk.ticks(1);
   EXPECT_FALSE(desk.menu->isListOpen());
   EXPECT_EQ(desk.frame->getModalView(), nullptr);
+}
+
+TEST(OptionMenu, MarksTheRowInUseAlsoInAPicture) {
+  const Held<CBitmap> picture = pixelPicture(60, 34, std::vector<std::uint32_t>(60 * 34));
+  for (const bool isPicture : {false, true}) {
+    MenuDesk desk;
+    if (isPicture) desk.menu->openBitmap = picture.get();
+    desk.menu->look.markColor = kGreenColor;
+    for (const char* row : {"LP", "HP"}) desk.menu->addEntry(row, -1, false);
+    desk.menu->setCurrent(1);
+    desk.open();
+    const CPoint corner = desk.menu->getListRect().topLeft();
+    for (const int row : {0, 1}) {
+      const int x = corner.x + (isPicture ? 1 : 3);
+      EXPECT_EQ(desk.window->pixel(x, corner.y + 17 * row + 7) == 0x00FF00U, row == 1);
+    }
+  }
 }
 
 /// An open list whose first row has a sub-menu, and where that row is.

@@ -1,5 +1,5 @@
-// The view layer's drawing, off screen: pictures and what their files may get wrong, and text. What
-// is made of it all, the pictures of the window show.
+// The view layer's drawing, off screen: pictures and what their files may get wrong, rectangles,
+// lines and text. What is made of it all, the pictures of the window show.
 #include <cairo.h>
 #include <gtest/gtest.h>
 #include <pango/pango.h>
@@ -30,8 +30,8 @@ class Canvas {
  public:
   static constexpr CRect kAll{0, 0, 40, 20};
 
-  Canvas() : context(surface.get(), kAll) {
-    context.drawRect(kAll, DrawStyle::filled);
+  explicit Canvas(const CRect& clip = kAll) : context(surface.get(), clip) {
+    CDrawContext(surface.get(), kAll).drawRect(kAll, DrawStyle::filled);
     context.setFont(font.get());
   }
   std::uint32_t at(int x, int y) const {
@@ -132,6 +132,23 @@ TEST(Bitmap, DrawsPartsWithAndWithoutItsKeyColour) {
   EXPECT_EQ(canvas.row(20, 6, 4), (Row{kWhite, 0, 0x010203, kWhite}));
   bitmap->drawAlphaBlend(canvas.context, {30, 5, 31, 6}, {0, 0}, 51);
   EXPECT_EQ(canvas.at(30, 5), 0xFFCCCCU);
+}
+
+TEST(DrawContext, RectanglesAndLinesAreSharpAndStayInsideTheClip) {
+  Canvas canvas({0, 0, 30, 20});
+  canvas.context.setFrameColor(kRedColor);
+  canvas.context.setFillColor(kBlackColor);
+  const CRect rect{2, 2, 8, 6};
+  canvas.context.drawRect(rect, DrawStyle::stroked);
+  EXPECT_EQ(canvas.painted(rect), std::pair(16, 0));
+  canvas.context.drawRect(rect, DrawStyle::filledAndStroked);
+  EXPECT_EQ(canvas.row(2, 4, 6), (Row{kRed, 0, 0, 0, 0, kRed}));
+  canvas.context.moveTo({10, 10});
+  canvas.context.lineTo({14, 14});
+  canvas.context.lineTo({10, 14});
+  EXPECT_EQ(canvas.painted({10, 10, 15, 15}), std::pair(9, 24));
+  canvas.context.drawLine({25, 0}, {39, 0});
+  EXPECT_EQ(canvas.painted({25, 0, 40, 1}).first, 5);
 }
 
 TEST(DrawContext, TextKeepsToItsRectangleWhateverItsBytes) {
@@ -257,6 +274,26 @@ TEST(BufferDraw, ReadsARingFromItsOldestSample) {
   few.setRing(many.data(), &newest, 2048);
   for (; newest < 2048; ++newest) few.fetch();
   EXPECT_EQ(few.columns(), std::vector<float>(218, 0.5F));
+}
+
+TEST(BufferDraw, FillsBelowTheTraceAndSoftensItsEdges) {
+  KvBufferDraw draw({0, 0, 4, 20});
+  draw.setColors(kRedColor, kGreenColor, kBlueColor);
+  draw.setBackground(kWhiteColor);
+  draw.columns() = {0.0F, 1.0F, 1.0F, 0.5F};
+  draw.render(KvBufferDraw::Style::filled);
+  const auto at = [&draw](int x, int y) { return draw.picture().row(y)[x]; };
+  EXPECT_EQ((Row{at(0, 18), at(0, 19)}), (Row{kGreen, kRed}));  // the trace itself
+  EXPECT_EQ((Row{at(1, 1), at(1, 2), at(1, 10)}), (Row{kWhite, kGreen, kRed}));
+  EXPECT_EQ(at(0, 10) & 0xFFU, 0U);  // rises, from red to green
+  EXPECT_EQ(at(3, 5) & kRed, 0U);    // falls, from green to blue
+  draw.render(KvBufferDraw::Style::outline);
+  Canvas canvas;
+  draw.picture().blit(canvas.context, {10, 0, 12, 20}, {1, 0});
+  EXPECT_EQ(canvas.at(10, 2), kRed);  // a line alone is bright
+  EXPECT_EQ(canvas.at(10, 10), kWhite);
+  draw.columns() = {-1e30F, 1e30F, 0.0F, 0.0F};  // stays inside
+  draw.render(KvBufferDraw::Style::filled);
 }
 
 }  // namespace
