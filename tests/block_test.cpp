@@ -134,6 +134,24 @@ TEST(Block, AnInfinityAheadOfAPauseDoesNotOutlastIt) {
   EXPECT_GT(energy(host.render(in)), 0.5 * level);
 }
 
+TEST(Block, AFilterThatDivergesStartsAnew) {
+  for (const auto& [rate, cutoff] : {std::pair{22050.0F, 0.8F}, {32000.0F, 0.95F}}) {
+    std::vector<Stereo> renders;
+    for (const std::int32_t block : {512, 1, 17}) {
+      TestHost host(rate);
+      host.prepare(5, cutoff, 1.0F, 0.0F);
+      host.render(noise(2000));
+      const Stereo& out = renders.emplace_back(host.render(noise(60000, 0.9F), {block}));
+      EXPECT_TRUE(isFinite(out) && out == renders[0]) << rate << ", blocks of " << block;
+    }
+    const std::vector<float>& left = renders[0].left;
+    const auto lost = std::count(left.begin(), left.end(), 0.0F);
+    EXPECT_GT(lost, 0) << "nothing diverged at " << rate;
+    EXPECT_LT(lost, 6000) << rate;  // it is heard most of the time
+    EXPECT_TRUE(std::any_of(left.end() - 100, left.end(), [](float x) { return x != 0.0F; }));
+  }
+}
+
 TEST(Block, FramesOfZeroOrLessAreNoBlock) {
   TestHost host;
   const Stereo in = noise(100);

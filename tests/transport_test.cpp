@@ -32,6 +32,16 @@ TEST(Transport, TempoIsHeldAboveItsLowerEndAndIgnoredAboveItsUpper) {
   }
 }
 
+TEST(Transport, TempoWaitsForTheControlPass) {
+  TestHost host;
+  host.render(noise(1));
+  host.giveTime(80.0);
+  host.render(noise(15), {1});
+  EXPECT_EQ(host.client().timing().tempoBpm, 120.0);
+  host.render(noise(1));
+  EXPECT_EQ(host.client().timing().tempoBpm, 80.0);
+}
+
 TEST(Transport, PositionCountsWhileThePlayingBitIsSetOrTheHostHidesIt) {
   const struct {
     const char* product;
