@@ -7,6 +7,7 @@
 
 #include <bit>
 #include <mutex>
+#include <thread>
 
 #include "editor/create_editor.hpp"
 #include "tests/support/chance.hpp"
