@@ -88,12 +88,6 @@ inline Float4 larger(Float4 a, Float4 b) { return _mm_max_ps(a, b); }
 inline Int4 truncateLanes(Float4 x) { return reinterpret_cast<Int4>(_mm_cvttps_epi32(x)); }
 inline Double2 widenLow(Float4 x) { return _mm_cvtps_pd(x); }
 inline Float4 narrow(Double2 x) { return _mm_cvtpd_ps(x); }
-/// Two floats from `p` in lanes 0 and 1, twice. No alignment is asked.
-inline Float4 loadPairTwice(const float* p) {
-  double both = 0.0;
-  std::memcpy(&both, p, sizeof both);
-  return _mm_castpd_ps(_mm_set1_pd(both));
-}
 /// One or two floats from `p`, then zeros.
 template <int count>
 Float4 loadLow(const float* p) {
@@ -119,10 +113,6 @@ inline Float4 larger(Float4 a, Float4 b) { return vbslq_f32(vcgtq_f32(a, b), a, 
 inline Int4 truncateLanes(Float4 x) { return vcvtq_s32_f32(x); }
 inline Double2 widenLow(Float4 x) { return vcvt_f64_f32(vget_low_f32(x)); }
 inline Float4 narrow(Double2 x) { return vcombine_f32(vcvt_f32_f64(x), vdup_n_f32(0.0F)); }
-inline Float4 loadPairTwice(const float* p) {
-  const float32x2_t pair = vld1_f32(p);
-  return vcombine_f32(pair, pair);
-}
 template <int count>
 Float4 loadLow(const float* p) {
   if constexpr (count == 1) return vsetq_lane_f32(*p, vdupq_n_f32(0.0F), 0);
@@ -161,7 +151,6 @@ inline Double2 widenLow(Float4 x) {
 inline Float4 narrow(Double2 x) {
   return __builtin_shufflevector(__builtin_convertvector(x, Float2), Float2{}, 0, 1, 2, 3);
 }
-inline Float4 loadPairTwice(const float* p) { return Float4{p[0], p[1], p[0], p[1]}; }
 template <int count>
 Float4 loadLow(const float* p) {
   return Float4{p[0], count == 2 ? p[1] : 0.0F, 0.0F, 0.0F};

@@ -1,16 +1,17 @@
 #!/usr/bin/env bash
 # scripts/arm64_root.sh: unpacks 64-bit ARM's libraries into build-arm64-root, where
 # cmake/arm64.cmake finds them. They come from the package sources of this Debian, and nothing of
-# them is installed: some cannot stand beside their namesakes of this processor. Made once; delete
-# the folder to have it made anew.
+# them is installed: some cannot stand beside their namesakes of this processor. Made once for a list
+# of packages.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 # shellcheck source=scripts/build.sh
 . scripts/build.sh
 
-root=build-arm64-root
-[ -e "$root" ] && exit 0
-work=$(mktemp -d)
+root=$PWD/build-arm64-root
+mapfile -t packages < <(packages_of basic | sed 's/ .*//' | grep -E -- '-(dev|source)$')
+[ "$(cat "$root/packages" 2>/dev/null)" = "${packages[*]}" ] && exit 0
+work=$(mktemp -d "$root.XXXXXX")  # beside it, so that it comes whole or not at all
 trap 'rm -rf "$work"' EXIT
 mkdir -p "$work"/{lists,archives}/partial "$work/root/usr/lib"
 ln -s usr/lib "$work/root/lib"
@@ -26,7 +27,6 @@ fetch() {
   return 1
 }
 fetch update
-mapfile -t packages < <(packages_of basic | sed 's/ .*//' | grep -E -- '-(dev|source)$')
 fetch install --download-only libstdc++-12-dev "${packages[@]}"
 for package in "$work"/archives/*.deb; do
   dpkg-deb --fsys-tarfile "$package" |
@@ -34,6 +34,8 @@ for package in "$work"/archives/*.deb; do
 done
 # A link of the root's is to stay in the root.
 find "$work/root" -type l -lname '/*' -print0 | while IFS= read -r -d '' link; do
-  ln -sfr "$work/root$(readlink "$link")" "$link"
+  ln -sfnr "$work/root$(readlink "$link")" "$link"
 done
-mv "$work/root" "$root"
+echo "${packages[*]}" >"$work/root/packages"
+rm -rf "$root"
+mv -T "$work/root" "$root"

@@ -21,6 +21,7 @@
 #include "apps/zum/play/midi_lanes.hpp"
 #include "apps/zum/play/recorder.hpp"
 #include "apps/zum/play/tap_tempo.hpp"
+#include "support/process_use.hpp"
 #include "support/sound_file.hpp"
 #include "support/temporary_folder.hpp"
 #include "support/told.hpp"
@@ -214,14 +215,6 @@ TEST_F(LoopFile, WhatIsNoLoopIsRefusedWithAWord) {
                            "missing.wav", ".", "broken.flac"}) {
     EXPECT_THROW(LoopSource(file(name), 44100), Failure) << name;
   }
-}
-
-std::size_t residentBytes() {
-  std::ifstream statm("/proc/self/statm");
-  std::size_t all = 0;
-  std::size_t resident = 0;
-  statm >> all >> resident;
-  return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
 }
 
 // A file with a hole in place of its sound, which takes no room on the disk.

@@ -21,14 +21,25 @@ void runOutOfMemory(Stage& stage, Player& /*player*/) {
   }
 }
 
-// Files of this process end early.
-void runOutOfDisk(Stage& stage, Player& /*player*/) {
+// Files of this process end early, as long as it lives.
+class SmallDisk {
+ public:
+  explicit SmallDisk(rlim_t bytes) {
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit small{bytes, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+  }
+  ~SmallDisk() { setrlimit(RLIMIT_FSIZE, &before); }
+  SmallDisk(const SmallDisk&) = delete;
+  SmallDisk& operator=(const SmallDisk&) = delete;
+
+ private:
   rlimit before{};
-  getrlimit(RLIMIT_FSIZE, &before);
-  const rlimit small{rlim_t{1} << stage.chance.below(15), before.rlim_max};
-  setrlimit(RLIMIT_FSIZE, &small);
+};
+
+void runOutOfDisk(Stage& stage, Player& /*player*/) {
+  const SmallDisk small(rlim_t{1} << stage.chance.below(15));
   liveOn(stage);
-  setrlimit(RLIMIT_FSIZE, &before);
 }
 
 // Windows of hosts stay without their connections, which may not see the end of the server.

@@ -2,7 +2,9 @@
 // come and go, disks fill up, memory fails, the X server dies. Behind each step all must hold that
 // Stage::check() asks for, behind each day what Stage::clear() does.
 //
-//   zum_endurance --seconds 7200 --seed 7
+//   zum_endurance --seconds 7200 --seed 7 2>&1 | tee log
+//
+// The pipe is for the disk that gets small, which would be the log's, too.
 //
 // What breaks is told with its seed and step. A day begins on an empty stage, so `--from STEP`
 // plays the day of a step once more, as far as threads play twice the same.
@@ -34,7 +36,7 @@ void tellProgress(const Stage& stage, Clock::duration played) {
 }
 
 void step(Stage& stage) {
-  alarm(300);  // seconds
+  alarm(120);  // seconds
   now.hardship = "";
   now.act = "night";
   stage.chance = Chance(now.seed * 1'000'003U + now.step);

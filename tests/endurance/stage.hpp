@@ -55,10 +55,12 @@ class Stage {
     demand(comesTrue([this] { return isCalm(); }), "a gesture stays open");
     for (const auto& player : players) checkState(player->host), checkSound(*player);
   }
-  /// Everybody goes home, and leaves nothing behind.
+  /// Everybody goes home, and leaves nothing behind: no file, no setting, no memory.
   void clear() {
     players.clear();
     mirror.reset();
+    std::filesystem::remove_all(tree);
+    std::filesystem::remove_all(home / "config");
     restoreFiles();
     constexpr int kNightsToLearn = 5;  // then caches have seen all there is
     if (++nights == kNightsToLearn) memory = heapBytes(), files = openFiles();
@@ -102,6 +104,7 @@ class Stage {
     player.setLevel(kVstProcessLevelRealtime);
     const float bypass = loadShared(player.effect.value(tag::bypass).raw);
     const int before = player.heard();
+    demand(before >= 0, "output is not finite");
     demand(comesTrue([&] { return player.host.set(tag::bypass, 1.0F), player.heard() != before; }),
            "an instance stays mute");
     player.host.set(tag::bypass, bypass);

@@ -101,7 +101,7 @@ class ClapInstance {
     return stream.bytes;
   }
   bool load(const std::string& bytes, std::size_t piece = 4096) const {
-    const ClapStream stream{.bytes = bytes, .piece = piece};
+    ClapStream stream{.bytes = bytes, .piece = piece};
     return get<clap_plugin_state_t>(CLAP_EXT_STATE).load(plugin, &stream.in);
   }
 

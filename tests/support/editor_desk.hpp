@@ -134,7 +134,7 @@ class EditorDesk {
   /// Where the screen shows something else first; empty where it does not.
   std::string differsFrom(const std::vector<std::uint32_t>& before) {
     const std::vector<std::uint32_t> now = pixels();
-    const auto at = std::mismatch(now.begin(), now.end(), before.begin()).first - now.begin();
+    const auto at = std::ranges::mismatch(now, before).in1 - now.begin();
     const auto width = editor().screenSize().x;
     if (at == std::ssize(now)) return {};
     return std::to_string(at % width) + ", " + std::to_string(at / width);

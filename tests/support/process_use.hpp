@@ -21,8 +21,10 @@ inline std::ptrdiff_t openFiles() {
 
 /// Memory that was asked for and not given back.
 inline std::size_t heapBytes() {
-  const bool isChecked = __sanitizer_get_current_allocated_bytes != nullptr;
-  return isChecked ? __sanitizer_get_current_allocated_bytes() : mallinfo2().uordblks;
+  if (__sanitizer_get_current_allocated_bytes != nullptr)
+    return __sanitizer_get_current_allocated_bytes();
+  const auto use = mallinfo2();
+  return use.uordblks + use.hblkhd;
 }
 
 inline std::size_t residentBytes() {
